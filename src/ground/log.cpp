@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "ground/log.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+
+int log_level() {
+    static const int level = [] {
+        const char *text = std::getenv("KELVANE_LOG");
+        return text ? std::atoi(text) : 3;
+    }();
+    return level;
+}
+
+} // namespace
+
+void kv_warn(const char *function, const char *format, ...) {
+    std::fprintf(stderr, "[%i : %s] (%s)", static_cast<int>(getpid()),
+                 program_invocation_short_name, function);
+    va_list args;
+    va_start(args, format);
+    std::vfprintf(stderr, format, args);
+    va_end(args);
+}
+
+extern "C" void tq_print_log2(int level, const char *format, ...) {
+    if (level > log_level()) return;
+    va_list args;
+    va_start(args, format);
+    std::vfprintf(stderr, format, args);
+    va_end(args);
+}

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// The seam between the device layer and what it runs on. The two devices are records of functions;
+// everything above them (framebuffer, input ring, key table, panel painting, script, trace) is
+// shared.
+#pragma once
+
+#include <cstdint>
+
+#include "hw.h"
+
+namespace hw {
+
+// The pixels that a person sees: RGBA bytes, alpha always 255.
+struct PixelBuffer {
+    uint8_t *data = nullptr;
+    int width = 0, height = 0;
+    int stride = 0; // bytes from one row to the next
+};
+
+struct WindowSpec {
+    int width, height; // of the drawing area and its pixel buffer
+    const char *title;
+};
+
+// What differs between devices. Every function runs on the application's thread.
+struct DeviceOps {
+    const char *name;
+    bool (*open)(const WindowSpec &spec);
+    void (*close)();
+    PixelBuffer (*pixels)();              // stays valid until close
+    void (*present)();                    // redraw the whole drawing area from the pixel buffer
+    void (*pump)();                       // handle what is pending; input goes to push_input
+    int64_t (*clock_us)();                // boot clock
+    void (*pause)(int64_t us);            // may end early when input arrives
+    bool (*sleep)(int64_t ms, bool deep); // false: refused
+    void (*spend)(int64_t us);            // work that costs time on an emulated clock
+};
+
+extern const DeviceOps window_device;
+extern const DeviceOps headless_device;
+
+// The device in use; null before hw_init and after hw_close.
+const DeviceOps *device();
+
+// Puts a raw event into the input ring of 64 slots; says so on standard error when it is full.
+void push_input(int type, int mod, int par1, int par2);
+// A key of the key table went down or up; only a change becomes an event.
+void set_key_bit(int bit, bool down);
+// The pointer in drawing-area pixels: scales to framebuffer pixels and queues the events.
+void pointer_input(int type, int x, int y);
+// Runs a command of the window's menu.
+void run_command(int command);
+// The window is being closed by the user.
+void window_closed();
+
+// Functions that upper floors install, so that the device layer never names them.
+struct Hooks {
+    void (*post_to_main)(int type, int par1, int par2) = nullptr; // an event to the main handler
+    void (*run_exit)() = nullptr;                                 // the exit handler
+    int (*panel_height)() = nullptr;                              // rows of the status panel
+};
+extern Hooks hooks;
+
+// State of the emulated device that the menu changes.
+struct EmulatedState {
+    int battery = 5; // 0 to 5
+    bool card_inserted = true;
+    bool charging = false;
+    int position = -1; // how the device is held; -1 when not set
+    int display_mode = 0;
+};
+EmulatedState &emulated();
+
+} // namespace hw

@@ -1,0 +1,24 @@
+# What `cmake --install` puts down: the shared object, the headers as sources include them,
+# a pkg-config file and a CMake package.
+include(CMakePackageConfigHelpers)
+
+set(KELVANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kelvane)
+
+install(TARGETS kelvane EXPORT kelvaneTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES src/kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${KELVANE_HEADERS} src/hw.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane)
+
+install(EXPORT kelvaneTargets NAMESPACE kelvane:: DESTINATION ${KELVANE_PACKAGE_DIR})
+configure_package_config_file(cmake/kelvaneConfig.cmake.in kelvaneConfig.cmake
+  INSTALL_DESTINATION ${KELVANE_PACKAGE_DIR})
+# Before 1.0 a minor version may change the interface.
+write_basic_package_version_file(kelvaneConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelvaneConfig.cmake
+  ${CMAKE_CURRENT_BINARY_DIR}/kelvaneConfigVersion.cmake DESTINATION ${KELVANE_PACKAGE_DIR})
+
+# Paths are relative to the file, so an installed tree may be moved.
+file(RELATIVE_PATH KELVANE_PC_INCLUDEDIR ${CMAKE_INSTALL_FULL_LIBDIR}
+  ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+configure_file(cmake/kelvane.pc.in kelvane.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelvane.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

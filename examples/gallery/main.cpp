@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+// The gallery: what the library draws, shows and hears, a page each.
+//
+// PREV and NEXT, a swipe or a tap on the strip at the bottom turn the pages; MENU, or the window's
+// "Orientation" menu, turns the screen; BACK ends.
+#include <array>
+#include <cstdlib>
+
+#include <kelvane.h>
+
+#include "lettering.h"
+#include "page.h"
+
+namespace {
+
+constexpr std::array pages = {&shapes_page, &updates_page, &paint_page, &events_page};
+constexpr int count = int(pages.size());
+// Every so many turned pages one flash clears the ghosts of the former ones.
+constexpr int turns_per_flash = 4;
+
+int current = 0;
+int turns = 0;
+bool pressed = false;
+int down_x = 0, down_y = 0;
+
+irect title_area() {
+    return iRect(4 * unit(), 3 * unit(), ScreenWidth() - 8 * unit(), 9 * unit(), 0);
+}
+
+irect strip_area() {
+    return iRect(0, ScreenHeight() - 9 * unit(), ScreenWidth(), 9 * unit(), 0);
+}
+
+irect body_area() {
+    const int top = 14 * unit();
+    return iRect(4 * unit(), top, ScreenWidth() - 8 * unit(), ScreenHeight() - top - 11 * unit(),
+                 0);
+}
+
+void draw_title() {
+    const irect area = title_area();
+    const Ink heading = {.height = 4 * unit(), .bold = true};
+    draw_text(area.x, area.y, pages[size_t(current)]->title, heading);
+    draw_text(area.x + area.w, area.y + unit(), "KELVANE", {.height = 2 * unit(), .color = DGRAY},
+              Align::right);
+    draw_text(area.x, area.y + 6 * unit(), pages[size_t(current)]->hint,
+              {.height = 2 * unit(), .color = DGRAY});
+}
+
+irect tab_area(int index) {
+    const irect strip = strip_area();
+    const int left = strip.w * index / count, right = strip.w * (index + 1) / count;
+    return iRect(strip.x + left, strip.y, right - left, strip.h, 0);
+}
+
+void draw_strip() {
+    const irect strip = strip_area();
+    FillArea(strip.x, strip.y, strip.w, 1 + unit() / 8, BLACK);
+    for (int i = 0; i < count; i++) {
+        const irect tab = tab_area(i);
+        const bool selected = i == current;
+        if (selected) FillAreaRect(&tab, BLACK);
+        const Ink ink = {.height = 9 * unit() / 4,
+                         .color = selected ? WHITE : BLACK,
+                         .paper = selected ? BLACK : WHITE,
+                         .bold = selected};
+        draw_text(tab.x + tab.w / 2, tab.y + (tab.h - ink.height) / 2, pages[size_t(i)]->title, ink,
+                  Align::centre);
+    }
+}
+
+void draw() {
+    ClearScreen();
+    draw_title();
+    pages[size_t(current)]->draw(body_area());
+    draw_strip();
+}
+
+void turn_to(int page) {
+    if (page < 0 || page >= count || page == current) return;
+    if (pages[size_t(current)]->leave) pages[size_t(current)]->leave();
+    current = page;
+    draw();
+    if (++turns % turns_per_flash == 0) {
+        FullUpdate();
+    } else {
+        SoftUpdate();
+    }
+}
+
+void turn_screen(int orientation) {
+    SetOrientation(orientation);
+    Repaint();
+}
+
+// The next orientation clockwise: 0 upright, 1 by 90 degrees, 3 by 180, 2 by 270.
+int next_orientation() {
+    constexpr int next[] = {1, 3, 0, 2};
+    return next[GetOrientation() & 3];
+}
+
+int key_pressed(int key) {
+    switch (key) {
+    case KEY_BACK:
+        CloseApp();
+        return 1;
+    case KEY_PREV:
+    case KEY_PREV2:
+    case KEY_LEFT:
+        turn_to(current - 1);
+        return 1;
+    case KEY_NEXT:
+    case KEY_NEXT2:
+    case KEY_RIGHT:
+        turn_to(current + 1);
+        return 1;
+    case KEY_HOME:
+        turn_to(0);
+        return 1;
+    case KEY_MENU:
+        turn_screen(next_orientation());
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+int tab_at(int x, int y) {
+    for (int i = 0; i < count; i++)
+        if (inside(tab_area(i), x, y)) return i;
+    return -1;
+}
+
+// A tap on the strip, or a swipe that is longer than a fifth of the width and rather flat.
+int pointer_released(int x, int y) {
+    if (!pressed) return 0;
+    pressed = false;
+    const int dx = x - down_x, dy = y - down_y;
+    const int tab = tab_at(down_x, down_y);
+    if (tab >= 0) {
+        if (tab_at(x, y) == tab) turn_to(tab);
+    } else if (std::abs(dx) > ScreenWidth() / 5 && std::abs(dx) > 2 * std::abs(dy)) {
+        turn_to(dx < 0 ? current + 1 : current - 1);
+    }
+    return 1;
+}
+
+int handler(int type, int par1, int par2) {
+    note_event(type, par1, par2);
+    if (type == EVT_SHOW) {
+        draw();
+        FullUpdate();
+        return 1;
+    }
+    if (type == EVT_ORIENTATION) {
+        turn_screen(par1);
+        return 1;
+    }
+    if (pages[size_t(current)]->handle(type, par1, par2, body_area())) return 1;
+    switch (type) {
+    case EVT_KEYPRESS:
+        return key_pressed(par1);
+    case EVT_POINTERDOWN:
+        pressed = true;
+        down_x = par1;
+        down_y = par2;
+        return 1;
+    case EVT_POINTERUP:
+        return pointer_released(par1, par2);
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+const Page &current_page() {
+    return *pages[size_t(current)];
+}
+
+int unit() {
+    const int shorter = ScreenWidth() < ScreenHeight() ? ScreenWidth() : ScreenHeight();
+    return shorter < 100 ? 1 : shorter / 100;
+}
+
+irect grid_cell(const irect &area, int columns, int rows, int index, int gap) {
+    const int w = (area.w - (columns - 1) * gap) / columns;
+    const int h = (area.h - (rows - 1) * gap) / rows;
+    return iRect(area.x + index % columns * (w + gap), area.y + index / columns * (h + gap), w, h,
+                 0);
+}
+
+int main() {
+    KelvaneMain(handler);
+    return 1; // only reached when the screen could not be opened
+}

@@ -32,7 +32,7 @@ struct DeviceOps {
     void (*pump)();                       // handle what is pending; input goes to push_input
     int64_t (*clock_us)();                // boot clock
     void (*pause)(int64_t us);            // may end early when input arrives
-    bool (*sleep)(int64_t ms, bool deep); // false: refused
+    bool (*sleep)(int64_t us, bool deep); // false: refused
     void (*spend)(int64_t us);            // work that costs time on an emulated clock
 };
 
@@ -46,18 +46,24 @@ const DeviceOps *device();
 void push_input(int type, int mod, int par1, int par2);
 // A key of the key table went down or up; only a change becomes an event.
 void set_key_bit(int bit, bool down);
-// The pointer in drawing-area pixels: scales to framebuffer pixels and queues the events.
+// The pointer in drawing-area pixels, as a raw event type: 30 down, 31 move, 29 up. Scales to
+// framebuffer pixels and queues the events; a move counts only between down and up.
 void pointer_input(int type, int x, int y);
-// Runs a command of the window's menu.
+// Runs a command of the window's menu, see menu.h.
 void run_command(int command);
-// The window is being closed by the user.
-void window_closed();
+// The window is being closed by the user. Does not return: the process ends with status 0.
+[[noreturn]] void window_closed();
+
+// From panel pixels, as raw pointer events carry them, to the pixel of the framebuffer that is
+// painted there. False, and nothing is changed, outside the framebuffer.
+bool panel_to_canvas(int &x, int &y);
 
 // Functions that upper floors install, so that the device layer never names them.
 struct Hooks {
-    void (*post_to_main)(int type, int par1, int par2) = nullptr; // an event to the main handler
-    void (*run_exit)() = nullptr;                                 // the exit handler
-    int (*panel_height)() = nullptr;                              // rows of the status panel
+    // Queues an event to the main handler; does nothing without one.
+    void (*post_to_main)(int type, int par1, int par2) = nullptr;
+    void (*run_exit)() = nullptr;    // the exit handler
+    int (*panel_height)() = nullptr; // rows of the status panel
 };
 extern Hooks hooks;
 

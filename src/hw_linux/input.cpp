@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+// Input ring, key table and pointer.
+#include "hw_linux/input.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+#include "hw.h"
+#include "hw_linux/device.h"
+#include "hw_linux/screen.h"
+#include "internal.h"
+#include "kelvane/events.h"
+
+extern "C" int device_touchpanel(void);
+
+namespace hw {
+namespace {
+
+constexpr int ring_slots = 64;
+
+struct RingEntry {
+    int type, mod, par1, par2;
+};
+
+RingEntry gtk_events[ring_slots];
+int ring_head = 0, ring_tail = 0;
+bool pointer_down = false;
+
+// The code of each bit of the key mask. Bits 17 and 18 are second entries of keys that are found
+// under their first; no desktop key reaches the bits after them.
+constexpr int key_codes[] = {
+    KEY_BACK,  KEY_AUX8, KEY_LEFT, KEY_MENU, KEY_MUSIC, KEY_OK,    KEY_RIGHT, KEY_PLUS,
+    KEY_MINUS, KEY_DOWN, KEY_UP,   KEY_PREV, KEY_NEXT,  KEY_NEXT2, KEY_POWER, KEY_PREV2,
+    KEY_HOME,  0,        0,        KEY_PLUS, KEY_MINUS, KEY_AUX7,  KEY_AUX6,
+};
+constexpr int key_bits = static_cast<int>(std::size(key_codes));
+constexpr int scanned_key_bits = 16; // hw_keystate never sees the keys after these
+
+bool prekeys[key_bits];
+
+int from_drawing_area(Zoom zoom, int position) {
+    const auto wide = int64_t{position};
+    switch (zoom) {
+    case Zoom::full:
+        return position;
+    case Zoom::half:
+        return static_cast<int>(wide * 2);
+    case Zoom::two_thirds:
+        return static_cast<int>(wide * 3 / 2);
+    }
+    return position;
+}
+
+bool take_input(RingEntry &entry) {
+    if (input_is_empty()) return false;
+    entry = gtk_events[ring_head];
+    ring_head = (ring_head + 1) % ring_slots;
+    return true;
+}
+
+} // namespace
+
+void reset_input() {
+    ring_head = ring_tail = 0;
+    pointer_down = false;
+    std::memset(prekeys, 0, sizeof prekeys);
+}
+
+bool input_is_empty() {
+    return ring_head == ring_tail;
+}
+
+void push_input(int type, int mod, int par1, int par2) {
+    const int next = (ring_tail + 1) % ring_slots;
+    if (next == ring_head) {
+        std::fputs("Gtk events queue overflow\n", stderr);
+        return;
+    }
+    gtk_events[ring_tail] = {type, mod, par1, par2};
+    ring_tail = next;
+}
+
+int find_code_bit(int code) {
+    if (code == 0) return -1;
+    for (int bit = 0; bit < key_bits; ++bit)
+        if (key_codes[bit] == code) return bit;
+    return -1;
+}
+
+void set_key_bit(int bit, bool down) {
+    if (bit < 0 || bit >= key_bits || prekeys[bit] == down) return;
+    prekeys[bit] = down;
+    push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, key_codes[bit], 0);
+}
+
+void panel_pointer_input(int type, int x, int y) {
+    if (type == EVT_POINTERMOVE && !pointer_down) return;
+    if (type != EVT_POINTERMOVE) pointer_down = type == EVT_POINTERDOWN;
+    push_input(type, 0, x, y);
+    if (type == EVT_POINTERMOVE || device_touchpanel() > 2)
+        push_input(EVT_MTSYNC, 0, 0, pointer_down ? 1 : 0);
+}
+
+void pointer_input(int type, int x, int y) {
+    const Zoom zoom = panel_view().zoom;
+    panel_pointer_input(type, from_drawing_area(zoom, x), from_drawing_area(zoom, y));
+}
+
+} // namespace hw
+
+using namespace hw;
+
+extern "C" {
+
+int hw_nextevent(hw_event *event) {
+    if (!event) return 0;
+    *event = {};
+    if (closing() == 1) {
+        closing() = 2;
+        kvstate.exiting = EXIT_REQUESTED;
+        return 0;
+    }
+    if (device()) device()->pump();
+    RingEntry entry;
+    if (!take_input(entry)) return 0;
+    event->type = entry.type;
+    event->data.common = {entry.mod, entry.par1, entry.par2};
+    hw_gettime(&event->time);
+    return 1;
+}
+
+int hw_keystate(int key) {
+    for (int bit = 0; bit < scanned_key_bits; ++bit)
+        if (key_codes[bit] == key) return prekeys[bit];
+    return 0;
+}
+
+int kv_key(int mask) {
+    for (int bit = 0; bit < key_bits; ++bit)
+        if (mask == 1 << bit) return key_codes[bit];
+    return 0;
+}
+
+} // extern "C"

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// The device's keys and pointer, in the units of the emulated device.
+#pragma once
+
+namespace hw {
+
+// Empties the input ring and lets go of every key and of the pointer.
+void reset_input();
+bool input_is_empty();
+// pointer_input() in panel pixels.
+void panel_pointer_input(int type, int x, int y);
+// The first key of the key table with this code; -1 for none.
+int find_code_bit(int code);
+
+} // namespace hw

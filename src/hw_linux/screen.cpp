@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+// Life of the device and its framebuffer.
+#include "hw_linux/screen.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "hw.h"
+#include "hw_linux/input.h"
+#include "hw_linux/settings.h"
+#include "internal.h"
+
+namespace hw {
+
+Hooks hooks;
+
+namespace {
+
+constexpr int spare_rows = 16;
+constexpr uint8_t white = 255;
+
+struct Screen {
+    const DeviceOps *device = nullptr;
+    std::unique_ptr<uint8_t[]> memory;
+    icanvas canvas{};
+    int width = 0, height = 0; // as opened
+    Zoom zoom = Zoom::full;
+    int orientation = 0;
+    int closing = 0;
+};
+
+Screen screen;
+EmulatedState state;
+
+const DeviceOps *choose_device() {
+    const char *name = std::getenv("KELVANE_DEVICE");
+    if (!name || !*name) return &window_device;
+    for (const DeviceOps *ops : {&window_device, &headless_device})
+        if (std::strcmp(name, ops->name) == 0) return ops;
+    std::fprintf(stderr, "KELVANE_DEVICE=%s: no such device (window or headless)\n", name);
+    return nullptr;
+}
+
+const char *title_suffix(Zoom zoom) {
+    switch (zoom) {
+    case Zoom::full:
+        return "";
+    case Zoom::half:
+        return "(compressed view 1/2)";
+    case Zoom::two_thirds:
+        return "(compressed view 2/3) ";
+    }
+    return "";
+}
+
+bool open_device(const DeviceOps *ops) {
+    char title[64];
+    std::snprintf(title, sizeof title, "Marrowleaf %dx%d%s", screen.width, screen.height,
+                  title_suffix(screen.zoom));
+    return ops->open({to_drawing_area(screen.zoom, screen.width),
+                      to_drawing_area(screen.zoom, screen.height), title});
+}
+
+void take_size() {
+    const DisplayMode mode = resmode_list[state.display_mode];
+    const bool landscape = state.position == 1 || state.position == 2;
+    screen.width = landscape ? mode.height : mode.width;
+    screen.height = landscape ? mode.width : mode.height;
+    screen.zoom = zoom_of(state.display_mode);
+}
+
+bool make_framebuffer() {
+    const size_t size = static_cast<size_t>(screen.width) * (screen.height + spare_rows);
+    screen.memory.reset(new (std::nothrow) uint8_t[size]);
+    if (!screen.memory) return false;
+    std::memset(screen.memory.get(), white, size);
+    return true;
+}
+
+// Orientations 0, 1, 2, 3 as quarter turns, and back: the table is its own inverse.
+constexpr int quarter_turns[4] = {0, 1, 3, 2};
+
+// The canvas is upright in the window when its orientation is the position the device is held in.
+int turn_of(int orientation) {
+    const bool held = state.position >= 0 && state.position <= 3;
+    const int base = held ? quarter_turns[state.position] : 0;
+    return quarter_turns[(quarter_turns[orientation] - base) & 3];
+}
+
+void lay_canvas() {
+    const int turn = turn_of(screen.orientation);
+    const bool sideways = turn == 1 || turn == 2;
+    icanvas &c = screen.canvas;
+    c.width = sideways ? screen.height : screen.width;
+    c.height = sideways ? screen.width : screen.height;
+    c.scanline = c.width;
+    c.depth = 8;
+    c.clipx1 = c.clipy1 = 0;
+    c.clipx2 = c.width - 1;
+    c.clipy2 = c.height - 1;
+    c.addr = screen.memory.get();
+}
+
+} // namespace
+
+const DeviceOps *device() {
+    return screen.device;
+}
+
+EmulatedState &emulated() {
+    return state;
+}
+
+icanvas *framebuffer() {
+    return screen.device ? &screen.canvas : nullptr;
+}
+
+PanelView panel_view() {
+    const bool panel_on_top = kvstate.panel_position == 1 && hooks.panel_height;
+    return {screen.zoom, turn_of(screen.orientation), panel_on_top ? hooks.panel_height() : 0};
+}
+
+int &closing() {
+    return screen.closing;
+}
+
+bool panel_to_canvas(int &x, int &y) {
+    if (!screen.device) return false;
+    const icanvas &c = screen.canvas;
+    const Point pixel = from_panel(panel_view(), c, {x, y});
+    if (pixel.x < 0 || pixel.y < 0 || pixel.x >= c.width || pixel.y >= c.height) return false;
+    x = static_cast<int>(pixel.x);
+    y = static_cast<int>(pixel.y);
+    return true;
+}
+
+void window_closed() {
+    screen.closing = 1;
+    if (hooks.run_exit) hooks.run_exit();
+    std::fflush(nullptr);
+    std::_Exit(0);
+}
+
+} // namespace hw
+
+using namespace hw;
+
+extern "C" {
+
+int hw_init() {
+    if (screen.device) return 1;
+    const DeviceOps *ops = choose_device();
+    if (!ops) return 0;
+    state = {};
+    screen = {};
+    state.position = get_orientation();
+    state.display_mode = get_display_mode();
+    take_size();
+    if (!make_framebuffer() || !open_device(ops)) {
+        screen = {};
+        return 0;
+    }
+    reset_input();
+    screen.device = ops;
+    lay_canvas();
+    return 1;
+}
+
+void hw_close() {
+    if (!screen.device) return;
+    screen.device->close();
+    const int was_closing = screen.closing;
+    screen = {};
+    screen.closing = was_closing;
+}
+
+int hw_init_shm() {
+    return 0;
+}
+
+icanvas *hw_getframebuffer() {
+    return framebuffer();
+}
+
+void hw_displaysize(int *w, int *h) {
+    if (w) *w = screen.width;
+    if (h) *h = screen.height;
+}
+
+void hw_set_fb_orientation(int orientation) {
+    if (!screen.device || orientation < 0 || orientation > 3) return;
+    screen.orientation = orientation;
+    lay_canvas();
+}
+
+int hw_get_fb_orientation() {
+    return screen.orientation;
+}
+
+} // extern "C"

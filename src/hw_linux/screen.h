@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The framebuffer as the areas of the device layer share it.
+#pragma once
+
+#include "hw_linux/panel.h"
+#include "kelvane/canvas.h"
+
+namespace hw {
+
+// The framebuffer's canvas; null before hw_init and after hw_close.
+icanvas *framebuffer();
+// How the framebuffer lies on the panel now.
+PanelView panel_view();
+// Set to 1 when the window is being closed, and to 2 once the loop has been told.
+int &closing();
+
+} // namespace hw

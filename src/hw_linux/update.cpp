@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// Shows areas of the framebuffer on the emulated panel.
+#include <cstdint>
+
+#include "hw.h"
+#include "hw_linux/device.h"
+#include "hw_linux/screen.h"
+#include "kelvane/updates.h"
+
+namespace {
+
+constexpr int64_t settle_us = 10000;
+constexpr int64_t refine_us = 100000;
+
+int dynamic_switch = 0;
+
+void paint(const irect &area) {
+    const hw::DeviceOps *device = hw::device();
+    hw::eink_waveform(hw::panel_view(), *hw::framebuffer(), area, device->pixels());
+    device->present();
+    device->pump();
+    device->pause(settle_us);
+}
+
+irect whole_screen() {
+    const icanvas *canvas = hw::framebuffer();
+    return {0, 0, canvas->width, canvas->height, 0};
+}
+
+bool is_flashing(int mode) {
+    return mode == UPDATE_A2_ENTER || mode == UPDATE_A2_EXIT;
+}
+
+} // namespace
+
+extern "C" {
+
+int hw_update(int x, int y, int w, int h, int mode) {
+    if (!hw::device() || x < 0 || y < 0) return 0;
+    const irect area{x, y, w, h, 0};
+    if (is_flashing(mode)) paint(area);
+    paint(area);
+    return 1;
+}
+
+int hw_fullupdate() {
+    if (!hw::device()) return 0;
+    paint(whole_screen());
+    paint(whole_screen());
+    return 1;
+}
+
+int hw_fullupdate_hq() {
+    return hw_fullupdate();
+}
+
+int hw_refine16() {
+    if (!hw::device()) return 0;
+    hw::device()->pause(refine_us);
+    paint(whole_screen());
+    return 1;
+}
+
+int hw_capable16() {
+    return 1;
+}
+
+void hw_override_update(int) {}
+
+int hw_switch_dynamic(int dynamic) {
+    const int old = dynamic_switch;
+    dynamic_switch = dynamic;
+    return old;
+}
+
+void hw_suspend_display() {}
+
+void hw_resume_display() {}
+
+int hw_einkversion() {
+    return 0;
+}
+
+void hw_wait_luts_complete() {}
+
+int hw_update_busy() {
+    return 0;
+}
+
+int hw_writelogo(int) {
+    return 0;
+}
+
+int hw_restorelogo() {
+    return 0;
+}
+
+} // extern "C"

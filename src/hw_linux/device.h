@@ -74,7 +74,11 @@ struct EmulatedState {
     bool charging = false;
     int position = -1; // how the device is held; -1 when not set
     int display_mode = 0;
+    int update_answer = 1; // of hw_update; a panel may answer with flags
 };
 EmulatedState &emulated();
+
+// Names the call that the next update comes from, for the trace. Kept by pointer.
+void set_update_cause(const char *cause);
 
 } // namespace hw

@@ -13,6 +13,7 @@ constexpr int64_t settle_us = 10000;
 constexpr int64_t refine_us = 100000;
 
 int dynamic_switch = 0;
+const char *update_cause = "";
 
 void paint(const irect &area) {
     const hw::DeviceOps *device = hw::device();
@@ -33,6 +34,10 @@ bool is_flashing(int mode) {
 
 } // namespace
 
+void hw::set_update_cause(const char *cause) {
+    update_cause = cause;
+}
+
 extern "C" {
 
 int hw_update(int x, int y, int w, int h, int mode) {
@@ -40,7 +45,7 @@ int hw_update(int x, int y, int w, int h, int mode) {
     const irect area{x, y, w, h, 0};
     if (is_flashing(mode)) paint(area);
     paint(area);
-    return 1;
+    return hw::emulated().update_answer;
 }
 
 int hw_fullupdate() {

@@ -120,16 +120,24 @@ KELVANE_API void InitKelvane(int flags);
 /** Everything KelvaneMain() does before its loop. Continue with ProcessEventLoop(). */
 KELVANE_API void PrepareForLoop(kv_handler h);
 
-/** One step of the loop for applications that own it; may pause for up to 20 ms when idle. */
-KELVANE_API void ProcessEventLoop(void);
+/**
+ * One step of the loop for applications that own it: delivers what is queued, runs due timers and
+ * takes one event from the device; with nothing to do it pauses for up to 20 ms.
+ * @return whether to go on; call ClearOnExit() after KELVANE_OUT_LOOP
+ */
+KELVANE_API KELVANE_LOOP ProcessEventLoop(void);
 
-/** Delivers what is queued and takes at most one event from the device; never pauses. */
-KELVANE_API void ProcessEventLoopQuick(void);
+/**
+ * Delivers what is queued and takes at most one event from the device. Never pauses and runs no
+ * timers, so a long computation may call it to stay responsive.
+ * @return whether to go on
+ */
+KELVANE_API KELVANE_LOOP ProcessEventLoopQuick(void);
 
-/** One step of the loop. @return whether to go on */
+/** The same as ProcessEventLoop(). */
 KELVANE_API KELVANE_LOOP kv_process_event_loop(void);
 
-/** One step without a pause. @return whether to go on */
+/** The same as ProcessEventLoopQuick(). */
 KELVANE_API KELVANE_LOOP kv_process_event_loop_quick(void);
 
 /**

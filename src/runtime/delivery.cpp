@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "runtime/delivery.h"
+
+#include <utility>
+
+#include "hw_linux/device.h"
+#include "kelvane/updates.h"
+#include "runtime/queue.h"
+#include "runtime/tasks.h"
+
+namespace {
+
+constexpr int64_t delivery_budget_us = 50000;
+constexpr int64_t event_cost_us = 10; // on an emulated clock
+constexpr int evt_full_update_check = 95;
+constexpr int task_updates_itself = 4;
+
+void *current_data;
+
+int64_t clock_us() {
+    return hw::device() ? hw::device()->clock_us() : 0;
+}
+
+void before_delivery(int type) {
+    if (type == EVT_INIT) kvstate.initialized = 1;
+    if (type == evt_full_update_check && !(task_current_flags() & task_updates_itself)) {
+        WaitForUpdateComplete();
+        FullUpdate();
+    }
+}
+
+void deliver(const ievent &event) {
+    // A handler may run a loop of its own, so the outer event's data comes back afterwards.
+    void *outer = std::exchange(current_data, event.data);
+    before_delivery(event.type);
+    const bool callable = event.type != 0 && event.hproc;
+    const int handled = callable ? event.hproc(event.type, event.par1, event.par2) : 0;
+    default_action(event, handled);
+    current_data = outer;
+}
+
+} // namespace
+
+void *GetCurrentEventExData() {
+    return current_data;
+}
+
+void handle_pending_events() {
+    const int64_t end = clock_us() + delivery_budget_us;
+    ievent event;
+    while (hw::device() && clock_us() < end && queue_take(event)) {
+        hw::device()->spend(event_cost_us);
+        deliver(event);
+    }
+}

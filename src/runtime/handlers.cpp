@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "runtime/handlers.h"
+
+#include "internal.h"
+#include "runtime/input.h"
+
+namespace {
+
+constexpr int first_repeat_ms = 1000;
+constexpr int next_repeat_ms = 500;
+constexpr int shortest_restored_ms = 99;
+
+// A key or finger that is held belongs to the handler that saw it go down.
+void drop_held_input() {
+    kvstate.allowkeyup = 0;
+    stop_key_repeat();
+    reset_keyboard_rate();
+}
+
+} // namespace
+
+void reset_keyboard_rate() {
+    SetKeyboardRate(first_repeat_ms, next_repeat_ms);
+}
+
+void SetKeyboardRate(int t1, int t2) {
+    kvstate.keytime1 = t1;
+    kvstate.keytime2 = t2;
+}
+
+kv_handler GetEventHandler() {
+    return kvstate.hproc;
+}
+
+kv_handler SetEventHandler(kv_handler h) {
+    drop_held_input();
+    const kv_handler old = kvstate.hproc;
+    SendEvent(old, EVT_HIDE, 0, 0);
+    kvstate.hproc = h;
+    SendEvent(h, EVT_SHOW, 0, 0);
+    return old;
+}
+
+kv_handler kv_seteventhandler(kv_handler h) {
+    const kv_handler old = kvstate.hproc;
+    kvstate.hproc = h;
+    kvstate.uiflags &= ~UI_QUICK_NAVIGATOR;
+    drop_held_input();
+    SendEvent(h, EVT_RESTORE, 0, 0);
+    return old;
+}
+
+kv_handler SetEventHandlerEx(kv_handler h) {
+    return kv_seteventhandler(h);
+}
+
+void kv_restoreeventhandler(kv_handler h, int t1, int t2) {
+    kv_seteventhandler(h);
+    if (t1 > shortest_restored_ms && t2 > shortest_restored_ms) SetKeyboardRate(t1, t2);
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "runtime/queue.h"
+
+#include <mutex>
+#include <new>
+
+namespace {
+
+std::mutex message_mutex;
+
+int next_slot(int slot) {
+    return (slot + 1) % event_ring_slots;
+}
+
+} // namespace
+
+void queue_open() {
+    const std::lock_guard lock(message_mutex);
+    delete[] kvstate.events;
+    kvstate.events = new (std::nothrow) ievent[event_ring_slots]{};
+    kvstate.evtstart = kvstate.evtend = 0;
+}
+
+void queue_close() {
+    const std::lock_guard lock(message_mutex);
+    delete[] kvstate.events;
+    kvstate.events = nullptr;
+    kvstate.evtstart = kvstate.evtend = 0;
+}
+
+bool queue_is_empty() {
+    const std::lock_guard lock(message_mutex);
+    return kvstate.evtstart == kvstate.evtend;
+}
+
+bool queue_has_plain_run() {
+    const std::lock_guard lock(message_mutex);
+    return kvstate.evtstart < kvstate.evtend;
+}
+
+bool queue_take(ievent &entry) {
+    const std::lock_guard lock(message_mutex);
+    if (kvstate.evtstart == kvstate.evtend) return false;
+    entry = kvstate.events[kvstate.evtstart];
+    kvstate.evtstart = next_slot(kvstate.evtstart);
+    return true;
+}
+
+void kv_enqueue_ex(kv_handler h, int type, int par1, int par2, void *data) {
+    const std::lock_guard lock(message_mutex);
+    const int after = next_slot(kvstate.evtend);
+    if (!kvstate.events || after == kvstate.evtstart) return;
+    kvstate.events[kvstate.evtend] = {h,
+                                      static_cast<uint16_t>(type),
+                                      0,
+                                      static_cast<uint16_t>(par1),
+                                      static_cast<uint16_t>(par2),
+                                      data};
+    kvstate.evtend = after;
+}
+
+void kv_enqueue(kv_handler h, int type, int par1, int par2) {
+    kv_enqueue_ex(h, type, par1, par2, nullptr);
+}
+
+void SendEvent(kv_handler h, int type, int par1, int par2) {
+    if (h) kv_enqueue_ex(h, type, par1, par2, nullptr);
+}
+
+void SendEventEx(kv_handler h, int type, int par1, int par2, void *data) {
+    if (h) kv_enqueue_ex(h, type, par1, par2, data);
+}

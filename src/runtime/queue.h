@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The application event queue: a ring of event_ring_slots entries in kvstate, guarded by one mutex
+// that is held only while an entry is added or taken. Entries are added from any thread and taken
+// on the application's thread. A full ring drops what is added.
+#pragma once
+
+#include "internal.h"
+
+void queue_open();
+void queue_close();
+bool queue_is_empty();
+// True while the ring holds entries that have not wrapped around its end.
+bool queue_has_plain_run();
+// Moves the oldest entry to `entry`; false when there is none.
+bool queue_take(ievent &entry);
+
+void kv_enqueue_ex(kv_handler h, int type, int par1, int par2, void *data);

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "runtime/screens.h"
+
+#include "ground/log.h"
+#include "internal.h"
+
+namespace {
+
+template <const char *Name>
+void log_only() {
+    tq_print_log2(LOG_INFO_LEVEL, "No component opens the %s screen\n", Name);
+}
+
+constexpr char player[] = "player", player_close[] = "player closing", playing[] = "playing",
+               network[] = "network information", bluetooth[] = "Bluetooth information",
+               audio[] = "audio output", calendar_name[] = "calendar", light[] = "front light",
+               menu[] = "main menu", hourglass_name[] = "hourglass";
+
+void log_power_action(int action) {
+    tq_print_log2(LOG_INFO_LEVEL, "Power key action %d\n", action);
+}
+
+void log_bitmap_report(const char *path) {
+    tq_print_log2(LOG_INFO_LEVEL, "No bitmap tracker writes %s\n", path);
+}
+
+void log_message(int, const char *title, const char *text, int) {
+    tq_print_log2(LOG_INFO_LEVEL, "%s: %s\n", title, text);
+}
+
+const char *default_key_action(int key) {
+    return key == KEY_MENU || key == KEY_HOME ? "@KA_mmnu" : nullptr;
+}
+
+constexpr ScreenHooks defaults = {
+    .open_player = log_only<player>,
+    .close_player = log_only<player_close>,
+    .toggle_playing = log_only<playing>,
+    .network_info = log_only<network>,
+    .bluetooth_info = log_only<bluetooth>,
+    .audio_output = log_only<audio>,
+    .calendar = log_only<calendar_name>,
+    .front_light = log_only<light>,
+    .main_menu = log_only<menu>,
+    .power_action = log_power_action,
+    .bitmap_report = log_bitmap_report,
+    .hourglass = log_only<hourglass_name>,
+    .message = log_message,
+    .navigator_key = [](int, int) { return false; },
+    .scroll_area_pointer = [](int, int, int) { return false; },
+    .panel_pointer = [](int, int, int) { return false; },
+    .refresh_panel = [] {},
+    .key_action = default_key_action,
+};
+
+} // namespace
+
+ScreenHooks screens = defaults;
+
+void screens_reset() {
+    screens = defaults;
+}

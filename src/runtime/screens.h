@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// What the runtime asks of the components above it. Each entry starts as a default that logs and
+// does nothing; a component installs its own function when it is opened.
+#pragma once
+
+struct ScreenHooks {
+    // Screens that default actions open.
+    void (*open_player)();
+    void (*close_player)();
+    void (*toggle_playing)();
+    void (*network_info)();
+    void (*bluetooth_info)();
+    void (*audio_output)();
+    void (*calendar)();
+    void (*front_light)();
+    void (*main_menu)();
+    void (*power_action)(int action); // of the power key, a number from the settings
+    void (*bitmap_report)(const char *path);
+    void (*hourglass)();
+    void (*message)(int icon, const char *title, const char *text, int ms);
+
+    // Components that see input before the handler; true takes the event.
+    bool (*navigator_key)(int type, int key);
+    bool (*scroll_area_pointer)(int type, int x, int y);
+    bool (*panel_pointer)(int type, int x, int y);
+    void (*refresh_panel)();
+
+    // The action word of a key, or null.
+    const char *(*key_action)(int key);
+};
+
+extern ScreenHooks screens;
+
+// Puts every default back.
+void screens_reset();

@@ -28,6 +28,7 @@
 
 #include "kelvane/canvas.h"
 #include "kelvane/events.h"
+#include "kelvane/files.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+// Operations on paths and directories, and the wait for storage that each begins with.
+#include "kelvane/files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <iterator>
+#include <string_view>
+#include <unistd.h>
+
+#include "file/fold.h"
+#include "file/heap_string.h"
+#include "file/hooks.h"
+#include "file/storage.h"
+#include "internal.h"
+
+namespace {
+
+constexpr std::string_view waiting_roots[] = {"./system/mnt/ext1", "./system/mnt/ext2",
+                                              "./system/tmp/photo"};
+
+bool is_on_storage(const char *path) {
+    return std::any_of(std::begin(waiting_roots), std::end(waiting_roots), [path](auto root) {
+        return compare_folded(path, root.data(), root.size()) == 0;
+    });
+}
+
+// Waits for the storage of `path`; false for null, with errno set as the system calls do.
+bool ready_for(const char *path) {
+    if (!path) {
+        errno = EFAULT;
+        return false;
+    }
+    safe_wait(path);
+    return true;
+}
+
+} // namespace
+
+bool storage_may_be_settling() {
+    return file_hooks.clock_ms() - kvstate.waketime <= 999;
+}
+
+void pause_for_storage() {
+    file_hooks.pause(100000);
+}
+
+void safe_wait(const char *path) {
+    if (!path || !is_on_storage(path)) return;
+    while (storage_may_be_settling() && !file_hooks.storage_ready()) pause_for_storage();
+}
+
+extern "C" {
+
+void kv_buildpath(const char *path) {
+    if (!ready_for(path)) return;
+    const heap_string prefix(strdup(path));
+    if (!prefix || !*path) return;
+    for (char *slash = prefix.get(); (slash = std::strchr(slash + 1, '/'));) {
+        *slash = 0;
+        mkdir(prefix.get(), 0777);
+        *slash = '/';
+    }
+}
+
+int kv_mkdir(const char *path, mode_t mode) {
+    return ready_for(path) ? mkdir(path, mode) : -1;
+}
+
+int kv_stat(const char *path, struct stat *st) {
+    if (!st) path = nullptr;
+    return ready_for(path) ? stat(path, st) : -1;
+}
+
+int kv_access(const char *path, int mode) {
+    return ready_for(path) ? access(path, mode) : -1;
+}
+
+int kv_unlink(const char *path) {
+    return ready_for(path) ? unlink(path) : -1;
+}
+
+int kv_rmdir(const char *path) {
+    return ready_for(path) ? rmdir(path) : -1;
+}
+
+int kv_truncate(const char *path, off_t length) {
+    return ready_for(path) ? truncate(path, length) : -1;
+}
+
+int kv_rename(const char *from, const char *to) {
+    return to && ready_for(from) ? rename(from, to) : -1;
+}
+
+DIR *kv_opendir(const char *path) {
+    return ready_for(path) ? opendir(path) : nullptr;
+}
+
+dirent *kv_readdir(DIR *dir) {
+    return dir ? readdir(dir) : nullptr;
+}
+
+int kv_closedir(DIR *dir) {
+    return dir ? closedir(dir) : -1;
+}
+
+void kv_sync() {
+    sync();
+}
+
+int has_secure_storage() {
+    struct stat st;
+    return kv_stat("./system/mnt/secure", &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+} // extern "C"

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Small files in which a device's kernel shows and takes settings.
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "hw.h"
+
+namespace {
+
+struct CloseFile {
+    void operator()(std::FILE *file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+} // namespace
+
+extern "C" {
+
+int hw_read_file(const char *path, char *buffer, int size) {
+    if (!path || !buffer || size < 1) return -1;
+    File file(std::fopen(path, "rb"));
+    if (!file) return -1;
+    // The first byte tells a readable file from a directory before the buffer is touched.
+    int first = std::fgetc(file.get());
+    if (first == EOF && std::ferror(file.get())) return -1;
+    std::ungetc(first, file.get());
+    size_t count = std::fread(buffer, 1, static_cast<size_t>(size - 1), file.get());
+    buffer[count] = '\0';
+    return static_cast<int>(count);
+}
+
+int hw_write_file(const char *path, const char *text) {
+    if (!path || !text) return 0;
+    std::FILE *file = std::fopen(path, "wb");
+    if (!file) return 0;
+    bool written = std::fputs(text, file) != EOF;
+    return (std::fclose(file) == 0) && written;
+}
+
+} // extern "C"

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "hw_linux/services/state.h"
+
+namespace hw {
+
+ServiceState &services() {
+    static ServiceState state;
+    return state;
+}
+
+void reset_services() {
+    services() = {};
+}
+
+void set_storage_ready(bool ready) {
+    services().storage_ready = ready;
+}
+
+} // namespace hw

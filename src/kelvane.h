@@ -27,8 +27,10 @@
 #define KELVANE_H
 
 #include "kelvane/canvas.h"
+#include "kelvane/config.h"
 #include "kelvane/events.h"
 #include "kelvane/files.h"
+#include "kelvane/hash.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 

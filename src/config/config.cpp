@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: MIT
+#include "kelvane/config.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <unistd.h>
+#include <utility>
+
+#include "config/defaults.h"
+#include "config/deleted.h"
+#include "config/format.h"
+#include "config/handle.h"
+#include "config/number.h"
+#include "config/storage.h"
+#include "ground/hash_access.h"
+#include "ground/log.h"
+#include "internal.h"
+#include "kelvane/files.h"
+
+namespace config {
+
+const char *find(iconfig *c, const char *name) {
+    const uint32_t hash = hash_of(name);
+    for (ihash layer : {c->vhash, c->modified_hash, c->hash})
+        if (auto *value = static_cast<const char *>(find_hashed(layer, name, hash))) return value;
+    return nullptr;
+}
+
+void write(iconfig *c, const char *name, const char *value) {
+    hash_add(c->modified_hash, name, value);
+    drop_deleted(c, name);
+    c->changed = 1;
+    hash_delete(c->vhash, name);
+}
+
+} // namespace config
+
+namespace {
+
+using namespace config;
+
+constexpr int buckets = 101;
+
+struct handle_closer {
+    void operator()(iconfig *c) const { CloseConfigNoSave(c); }
+};
+using handle = std::unique_ptr<iconfig, handle_closer>;
+
+// An empty handle. Throws bad_alloc.
+handle make_handle(const char *path) {
+    handle c(static_cast<iconfig *>(std::calloc(1, sizeof(iconfig))));
+    if (!c) throw std::bad_alloc();
+    c->filename = strdup(path);
+    c->hash = hash_new(buckets);
+    c->vhash = hash_new(buckets);
+    c->modified_hash = hash_new(buckets);
+    c->deleted_keys = static_cast<char **>(std::calloc(deleted_step, sizeof(char *)));
+    if (!c->filename || !c->hash || !c->vhash || !c->modified_hash || !c->deleted_keys)
+        throw std::bad_alloc();
+    return c;
+}
+
+// Reads the file into `values`. False, with `values` as they were, when it cannot be read.
+bool load(const char *path, ihash values) {
+    kv_buildpath(path);
+    const locked_stream f = open_locked(path, access::read);
+    if (!f) return false;
+    auto text = read_all(f.get());
+    return text && parse_settings(text->bytes.get(), text->size, values);
+}
+
+// Takes the deleted names out of the file's values.
+void apply_deletions(iconfig *c) {
+    for (char **name = c->deleted_keys; *name; name++) hash_delete(c->hash, *name);
+}
+
+// The locked read, merge and write. Nothing is forgotten before the new text is complete.
+int save(iconfig *c) {
+    kv_buildpath(c->filename);
+    tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]Save config %s", static_cast<int>(getpid()),
+                  c->filename);
+    locked_stream f = open_locked(c->filename, access::rewrite);
+    if (!f) return 0;
+    auto old = read_all(f.get());
+    if (!old || !parse_settings(old->bytes.get(), old->size, c->hash)) return 0;
+    if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
+    apply_deletions(c);
+    const std::string text = format_settings(c->hash);
+    clear_deleted(c);
+    hash_clear(c->modified_hash);
+    const bool written = replace_text(f.get(), old->size, text);
+    sync_and_close(std::move(f));
+    c->changed = 0;
+    return written;
+}
+
+int refresh(iconfig *c) {
+    const handle fresh = make_handle(c->filename);
+    if (!load(fresh->filename, fresh->hash)) return 0;
+    tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]marge changes in %s", static_cast<int>(getpid()),
+                  c->filename);
+    hash_merge_to(c->hash, fresh->hash, c->hash);
+    apply_deletions(c);
+    clear_deleted(c);
+    return 1;
+}
+
+// A private copy of a string: what a caller hands back may belong to the table that is changed.
+struct heap_free {
+    void operator()(char *p) const { std::free(p); }
+};
+using string_copy = std::unique_ptr<char, heap_free>;
+
+string_copy copy_of(const char *text) {
+    return string_copy(strdup(text));
+}
+
+// The decimal text of an int.
+struct int_text {
+    char text[16];
+    explicit int_text(int value) { std::snprintf(text, sizeof text, "%i", value); }
+};
+
+} // namespace
+
+extern "C" {
+
+iconfig *OpenConfig(const char *path, iconfigedit *defaults) try {
+    handle c = make_handle(path ? path : "");
+    add_defaults(defaults, c->hash);
+    load(c->filename, c->hash);
+    return c.release();
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+iconfig *GetGlobalConfig(void) {
+    return kvstate.cfg;
+}
+
+int RefreshConfig(iconfig **handle) try {
+    return handle && *handle ? refresh(*handle) : 0;
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+int SaveConfig(iconfig *c) try {
+    if (!c) return 0;
+    return c->changed ? save(c) : 1;
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+void CloseConfig(iconfig *c) {
+    SaveConfig(c);
+    CloseConfigNoSave(c);
+}
+
+void CloseConfigNoSave(iconfig *c) {
+    if (!c) return;
+    hash_destroy(c->hash);
+    hash_destroy(c->vhash);
+    hash_destroy(c->modified_hash);
+    if (c->deleted_keys) clear_deleted(c);
+    std::free(c->deleted_keys);
+    std::free(c->filename);
+    std::free(c);
+}
+
+char *ReadString(iconfig *c, const char *name, const char *deflt) {
+    const char *value = c && name ? find(c, name) : nullptr;
+    return const_cast<char *>(value ? value : deflt);
+}
+
+int ReadInt(iconfig *c, const char *name, int deflt) {
+    const char *value = c && name ? find(c, name) : nullptr;
+    return value ? parse_int(value) : deflt;
+}
+
+void WriteString(iconfig *c, const char *name, const char *value) {
+    if (!c || !name || !value) return;
+    if (const string_copy copy = copy_of(value)) write(c, name, copy.get());
+}
+
+void WriteInt(iconfig *c, const char *name, int value) {
+    if (c && name) write(c, name, int_text(value).text);
+}
+
+void WriteStringVolatile(iconfig *c, const char *name, const char *value) {
+    if (!c || !name || !value) return;
+    if (const string_copy copy = copy_of(value)) hash_add(c->vhash, name, copy.get());
+}
+
+void WriteIntVolatile(iconfig *c, const char *name, int value) {
+    if (c && name) hash_add(c->vhash, name, int_text(value).text);
+}
+
+void DeleteString(iconfig *c, const char *name) {
+    if (!c || !name) return;
+    string_copy copy = copy_of(name);
+    if (!copy) return;
+    for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
+    if (push_deleted(c, copy.get())) copy.release();
+    c->changed = 1;
+}
+
+void DeleteInt(iconfig *c, const char *name) {
+    DeleteString(c, name);
+}
+
+void ClearConfig(iconfig *c) {
+    if (!c) return;
+    for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_clear(layer);
+    c->changed = 1;
+}
+}

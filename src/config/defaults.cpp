@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "config/defaults.h"
+
+#include <vector>
+
+namespace config {
+namespace {
+
+constexpr int kind_mask = 127;
+constexpr int kind_nested = 31;
+
+bool holds_value(int kind) {
+    return kind != 7 && kind != 14 && kind != kind_nested;
+}
+
+// A table of the earlier layout starts with a pointer, whose low half is no kind.
+bool is_current_layout(const iconfigedit *table) {
+    return table->type >= 0 && table->type <= 255;
+}
+
+// The rows stay until the next conversion: a settings screen may go on showing them.
+iconfigedit *convert(const oldconfigedit *old) {
+    static std::vector<iconfigedit> rows;
+    rows.clear();
+    for (; old->type != 0; old++)
+        rows.push_back({old->type, nullptr, old->text, nullptr, old->name, old->deflt,
+                        old->variants, nullptr, nullptr});
+    rows.push_back({});
+    return rows.data();
+}
+
+// The tables that the walk is in, the innermost first.
+struct walk {
+    const iconfigedit *table;
+    const walk *outer;
+
+    bool is_inside(const iconfigedit *other) const {
+        return table == other || (outer && outer->is_inside(other));
+    }
+};
+
+void add_table(const walk &here, ihash values) {
+    for (const iconfigedit *row = here.table; row->type != 0; row++) {
+        const int kind = row->type & kind_mask;
+        if (kind == kind_nested && row->submenu && !here.is_inside(row->submenu))
+            add_table({row->submenu, &here}, values);
+        else if (row->name && row->deflt && holds_value(kind))
+            hash_add(values, row->name, row->deflt);
+    }
+}
+
+} // namespace
+
+void add_defaults(iconfigedit *table, ihash values) {
+    if (!table) return;
+    if (!is_current_layout(table)) table = convert(reinterpret_cast<const oldconfigedit *>(table));
+    add_table({table, nullptr}, values);
+}
+
+} // namespace config

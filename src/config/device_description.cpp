@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "config/device_description.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <strings.h>
+
+#include "config/number.h"
+#include "kelvane/config.h"
+#include "kelvane/files.h"
+
+namespace config {
+namespace {
+
+constexpr const char *description_file = "./system/config/device.cfg";
+constexpr int line_buffer = 255; // a longer line counts as several
+
+struct closer {
+    void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
+};
+
+std::string_view trim_left(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text;
+}
+
+// Drops bytes from the end up to and including `highest`.
+std::string_view trim_right(std::string_view text, unsigned char highest) {
+    while (!text.empty() && static_cast<unsigned char>(text.back()) <= highest)
+        text.remove_suffix(1);
+    return text;
+}
+
+void add_line(std::forward_list<device_entry> &entries, std::string_view line) {
+    const size_t equals = line.find('=');
+    if (equals == line.npos) return;
+    // Spaces at the end belong to a value, but not to a name.
+    const std::string_view name = trim_right(trim_left(line.substr(0, equals)), ' ');
+    const std::string_view value = trim_right(trim_left(line.substr(equals + 1)), ' ' - 1);
+    entries.push_front({std::string(name), std::string(value)});
+}
+
+// What device.cfg says. It is kept for ever: callers hold on to the values.
+const std::forward_list<device_entry> &description() {
+    static const auto &entries =
+        *new std::forward_list<device_entry>(load_device_description(description_file));
+    return entries;
+}
+
+const char *find_value(const char *name) try {
+    return name ? find_in_description(description(), name) : nullptr;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+} // namespace
+
+std::forward_list<device_entry> load_device_description(const char *path) {
+    std::forward_list<device_entry> entries;
+    const std::unique_ptr<std::FILE, closer> f(kv_fopen(path, "rbe"));
+    char line[line_buffer];
+    while (kv_fgets(line, sizeof line, f.get())) add_line(entries, line);
+    return entries;
+}
+
+const char *find_in_description(const std::forward_list<device_entry> &entries, const char *name) {
+    const auto same = [name](const device_entry &e) {
+        return strcasecmp(e.name.c_str(), name) == 0;
+    };
+    const auto found = std::find_if(entries.begin(), entries.end(), same);
+    return found == entries.end() ? nullptr : found->value.c_str();
+}
+
+} // namespace config
+
+extern "C" {
+
+const char *cfg_read_string(const char *name, const char *deflt) {
+    const char *value = config::find_value(name);
+    return value ? value : deflt;
+}
+
+int cfg_read_int(const char *name, int deflt) {
+    const char *value = config::find_value(name);
+    return value ? config::parse_int(value) : deflt;
+}
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// The device description: settings of the device that never change while a process runs.
+#pragma once
+
+#include <forward_list>
+#include <string>
+
+namespace config {
+
+struct device_entry {
+    std::string name, value;
+};
+
+// The entries of a file, the last one first; none when the file cannot be read.
+std::forward_list<device_entry> load_device_description(const char *path);
+
+// The value of the first entry of that name, in any case of letters; null when there is none.
+const char *find_in_description(const std::forward_list<device_entry> &entries, const char *name);
+
+} // namespace config

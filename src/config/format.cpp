@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "config/format.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string_view>
+
+#include "ground/hash_access.h"
+
+namespace config {
+namespace {
+
+bool is_octal(char c) {
+    return c >= '0' && c <= '7';
+}
+
+// Takes an octal number of any length and yields its low byte.
+char take_octal(const char *&in) {
+    unsigned char number = 0;
+    while (is_octal(*in)) number = static_cast<unsigned char>(number * 8 + (*in++ - '0'));
+    return static_cast<char>(number);
+}
+
+// Takes what follows a backslash. A backslash before anything else than an escape stands for
+// itself.
+char take_escape(const char *&in) {
+    switch (*in) {
+    case 'n':
+        in++;
+        return '\n';
+    case 'r':
+        in++;
+        return '\r';
+    case 't':
+        in++;
+        return '\t';
+    case '\\':
+        in++;
+        return '\\';
+    default:
+        return is_octal(*in) ? take_octal(in) : '\\';
+    }
+}
+
+// Resolves the escapes of a value in place.
+void unescape(char *value) {
+    char *out = std::strchr(value, '\\');
+    if (!out) return;
+    for (const char *in = out; *in;) {
+        char c = *in++;
+        if (c == '\\') c = take_escape(in);
+        *out++ = c;
+    }
+    *out = '\0';
+}
+
+// Adds the setting of one line, which ends with a NUL.
+bool parse_line(char *line, hash_filler &values) {
+    line += std::strspn(line, " \t");
+    if (*line == '#') return true;
+    char *equals = std::strchr(line, '=');
+    if (!equals) return true;
+    *equals = '\0';
+    unescape(equals + 1);
+    return values.add(line, equals + 1);
+}
+
+// The letter that stands for a byte after a backslash; 0 for a byte that is written as it is.
+char escape_letter(char c) {
+    switch (c) {
+    case '\n':
+        return 'n';
+    case '\r':
+        return 'r';
+    case '\t':
+        return 't';
+    case '\\':
+        return '\\';
+    default:
+        return 0;
+    }
+}
+
+// Appends at most `room` bytes of the escaped value, and no half of an escape.
+void append_escaped(std::string &text, std::string_view value, size_t room) {
+    const size_t limit = text.size() + room;
+    for (;;) {
+        const size_t plain = std::min(value.find_first_of("\n\r\t\\"), value.size());
+        text.append(value, 0, std::min(plain, limit - text.size()));
+        value.remove_prefix(plain);
+        if (value.empty() || text.size() + 2 > limit) return;
+        text += '\\';
+        text += escape_letter(value[0]);
+        value.remove_prefix(1);
+    }
+}
+
+// Text in a buffer that grows by one step an item; a value that does not fit is cut.
+class writer {
+  public:
+    std::string text;
+    int items = 0;
+
+    void append(std::string_view name, std::string_view value) {
+        make_room(name.size(), value.size());
+        text += name;
+        text += '=';
+        append_escaped(text, value, size - text.size() - 3);
+        text += '\n';
+        items++;
+    }
+
+  private:
+    static constexpr size_t step = 16384;
+    size_t size = 0;
+
+    void make_room(size_t name, size_t value) {
+        const size_t most = 2 * value + name + text.size() + 4;
+        if (most >= size) size += step;
+        // A name is never cut: when one step does not hold it, the whole line gets its room.
+        if (text.size() + name + 4 > size) size = (most / step + 1) * step;
+        text.reserve(size);
+    }
+};
+
+// Null sorts first.
+int compare_names(const char *a, void *, const char *b, void *) {
+    if (!a || !b) return (a != nullptr) - (b != nullptr);
+    return std::strcmp(a, b);
+}
+
+int append_item(const char *name, void *value, void *userdata) {
+    if (!value) throw std::bad_alloc(); // a copy that failed: values are never null
+    static_cast<writer *>(userdata)->append(name, static_cast<const char *>(value));
+    return 0;
+}
+
+} // namespace
+
+bool parse_settings(char *text, size_t size, ihash values) {
+    hash_clear(values);
+    hash_filler filler(values);
+    char *const end = text + size;
+    for (char *line = text; line < end;) {
+        auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
+        const bool torn = !feed && std::memchr(line, '\0', end - line);
+        if (torn) break;
+        char *stop = feed ? feed : end;
+        char *next = feed ? feed + 1 : end;
+        if (feed && feed > line && feed[-1] == '\r') stop--;
+        *stop = '\0';
+        if (!parse_line(line, filler)) return false;
+        line = next;
+    }
+    return true;
+}
+
+std::string format_settings(ihash values) {
+    writer out;
+    hash_enumerate(values, compare_names, append_item, &out);
+    if (out.items != hash_count(values)) throw std::bad_alloc();
+    return std::move(out.text);
+}
+
+} // namespace config

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "config/storage.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "kelvane/files.h"
+
+namespace config {
+namespace {
+
+// The system copies so much of a write at a time; a kill may fall in between.
+constexpr size_t atomic_write = 4096;
+
+void lock(std::FILE *f, int how) {
+    while (flock(fileno(f), how) != 0 && errno == EINTR) {
+    }
+}
+
+// Creates a file that is missing; leaves one that has appeared meanwhile as it is.
+void create(const char *path) {
+    const int fd = open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (fd >= 0) close(fd);
+}
+
+bool write_at(std::FILE *f, size_t offset, std::string_view bytes) {
+    errno = 0; // a seek takes an old EIO for its own
+    return kv_fseek(f, static_cast<long>(offset), SEEK_SET) == 0 &&
+           kv_fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+}
+
+bool resize(std::FILE *f, size_t size) {
+    return ftruncate(fileno(f), static_cast<off_t>(size)) == 0;
+}
+
+// Appends blank lines until the file is as long as the new text, so that the disk has room for it.
+bool reserve(std::FILE *f, size_t old_size, size_t size) {
+    if (size <= old_size || write_at(f, old_size, std::string(size - old_size, '\n'))) return true;
+    resize(f, old_size);
+    return false;
+}
+
+// Appends a copy of the new text, far enough behind for the text itself. The copy is laid over
+// NULs: where a kill cuts it, its last line is torn and does not count. False when the disk has no
+// room; the file is as before then.
+bool append_copy(std::FILE *f, size_t old_size, const std::string &text) {
+    const size_t start = std::max(old_size, text.size()) + 1;
+    std::string copy(start - old_size - 1, '#');
+    if (!copy.empty()) copy.back() = '\n';
+    copy += text;
+    if (write_at(f, old_size, "\n") && resize(f, start + text.size()) &&
+        write_at(f, old_size + 1, copy))
+        return true;
+    resize(f, old_size);
+    return false;
+}
+
+// Writes over the old text when a copy of the new one lies behind it. The old text first becomes a
+// comment: a line that a kill leaves half old, half new, would be a setting that nobody made. What
+// is cut of the new text is stated again by the copy.
+bool overwrite_before_copy(std::FILE *f, size_t old_size, const std::string &text) {
+    return write_at(f, 0, std::string(old_size, '#')) && write_at(f, 0, text);
+}
+
+// Writes over the old text in one go; blank lines stand for what the new text has less.
+bool overwrite(std::FILE *f, size_t old_size, std::string text) {
+    if (!reserve(f, old_size, text.size())) return false;
+    if (text.size() < old_size) text.append(old_size - text.size(), '\n');
+    return write_at(f, 0, text);
+}
+
+} // namespace
+
+void stream_closer::operator()(std::FILE *f) const {
+    lock(f, LOCK_UN);
+    kv_fclose_no_sync(f);
+}
+
+locked_stream open_locked(const char *path, access how) {
+    const char *mode = how == access::read ? "rbe" : "r+be";
+    std::FILE *f = kv_fopen(path, mode);
+    if (!f && how == access::rewrite) {
+        create(path);
+        f = kv_fopen(path, mode);
+    }
+    if (!f) return nullptr;
+    std::setvbuf(f, nullptr, _IONBF, 0); // each write is one system call
+    lock(f, how == access::read ? LOCK_SH : LOCK_EX);
+    return locked_stream(f);
+}
+
+std::optional<file_text> read_all(std::FILE *f) {
+    struct stat st;
+    if (fstat(fileno(f), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
+    if (st.st_size > static_cast<off_t>(longest_file)) return std::nullopt;
+    const auto size = static_cast<size_t>(st.st_size);
+    file_text text{std::make_unique_for_overwrite<char[]>(size + 1), size};
+    if (size > 0 && kv_fread(text.bytes.get(), 1, size, f) != size) return std::nullopt;
+    return text;
+}
+
+bool replace_text(std::FILE *f, size_t old_size, const std::string &text) {
+    const bool may_be_cut = std::max(old_size, text.size()) > atomic_write;
+    const bool written = may_be_cut && append_copy(f, old_size, text)
+                             ? overwrite_before_copy(f, old_size, text)
+                             : overwrite(f, old_size, text);
+    return written && resize(f, text.size());
+}
+
+void sync_and_close(locked_stream f) {
+    lock(f.get(), LOCK_UN);
+    kv_fclose(f.release());
+}
+
+} // namespace config

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// Configuration files on disk: locked while they are read or rewritten.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace config {
+
+// The bytes of a file, with room for one more behind them.
+struct file_text {
+    std::unique_ptr<char[]> bytes;
+    size_t size = 0;
+};
+
+// A longer file is not read, and not written over. It bounds the memory that a file can take.
+inline constexpr size_t longest_file = size_t{8} << 20;
+
+struct stream_closer {
+    void operator()(std::FILE *f) const; // releases the lock; does not sync
+};
+// An open and locked configuration file.
+using locked_stream = std::unique_ptr<std::FILE, stream_closer>;
+
+enum class access { read, rewrite };
+
+// Opens a file under a shared lock to read it, under an exclusive one to rewrite it; the latter
+// creates the file when it is missing. Waits for the lock. Null when the file cannot be opened.
+locked_stream open_locked(const char *path, access how);
+
+// The whole file; nothing when it cannot be read or is too long. Throws bad_alloc.
+std::optional<file_text> read_all(std::FILE *f);
+
+// Puts `text` in the place of the `old_size` bytes in the file. A process killed on the way leaves
+// a file that reads as the old settings, the new ones, or some of each, every value whole; when the
+// disk is full the old text stays. False when the text could not be written.
+bool replace_text(std::FILE *f, size_t old_size, const std::string &text);
+
+// Releases the lock, then syncs the file to the disk and closes it.
+void sync_and_close(locked_stream f);
+
+} // namespace config

@@ -1,22 +1,55 @@
 // SPDX-License-Identifier: MIT
 // Clocks and pauses.
+#include "hw_linux/clock.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <ctime>
 
 #include "hw.h"
 #include "hw_linux/device.h"
+#include "hw_linux/player.h"
 
+namespace hw {
 namespace {
 
+int64_t horizon_us = no_horizon;
+bool idled_at_horizon = false;
+
 int64_t boot_clock_us() {
-    if (hw::device()) return hw::device()->clock_us();
+    if (device()) return device()->clock_us();
     timespec now{};
     clock_gettime(CLOCK_BOOTTIME, &now);
     return int64_t{now.tv_sec} * 1000000 + now.tv_nsec / 1000;
 }
 
+// How long the application may idle: until the next action of a script, or the horizon.
+int64_t idle_time(int64_t us) {
+    const int64_t until_action = time_to_action(us);
+    if (!has_horizon()) return until_action;
+    const int64_t until_horizon = std::max<int64_t>(horizon_us - boot_clock_us(), 0);
+    idled_at_horizon |= until_action > 0 && until_horizon == 0;
+    return std::min(until_action, until_horizon);
+}
+
 } // namespace
+
+void set_horizon(int64_t us) {
+    horizon_us = us;
+    idled_at_horizon = false;
+}
+
+bool has_horizon() {
+    return horizon_us != no_horizon;
+}
+
+bool reached_horizon() {
+    return idled_at_horizon;
+}
+
+} // namespace hw
+
+using namespace hw;
 
 extern "C" {
 
@@ -37,12 +70,18 @@ long long hw_timeinms() {
 }
 
 void hw_pause(long long us) {
-    if (hw::device() && us > 0) hw::device()->pause(us);
+    if (!device() || us <= 0) return;
+    const int64_t time = idle_time(us);
+    if (time > 0) return device()->pause(time);
+    run_due_action();
 }
 
 int hw_sleep(int ms, int deep) {
-    if (!hw::device()) return 0;
-    return hw::device()->sleep(int64_t{std::max(ms, 0)} * 1000, deep != 0);
+    if (!device()) return 0;
+    const int64_t time = idle_time(int64_t{std::max(ms, 0)} * 1000);
+    if (!device()->sleep(time, deep != 0)) return 0;
+    if (time == 0) run_due_action();
+    return 1;
 }
 
 } // extern "C"

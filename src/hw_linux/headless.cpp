@@ -2,15 +2,20 @@
 // The headless device: no display server, and a clock that advances only when the program pauses.
 #include <algorithm>
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <new>
 
+#include "hw_linux/clock.h"
 #include "hw_linux/device.h"
+#include "hw_linux/player.h"
 
 namespace hw {
 namespace {
 
 constexpr int64_t clock_start_us = 60'000'000; // the device was switched on a minute ago
+
+constexpr int64_t nap_us = 50'000;
 
 std::unique_ptr<uint8_t[]> memory;
 PixelBuffer buffer;
@@ -41,12 +46,26 @@ int64_t clock_us() {
     return now_us;
 }
 
-void pause(int64_t us) {
+// With nobody to drive the clock it keeps the pace of the wall clock, in naps that a signal ends.
+bool keeps_pace() {
+    return !is_playing() && !has_horizon();
+}
+
+void pass(int64_t us) {
     now_us += us;
 }
 
+void pause(int64_t us) {
+    if (keeps_pace()) {
+        us = std::min(us, nap_us);
+        const timespec nap{us / 1'000'000, us % 1'000'000 * 1000};
+        nanosleep(&nap, nullptr);
+    }
+    pass(us);
+}
+
 bool sleep(int64_t us, bool) {
-    now_us += us;
+    pause(us);
     return true;
 }
 
@@ -62,7 +81,7 @@ const DeviceOps headless_device = {
     .clock_us = clock_us,
     .pause = pause,
     .sleep = sleep,
-    .spend = pause,
+    .spend = pass,
 };
 
 } // namespace hw

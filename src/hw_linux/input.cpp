@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
 
 #include "hw.h"
 #include "hw_linux/device.h"
+#include "hw_linux/recorder.h"
 #include "hw_linux/screen.h"
 #include "internal.h"
 #include "kelvane/events.h"
@@ -30,12 +30,11 @@ bool pointer_down = false;
 
 // The code of each bit of the key mask. Bits 17 and 18 are second entries of keys that are found
 // under their first; no desktop key reaches the bits after them.
-constexpr int key_codes[] = {
+constexpr int key_codes[key_bits] = {
     KEY_BACK,  KEY_AUX8, KEY_LEFT, KEY_MENU, KEY_MUSIC, KEY_OK,    KEY_RIGHT, KEY_PLUS,
     KEY_MINUS, KEY_DOWN, KEY_UP,   KEY_PREV, KEY_NEXT,  KEY_NEXT2, KEY_POWER, KEY_PREV2,
     KEY_HOME,  0,        0,        KEY_PLUS, KEY_MINUS, KEY_AUX7,  KEY_AUX6,
 };
-constexpr int key_bits = static_cast<int>(std::size(key_codes));
 constexpr int scanned_key_bits = 16; // hw_keystate never sees the keys after these
 
 bool prekeys[key_bits];
@@ -53,8 +52,19 @@ int from_drawing_area(Zoom zoom, int position) {
     return position;
 }
 
+const char *verb_of(int pointer_type) {
+    switch (pointer_type) {
+    case EVT_POINTERDOWN:
+        return "down";
+    case EVT_POINTERMOVE:
+        return "move";
+    default:
+        return "up";
+    }
+}
+
 bool take_input(RingEntry &entry) {
-    if (input_is_empty()) return false;
+    if (ring_head == ring_tail) return false;
     entry = gtk_events[ring_head];
     ring_head = (ring_head + 1) % ring_slots;
     return true;
@@ -66,10 +76,6 @@ void reset_input() {
     ring_head = ring_tail = 0;
     pointer_down = false;
     std::memset(prekeys, 0, sizeof prekeys);
-}
-
-bool input_is_empty() {
-    return ring_head == ring_tail;
 }
 
 void push_input(int type, int mod, int par1, int par2) {
@@ -92,12 +98,14 @@ int find_code_bit(int code) {
 void set_key_bit(int bit, bool down) {
     if (bit < 0 || bit >= key_bits || prekeys[bit] == down) return;
     prekeys[bit] = down;
+    record("key %s %d", down ? "down" : "up", key_codes[bit]);
     push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, key_codes[bit], 0);
 }
 
 void panel_pointer_input(int type, int x, int y) {
     if (type == EVT_POINTERMOVE && !pointer_down) return;
     if (type != EVT_POINTERMOVE) pointer_down = type == EVT_POINTERDOWN;
+    record("%s %d %d", verb_of(type), x, y);
     push_input(type, 0, x, y);
     if (type == EVT_POINTERMOVE || device_touchpanel() > 2)
         push_input(EVT_MTSYNC, 0, 0, pointer_down ? 1 : 0);

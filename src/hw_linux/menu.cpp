@@ -6,6 +6,7 @@
 
 #include "hw_linux/device.h"
 #include "hw_linux/display_mode.h"
+#include "hw_linux/recorder.h"
 #include "hw_linux/settings.h"
 #include "internal.h"
 #include "kelvane/events.h"
@@ -44,6 +45,7 @@ constexpr bool in_range(int command, int first, int last) {
 
 void run_command(int command) {
     std::fprintf(stderr, "Command %d selected\n", command);
+    record("command %d", command);
     if (in_range(command, 201, 205)) emulated().battery = command - 200;
     if (in_range(command, 301, 302)) emulated().card_inserted = command == 301;
     if (in_range(command, 401, 402)) emulated().charging = command == 401;

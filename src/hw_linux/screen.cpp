@@ -10,7 +10,10 @@
 
 #include "hw.h"
 #include "hw_linux/input.h"
+#include "hw_linux/player.h"
+#include "hw_linux/recorder.h"
 #include "hw_linux/settings.h"
+#include "hw_linux/trace.h"
 #include "internal.h"
 
 namespace hw {
@@ -104,6 +107,23 @@ void lay_canvas() {
     c.addr = screen.memory.get();
 }
 
+// The device is opened last of all that can fail before anything is shown, except for the files
+// that need its clock.
+bool open_screen() {
+    screen = {};
+    state = {};
+    const DeviceOps *ops = choose_device();
+    if (!ops || !open_player()) return false;
+    state.position = get_orientation();
+    state.display_mode = get_display_mode();
+    take_size();
+    reset_input();
+    if (!make_framebuffer() || !open_device(ops)) return false;
+    screen.device = ops;
+    lay_canvas();
+    return open_trace() && open_recorder();
+}
+
 } // namespace
 
 const DeviceOps *device() {
@@ -138,6 +158,7 @@ bool panel_to_canvas(int &x, int &y) {
 }
 
 void window_closed() {
+    record("close");
     screen.closing = 1;
     if (hooks.run_exit) hooks.run_exit();
     std::fflush(nullptr);
@@ -152,26 +173,20 @@ extern "C" {
 
 int hw_init() {
     if (screen.device) return 1;
-    const DeviceOps *ops = choose_device();
-    if (!ops) return 0;
-    state = {};
-    screen = {};
-    state.position = get_orientation();
-    state.display_mode = get_display_mode();
-    take_size();
-    if (!make_framebuffer() || !open_device(ops)) {
-        screen = {};
-        return 0;
+    try {
+        if (open_screen()) return 1;
+    } catch (const std::bad_alloc &) {
+        std::fputs("out of memory\n", stderr);
     }
-    reset_input();
-    screen.device = ops;
-    lay_canvas();
-    return 1;
+    hw_close();
+    return 0;
 }
 
 void hw_close() {
-    if (!screen.device) return;
-    screen.device->close();
+    close_trace();
+    close_recorder();
+    close_player();
+    if (screen.device) screen.device->close();
     const int was_closing = screen.closing;
     screen = {};
     screen.closing = was_closing;

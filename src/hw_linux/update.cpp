@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Shows areas of the framebuffer on the emulated panel.
 #include <cstdint>
+#include <utility>
 
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "hw_linux/screen.h"
+#include "hw_linux/trace.h"
 #include "kelvane/updates.h"
 
 namespace {
@@ -21,6 +23,17 @@ void paint(const irect &area) {
     device->present();
     device->pump();
     device->pause(settle_us);
+}
+
+enum class Flash { no, yes };
+
+int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
+    const long long start_ms = hw_boottime_ms();
+    if (flash == Flash::yes) paint(area);
+    paint(area);
+    hw::trace_update({0, kind, std::exchange(update_cause, ""), start_ms, area.x, area.y, area.w,
+                      area.h, mode, dynamic_switch});
+    return hw::emulated().update_answer;
 }
 
 irect whole_screen() {
@@ -42,28 +55,24 @@ extern "C" {
 
 int hw_update(int x, int y, int w, int h, int mode) {
     if (!hw::device() || x < 0 || y < 0) return 0;
-    const irect area{x, y, w, h, 0};
-    if (is_flashing(mode)) paint(area);
-    paint(area);
-    return hw::emulated().update_answer;
+    return show(hw::UpdateKind::partial, {x, y, w, h, 0}, mode,
+                is_flashing(mode) ? Flash::yes : Flash::no);
 }
 
 int hw_fullupdate() {
     if (!hw::device()) return 0;
-    paint(whole_screen());
-    paint(whole_screen());
-    return 1;
+    return show(hw::UpdateKind::full, whole_screen(), UPDATE_GREY, Flash::yes);
 }
 
 int hw_fullupdate_hq() {
-    return hw_fullupdate();
+    if (!hw::device()) return 0;
+    return show(hw::UpdateKind::full_hq, whole_screen(), UPDATE_GREY, Flash::yes);
 }
 
 int hw_refine16() {
     if (!hw::device()) return 0;
     hw::device()->pause(refine_us);
-    paint(whole_screen());
-    return 1;
+    return show(hw::UpdateKind::refine, whole_screen(), UPDATE_GREY, Flash::no);
 }
 
 int hw_capable16() {

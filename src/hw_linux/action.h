@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// What scripts and the monkey do to the device, as a person at the window would.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace hw {
+
+enum class Verb { key, pointer, raw, command, frame, close };
+
+struct Action {
+    Verb verb = Verb::raw;
+    int64_t delay_ms = 0; // to wait after the action before this one
+    // key: type, par1 = bit of the key table. pointer: type and panel pixels. raw: as it is.
+    // command: par1.
+    int type = 0, mod = 0, par1 = 0, par2 = 0;
+    std::string file = {}; // frame: where the picture goes
+};
+
+void perform(const Action &action);
+
+} // namespace hw

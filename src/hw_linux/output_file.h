@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// A text file that an environment variable names.
+#pragma once
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace hw {
+
+class OutputFile {
+  public:
+    // True when the variable is not set, or the file is open; otherwise says what is wrong. Each
+    // line reaches the file at once, so that a crash loses none.
+    bool open_from(const char *variable) {
+        file_.reset();
+        const char *name = std::getenv(variable);
+        if (!name || !*name) return true;
+        file_.reset(std::fopen(name, "we"));
+        if (file_) std::setvbuf(file_.get(), nullptr, _IOLBF, BUFSIZ);
+        if (!file_) std::fprintf(stderr, "%s=%s: %s\n", variable, name, std::strerror(errno));
+        return file_ != nullptr;
+    }
+    void close() { file_.reset(); }
+    std::FILE *stream() const { return file_.get(); }
+
+  private:
+    struct Close {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Close> file_;
+};
+
+} // namespace hw

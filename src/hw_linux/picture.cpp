@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "hw_linux/picture.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <new>
+
+#include <png.h>
+
+#include "hw_linux/device.h"
+
+namespace hw {
+
+bool save_picture(const char *file) {
+    if (!device()) return false;
+    const PixelBuffer pixels = device()->pixels();
+    const size_t width = static_cast<size_t>(pixels.width), size = width * pixels.height;
+    std::unique_ptr<uint8_t[]> grey(new (std::nothrow) uint8_t[size]);
+    if (!grey) return false;
+    for (int y = 0; y < pixels.height; ++y)
+        for (size_t x = 0; x < width; ++x)
+            grey[y * width + x] = pixels.data[int64_t{y} * pixels.stride + 4 * x];
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(pixels.width);
+    image.height = static_cast<png_uint_32>(pixels.height);
+    image.format = PNG_FORMAT_GRAY;
+    image.flags = PNG_IMAGE_FLAG_FAST;
+    if (png_image_write_to_file(&image, file, 0, grey.get(), 0, nullptr)) return true;
+    std::fprintf(stderr, "%s: %s\n", file, image.message);
+    return false;
+}
+
+} // namespace hw

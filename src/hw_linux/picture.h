@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace hw {
+
+// Saves what the panel shows as a grey PNG. False after saying on standard error what is wrong.
+bool save_picture(const char *file);
+
+} // namespace hw

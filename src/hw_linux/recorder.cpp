@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "hw_linux/recorder.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+#include "hw.h"
+#include "hw_linux/output_file.h"
+
+namespace hw {
+namespace {
+
+OutputFile file;
+long long last_ms = 0;
+
+} // namespace
+
+bool open_recorder() {
+    last_ms = hw_boottime_ms();
+    return file.open_from("KELVANE_RECORD");
+}
+
+void close_recorder() {
+    file.close();
+}
+
+void record(const char *format, ...) {
+    if (!file.stream()) return;
+    const long long now_ms = hw_boottime_ms();
+    if (now_ms > last_ms) std::fprintf(file.stream(), "wait %lld\n", now_ms - last_ms);
+    last_ms = now_ms;
+    va_list args;
+    va_start(args, format);
+    std::vfprintf(file.stream(), format, args);
+    va_end(args);
+    std::fputc('\n', file.stream());
+}
+
+} // namespace hw

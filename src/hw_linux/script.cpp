@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: MIT
+#include "hw_linux/script.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+#include "hw_linux/input.h"
+#include "hw_linux/menu.h"
+#include "kelvane/events.h"
+
+namespace hw {
+namespace {
+
+constexpr int any = std::numeric_limits<int>::max();
+constexpr int default_press_ms = 50;
+
+struct Name {
+    std::string_view name;
+    int value;
+};
+
+constexpr Name key_names[] = {
+    {"POWER", KEY_POWER}, {"AUX6", KEY_AUX6},   {"AUX7", KEY_AUX7},   {"AUX8", KEY_AUX8},
+    {"OK", KEY_OK},       {"UP", KEY_UP},       {"DOWN", KEY_DOWN},   {"LEFT", KEY_LEFT},
+    {"RIGHT", KEY_RIGHT}, {"MINUS", KEY_MINUS}, {"PLUS", KEY_PLUS},   {"MENU", KEY_MENU},
+    {"PREV", KEY_PREV},   {"NEXT", KEY_NEXT},   {"HOME", KEY_HOME},   {"BACK", KEY_BACK},
+    {"PREV2", KEY_PREV2}, {"NEXT2", KEY_NEXT2}, {"MUSIC", KEY_MUSIC},
+};
+
+constexpr Name pointer_types[] = {
+    {"down", EVT_POINTERDOWN}, {"move", EVT_POINTERMOVE}, {"up", EVT_POINTERUP}};
+
+constexpr Name key_types[] = {{"down", EVT_KEYPRESS}, {"up", EVT_KEYRELEASE}};
+
+template <size_t N>
+const Name *find_name(const Name (&table)[N], std::string_view name) {
+    const auto *found =
+        std::find_if(table, table + N, [&](const Name &entry) { return entry.name == name; });
+    return found == table + N ? nullptr : found;
+}
+
+bool is_blank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
+
+std::string_view trim(std::string_view text) {
+    while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+// Takes the first word off a trimmed text.
+std::string_view take_word(std::string_view &text) {
+    const auto *end = std::find_if(text.begin(), text.end(), is_blank);
+    const std::string_view word = text.substr(0, static_cast<size_t>(end - text.begin()));
+    text = trim(text.substr(word.size()));
+    return word;
+}
+
+// Reads the words of one line; the first thing wrong is kept and everything after it ignored.
+class Line {
+  public:
+    explicit Line(std::string_view text) : rest_(trim(text)) {}
+
+    std::string_view word() { return take_word(rest_); }
+    bool at_end() const { return rest_.empty() || rest_.front() == '#'; }
+    std::string_view take_rest() { return std::exchange(rest_, {}); }
+
+    int number(int least, int most) {
+        const std::string_view text = word();
+        int value = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (text.empty())
+            fail("a number is missing");
+        else if (error != std::errc() || end != text.data() + text.size())
+            fail("not a number: " + std::string(text));
+        else if (value < least || value > most)
+            fail("out of range: " + std::string(text));
+        else
+            return value;
+        return least;
+    }
+
+    template <size_t N>
+    int name(const Name (&table)[N]) {
+        const std::string_view text = word();
+        const Name *found = find_name(table, text);
+        if (!found) fail("unknown word: " + std::string(text));
+        return found ? found->value : 0;
+    }
+
+    // A key by name, with or without "KEY_", or by code. Answers its bit of the key table.
+    int key() {
+        std::string_view rest = rest_, text = take_word(rest);
+        if (text.starts_with("KEY_")) text.remove_prefix(4);
+        const Name *found = find_name(key_names, text);
+        if (found) rest_ = rest;
+        const int bit = find_code_bit(found ? found->value : number(0, any));
+        if (bit < 0) fail("no such key");
+        return bit;
+    }
+
+    void fail(std::string message) {
+        if (error_.empty()) error_ = std::move(message);
+    }
+    const std::string &error() const { return error_; }
+
+  private:
+    std::string_view rest_;
+    std::string error_;
+};
+
+class Parser {
+  public:
+    Script script;
+
+    void parse(int number, std::string_view text) {
+        Line line(text);
+        if (line.at_end()) return;
+        const size_t before = script.actions.size();
+        read(line);
+        if (!line.at_end()) line.fail("more words than expected");
+        if (line.error().empty()) return;
+        script.actions.resize(before);
+        script.errors.push_back({number, line.error()});
+    }
+
+  private:
+    using Reader = void (Parser::*)(Line &);
+    struct Rule {
+        std::string_view verb;
+        Reader read;
+    };
+    static const Rule rules[];
+
+    void read(Line &line);
+
+    void add(Action action) {
+        action.delay_ms = std::exchange(script.final_delay_ms, 0);
+        script.actions.push_back(std::move(action));
+    }
+    void add_delay(int ms) { script.final_delay_ms += ms; }
+    void add_key(int type, int bit) { add({.verb = Verb::key, .type = type, .par1 = bit}); }
+    void add_pointer(int type, int x, int y) {
+        add({.verb = Verb::pointer, .type = type, .par1 = x, .par2 = y});
+    }
+    void add_command(int command) { add({.verb = Verb::command, .par1 = command}); }
+    static int coordinate(Line &line) { return line.number(-any - 1, any); }
+
+    void wait(Line &line) { add_delay(line.number(0, any)); }
+    void key(Line &line) {
+        const int type = line.name(key_types);
+        add_key(type, line.key());
+    }
+    void press(Line &line) {
+        const int bit = line.key();
+        add_key(EVT_KEYPRESS, bit);
+        add_delay(line.at_end() ? default_press_ms : line.number(0, any));
+        add_key(EVT_KEYRELEASE, bit);
+    }
+    void point(Line &line, int type) {
+        const int x = coordinate(line);
+        add_pointer(type, x, coordinate(line));
+    }
+    void down(Line &line) { point(line, EVT_POINTERDOWN); }
+    void move(Line &line) { point(line, EVT_POINTERMOVE); }
+    void up(Line &line) { point(line, EVT_POINTERUP); }
+    void tap(Line &line) {
+        const int x = coordinate(line), y = coordinate(line);
+        add_pointer(EVT_POINTERDOWN, x, y);
+        add_delay(default_press_ms);
+        add_pointer(EVT_POINTERUP, x, y);
+    }
+    void touch(Line &line) {
+        Action action{.verb = Verb::raw};
+        action.mod = line.number(0, any);
+        action.type = line.name(pointer_types);
+        action.par1 = coordinate(line);
+        action.par2 = coordinate(line);
+        add(action);
+    }
+    void sync(Line &line) {
+        add({.verb = Verb::raw, .type = EVT_MTSYNC, .par2 = line.number(0, any)});
+    }
+    void raw(Line &line) {
+        Action action{.verb = Verb::raw};
+        for (int *word : {&action.type, &action.mod, &action.par1, &action.par2})
+            *word = coordinate(line);
+        add(action);
+    }
+    void menu(Line &line) {
+        const std::string_view path = line.take_rest();
+        const auto *item = std::find_if(std::begin(menu_items), std::end(menu_items),
+                                        [&](const MenuItem &it) { return it.path == path; });
+        if (item == std::end(menu_items)) return line.fail("no such menu item");
+        add_command(item->command);
+    }
+    void command(Line &line) {
+        const int number = line.number(0, any);
+        const bool known = std::any_of(std::begin(menu_items), std::end(menu_items),
+                                       [&](const MenuItem &it) { return it.command == number; });
+        if (!known) line.fail("no such command");
+        add_command(number);
+    }
+    void orientation(Line &line) { add_command(command_orientation + line.number(0, 3)); }
+    void frame(Line &line) {
+        Action action{.verb = Verb::frame};
+        action.file = line.take_rest();
+        if (action.file.empty()) line.fail("a file name is missing");
+        add(std::move(action));
+    }
+    void close(Line &) { add({.verb = Verb::close}); }
+    void quit(Line &) { add_command(command_quit); }
+};
+
+const Parser::Rule Parser::rules[] = {
+    {"wait", &Parser::wait},   {"key", &Parser::key},
+    {"press", &Parser::press}, {"down", &Parser::down},
+    {"move", &Parser::move},   {"up", &Parser::up},
+    {"tap", &Parser::tap},     {"touch", &Parser::touch},
+    {"sync", &Parser::sync},   {"raw", &Parser::raw},
+    {"menu", &Parser::menu},   {"command", &Parser::command},
+    {"frame", &Parser::frame}, {"orientation", &Parser::orientation},
+    {"close", &Parser::close}, {"quit", &Parser::quit},
+};
+
+void Parser::read(Line &line) {
+    const std::string_view verb = line.word();
+    for (const Rule &rule : rules)
+        if (rule.verb == verb) return (this->*rule.read)(line);
+    line.fail("unknown verb: " + std::string(verb));
+}
+
+} // namespace
+
+Script parse_script(std::string_view text) {
+    Parser parser;
+    for (int number = 1; !text.empty(); ++number) {
+        const size_t end = std::min(text.find('\n'), text.size());
+        parser.parse(number, text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return std::move(parser.script);
+}
+
+} // namespace hw

@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "hw.h"
-#include "hw_linux/services/device_file.h"
+#include "kelvane/config.h"
 
 namespace {
 

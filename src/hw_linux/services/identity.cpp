@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Who the device is. Every answer may be set in the device file.
 #include "hw.h"
-#include "hw_linux/services/device_file.h"
+#include "kelvane/config.h"
 
 extern "C" {
 

@@ -5,8 +5,8 @@
 #include "ground/log.h"
 #include "hw.h"
 #include "hw_linux/device.h"
-#include "hw_linux/services/device_file.h"
 #include "hw_linux/services/state.h"
+#include "kelvane/config.h"
 
 extern "C" {
 

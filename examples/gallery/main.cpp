@@ -184,10 +184,10 @@ int unit() {
 }
 
 irect grid_cell(const irect &area, int columns, int rows, int index, int gap) {
-    const int w = (area.w - (columns - 1) * gap) / columns;
-    const int h = (area.h - (rows - 1) * gap) / rows;
-    return iRect(area.x + index % columns * (w + gap), area.y + index / columns * (h + gap), w, h,
-                 0);
+    const int column = index % columns, row = index / columns;
+    const int left = (area.w + gap) * column / columns, top = (area.h + gap) * row / rows;
+    return iRect(area.x + left, area.y + top, (area.w + gap) * (column + 1) / columns - gap - left,
+                 (area.h + gap) * (row + 1) / rows - gap - top, 0);
 }
 
 int main() {

@@ -53,7 +53,7 @@ void draw_tool(const irect &area, int index) {
                   Align::centre);
     }
     const bool active = index == color || index == color_count + size;
-    DrawBorder(&r, active ? std::max(2, unit() / 2) : 1, ROUND_ALL, unit(), active ? BLACK : LGRAY);
+    DrawBorder(&r, active ? std::max(3, unit() / 2) : 2, ROUND_ALL, unit(), active ? BLACK : LGRAY);
 }
 
 void draw_piece(const irect &paper, const Piece &p) {

@@ -12,6 +12,7 @@ void greys(const irect &r) {
         const int left = r.w * i / 16, right = r.w * (i + 1) / 16;
         FillArea(r.x + left, r.y, right - left, r.h * 2 / 3, i * 0x111111);
     }
+    DrawRect(r.x, r.y, r.w, r.h * 2 / 3, BLACK);
     constexpr int named[] = {BLACK, DGRAY, LGRAY, WHITE};
     for (int i = 0; i < 4; i++) {
         const irect swatch =
@@ -123,10 +124,10 @@ struct Cell {
 };
 
 constexpr Cell cells[] = {
-    {"FillArea", greys},           {"DrawLine", lines},     {"DrawDashLine", dashes},
-    {"DrawCircle", discs},         {"DrawBorder", borders}, {"DrawDiagonalHatch", hatches},
-    {"InvertArea", inverted},      {"DimArea", dimmed},     {"HatchLimits", hatch_with_limits},
-    {"DrawSelection", selections}, {"SetClip", clipped},    {"DrawLineEx", stepped},
+    {"Fill area", greys},      {"Line", lines},      {"Dash line", dashes},
+    {"Circle", discs},         {"Border", borders},  {"Diagonal hatch", hatches},
+    {"Invert area", inverted}, {"Dim area", dimmed}, {"Hatch with limits", hatch_with_limits},
+    {"Selection", selections}, {"Clip", clipped},    {"Stepped lines", stepped},
 };
 
 void draw(const irect &area) {

@@ -17,17 +17,16 @@ struct Mode {
 void animate(int x, int y, int w, int h);
 
 const Mode modes[] = {
-    {"PartialUpdate", "All greys, no flash: the ordinary choice", PartialUpdate},
-    {"PartialUpdateBW", "Black and white: faster", PartialUpdateBW},
-    {"PartialUpdateBlack", "For areas that were black", PartialUpdateBlack},
-    {"PartialUpdateDU4", "Four levels, no flash", PartialUpdateDU4},
-    {"PartialUpdateHQ", "Best quality of an area", PartialUpdateHQ},
-    {"DynamicUpdate", "For what changes often", DynamicUpdate},
-    {"DynamicUpdateBW", "For what changes often, black and white", DynamicUpdateBW},
-    {"DynamicUpdateA2", "Fastest, two levels: press to animate", animate},
-    {"SoftUpdate", "Whole screen, no flash", [](int, int, int, int) { SoftUpdate(); }},
-    {"FullUpdate", "Whole screen, flashes: clears all ghosts",
-     [](int, int, int, int) { FullUpdate(); }},
+    {"Partial", "All greys, no flash: the ordinary choice", PartialUpdate},
+    {"Partial BW", "Black and white: faster", PartialUpdateBW},
+    {"Partial black", "For areas that were black", PartialUpdateBlack},
+    {"Partial DU4", "Four levels, no flash", PartialUpdateDU4},
+    {"Partial HQ", "Best quality of an area", PartialUpdateHQ},
+    {"Dynamic", "For what changes often", DynamicUpdate},
+    {"Dynamic BW", "For what changes often, black and white", DynamicUpdateBW},
+    {"Dynamic A2", "Fastest, two levels: press to animate", animate},
+    {"Soft", "Whole screen, no flash", [](int, int, int, int) { SoftUpdate(); }},
+    {"Full", "Whole screen, flashes: clears all ghosts", [](int, int, int, int) { FullUpdate(); }},
 };
 constexpr int mode_count = int(std::size(modes));
 
@@ -107,16 +106,22 @@ void draw_button(const irect &area, int index) {
     const irect r = button_area(area, index);
     const bool active = index == selected;
     FillAreaRect(&r, active ? BLACK : WHITE);
-    if (!active) DrawBorder(&r, 1 + unit() / 8, ROUND_ALL, unit(), DGRAY);
-    const int paper = active ? BLACK : WHITE;
-    const int height = std::min(2 * unit(), r.h / 3);
-    const int y = r.y + (r.h - height) / 2;
-    draw_text(r.x + 2 * unit(), y, modes[index].name,
-              {.height = height, .color = active ? WHITE : BLACK, .paper = paper, .bold = true});
-    if (area.h > area.w)
-        draw_text(r.x + r.w - 2 * unit(), y, modes[index].note,
-                  {.height = height * 3 / 4, .color = active ? LGRAY : DGRAY, .paper = paper},
-                  Align::right);
+    if (!active) DrawBorder(&r, 2 + unit() / 8, ROUND_ALL, unit(), DGRAY);
+    const bool upright = area.h > area.w;
+    const Ink name = {.height = std::min(2 * unit(), r.h / 3),
+                      .color = active ? WHITE : BLACK,
+                      .paper = active ? BLACK : WHITE,
+                      .bold = true};
+    const Ink note = {
+        .height = name.height * 3 / 4, .color = active ? LGRAY : DGRAY, .paper = name.paper};
+    // The note stands at the right end, or below the name where the button is narrow.
+    const int left = r.x + 2 * unit(), middle = r.y + (r.h - name.height) / 2;
+    draw_text(left, upright ? middle : r.y + unit(), modes[index].name, name);
+    if (upright) {
+        draw_text(r.x + r.w - 2 * unit(), middle, modes[index].note, note, Align::right);
+    } else {
+        draw_text(left, r.y + r.h - unit() - note.height, modes[index].note, note);
+    }
 }
 
 void draw(const irect &area) {

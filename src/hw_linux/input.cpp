@@ -13,8 +13,6 @@
 #include "internal.h"
 #include "kelvane/events.h"
 
-extern "C" int device_touchpanel(void);
-
 namespace hw {
 namespace {
 

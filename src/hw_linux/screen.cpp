@@ -12,6 +12,7 @@
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
 #include "hw_linux/recorder.h"
+#include "hw_linux/services/state.h"
 #include "hw_linux/settings.h"
 #include "hw_linux/trace.h"
 #include "internal.h"
@@ -112,6 +113,7 @@ void lay_canvas() {
 bool open_screen() {
     screen = {};
     state = {};
+    init_hwconfig();
     const DeviceOps *ops = choose_device();
     if (!ops || !open_player()) return false;
     state.position = get_orientation();
@@ -186,6 +188,7 @@ void hw_close() {
     close_trace();
     close_recorder();
     close_player();
+    reset_services();
     if (screen.device) screen.device->close();
     const int was_closing = screen.closing;
     screen = {};

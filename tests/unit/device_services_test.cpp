@@ -117,7 +117,7 @@ TEST(Services, ReportTheEmulatedState) {
     }
 }
 
-TEST(Services, RememberUntilReset) {
+TEST(Services, RememberUntilTheDeviceCloses) {
     EXPECT_EQ(hw_usbready(), 1);
     hw::set_storage_ready(false);
     hw_set_keylock(-5);
@@ -140,7 +140,7 @@ TEST(Services, RememberUntilReset) {
     EXPECT_EQ(hw_mp_volume() | hw_usbready() | hw_gsensor_get_switch(), 0);
     EXPECT_EQ(hw_wifi_active() & hw_bt_active(), 1);
 
-    hw::reset_services();
+    hw_close();
     EXPECT_EQ(hw_get_keylock() | hw_mp_play() | hw_wifi_active() | hw_get_frontlight_state(), 0);
     EXPECT_EQ(hw_usbready() & hw_gsensor_get_switch(), 1);
 

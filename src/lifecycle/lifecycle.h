@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// The life of the process: opens every area in order and closes them all.
+#pragma once
+
+enum class Ownership { process, external };
+
+// Opens the screen; 1, also when it is open already, 0 when there is no device.
+int kv_openscreen(Ownership ownership);
+// Undoes kv_openscreen, so that the process may open the screen again.
+void close_screen();
+
+// Reads the settings of the runtime from the global configuration and the device description.
+void load_settings();
+
+// Ends the application: EVT_EXIT, the device, and the process unless the screen is external.
+// Does nothing in any process but the one that opened the screen.
+void kv_exit_handler();
+
+void install_signal_handlers();
+void restore_signal_handlers();
+
+// Gives the screen updates their key-lock icon.
+void install_keylock_icon();

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <unistd.h>
+
+#include "config/hooks.h"
+#include "file/hooks.h"
+#include "hw.h"
+#include "hw_linux/device.h"
+#include "internal.h"
+#include "kelvane/config.h"
+#include "keyboard/keyboard.h"
+#include "lang/lang.h"
+#include "lifecycle/lifecycle.h"
+#include "runtime/handlers.h"
+#include "runtime/input.h"
+#include "runtime/queue.h"
+#include "runtime/screens.h"
+#include "runtime/tasks.h"
+#include "runtime/timers.h"
+#include "runtime/updates.h"
+#include "runtime/wake.h"
+
+namespace {
+
+constexpr int orientation_from_framebuffer_flag = 2;
+constexpr int fixed_orientation_flags = 0x10025;
+constexpr int first_low_battery_reminder_ms = 300000;
+constexpr unsigned default_drag_dead_zone = 225; // squared pixels
+constexpr int system_handled_power_keyboard = 11;
+constexpr int mapped_keys = 32;
+
+void post_to_main(int type, int par1, int par2) {
+    SendEvent(kvstate.mainhproc, type, par1, par2);
+}
+
+// The lower floors reach the runtime and the device only through these.
+void install_hooks() {
+    hw::hooks.post_to_main = post_to_main;
+    hw::hooks.run_exit = kv_exit_handler;
+    file_hooks.system_request = [](int request) { kv_ipc_request(request, 0, nullptr, 0, 0); };
+    file_hooks.translate = GetLangText;
+    file_hooks.storage_ready = hw_usbready;
+    file_hooks.clock_ms = hw_timeinms;
+    file_hooks.pause = hw_pause;
+    config::set_cipher(kv_ipc_request);
+}
+
+void remove_hooks() {
+    hw::hooks = {};
+    update_hooks = {};
+    file_hooks = {};
+    config::set_cipher(nullptr);
+    screens_reset();
+}
+
+// Tells a multitasking system which keys this application wants for itself.
+void pass_key_masks() {
+    unsigned pressed = 0, held = 0;
+    for (int key = 0; key < mapped_keys; key++) {
+        if (screens.key_action(key)) pressed |= 1U << key;
+    }
+    pressed |= 1U << KEY_POWER;
+    const char *power = screens.key_action(KEY_POWER);
+    if (device_keyboard() == system_handled_power_keyboard && power &&
+        std::strcmp(power, "@KA_none") != 0)
+        pressed &= ~(1U << KEY_POWER);
+    hw_setglobalkeymask(pressed, held);
+}
+
+int initial_orientation() {
+    const int flags = task_registration_flags();
+    if (flags & orientation_from_framebuffer_flag) return hw_get_fb_orientation();
+    if ((flags & fixed_orientation_flags) == fixed_orientation_flags) return 0;
+    return hw_read_gsensor();
+}
+
+void take_screen() {
+    kvstate.framebuffer = kvstate.canvas = hw_getframebuffer();
+    SetOrientation(initial_orientation());
+}
+
+void load_resources() {
+    LoadLanguage(kvstate.lang);
+    const uint64_t word = device_hwconfig();
+    std::fprintf(stderr, "hwconfig: %08x %08x\n", static_cast<unsigned>(word >> 32),
+                 static_cast<unsigned>(word));
+    LoadKeyboard(kvstate.kbdlang);
+}
+
+void start_runtime() {
+    kvstate.exiting = RUNNING;
+    kvstate.hproc = nullptr;
+    kvstate.poweroffenable = kvstate.sleepenable = 1;
+    timers_open();
+    queue_open();
+    updates_reset();
+    pointer_reset();
+    reset_keyboard_rate();
+    kvstate.msgtop = ScreenHeight();
+    kvstate.tsc = new (std::nothrow) touch_slot_state[touch_slots]{};
+    kvstate.touchdragdeadzone = default_drag_dead_zone;
+    kvstate.gsense = hw_gsensor_ready() && hw_gsensor_get_switch();
+    hw_usbhostpower(ReadInt(kvstate.cfg, "usbhost", 1));
+}
+
+void own_process(Ownership ownership) {
+    static const bool registered = std::atexit(kv_exit_handler) == 0;
+    static_cast<void>(registered);
+    kvstate.initialized = 0;
+    kvstate.pid = getpid();
+    install_signal_handlers();
+    kvstate.uiflags |= UI_OPENED;
+    if (ownership == Ownership::external) {
+        kvstate.uiflags |= UI_EXTERNAL;
+        DisableExitHourglass();
+        delay_power_low_reminder(first_low_battery_reminder_ms);
+    }
+}
+
+} // namespace
+
+int kv_openscreen(Ownership ownership) {
+    if (kvstate.isopen) return 1;
+    install_hooks();
+    if (!hw_init()) return 0;
+    load_settings();
+    if (MultitaskingSupported()) pass_key_masks();
+    take_screen();
+    load_resources();
+    start_runtime();
+    if (!kvstate.timers || !kvstate.events || !kvstate.tsc) {
+        close_screen();
+        return 0;
+    }
+    own_process(ownership);
+    hw_switch_dynamic(DYNAMIC_OFF);
+    return kvstate.isopen = 1;
+}
+
+void close_screen() {
+    if (kvstate.isopen) restore_signal_handlers();
+    hw_close();
+    timers_close();
+    queue_close();
+    updates_reset();
+    pointer_reset();
+    remove_hooks();
+    CloseConfigNoSave(kvstate.cfg);
+    delete[] kvstate.tsc;
+    kvstate = {};
+}
+
+int OpenScreen() {
+    return kv_openscreen(Ownership::process);
+}
+
+int OpenScreenExt() {
+    return kv_openscreen(Ownership::external);
+}
+
+void InitKelvane(int flags) {
+    task_set_registration_flags(flags);
+    kv_openscreen(Ownership::external);
+}

@@ -31,6 +31,7 @@ struct Screen {
     std::unique_ptr<uint8_t[]> memory;
     icanvas canvas{};
     int width = 0, height = 0; // as opened
+    int position = -1;         // the device was held in when opened; -1 when not set
     Zoom zoom = Zoom::full;
     int orientation = 0;
     int closing = 0;
@@ -70,7 +71,8 @@ bool open_device(const DeviceOps *ops) {
 
 void take_size() {
     const DisplayMode mode = resmode_list[state.display_mode];
-    const bool landscape = state.position == 1 || state.position == 2;
+    screen.position = state.position;
+    const bool landscape = screen.position == 1 || screen.position == 2;
     screen.width = landscape ? mode.height : mode.width;
     screen.height = landscape ? mode.width : mode.height;
     screen.zoom = zoom_of(state.display_mode);
@@ -89,8 +91,8 @@ constexpr int quarter_turns[4] = {0, 1, 3, 2};
 
 // The canvas is upright in the window when its orientation is the position the device is held in.
 int turn_of(int orientation) {
-    const bool held = state.position >= 0 && state.position <= 3;
-    const int base = held ? quarter_turns[state.position] : 0;
+    const bool held = screen.position >= 0 && screen.position <= 3;
+    const int base = held ? quarter_turns[screen.position] : 0;
     return quarter_turns[(quarter_turns[orientation] - base) & 3];
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "raster/clip.h"
 
@@ -45,9 +46,22 @@ struct Ink {
     }
 };
 
+template <int pixel_bytes>
+inline void put_pixel(uint8_t *pixel, const Ink &ink) {
+    for (int i = 0; i < pixel_bytes; ++i) pixel[i] = ink.bytes[i];
+}
+
 inline void put_pixel(const icanvas &c, uint8_t *pixel, const Ink &ink) {
-    pixel[0] = ink.bytes[0];
-    if (c.depth == 24) pixel[1] = ink.bytes[1], pixel[2] = ink.bytes[2];
+    c.depth == 8 ? put_pixel<1>(pixel, ink) : put_pixel<3>(pixel, ink);
+}
+
+// Writes count pixels side by side.
+inline void put_run(const icanvas &c, uint8_t *pixel, int64_t count, const Ink &ink) {
+    if (ink.is_grey(c)) {
+        std::memset(pixel, ink.bytes[0], static_cast<size_t>(count * bytes_per_pixel(c)));
+        return;
+    }
+    for (; count > 0; --count, pixel += 3) put_pixel<3>(pixel, ink);
 }
 
 // Calls visit(bytes, count) for the bytes of each row of an area; rows that follow each other

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// A directory of its own for each test, and a device whose clock, storage and opener the test owns.
+#pragma once
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "file/hooks.h"
+#include "internal.h"
+#include "kelvane/files.h"
+
+inline void put(const std::string &path, const std::string &text) {
+    std::filesystem::path file(path);
+    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::string contents(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return "(none)";
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+struct FakeDevice {
+    long long now_ms = 1'000'000, now_s = 1'000'000;
+    long long ready_at_ms = 0; // storage is ready from then on
+    int pauses = 0;
+    std::vector<std::string> warnings;
+    std::vector<int> requests;
+    std::vector<int> open_errors; // of the next opens, the last stays
+    int opens = 0;
+    std::string mounts;
+};
+
+inline FakeDevice device;
+
+inline FILE *fake_open(const char *path, const char *mode) {
+    if (std::string(path) == "/proc/mounts") {
+        errno = 0; // what the table's reader leaves behind
+        return fmemopen(device.mounts.data(), device.mounts.size(), mode);
+    }
+    ++device.opens;
+    if (device.open_errors.empty()) return std::fopen(path, mode);
+    errno = device.open_errors.front();
+    if (device.open_errors.size() > 1) device.open_errors.erase(device.open_errors.begin());
+    return errno ? nullptr : std::fopen(path, mode);
+}
+
+class FileTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_NE(mkdtemp(root), nullptr);
+        std::filesystem::current_path(root);
+        const long long later = device.now_s + 1000; // past the warnings of the test before
+        device = {};
+        device.now_s = later;
+        file_hooks.message = [](int icon, const char *title, const char *text, int ms) {
+            device.warnings.push_back(std::to_string(icon) + title + " " + text + " " +
+                                      std::to_string(ms));
+            errno = ENOTTY; // as a message box may
+        };
+        file_hooks.system_request = [](int request) { device.requests.push_back(request); };
+        file_hooks.storage_ready = [] { return int(device.now_ms >= device.ready_at_ms); };
+        file_hooks.clock_ms = [] { return device.now_ms; };
+        file_hooks.wall_seconds = [] { return device.now_s; };
+        file_hooks.pause = [](long long us) {
+            ++device.pauses;
+            device.now_ms += us / 1000;
+        };
+        file_hooks.open = fake_open;
+        kvstate.waketime = 0;
+    }
+    void TearDown() override {
+        file_hooks = {};
+        std::filesystem::current_path("/");
+        std::filesystem::remove_all(root);
+    }
+    // The device has just been woken; storage comes back after `ms`.
+    void wake(long long ms) {
+        kvstate.waketime = device.now_ms;
+        device.ready_at_ms = device.now_ms + ms;
+        device.pauses = 0;
+    }
+
+    char root[32] = "/tmp/kelvane-file-XXXXXX";
+};

@@ -16,66 +16,52 @@ TEST_F(FileTest, BuildpathCreatesAllButTheLastComponent) {
     kv_buildpath((std::string(5000, 'n') + "/x").c_str());
     for (const char *dir : {"a/b", "d/e", "abs"}) EXPECT_TRUE(fs::is_directory(dir)) << dir;
     for (const char *none : {"a/b/c", "d/e/f", "abs/x", "plain"}) EXPECT_FALSE(fs::exists(none));
-}
-
-TEST_F(FileTest, SecureStorageIsADirectory) {
     EXPECT_EQ(has_secure_storage(), 0);
     put("system/mnt/secure", "");
     EXPECT_EQ(has_secure_storage(), 0);
     fs::remove("system/mnt/secure");
-    fs::create_directory("system/mnt/secure");
+    kv_buildpath("./system/mnt/secure/");
     EXPECT_EQ(has_secure_storage(), 1);
 }
 
 TEST(FileNames, Validation) {
     struct Case {
-        std::string name;
-        int flags, valid;
+        int flags;
+        strings good, bad;
     };
-    std::vector<Case> cases = {{"", 0, 0},
-                               {"a/b", 0, 0},
-                               {"/a", 4, 0},
-                               {"x", 8, 1},
-                               {"/x", 8, 0},
-                               {"x", 4, 0},
-                               {"..x", 1, 0},
-                               {"x..y", 1, 1},
-                               {"..x", 2, 0},
-                               {"x..", 2, 0},
-                               {"x.y.z", 15 - 4, 1},
-                               {"..x", 0, 1},
-                               {"\x1f", 0, 0},
-                               {" \x7f", 0, 1},
-                               {"\xc3\xa9\x80\xff", 3, 1},
-                               {std::string(1023, 'a'), 0, 1},
-                               {std::string(1024, 'a'), 0, 0}};
-    for (char c : std::string("/\\|'\"`$%&*")) cases.push_back({std::string("a") + c, 0, 0});
-    for (const Case &c : cases)
-        EXPECT_EQ(kv_validate_name(c.name.c_str(), c.flags), c.valid) << c.name << " " << c.flags;
+    std::vector<Case> cases = {
+        {0, {"..x", " \x7f", "\xc3\xa9\x80\xff", std::string(1023, 'a')}, {"", "a/b", "\x1f"}},
+        {KV_NAME_COMPONENT, {"x..y", ".x"}, {"..x"}},
+        {KV_NAME_NO_DOTS, {"x.y.z"}, {"..x", "x.."}},
+        {KV_NAME_ABSOLUTE, {}, {"x", "/x"}},
+        {KV_NAME_RELATIVE, {"x"}, {"/x"}}};
+    for (char c : std::string("/\\|'\"`$%&*")) cases[0].bad.push_back({'a', c});
+    cases[0].bad.push_back(std::string(1024, 'a'));
+    for (const Case &c : cases) {
+        for (const auto &name : c.good)
+            EXPECT_EQ(kv_validate_name(name.c_str(), c.flags), 1) << name;
+        for (const auto &name : c.bad)
+            EXPECT_EQ(kv_validate_name(name.c_str(), c.flags), 0) << name;
+    }
     EXPECT_EQ(kv_validate_name(nullptr, 0), 0);
 }
 
 TEST(FileNames, Extensions) {
     struct Case {
-        const char *name, *exts;
-        int length;
+        const char *exts;
+        strings listed, others;
     };
-    for (const Case &c : std::initializer_list<Case>{{"a.bmp", "bmp,png", 3},
-                                                     {"a.PNG", ".bmp,.png", 3},
-                                                     {"a.b.jpeg", "jpg,,..jpeg", 4},
-                                                     {"a.bm", "bmp", 0},
-                                                     {"a.bmpx", "bmp", 0},
-                                                     {"bmp", "bmp", 0},
-                                                     {"d.bmp/file", "bmp", 0},
-                                                     {"a.gz", "tar.gz", 0},
-                                                     {"a.", "bmp,", 0},
-                                                     {"a.bmp", "", 0},
-                                                     {"a.bmp", nullptr, 0},
-                                                     {nullptr, "bmp", 0},
-                                                     {"a.\xff", "b,\xff", 1},
-                                                     {"a.x,y", "x,y", 0}})
-        EXPECT_EQ(match_ext(c.name, c.exts), c.length)
-            << (c.name ? c.name : "null") << " in " << (c.exts ? c.exts : "null");
+    const Case cases[] = {
+        {"bmp,png", {"a.bmp", "a.b.PNG", ".bmp"}, {"a.bm", "a.bmpx", "bmp", "a.", ""}},
+        {".Bmp,,..png,", {"a.bmp", "a.PNG"}, {"a.", "a.b,p"}},
+        {"tar.gz,b/f,\xff", {"a.\xff"}, {"a.gz", "a.tar.gz", "a.b/f"}},
+        {"", {}, {"a.", "a.bmp"}}};
+    for (const Case &c : cases) {
+        for (const auto &name : c.listed)
+            EXPECT_EQ(match_ext(name.c_str(), c.exts), name.size() - name.rfind('.') - 1) << name;
+        for (const auto &name : c.others) EXPECT_EQ(match_ext(name.c_str(), c.exts), 0) << name;
+    }
+    EXPECT_EQ(match_ext("a.bmp", nullptr) + match_ext(nullptr, "bmp"), 0);
 }
 
 TEST(FileNames, ComparisonFoldsOnlyAscii) {
@@ -144,14 +130,22 @@ TEST_F(FileTest, ListsUniteDirectoriesInOrder) {
     free(list);
 }
 
-TEST_F(FileTest, ListsHoldAtMost1023Names) {
-    for (int i = 0; i < 1100; ++i) put("many/" + std::to_string(i) + ".x", "");
-    put("more/z.x", "");
+TEST_F(FileTest, ListsHoldAtMost1023NamesAndKeepTheLastRead) {
+    for (int i = 0; i < 1100; ++i) {
+        put("many/" + std::to_string(i) + ".x", "");
+        if (i < 500) put("lower/" + std::to_string(i) + ".x", "");
+        if (i < 500) put("upper/" + std::to_string(i) + ".X", "");
+    }
     char **list = nullptr;
-    const strings names = taken(kv_enum_files(&list, "many", "more", nullptr, "x", 0));
-    EXPECT_EQ(names.size(), 1023u);
-    EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
-    EXPECT_EQ(std::count(names.begin(), names.end(), "z.x"), 0);
+    const auto held = [&](const char *dir1, const char *dir2) {
+        return taken(kv_enum_files(&list, dir1, dir2, nullptr, "x", 0));
+    };
+    EXPECT_EQ(held("many", nullptr).size(), 1023u);
+    EXPECT_EQ(held("many", "upper"), held("many", nullptr)) << "full after the first";
+    const strings united = held("lower", "upper");
+    EXPECT_EQ(united.size(), 500u);
+    EXPECT_TRUE(std::is_sorted(united.begin(), united.end()));
+    for (const auto &name : united) EXPECT_EQ(name.back(), 'X');
     kv_enum_files(&list, nullptr, nullptr, nullptr, nullptr, 0);
     free(list);
 }

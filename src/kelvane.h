@@ -26,6 +26,7 @@
 #ifndef KELVANE_H
 #define KELVANE_H
 
+#include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
 #include "kelvane/events.h"

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// What the bitmap sources share: sizes, parts and ownership of the one-block bitmap.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "kelvane/bitmaps.h"
+
+static_assert(sizeof(ibitmap) == 8, "pixels start 8 bytes into the block");
+
+namespace raster {
+
+struct BitmapFree {
+    void operator()(ibitmap *bm) const { std::free(bm); }
+};
+using BitmapPtr = std::unique_ptr<ibitmap, BitmapFree>;
+
+inline constexpr int max_bitmap_side = 0xFFFF;
+inline constexpr size_t bitmap_spare_bytes = 4; // behind the last row
+
+enum class MaskRoom { none, reserved };
+
+inline int depth_of(const ibitmap &bm) {
+    return bm.depth & BITMAP_DEPTH;
+}
+inline bool has_mask(const ibitmap &bm) {
+    return (bm.depth & BITMAP_MASK) != 0;
+}
+inline size_t mask_scanline(const ibitmap &bm) {
+    return (size_t{bm.width} + 7) / 8;
+}
+inline size_t pixel_bytes(const ibitmap &bm) {
+    return size_t{bm.scanline} * bm.height;
+}
+inline size_t mask_bytes(const ibitmap &bm) {
+    return mask_scanline(bm) * bm.height;
+}
+// Where the mask is, or would be.
+inline uint8_t *mask_of(ibitmap &bm) {
+    return bm.data + pixel_bytes(bm);
+}
+inline const uint8_t *mask_of(const ibitmap &bm) {
+    return bm.data + pixel_bytes(bm);
+}
+
+// The depth of new bitmaps: 4, or 2 on a panel of four greys.
+int native_depth();
+
+// A bitmap of a given packed depth whose pixels, and mask bytes when room for them is asked for,
+// are not set; null for a side or a row that the record cannot hold, or when memory runs out.
+BitmapPtr make_bitmap(int w, int h, int depth, MaskRoom mask = MaskRoom::none);
+
+// make_bitmap() of the panel's depth, all white.
+BitmapPtr make_white_bitmap(int w, int h);
+
+} // namespace raster

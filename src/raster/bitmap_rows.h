@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// Rows of packed bitmap pixels as grey bytes, and grey bytes put through a mask.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace raster {
+
+// Bits of a bitmap row from any position, highest bit of each byte first.
+class BitRow {
+  public:
+    BitRow(const uint8_t *row, size_t first_bit)
+        : row_(row + first_bit / 8), shift_(first_bit % 8) {}
+    bool bit(size_t i) const { return (row_[(shift_ + i) / 8] << ((shift_ + i) % 8) & 0x80) != 0; }
+    // Bits 8 n to 8 n + 7, all of which must exist.
+    unsigned octet(size_t n) const {
+        if (shift_ == 0) return row_[n];
+        return (row_[n] << shift_ | row_[n + 1] >> (8 - shift_)) & 0xFF;
+    }
+
+  private:
+    const uint8_t *row_;
+    size_t shift_;
+};
+
+// Writes the greys of pixels sx to sx + count - 1 of a row of depth 1, 2, 4, 8 or 24.
+void row_to_grey(const uint8_t *row, int depth, size_t sx, size_t count, uint8_t *grey);
+
+// Copies count grey bytes onto 8-bit pixels where the mask has a 1.
+void put_masked(uint8_t *pixels, const uint8_t *grey, size_t count, const BitRow &mask);
+
+} // namespace raster

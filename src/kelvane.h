@@ -31,7 +31,9 @@
 #include "kelvane/config.h"
 #include "kelvane/events.h"
 #include "kelvane/files.h"
+#include "kelvane/frames.h"
 #include "kelvane/hash.h"
+#include "kelvane/pager.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 

@@ -53,27 +53,6 @@ struct kv_img_conv {
     int dest_scanline; /**< bytes from one destination row to the next */
 };
 
-/** Which corners DrawBorder() rounds. */
-enum estyle {
-    ROUND_ALL = 1,
-    ROUND_TOP = 2,
-    ROUND_DOWN = 3,
-    ROUND_LEFT = 4,
-    ROUND_RIGHT = 5,
-    ROUND_TOP_LEFT = 6,
-    ROUND_TOP_RIGHT = 7,
-    ROUND_BOTTOM_LEFT = 8,
-    ROUND_BOTTOM_RIGHT = 9
-};
-
-/** Corner flags of DrawRectRound(). */
-enum {
-    RECT_ROUND_TL = 1, /**< not supported */
-    RECT_ROUND_TR = 2, /**< not supported */
-    RECT_ROUND_BL = 4,
-    RECT_ROUND_BR = 8
-};
-
 /** A rectangle by value. */
 KELVANE_API irect iRect(int x, int y, int w, int h, int flags);
 
@@ -145,18 +124,6 @@ KELVANE_API void DrawDashLine(int x1, int y1, int x2, int y2, int color, int fil
 KELVANE_API void DrawRect(int x, int y, int w, int h, int color);
 /** An outline three pixels thick with cut corners. */
 KELVANE_API void DrawSelection(int x, int y, int w, int h, int color);
-/**
- * A black frame five pixels thick, its lower corners rounded by pictures where @p flags
- * (RECT_ROUND_*) ask for it. @p color is not used.
- */
-KELVANE_API void DrawRectRound(int x, int y, int w, int h, int color, int flags);
-/**
- * A border inside @p r.
- * @param border_size thickness in pixels
- * @param style an estyle: which corners are round
- * @param radius of the round corners; below 1 every corner is square
- */
-KELVANE_API void DrawBorder(const irect *r, int border_size, int style, int radius, int color);
 /** A filled disc of radius @p r around (@p x0, @p y0). */
 KELVANE_API void DrawCircle(int x0, int y0, int r, int color);
 /**

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "kelvane/bitmaps.h"
+
+namespace chrome {
+
+// Replaces every level of a depth-4 bitmap as Transparent() says.
+void replace_levels(ibitmap &bm, int percent);
+
+} // namespace chrome

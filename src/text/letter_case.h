@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+namespace text {
+
+// UTF-8 text in capitals, whatever the process's locale. Bytes that are not UTF-8 stay.
+std::string upper_case(const char *utf8);
+
+} // namespace text

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "theme/parameters.h"
+
+#include <cstring>
+#include <optional>
+
+#include "kelvane/canvas.h"
+#include "theme/theme.h"
+
+namespace theme {
+namespace {
+
+std::optional<UiParameters> parameters;
+
+constexpr int standard_button_width = 124, standard_button_height = 32;
+
+raster::BitmapPtr load_button(const char *name) {
+    return raster::BitmapPtr(GetResource(name, nullptr));
+}
+
+// A theme that lacks one of the two gets a plain pair.
+void complete_buttons(UiParameters &ui) {
+    if (ui.button_normal != nullptr && ui.button_selected != nullptr) return;
+    ui.button_normal = raster::make_white_bitmap(standard_button_width, standard_button_height);
+    ui.button_selected = raster::make_white_bitmap(standard_button_width, standard_button_height);
+    if (ui.button_selected != nullptr)
+        std::memset(ui.button_selected->data, 0xAA, raster::pixel_bytes(*ui.button_selected));
+}
+
+UiParameters load() {
+    UiParameters ui{.title_style =
+                        GetThemeInt("title.style", 0) == 1 ? TitleStyle::low : TitleStyle::standard,
+                    .window_font = GetThemeFont("window.font", "default,20,0"),
+                    .header_font = GetThemeFont("header.font", "#defaultb,16,0xffffff"),
+                    .menu_font_normal = GetThemeFont("menu.font.normal", "#defaultb,18,0"),
+                    .menu_font_active = GetThemeFont("menu.font.active", "#defaultb,18,0xffffff"),
+                    .button_font_normal = GetThemeFont("button.font.normal", "#defaultb,18,0"),
+                    .button_font_active = GetThemeFont("button.font.active", "#defaultb,18,0"),
+                    .window_color = GetThemeInt("window.color", WHITE),
+                    .header_color = GetThemeInt("header.color", BLACK),
+                    .menu_color_normal = GetThemeInt("menu.color.normal", WHITE),
+                    .menu_color_selected = GetThemeInt("menu.color.selected", BLACK),
+                    .menu_color_disabled = GetThemeInt("menu.color.disabled", DGRAY),
+                    .button_normal = load_button("button_normal"),
+                    .button_selected = load_button("button_selected"),
+                    .button_back = Picture("button_back"),
+                    .button_prev = Picture("button_prev"),
+                    .button_next = Picture("button_next")};
+    complete_buttons(ui);
+    return ui;
+}
+
+} // namespace
+
+void drop_ui_parameters() {
+    if (!parameters) return;
+    for (ifont *font : {parameters->window_font, parameters->header_font,
+                        parameters->menu_font_normal, parameters->menu_font_active,
+                        parameters->button_font_normal, parameters->button_font_active})
+        CloseFont(font);
+    parameters.reset();
+}
+
+void load_ui_parameters() {
+    drop_ui_parameters();
+    parameters = load();
+}
+
+const UiParameters &ui_parameters() {
+    if (!parameters) parameters = load();
+    return *parameters;
+}
+
+} // namespace theme

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// The parameters that are kept between look-ups, and how values are read.
+#pragma once
+
+#include <string>
+
+#include "kelvane/bitmaps.h"
+#include "raster/bitmap.h"
+#include "text/text.h"
+
+namespace theme {
+
+struct FontSpec {
+    std::string face;
+    int size = 12;
+    int antialias = 1;
+    int color = 0;
+};
+
+// Reads "[#]face[,size[,colour]]"; a leading # turns anti-aliasing off.
+FontSpec parse_font(const char *text);
+
+// A bitmap by name that is freed unless it is built in.
+class Picture {
+  public:
+    Picture() = default;
+    // The theme's picture, or the built-in one of `builtin_name` when the theme has none.
+    Picture(const char *name, const char *builtin_name);
+    explicit Picture(const char *name) : Picture(name, name) {}
+    // The theme's picture, or another one's.
+    static Picture or_else(const char *name, const Picture &deflt);
+    const ibitmap *get() const { return bitmap_; }
+    explicit operator bool() const { return bitmap_ != nullptr; }
+    int width() const { return bitmap_ != nullptr ? bitmap_->width : 0; }
+    int height() const { return bitmap_ != nullptr ? bitmap_->height : 0; }
+
+  private:
+    Picture(const char *name, ibitmap *deflt);
+    ibitmap *bitmap_ = nullptr;
+    raster::BitmapPtr owned_;
+};
+
+enum class TitleStyle { standard = 0, low = 1 };
+
+// What most components need, loaded when a theme is opened.
+struct UiParameters {
+    TitleStyle title_style;
+    ifont *window_font, *header_font;
+    ifont *menu_font_normal, *menu_font_active;
+    ifont *button_font_normal, *button_font_active;
+    int window_color, header_color;
+    int menu_color_normal, menu_color_selected, menu_color_disabled;
+    raster::BitmapPtr button_normal, button_selected;
+    Picture button_back, button_prev, button_next;
+};
+
+void load_ui_parameters();
+// Loads them at the first use.
+const UiParameters &ui_parameters();
+// Closes the fonts and frees the pictures.
+void drop_ui_parameters();
+
+} // namespace theme

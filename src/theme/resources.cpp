@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// Pictures by name.
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "raster/bitmap.h"
+#include "theme/builtin.h"
+#include "theme/parameters.h"
+#include "theme/theme.h"
+
+namespace {
+
+int parse_side(const char *text) {
+    return static_cast<int>(std::clamp(std::strtol(text, nullptr, 10), 1L, long{INT_MAX}));
+}
+
+// A new bitmap for a default that is really a text "*(W,H)"; the height is the width when it is
+// left out. Null for any other default.
+ibitmap *make_blank(const ibitmap *deflt) {
+    const char *text = reinterpret_cast<const char *>(deflt);
+    if (text == nullptr || text[0] != '*' || text[1] != '(') return nullptr;
+    const char *comma = std::strchr(text, ',');
+    const int width = parse_side(text + 2);
+    return NewBitmap(width, comma != nullptr ? parse_side(comma + 1) : width);
+}
+
+} // namespace
+
+ibitmap *GetResource(const char *, ibitmap *deflt) {
+    ibitmap *blank = make_blank(deflt);
+    return blank != nullptr ? blank : deflt;
+}
+
+namespace theme {
+
+Picture::Picture(const char *name, ibitmap *deflt) : bitmap_(GetResource(name, deflt)) {
+    if (bitmap_ != deflt) owned_.reset(bitmap_);
+}
+
+Picture::Picture(const char *name, const char *builtin_name)
+    : Picture(name, builtin_image(builtin_name)) {}
+
+Picture Picture::or_else(const char *name, const Picture &deflt) {
+    return Picture(name, deflt.bitmap_);
+}
+
+} // namespace theme

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+// Parameters by name.
+#include "theme/theme.h"
+
+#include <array>
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "kelvane/events.h"
+#include "theme/parameters.h"
+
+namespace {
+
+int clamped(int64_t v) {
+    return static_cast<int>(v < INT_MIN ? INT_MIN : v > INT_MAX ? INT_MAX : v);
+}
+
+int parse_int(const char *text, char **end) {
+    return clamped(std::strtol(text, end, 0));
+}
+
+// Bits that a letter of a rectangle's flags sets.
+int flag_bits(char letter) {
+    switch (letter | 0x20) {
+    case 'b':
+        return VALIGN_BOTTOM;
+    case 'c':
+        return ALIGN_CENTER;
+    case 'd':
+        return TEXT_DOTS;
+    case 'e':
+        return 0x2000;
+    case 'f':
+        return ALIGN_JUSTIFY;
+    case 'l':
+        return TEXT_RTL_MIRROR;
+    case 'm':
+        return VALIGN_MIDDLE;
+    case 'r':
+        return ALIGN_RIGHT;
+    case 's':
+        return 0x1000;
+    case 'v':
+        return TEXT_ROTATE;
+    default:
+        return 0;
+    }
+}
+
+int parse_flags(const char *letters) {
+    int flags = 0;
+    for (; *letters != '\0'; ++letters) flags |= flag_bits(*letters);
+    return flags;
+}
+
+// Overrides the fields that the text has, in order; one that is not a number keeps its default.
+void parse_rect(const char *text, irect &r) {
+    for (int *field : {&r.x, &r.y, &r.w, &r.h}) {
+        char *end;
+        const int value = parse_int(text, &end);
+        if (end != text) *field = value;
+        text = std::strchr(end, ',');
+        if (text == nullptr) return;
+        ++text;
+    }
+    r.flags = parse_flags(text);
+}
+
+// A negative length runs from the start to the far edge: -1 reaches it.
+void make_relative(int &start, int &length, int extent) {
+    if (start < 0) start = clamped(int64_t{start} + extent);
+    if (length < 0) length = clamped(int64_t{length} + extent - start + 1);
+}
+
+} // namespace
+
+namespace theme {
+
+irect screen_relative(irect r) {
+    make_relative(r.x, r.w, ScreenWidth());
+    make_relative(r.y, r.h, ScreenHeight());
+    return r;
+}
+
+FontSpec parse_font(const char *text) {
+    FontSpec spec;
+    if (*text == '#') spec.antialias = 0, ++text;
+    const char *comma = std::strchr(text, ',');
+    spec.face.assign(text,
+                     comma != nullptr ? static_cast<size_t>(comma - text) : std::strlen(text));
+    if (comma == nullptr) return spec;
+    spec.size = clamped(std::strtol(comma + 1, nullptr, 10));
+    comma = std::strchr(comma + 1, ',');
+    if (comma != nullptr) spec.color = static_cast<int>(std::strtoul(comma + 1, nullptr, 0));
+    return spec;
+}
+
+} // namespace theme
+
+void OpenTheme(const char *) {
+    theme::load_ui_parameters();
+}
+
+const char *GetThemeString(const char *, const char *deflt) {
+    return deflt;
+}
+
+int GetThemeInt(const char *name, int deflt) {
+    const char *value = GetThemeString(name, nullptr);
+    return value != nullptr ? parse_int(value, nullptr) : deflt;
+}
+
+ifont *GetThemeFont(const char *name, const char *deflt) try {
+    const char *value = GetThemeString(name, deflt);
+    if (value == nullptr) return nullptr;
+    const theme::FontSpec spec = theme::parse_font(value);
+    ifont *font = OpenFont(spec.face.c_str(), spec.size, spec.antialias);
+    if (font != nullptr) font->color = spec.color;
+    return font;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+void kv_getthemerect(const char *name, irect *out, int x, int y, int w, int h, int flags) {
+    if (out == nullptr) return;
+    *out = iRect(x, y, w, h, flags);
+    const char *value = GetThemeString(name, nullptr);
+    if (value != nullptr && *value != '\0') parse_rect(value, *out);
+}
+
+void GetThemeRect(const char *name, irect *out, int x, int y, int w, int h, int flags) {
+    if (out == nullptr) return;
+    kv_getthemerect(name, out, x, y, w, h, flags);
+    *out = theme::screen_relative(*out);
+}

@@ -14,7 +14,6 @@ namespace hw {
 namespace {
 
 int64_t horizon_us = no_horizon;
-bool idled_at_horizon = false;
 
 int64_t boot_clock_us() {
     if (device()) return device()->clock_us();
@@ -28,7 +27,6 @@ int64_t idle_time(int64_t us) {
     const int64_t until_action = time_to_action(us);
     if (!has_horizon()) return until_action;
     const int64_t until_horizon = std::max<int64_t>(horizon_us - boot_clock_us(), 0);
-    idled_at_horizon |= until_action > 0 && until_horizon == 0;
     return std::min(until_action, until_horizon);
 }
 
@@ -36,15 +34,10 @@ int64_t idle_time(int64_t us) {
 
 void set_horizon(int64_t us) {
     horizon_us = us;
-    idled_at_horizon = false;
 }
 
 bool has_horizon() {
     return horizon_us != no_horizon;
-}
-
-bool reached_horizon() {
-    return idled_at_horizon;
 }
 
 } // namespace hw

@@ -11,7 +11,5 @@ inline constexpr int64_t no_horizon = INT64_MAX;
 // Idle pauses and sleeps end at this time of the boot clock, in microseconds.
 void set_horizon(int64_t us);
 bool has_horizon();
-// The application idled at the horizon since it was set: nothing is left to do before it.
-bool reached_horizon();
 
 } // namespace hw

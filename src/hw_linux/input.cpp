@@ -62,7 +62,7 @@ const char *verb_of(int pointer_type) {
 }
 
 bool take_input(RingEntry &entry) {
-    if (ring_head == ring_tail) return false;
+    if (!has_input()) return false;
     entry = gtk_events[ring_head];
     ring_head = (ring_head + 1) % ring_slots;
     return true;
@@ -74,6 +74,10 @@ void reset_input() {
     ring_head = ring_tail = 0;
     pointer_down = false;
     std::memset(prekeys, 0, sizeof prekeys);
+}
+
+bool has_input() {
+    return ring_head != ring_tail;
 }
 
 void push_input(int type, int mod, int par1, int par2) {

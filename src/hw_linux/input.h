@@ -8,6 +8,8 @@ inline constexpr int key_bits = 23; // of the key mask
 
 // Empties the input ring and lets go of every key and of the pointer.
 void reset_input();
+// The input ring holds something.
+bool has_input();
 // pointer_input() in panel pixels.
 void panel_pointer_input(int type, int x, int y);
 // The first key of the key table with this code; -1 for none.

@@ -2,17 +2,7 @@
 #include "hw_linux/settings.h"
 
 #include "hw_linux/display_mode.h"
-
-struct iconfig_s;
-struct iconfigedit_s;
-
-extern "C" {
-iconfig_s *OpenConfig(const char *path, iconfigedit_s *defaults);
-int ReadInt(iconfig_s *config, const char *name, int fallback);
-void WriteInt(iconfig_s *config, const char *name, int value);
-void CloseConfig(iconfig_s *config);
-void CloseConfigNoSave(iconfig_s *config);
-}
+#include "kelvane/config.h"
 
 namespace hw {
 namespace {
@@ -20,7 +10,7 @@ namespace {
 constexpr const char *settings_file = "./system/config/global.cfg";
 
 int read_setting(const char *name, int fallback) {
-    iconfig_s *config = OpenConfig(settings_file, nullptr);
+    iconfig *config = OpenConfig(settings_file, nullptr);
     const int value = ReadInt(config, name, fallback);
     CloseConfigNoSave(config);
     return value;
@@ -39,7 +29,7 @@ int get_display_mode() {
 }
 
 void store_setting(const char *name, int value) {
-    iconfig_s *config = OpenConfig(settings_file, nullptr);
+    iconfig *config = OpenConfig(settings_file, nullptr);
     WriteInt(config, name, value);
     CloseConfig(config);
 }

@@ -13,7 +13,7 @@ struct UpdateRecord {
     int seq; // from 1
     UpdateKind kind;
     const char *call; // the function of updates.h that asked for it; empty when not known
-    int64_t time_ms; // boot clock at the call
+    int64_t time_ms;  // boot clock at the call
     int x, y, w, h;
     int mode, dynamic;
 };

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+// The application that the window tests drive. It writes every call of its handler to standard
+// output as "type par1 par2" and does what its arguments, words like close=27, tell it.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "hw.h"
+#include "kelvane.h"
+
+namespace {
+
+struct Options {
+    int orientation = 0;
+    int key_delay = 1000, key_interval = 500;
+    int close = -1; // the key that ends the application
+    int fork = 0;   // 1: a child comes and goes at the start
+    int seed = -1;  // draws noise and keeps it in ./framebuffer
+} options;
+
+void say(const char *what, int number = 0) {
+    std::printf("%s %d\n", what, number);
+    std::fflush(stdout);
+}
+
+void draw_noise(const icanvas &canvas, unsigned seed) {
+    for (int y = 0; y < canvas.height; ++y)
+        for (int x = 0; x < canvas.width; ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            canvas.addr[y * canvas.scanline + x] = static_cast<unsigned char>(seed >> 24);
+        }
+}
+
+void keep_framebuffer(const icanvas &canvas) {
+    std::FILE *file = std::fopen("framebuffer", "wb");
+    for (int y = 0; y < canvas.height; ++y)
+        std::fwrite(canvas.addr + y * canvas.scanline, 1, static_cast<size_t>(canvas.width), file);
+    std::fclose(file);
+}
+
+// The child ends the way programs do, with its exit handlers.
+void fork_a_child() {
+    const pid_t child = fork();
+    if (child == 0) std::exit(7);
+    int status = 0;
+    waitpid(child, &status, 0);
+    say("child", WEXITSTATUS(status));
+}
+
+void start() {
+    SetOrientation(options.orientation);
+    if (options.fork) fork_a_child();
+}
+
+void show() {
+    SetKeyboardRate(options.key_delay, options.key_interval);
+    if (options.seed >= 0) {
+        const icanvas &canvas = *hw_getframebuffer();
+        draw_noise(canvas, static_cast<unsigned>(options.seed));
+        keep_framebuffer(canvas);
+    }
+    FullUpdate();
+    say("shown");
+}
+
+int handler(int type, int par1, int par2) {
+    std::printf("%d %d %d\n", type, par1, par2);
+    std::fflush(stdout);
+    if (type == EVT_INIT) start();
+    if (type == EVT_SHOW) show();
+    if (type == EVT_KEYRELEASE && par1 == options.close) CloseApp();
+    return 1;
+}
+
+int *find_option(const std::string &name) {
+    if (name == "orientation") return &options.orientation;
+    if (name == "delay") return &options.key_delay;
+    if (name == "interval") return &options.key_interval;
+    if (name == "close") return &options.close;
+    if (name == "fork") return &options.fork;
+    if (name == "seed") return &options.seed;
+    return nullptr;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    for (int i = 1; i < argc; ++i) {
+        const char *value = std::strchr(argv[i], '=');
+        int *option = value
+                          ? find_option(std::string(argv[i], static_cast<size_t>(value - argv[i])))
+                          : nullptr;
+        if (!option) return 2;
+        *option = std::atoi(value + 1);
+    }
+    KelvaneMain(handler);
+    return 3; // only reached when the screen cannot be opened
+}

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// The ways in which an application in the window ends.
+#include <algorithm>
+#include <csignal>
+
+#include <X11/keysym.h>
+
+#include "menu_clicks.h"
+#include "session.h"
+
+namespace {
+
+constexpr int EXIT = 22, HIDE = 24;
+
+class EndsTest : public WindowTest {
+  protected:
+    // The calls that the application hears between the deed and its end.
+    void expect_end(const Lines &calls) {
+        EXPECT_EQ(events_in(app_->take_rest(), {EXIT, HIDE}), calls);
+        EXPECT_EQ(app_->wait(), 0);
+        EXPECT_FALSE(sandbox_.has("system/tmp/.current"));
+    }
+};
+
+} // namespace
+
+TEST_F(EndsTest, CloseAppHidesAndExits) {
+    start({"close=27"});
+    server_.stroke(XK_F3);
+    expect_end({"24 0 0", "22 0 0"});
+}
+
+TEST_F(EndsTest, QuitHidesAndExits) {
+    start();
+    choose_from_menu(server_, root_x(100), root_y(100), "/Quit");
+    expect_end({"24 0 0", "22 0 0"});
+}
+
+TEST_F(EndsTest, EachSignalExitsWithoutHiding) {
+    for (int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+        SCOPED_TRACE(number);
+        start();
+        app_->signal(number);
+        expect_end({"22 0 0"});
+    }
+}
+
+TEST_F(EndsTest, TheCloseButtonOfTheWindowManagerExitsWithoutHiding) {
+    desktop::Program openbox({"openbox", "--sm-disable", "--startup", "echo ready"},
+                             sandbox_.path(""),
+                             {{"DISPLAY", server_.name()},
+                              {"HOME", sandbox_.path("")},
+                              {"XDG_CONFIG_HOME", sandbox_.path("")},
+                              {"XDG_CACHE_HOME", sandbox_.path("")}});
+    ASSERT_TRUE(openbox.take_until("ready"));
+    start();
+    const auto frame = server_.place_of(server_.frame_of(window_));
+    ASSERT_GT(frame.height, place_.height) << "no title bar";
+    server_.click(1, frame.x + frame.width - 10, frame.y + 10);
+    expect_end({"22 0 0"});
+}
+
+TEST_F(EndsTest, LosingTheServerExitsWithoutHiding) {
+    start();
+    server_.kill();
+    expect_end({"22 0 0"});
+}
+
+TEST_F(EndsTest, AForkedChildRunsNoneOfIt) {
+    start({"fork=1"});
+    EXPECT_EQ(before_show_, (Lines{"21 0 0", "child 7", "23 0 0", "shown 0"}));
+    EXPECT_TRUE(sandbox_.has("system/tmp/.current"));
+    app_->signal(SIGTERM);
+    expect_end({"22 0 0"});
+}
+
+TEST_F(EndsTest, WithoutADisplayTheScreenDoesNotOpen) {
+    launch({}, {{"DISPLAY", ":54321"}});
+    const Lines lines = app_->take_rest();
+    EXPECT_EQ(events_in(lines, {21, 22, 23, 24}), Lines{});
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "OpenScreen() error"), lines.end());
+    EXPECT_EQ(app_->wait(), 3);
+}

@@ -18,6 +18,3 @@ void kv_exit_handler();
 
 void install_signal_handlers();
 void restore_signal_handlers();
-
-// Gives the screen updates their key-lock icon.
-void install_keylock_icon();

@@ -5,6 +5,9 @@
 #include <new>
 #include <unistd.h>
 
+#include "chrome/chrome.h"
+#include "chrome/keylock.h"
+#include "chrome/panel.h"
 #include "config/hooks.h"
 #include "file/hooks.h"
 #include "hw.h"
@@ -22,6 +25,7 @@
 #include "runtime/timers.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
+#include "theme/theme.h"
 
 namespace {
 
@@ -40,6 +44,8 @@ void post_to_main(int type, int par1, int par2) {
 void install_hooks() {
     hw::hooks.post_to_main = post_to_main;
     hw::hooks.run_exit = kv_exit_handler;
+    hw::hooks.panel_height = PanelHeight;
+    update_hooks = {chrome::show_keylock_icon, chrome::restore_under_keylock_icon};
     file_hooks.system_request = [](int request) { kv_ipc_request(request, 0, nullptr, 0, 0); };
     file_hooks.translate = GetLangText;
     file_hooks.storage_ready = hw_usbready;
@@ -84,10 +90,13 @@ void take_screen() {
 
 void load_resources() {
     LoadLanguage(kvstate.lang);
+    OpenTheme(kvstate.theme);
+    loadHwConfigEmulator(GetThemeString("hwconfig", nullptr));
     const uint64_t word = device_hwconfig();
     std::fprintf(stderr, "hwconfig: %08x %08x\n", static_cast<unsigned>(word >> 32),
                  static_cast<unsigned>(word));
     LoadKeyboard(kvstate.kbdlang);
+    kvstate.panel_position = GetThemeInt("panel_position", 0);
 }
 
 void start_runtime() {
@@ -148,6 +157,7 @@ void close_screen() {
     updates_reset();
     pointer_reset();
     remove_hooks();
+    chrome::reset();
     CloseConfigNoSave(kvstate.cfg);
     delete[] kvstate.tsc;
     kvstate = {};

@@ -8,11 +8,14 @@
 #include "internal.h"
 #include "kelvane/config.h"
 #include "lifecycle/lifecycle.h"
+#include "text/text.h"
 
 namespace {
 
 constexpr int never_ms = 2147483647;
 constexpr int minute_ms = 60000;
+constexpr int strong_antialiasing = 2;
+constexpr int strong_text = 15;
 constexpr size_t longest_layout_list = 14;
 
 template <size_t N>
@@ -81,6 +84,7 @@ void load_appearance(bool safe, const char *language, const char *keyboard) {
     copy_text(kvstate.kbdlang, layouts.substr(0, longest_layout_list).c_str());
     kvstate.usbmode = safe ? 0 : ReadInt(cfg, "usbmode", 2);
     kvstate.showclock = static_cast<uint8_t>(ReadInt(cfg, "showclock", 0));
+    if (kvstate.antialiasing == strong_antialiasing) SetTextStrength(strong_text);
 }
 
 } // namespace

@@ -12,6 +12,8 @@ void CloseFont(ifont *) {}
 
 void SetFont(const ifont *, int) {}
 
+void SetTextStrength(int) {}
+
 ifont *GetFont() {
     return kvstate.current_font;
 }

@@ -47,6 +47,8 @@ void CloseFont(ifont *f);
 void SetFont(const ifont *f, int color);
 /** The current font, or null. */
 ifont *GetFont(void);
+/** How much bolder than designed glyphs are drawn, 0 to 100. */
+void SetTextStrength(int n);
 
 /** Draws text inside a rectangle. @return the first byte that did not fit */
 char *DrawTextRect(int x, int y, int w, int h, const char *s, int flags);

@@ -19,7 +19,7 @@ namespace desktop {
 
 using Environment = std::map<std::string, std::string>;
 
-inline constexpr std::chrono::seconds patience{30};
+inline constexpr std::chrono::seconds patience{20};
 
 // Asks again and again until the answer is true; false when patience ends.
 bool await(const std::function<bool()> &condition);

@@ -2,9 +2,10 @@
 // The gallery: what the library draws, shows and hears, a page each.
 //
 // PREV and NEXT, a swipe or a tap on the strip at the bottom turn the pages; MENU, or the window's
-// "Orientation" menu, turns the screen; BACK ends.
+// "Orientation" menu, turns the screen; BACK ends, unless started with --stay (for random input).
 #include <array>
 #include <cstdlib>
+#include <cstring>
 
 #include <kelvane.h>
 
@@ -21,6 +22,7 @@ constexpr int turns_per_flash = 4;
 int current = 0;
 int turns = 0;
 bool pressed = false;
+bool stay = false; // BACK does not end the gallery
 int down_x = 0, down_y = 0;
 
 irect title_area() {
@@ -102,7 +104,7 @@ int next_orientation() {
 int key_pressed(int key) {
     switch (key) {
     case KEY_BACK:
-        CloseApp();
+        if (!stay) CloseApp();
         return 1;
     case KEY_PREV:
     case KEY_PREV2:
@@ -190,7 +192,8 @@ irect grid_cell(const irect &area, int columns, int rows, int index, int gap) {
                  (area.h + gap) * (row + 1) / rows - gap - top, 0);
 }
 
-int main() {
+int main(int argc, char **argv) {
+    stay = argc > 1 && std::strcmp(argv[1], "--stay") == 0;
     KelvaneMain(handler);
     return 1; // only reached when the screen could not be opened
 }

@@ -14,8 +14,7 @@ namespace hw {
 namespace {
 
 constexpr int64_t clock_start_us = 60'000'000; // the device was switched on a minute ago
-
-constexpr int64_t nap_us = 50'000;
+constexpr int64_t nap_us = 50'000;             // a sleep that a signal just missed lasts no longer
 
 std::unique_ptr<uint8_t[]> memory;
 PixelBuffer buffer;
@@ -26,8 +25,8 @@ bool open(const WindowSpec &spec) {
     memory.reset(new (std::nothrow) uint8_t[static_cast<size_t>(stride) * spec.height]);
     if (!memory) return false;
     buffer = {memory.get(), spec.width, spec.height, stride};
+    now_us = (now_us + 999) / 1000 * 1000; // every start sees the same fractions
     std::fill_n(memory.get(), static_cast<size_t>(stride) * spec.height, uint8_t{255});
-    now_us = clock_start_us;
     return true;
 }
 
@@ -57,15 +56,14 @@ void pass(int64_t us) {
 
 void pause(int64_t us) {
     if (keeps_pace()) {
-        us = std::min(us, nap_us);
-        const timespec nap{us / 1'000'000, us % 1'000'000 * 1000};
-        nanosleep(&nap, nullptr);
+        const timespec time{us / 1'000'000, us % 1'000'000 * 1000};
+        nanosleep(&time, nullptr);
     }
     pass(us);
 }
 
 bool sleep(int64_t us, bool) {
-    pause(us);
+    pause(keeps_pace() ? std::min(us, nap_us) : us);
     return true;
 }
 

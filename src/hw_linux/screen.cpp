@@ -2,6 +2,7 @@
 // Life of the device and its framebuffer.
 #include "hw_linux/screen.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -76,6 +77,7 @@ void take_size() {
     screen.width = landscape ? mode.height : mode.width;
     screen.height = landscape ? mode.width : mode.height;
     screen.zoom = zoom_of(state.display_mode);
+    screen.orientation = std::max(state.position, 0); // upright as the device is held
 }
 
 bool make_framebuffer() {

@@ -20,6 +20,7 @@ struct Options {
     int close = -1; // the key that ends the application
     int fork = 0;   // 1: a child comes and goes at the start
     int seed = -1;  // draws noise and keeps it in ./framebuffer
+    int trail = 0;  // 1: every event of a person leaves a mark on the screen
 } options;
 
 void say(const char *what, int number = 0) {
@@ -67,11 +68,34 @@ void show() {
     say("shown");
 }
 
+void turn(int orientation) {
+    SetOrientation(orientation);
+    ClearScreen();
+    FullUpdate();
+}
+
+// Only what does not hang on how fast the person or the machine is.
+bool leaves_a_mark(int type) {
+    return type == EVT_KEYPRESS || type == EVT_KEYRELEASE || type == EVT_POINTERDOWN ||
+           type == EVT_POINTERMOVE || type == EVT_POINTERUP || type == EVT_POINTERDRAG;
+}
+
+void leave_a_mark(int type, int par1, int par2) {
+    static int marks = 0;
+    const int x = 20 + 23 * ++marks % (ScreenWidth() - 90);
+    const int y = 10 + 31 * marks % (ScreenHeight() - 90);
+    FillArea(x, y, 60, 50, (par1 * 0x010101) & 0xFFFFFF);
+    DrawLine(x, y, x + type, y + par2 % 70, DGRAY);
+    PartialUpdate(x, y, 60, 70);
+}
+
 int handler(int type, int par1, int par2) {
     std::printf("%d %d %d\n", type, par1, par2);
     std::fflush(stdout);
     if (type == EVT_INIT) start();
     if (type == EVT_SHOW) show();
+    if (type == EVT_ORIENTATION) turn(par1);
+    if (options.trail && leaves_a_mark(type)) leave_a_mark(type, par1, par2);
     if (type == EVT_KEYRELEASE && par1 == options.close) CloseApp();
     return 1;
 }
@@ -83,6 +107,7 @@ int *find_option(const std::string &name) {
     if (name == "close") return &options.close;
     if (name == "fork") return &options.fork;
     if (name == "seed") return &options.seed;
+    if (name == "trail") return &options.trail;
     return nullptr;
 }
 

@@ -32,6 +32,7 @@ MenuRow find_menu_row(const std::string &path) {
 
 unsigned long choose_from_menu(const desktop::Server &server, int x, int y,
                                const std::string &path) {
+    EXPECT_TRUE(desktop::await([&] { return server.popups().empty(); }));
     server.click(3, x, y);
     size_t open = 1, end = 0;
     const auto opened = [&] { return server.popups().size() >= open; };

@@ -102,17 +102,22 @@ Range Line::visible_pixels() const {
 // A walk in memory: every pixel is `step` bytes on, and `carry` more whenever the error wraps.
 struct Walk {
     uint8_t *origin;
-    ptrdiff_t offset, step, carry;
+    ptrdiff_t step, carry;
     uint64_t error, error_step, length;
 
+    // Works on copies, since for all the compiler knows a pixel is written over these fields.
     template <int pixel_bytes>
-    void draw(int64_t count, const Ink &ink) {
-        for (; count > 0; --count) {
-            put_pixel<pixel_bytes>(origin + offset, ink);
-            error += error_step;
-            const bool wraps = error >= length;
-            offset += step + (wraps ? carry : 0);
-            error -= wraps ? length : 0;
+    void draw(int64_t count, const Ink ink) const {
+        uint8_t *const first = origin;
+        const ptrdiff_t on = step, aside = carry;
+        const uint64_t rise = error_step, full = length;
+        ptrdiff_t offset = 0;
+        for (uint64_t e = error; count > 0; --count) {
+            put_pixel<pixel_bytes>(first + offset, ink);
+            e += rise;
+            const bool wraps = e >= full;
+            offset += on + (wraps ? aside : 0);
+            e -= wraps ? full : 0;
         }
     }
 };
@@ -128,13 +133,12 @@ void Line::draw(const Range &range, int64_t stride) const {
     const auto across = static_cast<int64_t>(start.quotient);
     const int64_t x = x_.at(steep_ ? across : range.first);
     const int64_t y = y_.at(steep_ ? range.first : across);
-    Walk walk{pixel_address(canvas_, static_cast<int>(x), static_cast<int>(y)),
-              0,
-              stride * major_bytes + static_cast<ptrdiff_t>(advance.quotient) * minor_bytes,
-              minor_bytes,
-              start.remainder,
-              advance.remainder,
-              length_};
+    const Walk walk{pixel_address(canvas_, static_cast<int>(x), static_cast<int>(y)),
+                    stride * major_bytes + static_cast<ptrdiff_t>(advance.quotient) * minor_bytes,
+                    minor_bytes,
+                    start.remainder,
+                    advance.remainder,
+                    length_};
     const int64_t count = (range.last - range.first) / stride + 1;
     canvas_.depth == 8 ? walk.draw<1>(count, ink_) : walk.draw<3>(count, ink_);
 }

@@ -1,5 +1,5 @@
-// The cost of one event from SendEvent to its handler, on the application's thread.
 // SPDX-License-Identifier: MIT
+// The cost of one event from SendEvent to its handler, on the application's thread.
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 

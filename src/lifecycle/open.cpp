@@ -50,7 +50,7 @@ void install_hooks() {
     file_hooks.translate = GetLangText;
     file_hooks.storage_ready = hw_usbready;
     file_hooks.clock_ms = hw_timeinms;
-    file_hooks.pause = hw_pause;
+    file_hooks.pause = [](long long us) { hw::device()->pause(us); };
     config::set_cipher(kv_ipc_request);
 }
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The theme's selection markers.
+#include "chrome/selection.h"
+
 #include <new>
 #include <optional>
 #include <string>
 
 #include "chrome/chrome.h"
 #include "kelvane/frames.h"
-#include "theme/theme.h"
 
 namespace {
 
@@ -93,13 +94,15 @@ void reset_selection() {
     loaded.reset();
 }
 
+void draw_selection(const irect &rect, const iselection_style &style) {
+    const Box marker = marker_box(rect, style);
+    if (!Box(rect).empty() && !marker.empty()) draw_marker(marker, style);
+}
+
 } // namespace chrome
 
 void DrawPickOutEx(const irect *rect, const char *key) try {
-    if (rect == nullptr || Box(*rect).empty()) return;
-    const iselection_style &style = style_of(key);
-    const Box marker = marker_box(*rect, style);
-    if (!marker.empty()) draw_marker(marker, style);
+    if (rect != nullptr) draw_selection(*rect, style_of(key));
 } catch (const std::bad_alloc &) {
 }
 

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "theme/theme.h"
+
+namespace chrome {
+
+// Marks a rectangle in a given style.
+void draw_selection(const irect &rect, const iselection_style &style);
+
+} // namespace chrome

@@ -34,7 +34,7 @@ enum Button : guint { LEFT_BUTTON = 1, RIGHT_BUTTON = 3 };
 struct Window {
     GtkWidget *top = nullptr;
     GtkWidget *area = nullptr;
-    GtkWidget *menu = nullptr; // made by the first right click, since it would slow the start
+    GtkWidget *menu = nullptr; // the one opened last
     GdkPixbuf *pixbuf = nullptr;
 } window;
 
@@ -72,8 +72,16 @@ gboolean on_key(GtkWidget *, GdkEventKey *event, gpointer) {
     return TRUE;
 }
 
+void drop_menu() {
+    if (!window.menu) return;
+    gtk_widget_destroy(window.menu);
+    g_object_unref(std::exchange(window.menu, nullptr));
+}
+
+// Made anew each time: the start need not wait for it, and its marks show the present state.
 void popup_menu(const GdkEventButton &event) {
-    if (!window.menu) window.menu = hw::make_window_menu();
+    drop_menu();
+    window.menu = hw::make_window_menu();
     gtk_menu_popup(GTK_MENU(window.menu), nullptr, nullptr, nullptr, nullptr, event.button,
                    event.time);
 }
@@ -172,10 +180,7 @@ void close_window() {
         g_signal_handlers_disconnect_by_func(top, reinterpret_cast<gpointer>(on_destroy), nullptr);
         gtk_widget_destroy(top);
     }
-    if (window.menu) {
-        gtk_widget_destroy(window.menu);
-        g_object_unref(window.menu);
-    }
+    drop_menu();
     if (window.pixbuf) {
         g_object_unref(window.pixbuf);
         gdk_display_flush(gdk_display_get_default());

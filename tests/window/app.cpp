@@ -17,10 +17,11 @@ namespace {
 struct Options {
     int orientation = 0;
     int key_delay = 1000, key_interval = 500;
-    int close = -1; // the key that ends the application
-    int fork = 0;   // 1: a child comes and goes at the start
-    int seed = -1;  // draws noise and keeps it in ./framebuffer
-    int trail = 0;  // 1: every event of a person leaves a mark on the screen
+    int close = -1;   // the key that ends the application
+    int external = 0; // 1: the application opens the screen, twice, and ends by itself
+    int fork = 0;     // 1: a child comes and goes at the start
+    int seed = -1;    // draws noise and keeps it in ./framebuffer
+    int trail = 0;    // 1: every event of a person leaves a mark on the screen
 } options;
 
 void say(const char *what, int number = 0) {
@@ -105,6 +106,7 @@ int *find_option(const std::string &name) {
     if (name == "delay") return &options.key_delay;
     if (name == "interval") return &options.key_interval;
     if (name == "close") return &options.close;
+    if (name == "external") return &options.external;
     if (name == "fork") return &options.fork;
     if (name == "seed") return &options.seed;
     if (name == "trail") return &options.trail;
@@ -122,6 +124,9 @@ int main(int argc, char **argv) {
         if (!option) return 2;
         *option = std::atoi(value + 1);
     }
-    KelvaneMain(handler);
-    return 3; // only reached when the screen cannot be opened
+    for (int round = 0; round <= options.external; ++round) {
+        if (options.external) OpenScreenExt();
+        KelvaneMain(handler);
+    }
+    return 3; // reached when the screen cannot be opened, or is the application's own
 }

@@ -66,6 +66,17 @@ TEST_F(EndsTest, LosingTheServerExitsWithoutHiding) {
     expect_end({"22 0 0"});
 }
 
+TEST_F(EndsTest, AnApplicationThatOpenedTheScreenGoesOnAndMayOpenItAgain) {
+    start({"external=1", "close=27"});
+    server_.stroke(XK_F3);
+    EXPECT_EQ(events_in(until("shown 0"), {21, EXIT, 23, HIDE}),
+              (Lines{"24 0 0", "22 0 0", "21 0 0", "23 0 0"}));
+    ASSERT_NE(server_.find_window("Marrowleaf "), 0u);
+    server_.stroke(XK_F3);
+    EXPECT_EQ(events_in(app_->take_rest(), {EXIT, HIDE}), (Lines{"24 0 0", "22 0 0"}));
+    EXPECT_EQ(app_->wait(), 3);
+}
+
 TEST_F(EndsTest, AForkedChildRunsNoneOfIt) {
     start({"fork=1"});
     EXPECT_EQ(events_in(before_show_, {21, EXIT, 23, HIDE}), (Lines{"21 0 0", "23 0 0"}));

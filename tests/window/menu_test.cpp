@@ -84,6 +84,7 @@ TEST_F(MenuTest, RadioItemsKeepTheirMark) {
         {"/USB Cable", 2, 1, "/USB Cable/Plugged", 401, 0},
         {"/Position", 5, 0, "/Position/Landscape 90", 502, 2},
         {"/Display Mode", 13, 7, "/Display Mode/758x1024", 602, 1},
+        {"/Orientation", 4, 0, "/Orientation/Portrait 180", 803, 3},
     };
     start({}, "emu_resmode=7\n");
     for (const auto &group : groups) {
@@ -96,6 +97,7 @@ TEST_F(MenuTest, RadioItemsKeepTheirMark) {
         EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                                 [](const auto &line) { return line.starts_with("Command "); }),
                   1);
+        if (group.command == 803) until("32 3 0"); // its mark follows the application
         EXPECT_TRUE(is_marked(group.submenu, group.rows, group.chosen));
     }
     const std::string settings = sandbox_.read("system/config/global.cfg");

@@ -93,7 +93,14 @@ void copy_part(const TurnedCanvas &from, int x, int y, ibitmap &bm) {
     const size_t columns = static_cast<size_t>(shared.w);
     std::vector<uint8_t> levels(size_t{bm.scanline} * 4, 0xFF);
     const uint8_t *start = from.origin + shared.x * from.column_step + shared.y * from.row_step;
+    // Rows of grey bytes that fill the bitmap's rows to the last bit need no buffer.
+    const bool whole_rows =
+        from.column_step == 1 && shared.w == bm.width && shared.w * depth_of(bm) % 8 == 0;
     for (int r = 0; r < shared.h; ++r, start += from.row_step) {
+        if (whole_rows) {
+            pack(start, bm, first_row + static_cast<size_t>(r));
+            continue;
+        }
         if (from.canvas->depth == 8)
             read_grey(start, from.column_step, columns, levels.data() + first_column);
         else
@@ -111,7 +118,11 @@ ibitmap *BitmapFromScreen(int x, int y, int w, int h) {
 ibitmap *BitmapFromScreenR(int x, int y, int w, int h, int rotate) try {
     BitmapPtr bm = make_white_bitmap(w, h);
     const icanvas *c = GetCanvas();
-    if (bm != nullptr && c != nullptr && is_drawable(*c)) copy_part(turned(*c, rotate), x, y, *bm);
+    if (bm != nullptr && c != nullptr && is_drawable(*c)) {
+        icanvas readable = *c; // rows hold no more than their bytes
+        readable.width = std::min(c->width, c->scanline / bytes_per_pixel(*c));
+        if (readable.width > 0) copy_part(turned(readable, rotate), x, y, *bm);
+    }
     return bm.release();
 } catch (const std::bad_alloc &) {
     return nullptr;

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+// Many processes at one file: nothing is lost, and no kill leaves a file that lacks anything.
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/wait.h>
+#include <vector>
+
+#include "scene.h"
+
+namespace {
+
+// The long form runs when KELVANE_CAMPAIGN is set.
+int times(int few, int many) {
+    return std::getenv("KELVANE_CAMPAIGN") ? many : few;
+}
+
+// Settings that nobody changes; they make the file several pages long.
+settings constants() {
+    settings all;
+    for (int i = 0; i < 400; i++)
+        all["constant" + std::to_string(i)] = "of the same value " + std::to_string(i * 7);
+    return all;
+}
+
+bool has_constants(const settings &all) {
+    static const settings expected = constants();
+    return std::includes(all.begin(), all.end(), expected.begin(), expected.end());
+}
+
+std::string own_key(int process, int i) {
+    return "p" + std::to_string(process) + "." + std::to_string(i % 50);
+}
+
+constexpr int processes = 8;
+
+// One process of the campaign: each save writes a key, the common key, and deletes a key.
+int save_often(const scene &s, int process, int saves) {
+    for (int i = 0; i < saves; i++) {
+        iconfig *c = OpenConfig(s.path.c_str(), nullptr);
+        WriteInt(c, own_key(process, i).c_str(), i);
+        WriteInt(c, "common", process * 10000 + i);
+        DeleteString(c, own_key(process, i + 25).c_str());
+        const int saved = SaveConfig(c);
+        CloseConfigNoSave(c);
+        if (saved != 1) return 1;
+    }
+    return 0;
+}
+
+settings own_keys(int process, int saves) {
+    settings all;
+    for (int i = 0; i < saves; i++) {
+        all[own_key(process, i)] = std::to_string(i);
+        all.erase(own_key(process, i + 25));
+    }
+    return all;
+}
+
+pid_t start(const std::function<int()> &work) {
+    const pid_t child = fork();
+    if (child == 0) _exit(work());
+    return child;
+}
+
+TEST(ConfigCampaign, EightProcessesLoseNothing) {
+    const int saves = times(60, 1000);
+    const scene s;
+    s.put(text_of(constants()));
+    std::vector<pid_t> children;
+    for (int p = 0; p < processes; p++)
+        children.push_back(start([&] { return save_often(s, p, saves); }));
+    int reads = 0;
+    for (size_t done = 0; done < children.size();) {
+        ASSERT_TRUE(has_constants(s.read())) << "read " << reads;
+        reads++;
+        int status = 0;
+        if (waitpid(-1, &status, WNOHANG) <= 0) continue;
+        EXPECT_EQ(status, 0);
+        done++;
+    }
+    settings expected = constants();
+    for (int p = 0; p < processes; p++) expected.merge(own_keys(p, saves));
+    settings found = s.read();
+    const int common = std::atoi(found["common"].c_str());
+    EXPECT_EQ(common % 10000, saves - 1) << "the last save of all wins";
+    found.erase("common");
+    EXPECT_EQ(found, expected);
+    expected["common"] = std::to_string(common);
+    EXPECT_EQ(s.text(), text_of(expected)) << "sorted, every line whole";
+    std::printf("%d saves, %d reads beside them\n", processes * saves, reads);
+}
+
+// Saves for ever; the file grows and shrinks, so that lines move across pages.
+[[noreturn]] void save_until_killed(const scene &s, unsigned seed) {
+    std::mt19937 random(seed);
+    for (;;) {
+        iconfig *c = OpenConfig(s.path.c_str(), nullptr);
+        for (int i = 0; i < 3; i++) {
+            const std::string name = "a" + std::to_string(random() % 20);
+            if (random() % 2)
+                WriteString(c, name.c_str(), std::string(random() % 900, 'v').c_str());
+            else
+                DeleteString(c, name.c_str());
+        }
+        CloseConfig(c);
+    }
+}
+
+// What is wrong with the file after a kill; empty when nothing is.
+std::string damage(const settings &all) {
+    static const settings expected = constants();
+    if (!has_constants(all)) return "a constant is lost";
+    for (const auto &[name, value] : all) {
+        if (expected.count(name)) continue;
+        const bool known = name[0] == 'a' && name.size() <= 3;
+        if (!known) return "nobody wrote the name " + name;
+        if (value != std::string(value.size(), 'v')) return "nobody wrote the value " + value;
+    }
+    return {};
+}
+
+TEST(ConfigCampaign, KillsLoseNothing) {
+    const int kills = times(300, 10000);
+    const scene s;
+    std::mt19937 random(20260102);
+    s.put(text_of(constants()));
+    int torn = 0;
+    for (int i = 0; i < kills; i++) {
+        const unsigned seed = random();
+        const pid_t child = start([&]() -> int { save_until_killed(s, seed); });
+        usleep(300 + random() % 2500);
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        const std::string text = s.text();
+        ASSERT_FALSE(text.empty()) << "kill " << i;
+        const settings all = s.read();
+        ASSERT_EQ(damage(all), "") << "kill " << i;
+        torn += text != text_of(all);
+    }
+    std::printf("%d kills, %d of them in the middle of a write\n", kills, torn);
+}
+
+} // namespace

@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: MIT
+// Saving with a crash after each page that reaches the file, with each read or write failing, and
+// with each allocation failing.
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <new>
+#include <sys/wait.h>
+
+#include "scene.h"
+
+namespace {
+
+constexpr int never = INT_MAX;
+
+// Counts down to the operation that goes wrong; `never` again afterwards, or 0 for ever.
+struct countdown {
+    int left = never;
+    bool for_ever = false;
+    bool struck = false;
+
+    bool strikes() {
+        if (left == never) return false;
+        if (left > 0) {
+            left--;
+            return false;
+        }
+        if (!for_ever) left = never;
+        return struck = true;
+    }
+};
+
+countdown crash;      // counts pages written and lengths set
+countdown io_failure; // counts reads, pages written and lengths set
+countdown allocation_failure;
+
+bool memory_runs_out() {
+    return allocation_failure.strikes();
+}
+
+} // namespace
+
+extern "C" {
+
+size_t __real_kv_fread(void *, size_t, size_t, std::FILE *);
+size_t __real_kv_fwrite(const void *, size_t, size_t, std::FILE *);
+int __real_ftruncate(int, off_t);
+void *__real_malloc(size_t);
+void *__real_calloc(size_t, size_t);
+void *__real_realloc(void *, size_t);
+char *__real_strdup(const char *);
+
+size_t __wrap_kv_fread(void *to, size_t size, size_t n, std::FILE *f) {
+    return io_failure.strikes() ? __real_kv_fread(to, size, n / 2, f)
+                                : __real_kv_fread(to, size, n, f);
+}
+
+// As the system writes: page by page. A kill or a full disk ends it between two pages.
+size_t __wrap_kv_fwrite(const void *from, size_t size, size_t n, std::FILE *f) {
+    if (crash.left == never && io_failure.left == never) return __real_kv_fwrite(from, size, n, f);
+    const auto *bytes = static_cast<const char *>(from);
+    const auto at = static_cast<size_t>(ftell(f));
+    for (size_t done = 0; done < n;) {
+        if (crash.strikes()) _exit(0);
+        if (io_failure.strikes()) return done;
+        const size_t piece = std::min(n - done, 4096 - (at + done) % 4096);
+        if (__real_kv_fwrite(bytes + done, 1, piece, f) != piece) abort();
+        done += piece;
+    }
+    return n;
+}
+
+// These tests are about killed processes, not about power that fails.
+int __wrap_fdatasync(int) {
+    return 0;
+}
+
+int __wrap_ftruncate(int fd, off_t size) {
+    if (crash.strikes()) _exit(0);
+    if (io_failure.strikes()) {
+        errno = EIO;
+        return -1;
+    }
+    return __real_ftruncate(fd, size);
+}
+
+void *__wrap_malloc(size_t size) {
+    return memory_runs_out() ? nullptr : __real_malloc(size);
+}
+void *__wrap_calloc(size_t n, size_t size) {
+    return memory_runs_out() ? nullptr : __real_calloc(n, size);
+}
+void *__wrap_realloc(void *old, size_t size) {
+    return memory_runs_out() ? nullptr : __real_realloc(old, size);
+}
+char *__wrap_strdup(const char *text) {
+    return memory_runs_out() ? nullptr : __real_strdup(text);
+}
+}
+
+[[gnu::noinline]] void *operator new(size_t size) {
+    if (void *p = memory_runs_out() ? nullptr : __real_malloc(size)) return p;
+    throw std::bad_alloc();
+}
+[[gnu::noinline]] void *operator new(size_t size, const std::nothrow_t &) noexcept {
+    return memory_runs_out() ? nullptr : __real_malloc(size);
+}
+[[gnu::noinline]] void *operator new[](size_t size) {
+    return operator new(size);
+}
+[[gnu::noinline]] void *operator new[](size_t size, const std::nothrow_t &t) noexcept {
+    return operator new(size, t);
+}
+[[gnu::noinline]] void operator delete(void *p) noexcept {
+    std::free(p);
+}
+[[gnu::noinline]] void operator delete(void *p, size_t) noexcept {
+    std::free(p);
+}
+[[gnu::noinline]] void operator delete[](void *p) noexcept {
+    std::free(p);
+}
+[[gnu::noinline]] void operator delete[](void *p, size_t) noexcept {
+    std::free(p);
+}
+
+namespace {
+
+settings numbered(const char *prefix, int n, const std::string &value) {
+    settings all;
+    for (int i = 0; i < n; i++) all[prefix + std::to_string(i)] = value;
+    return all;
+}
+
+settings joined(settings a, settings b) {
+    b.merge(a);
+    return b;
+}
+
+// A change of a file: what it holds, and what a save makes of it.
+struct change {
+    const char *what;
+    settings before;
+    settings written; // an empty value deletes
+    bool ends_in_line_feed = true;
+
+    settings after() const {
+        settings all = joined(before, written);
+        std::erase_if(all, [&](const auto &item) { return item.second.empty(); });
+        return all;
+    }
+    std::string text() const {
+        std::string text = text_of(before);
+        if (!ends_in_line_feed) text.pop_back();
+        return text;
+    }
+    int save(const scene &s) const {
+        iconfig *c = OpenConfig(s.path.c_str(), nullptr);
+        for (const auto &[name, value] : written)
+            value.empty() ? DeleteString(c, name.c_str())
+                          : WriteString(c, name.c_str(), value.c_str());
+        const int saved = SaveConfig(c);
+        CloseConfigNoSave(c);
+        return saved;
+    }
+};
+
+const change changes[] = {
+    {"a first save", {}, {{"a", "1"}}},
+    {"a small file grows", numbered("k", 9, "v"), numbered("a", 9, "w")},
+    {"a small file shrinks", numbered("k", 9, "v"), {{"k1", ""}, {"k2", ""}}},
+    {"without a last line feed", numbered("k", 9, "v"), {{"k8", "x"}}, false},
+    {"small becomes large", {{"k", "v"}}, numbered("a", 900, "value")},
+    {"large becomes small", numbered("k", 900, "value"), numbered("k", 890, "")},
+    {"large grows at its start", numbered("k", 900, "value"), numbered("a", 7, "longer value")},
+    {"large shrinks at its start", numbered("k", 900, "value"), {{"k0", ""}, {"k1", ""}}},
+    {"large keeps its length", numbered("k", 900, "value"), {{"k5", "VALUE"}}},
+    {"large without a last line feed", numbered("k", 900, "value"), {{"z", "1"}}, false},
+    {"grows by more than its length", numbered("k", 300, "value"), numbered("b", 700, "value")},
+    {"long lines", numbered("k", 9, std::string(5000, 'v')),
+     numbered("j", 9, std::string(5001, 'w'))},
+};
+
+// Every setting is the old or the new one, and there is no other.
+void expect_nothing_lost(const settings &found, const change &c) {
+    const settings after = c.after();
+    for (const auto &[name, value] : c.before)
+        EXPECT_GE(found.count(name), after.count(name)) << name;
+    for (const auto &[name, value] : found) {
+        const auto is = [&](const settings &all) {
+            const auto same = all.find(name);
+            return same != all.end() && same->second == value;
+        };
+        EXPECT_TRUE(is(c.before) || is(after)) << name << "=" << value;
+    }
+}
+
+TEST(ConfigFaults, ACrashAfterAnyPageLosesNothing) {
+    const scene s;
+    for (const change &c : changes) {
+        SCOPED_TRACE(c.what);
+        int step = 0;
+        for (int ended_by = 0; ended_by == 0; step++) {
+            SCOPED_TRACE(step);
+            s.put(c.text());
+            const pid_t child = fork();
+            if (child == 0) {
+                crash.left = step;
+                _exit(c.save(s) == 1 ? 1 : 2);
+            }
+            waitpid(child, &ended_by, 0);
+            expect_nothing_lost(s.read(), c);
+            // The next save puts the file in order.
+            EXPECT_EQ((change{"", {}, {{"next", "1"}}}).save(s), 1);
+            expect_nothing_lost(s.read(), {"", joined(c.before, {{"next", "1"}}), c.written});
+            EXPECT_EQ(s.text(), text_of(s.read()));
+            if (HasFailure()) return;
+        }
+        EXPECT_GT(step, 2);
+    }
+}
+
+TEST(ConfigFaults, AnyFailingReadOrWriteLosesNothing) {
+    const scene s;
+    for (const change &c : changes) {
+        for (const bool for_ever : {false, true}) {
+            bool failed = true;
+            for (int step = 0; failed; step++) {
+                SCOPED_TRACE(c.what + (" " + std::to_string(step)));
+                s.put(c.text());
+                io_failure = {step, for_ever};
+                c.save(s);
+                failed = io_failure.struck;
+                io_failure = {};
+                expect_nothing_lost(s.read(), c);
+                if (HasFailure()) return;
+            }
+        }
+    }
+}
+
+TEST(ConfigFaults, AnyFailingAllocationLosesNothing) {
+    const scene s;
+    const change several_pages = {
+        "several pages", numbered("k", 45, std::string(99, 'v')), {{"k7", ""}, {"a", "1"}}};
+    for (const change &c : {changes[1], changes[2], several_pages}) {
+        int failures = 0;
+        for (bool failed = true; failed; failures++) {
+            SCOPED_TRACE(c.what + (" " + std::to_string(failures)));
+            const bool for_ever = failures % 2;
+            s.put(c.text());
+            allocation_failure = {failures / 2, for_ever};
+            iconfig *h = OpenConfig(s.path.c_str(), nullptr);
+            for (const auto &[name, value] : c.written)
+                value.empty() ? DeleteString(h, name.c_str())
+                              : WriteString(h, name.c_str(), value.c_str());
+            SaveConfig(h);
+            RefreshConfig(&h);
+            CloseConfig(h);
+            failed = allocation_failure.struck;
+            allocation_failure = {};
+            expect_nothing_lost(s.read(), c);
+            if (HasFailure()) return;
+        }
+        EXPECT_GT(failures, 50);
+    }
+}
+
+} // namespace

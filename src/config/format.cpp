@@ -57,7 +57,7 @@ void unescape(char *value) {
 
 // Adds the setting of one line, which ends with a NUL.
 bool parse_line(char *line, hash_filler &values) {
-    line += std::strspn(line, " \t");
+    while (*line == ' ' || *line == '\t') line++;
     if (*line == '#') return true;
     char *equals = std::strchr(line, '=');
     if (!equals) return true;
@@ -144,8 +144,6 @@ bool parse_settings(char *text, size_t size, ihash values) {
     char *const end = text + size;
     for (char *line = text; line < end;) {
         auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
-        const bool torn = !feed && std::memchr(line, '\0', end - line);
-        if (torn) break;
         char *stop = feed ? feed : end;
         char *next = feed ? feed + 1 : end;
         if (feed && feed > line && feed[-1] == '\r') stop--;

@@ -10,8 +10,7 @@
 namespace config {
 
 // Empties `values` and adds the settings of a text; the text is taken apart in place, and the byte
-// behind its end is written. A NUL ends its line's name or value. A last line that has no line feed
-// but a NUL was torn by a crash and does not count. False when memory ran out.
+// behind its end is written. A NUL ends its line's name or value. False when memory ran out.
 bool parse_settings(char *text, size_t size, ihash values);
 
 // The lines of all values, sorted by name. Of a value that is much longer than 16 KiB only the

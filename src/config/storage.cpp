@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "kelvane/files.h"
 
@@ -74,6 +76,12 @@ bool overwrite(std::FILE *f, size_t old_size, std::string text) {
     return write_at(f, 0, text);
 }
 
+// The length of a text without a torn last line.
+size_t untorn_size(const char *text, size_t size) {
+    const size_t last_line = std::string_view(text, size).rfind('\n') + 1;
+    return std::memchr(text + last_line, '\0', size - last_line) ? last_line : size;
+}
+
 } // namespace
 
 void stream_closer::operator()(std::FILE *f) const {
@@ -99,12 +107,14 @@ std::optional<file_text> read_all(std::FILE *f) {
     if (fstat(fileno(f), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
     if (st.st_size > static_cast<off_t>(longest_file)) return std::nullopt;
     const auto size = static_cast<size_t>(st.st_size);
-    file_text text{std::make_unique_for_overwrite<char[]>(size + 1), size};
-    if (size > 0 && kv_fread(text.bytes.get(), 1, size, f) != size) return std::nullopt;
-    return text;
+    auto bytes = std::make_unique_for_overwrite<char[]>(size + 1);
+    if (size > 0 && kv_fread(bytes.get(), 1, size, f) != size) return std::nullopt;
+    const size_t untorn = untorn_size(bytes.get(), size);
+    return file_text{std::move(bytes), untorn};
 }
 
 bool replace_text(std::FILE *f, size_t old_size, const std::string &text) {
+    if (!resize(f, old_size)) return false; // what follows a torn line must not complete it
     const bool may_be_cut = std::max(old_size, text.size()) > atomic_write;
     const bool written = may_be_cut && append_copy(f, old_size, text)
                              ? overwrite_before_copy(f, old_size, text)

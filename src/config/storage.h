@@ -30,12 +30,13 @@ enum class access { read, rewrite };
 // creates the file when it is missing. Waits for the lock. Null when the file cannot be opened.
 locked_stream open_locked(const char *path, access how);
 
-// The whole file; nothing when it cannot be read or is too long. Throws bad_alloc.
+// The file's text; nothing when it cannot be read or is too long. A last line that has no line feed
+// but a NUL was torn by a crash and is left out. Throws bad_alloc.
 std::optional<file_text> read_all(std::FILE *f);
 
-// Puts `text` in the place of the `old_size` bytes in the file. A process killed on the way leaves
-// a file that reads as the old settings, the new ones, or some of each, every value whole; when the
-// disk is full the old text stays. False when the text could not be written.
+// Puts `text` in the place of the `old_size` bytes that were read. A process killed on the way
+// leaves a file that reads as the old settings, the new ones, or some of each, every value whole;
+// when the disk is full the old text stays. False when the text could not be written.
 bool replace_text(std::FILE *f, size_t old_size, const std::string &text);
 
 // Releases the lock, then syncs the file to the disk and closes it.

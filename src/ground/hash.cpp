@@ -90,10 +90,18 @@ int collect(ihash h, ihash_item *found) {
 
 } // namespace
 
+// Four bytes at a time: the products do not wait for one another.
 uint32_t hash_of(const char *name) {
+    constexpr uint32_t m = 63;
+    const auto *c = reinterpret_cast<const signed char *>(name);
     uint32_t hash = 0;
-    for (; *name; name++) hash = hash * 63 + static_cast<uint32_t>(static_cast<signed char>(*name));
-    return hash;
+    for (;; c += 4) {
+        if (!c[0]) return hash;
+        if (!c[1]) return hash * m + c[0];
+        if (!c[2]) return hash * (m * m) + (c[0] * m + c[1]);
+        if (!c[3]) return hash * (m * m * m) + (c[0] * (m * m) + c[1] * m + c[2]);
+        hash = hash * (m * m * m * m) + (c[0] * (m * m * m) + c[1] * (m * m) + c[2] * m + c[3]);
+    }
 }
 
 void *find_hashed(ihash h, const char *name, uint32_t hash) {

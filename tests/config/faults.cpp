@@ -198,28 +198,54 @@ void expect_nothing_lost(const settings &found, const change &c) {
     }
 }
 
+// Saves in a child that crashes at that step. False when the save was over before.
+bool crashed(const change &c, const scene &s, int step) {
+    const pid_t child = fork();
+    if (child == 0) {
+        crash.left = step;
+        _exit(c.save(s) == 1 ? 1 : 2);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status == 0;
+}
+
 TEST(ConfigFaults, ACrashAfterAnyPageLosesNothing) {
     const scene s;
+    const change next = {"", {}, {{"next", "1"}}};
     for (const change &c : changes) {
         SCOPED_TRACE(c.what);
         int step = 0;
-        for (int ended_by = 0; ended_by == 0; step++) {
+        for (bool more = true; more; step++) {
             SCOPED_TRACE(step);
             s.put(c.text());
-            const pid_t child = fork();
-            if (child == 0) {
-                crash.left = step;
-                _exit(c.save(s) == 1 ? 1 : 2);
-            }
-            waitpid(child, &ended_by, 0);
+            more = crashed(c, s, step);
             expect_nothing_lost(s.read(), c);
             // The next save puts the file in order.
-            EXPECT_EQ((change{"", {}, {{"next", "1"}}}).save(s), 1);
-            expect_nothing_lost(s.read(), {"", joined(c.before, {{"next", "1"}}), c.written});
+            EXPECT_EQ(next.save(s), 1);
+            expect_nothing_lost(s.read(), {"", joined(c.before, next.written), c.written});
             EXPECT_EQ(s.text(), text_of(s.read()));
             if (HasFailure()) return;
         }
         EXPECT_GT(step, 2);
+    }
+}
+
+TEST(ConfigFaults, TwoCrashesLoseNothing) {
+    const scene s;
+    const change c = {"", numbered("k", 9, std::string(900, 'v')),
+                      joined({{"k3", ""}}, numbered("a", 3, std::string(800, 'w')))};
+    bool first = true, second = true;
+    for (int i = 0; first; i++) {
+        for (int j = 0; second; j++) {
+            SCOPED_TRACE(std::to_string(i) + ", " + std::to_string(j));
+            s.put(c.text());
+            first = crashed(c, s, i);
+            second = crashed(c, s, j);
+            expect_nothing_lost(s.read(), c);
+            if (HasFailure()) return;
+        }
+        second = true;
     }
 }
 

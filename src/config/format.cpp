@@ -85,14 +85,14 @@ char escape_letter(char c) {
 // Appends at most `room` bytes of the escaped value, and no half of an escape.
 void append_escaped(std::string &text, std::string_view value, size_t room) {
     const size_t limit = text.size() + room;
-    for (;;) {
-        const size_t plain = std::min(value.find_first_of("\n\r\t\\"), value.size());
-        text.append(value, 0, std::min(plain, limit - text.size()));
-        value.remove_prefix(plain);
-        if (value.empty() || text.size() + 2 > limit) return;
+    for (auto rest = value.begin();;) {
+        const auto escaped = std::find_if(rest, value.end(), escape_letter);
+        const size_t plain = std::min<size_t>(escaped - rest, limit - text.size());
+        text.append(rest, rest + plain);
+        if (escaped == value.end() || text.size() + 2 > limit) return;
         text += '\\';
-        text += escape_letter(value[0]);
-        value.remove_prefix(1);
+        text += escape_letter(*escaped);
+        rest = escaped + 1;
     }
 }
 

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Any bytes as a configuration file: what is loaded, saved and loaded again is the same.
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <string>
+
+#include "config/format.h"
+
+namespace {
+
+using values = std::map<std::string, std::string>;
+
+int note(const char *name, void *value, void *out) {
+    (*static_cast<values *>(out))[name] = static_cast<char *>(value);
+    return 0;
+}
+
+values parse(std::string text, ihash h) {
+    if (!config::parse_settings(text.data(), text.size(), h)) std::abort();
+    values all;
+    hash_enumerate(h, nullptr, note, &all);
+    if (all.size() != static_cast<size_t>(hash_count(h))) std::abort();
+    return all;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    ihash h = hash_new(101);
+    const values first = parse(std::string(data, data + size), h);
+    const std::string saved = config::format_settings(h);
+    const values second = parse(saved, h);
+    bool cut = false; // values far over the writer's step are cut at the first save
+    for (const auto &[name, value] : first) cut |= value.size() > 8000;
+    if (!cut && first != second) std::abort();
+    if (config::format_settings(h) != saved) std::abort();
+    hash_destroy(h);
+    return 0;
+}

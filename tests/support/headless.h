@@ -177,10 +177,10 @@ class Test : public testing::Test {
         clear_events();
     }
     void close() {
+        detail::on_event = nullptr; // what it refers to may be gone by now
         if (kvstate.isopen) ClearOnExit();
         hw::observe_updates(nullptr);
         hw::set_horizon(hw::no_horizon);
-        detail::on_event = nullptr;
         dir_.reset();
     }
 

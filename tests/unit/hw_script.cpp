@@ -230,6 +230,16 @@ TEST_F(Session, TheMonkeyDoesTheSameForTheSameSeed) {
     EXPECT_EQ(first.find("command 901", 0), first.rfind("command 901")) << "only the end quits";
 }
 
+TEST_F(Session, ClosingTheWindowEndsTheProcess) {
+    ClearOnExit(); // a child could not close its parent's screen
+    EXPECT_EXIT(
+        {
+            set("TMPDIR", file(""));
+            play("press OK\nclose\n");
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(Session, WhatCannotBeDoneIsSaidAndNothingOpens) {
     ClearOnExit();
     write_file(file("bad"), "wait 1\nfly\n\npress\n");

@@ -84,6 +84,8 @@ void start_to_first_frame(benchmark::State &state) {
     state.counters["median_ms"] = median(ours) * 1e3;
     state.counters["bare_gtk_median_ms"] = median(theirs) * 1e3;
     state.counters["of_bare_gtk"] = median(ours) / median(theirs);
+    // What is left when other work on the machine is out of the way.
+    state.counters["best_of_bare_gtk"] = std::ranges::min(ours) / std::ranges::min(theirs);
 }
 BENCHMARK(start_to_first_frame)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);
 

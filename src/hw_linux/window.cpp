@@ -36,6 +36,7 @@ struct Window {
     GtkWidget *area = nullptr;
     GtkWidget *menu = nullptr; // the one opened last
     GdkPixbuf *pixbuf = nullptr;
+    bool presented = false; // until then the panel is white, and the server paints that by itself
 } window;
 
 void check_pixbuf(GdkPixbuf *pixbuf) {
@@ -48,6 +49,7 @@ void check_pixbuf(GdkPixbuf *pixbuf) {
 
 // The buffer is opaque throughout, so it is drawn without blending.
 gboolean on_expose(GtkWidget *area, GdkEventExpose *event, gpointer) {
+    if (!window.presented) return TRUE;
     GdkPixbuf *pixbuf = window.pixbuf;
     const GdkRectangle whole = {0, 0, gdk_pixbuf_get_width(pixbuf), gdk_pixbuf_get_height(pixbuf)};
     GdkRectangle part;
@@ -57,6 +59,10 @@ gboolean on_expose(GtkWidget *area, GdkEventExpose *event, gpointer) {
     gdk_draw_rgb_32_image(area->window, area->style->black_gc, part.x, part.y, part.width,
                           part.height, GDK_RGB_DITHER_NONE, pixels, stride);
     return TRUE;
+}
+
+void on_realize(GtkWidget *area, gpointer) {
+    gdk_window_set_background(area->window, &area->style->white);
 }
 
 // The buffer keeps its size, whatever the window manager makes of the window.
@@ -131,6 +137,7 @@ GtkWidget *make_area(const hw::WindowSpec &spec) {
     gtk_widget_add_events(area, GDK_EXPOSURE_MASK | GDK_POINTER_MOTION_MASK |
                                     GDK_POINTER_MOTION_HINT_MASK | GDK_BUTTON_PRESS_MASK |
                                     GDK_BUTTON_RELEASE_MASK | GDK_LEAVE_NOTIFY_MASK);
+    g_signal_connect(area, "realize", G_CALLBACK(on_realize), nullptr);
     g_signal_connect(area, "expose-event", G_CALLBACK(on_expose), nullptr);
     g_signal_connect(area, "configure-event", G_CALLBACK(on_configure), nullptr);
     g_signal_connect(area, "motion-notify-event", G_CALLBACK(on_motion), nullptr);
@@ -197,6 +204,7 @@ hw::PixelBuffer window_pixels() {
 }
 
 void present_window() {
+    window.presented = true;
     if (window.area) gtk_widget_queue_draw(window.area);
 }
 

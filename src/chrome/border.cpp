@@ -83,7 +83,7 @@ struct EdgePictures {
 std::optional<EdgePictures> edges;
 
 EdgePictures load_edges(int color) {
-    const auto load = [white = color == WHITE](std::string name) {
+    const auto load = [white = color == WHITE](const std::string &name) {
         return Picture((name + (white ? "_white" : "")).c_str());
     };
     return {load("edge_top_left"), load("edge_top_right"), load("edge_bottom_left"),

@@ -203,7 +203,7 @@ void DeleteString(iconfig *c, const char *name) {
     string_copy copy = copy_of(name);
     if (!copy) return;
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
-    if (push_deleted(c, copy.get())) copy.release();
+    if (push_deleted(c, copy.get())) static_cast<void>(copy.release()); // the list owns it now
     c->changed = 1;
 }
 

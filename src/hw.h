@@ -116,7 +116,7 @@ KELVANE_API long long hw_timeinms(void);
 /** Lets @p us microseconds pass, or fewer when input arrives. */
 KELVANE_API void hw_pause(long long us);
 /**
- * Suspends the device for up to @p ms, or until input arrives.
+ * Suspends the device for up to @p ms, or until input arrives. Refused while a key is held.
  * @param deep 1 allows the deepest sleep
  * @return 1 when it slept; 0 when it refuses, as the window always does
  */

@@ -8,6 +8,7 @@
 
 #include "hw.h"
 #include "hw_linux/device.h"
+#include "hw_linux/input.h"
 #include "hw_linux/player.h"
 
 namespace hw {
@@ -70,7 +71,7 @@ void hw_pause(long long us) {
 }
 
 int hw_sleep(int ms, int deep) {
-    if (!device()) return 0;
+    if (!device() || a_key_is_held()) return 0;
     const int64_t time = idle_time(int64_t{std::max(ms, 0)} * 1000);
     if (!device()->sleep(time, deep != 0)) return 0;
     if (time == 0) run_due_action();

@@ -2,9 +2,11 @@
 // Input ring, key table and pointer.
 #include "hw_linux/input.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 #include "hw.h"
 #include "hw_linux/device.h"
@@ -104,6 +106,10 @@ void set_key_bit(int bit, bool down) {
     push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, key_codes[bit], 0);
 }
 
+bool a_key_is_held() {
+    return std::find(std::begin(prekeys), std::end(prekeys), true) != std::end(prekeys);
+}
+
 void panel_pointer_input(int type, int x, int y) {
     if (type == EVT_POINTERMOVE && !pointer_down) return;
     if (type != EVT_POINTERMOVE) pointer_down = type == EVT_POINTERDOWN;
@@ -126,7 +132,7 @@ extern "C" {
 
 int hw_nextevent(hw_event *event) {
     if (!event) return 0;
-    *event = {};
+    std::memset(event, 0, sizeof *event); // both forms of it
     if (closing() == 1) {
         closing() = 2;
         kvstate.exiting = EXIT_REQUESTED;

@@ -10,6 +10,8 @@ inline constexpr int key_bits = 23; // of the key mask
 void reset_input();
 // The input ring holds something.
 bool has_input();
+// Some key is down: the device stays awake.
+bool a_key_is_held();
 // pointer_input() in panel pixels.
 void panel_pointer_input(int type, int x, int y);
 // The first key of the key table with this code; -1 for none.

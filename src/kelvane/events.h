@@ -88,7 +88,7 @@ typedef enum KELVANE_LOOP_E {
 typedef struct kv_touch_s {
     int down;          /**< 1 while the finger touches */
     int x, y;          /**< where, in pixels of the screen canvas */
-    int pressure;      /**< 0 when lifted, otherwise the device's value or 255 */
+    int pressure;      /**< as the device says; without one 255 while down, 0 when lifted */
     int devtype;       /**< kind of the touching device as the panel reports it */
     long long time_ms; /**< boot clock of the report */
 } kv_touch;
@@ -108,7 +108,10 @@ KELVANE_API void KelvaneMain(kv_handler h);
 /** Opens the screen. @return 1, also when it is open already; 0 when there is no device */
 KELVANE_API int OpenScreen(void);
 
-/** Like OpenScreen(), but the library never ends the process: the application does. */
+/**
+ * Like OpenScreen(), but the application ends the process, not the library. Only when the user
+ * closes the device window does the process end at once, with status 0, after EVT_EXIT.
+ */
 KELVANE_API int OpenScreenExt(void);
 
 /**
@@ -122,7 +125,8 @@ KELVANE_API void PrepareForLoop(kv_handler h);
 
 /**
  * One step of the loop for applications that own it: delivers what is queued, runs due timers and
- * takes one event from the device; with nothing to do it pauses for up to 20 ms.
+ * takes one event from the device; with nothing to do it pauses for up to 20 ms,
+ * or for longer on a device that sleeps.
  * @return whether to go on; call ClearOnExit() after KELVANE_OUT_LOOP
  */
 KELVANE_API KELVANE_LOOP ProcessEventLoop(void);
@@ -147,7 +151,10 @@ KELVANE_API KELVANE_LOOP kv_process_event_loop_quick(void);
  */
 KELVANE_API void ClearOnExit(void);
 
-/** Makes the next step of the loop hide the handler and KelvaneMain() return, without exit. */
+/**
+ * Makes the next step of the loop hide the handler and KelvaneMain() return, without exit. Starting
+ * a loop forgets an earlier call.
+ */
 KELVANE_API void LeaveKelvaneMain(void);
 
 /** No hourglass is shown when the application ends. */
@@ -200,8 +207,14 @@ KELVANE_API void SendEvent(kv_handler h, int type, int par1, int par2);
 /** SendEvent() with a pointer that GetCurrentEventExData() gives back during delivery. */
 KELVANE_API void SendEventEx(kv_handler h, int type, int par1, int par2, void *data);
 
-/** SendEvent() that also queues for a null handler; such an entry is dropped at delivery. */
+/**
+ * SendEvent() that also queues for a null handler: nobody is called then, and the library's
+ * default action for the event runs.
+ */
 KELVANE_API void kv_enqueue(kv_handler h, int type, int par1, int par2);
+
+/** kv_enqueue() with a pointer, as SendEventEx() has it. */
+KELVANE_API void kv_enqueue_ex(kv_handler h, int type, int par1, int par2, void *data);
 
 /** The pointer of the event being delivered; null outside delivery and for plain events. */
 KELVANE_API void *GetCurrentEventExData(void);

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
+#include <utility>
 
 #include "ground/log.h"
 #include "hw.h"
@@ -49,9 +50,10 @@ void restore_signal_handlers() {
 
 void kv_exit_handler() {
     if (!kvstate.isopen || getpid() != kvstate.pid) return;
+    const bool external = kvstate.uiflags & UI_EXTERNAL;
     exit_actions();
-    if (kvstate.uiflags & UI_EXTERNAL) {
-        close_screen();
+    if (external) {
+        if (kvstate.isopen) close_screen(); // the handler of EVT_EXIT may have done so
         return;
     }
     hw_close();
@@ -65,9 +67,12 @@ void CloseApp() {
 }
 
 void ClearOnExit() {
+    static bool ending; // a handler may end the application once more while it is being ended
     if (!kvstate.isopen) return;
-    hide_current_handler();
+    const bool outermost = !std::exchange(ending, true);
+    if (outermost) hide_current_handler();
     kv_exit_handler();
+    if (outermost) ending = false;
 }
 
 void DisableExitHourglass() {

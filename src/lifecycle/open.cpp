@@ -19,6 +19,7 @@
 #include "lifecycle/lifecycle.h"
 #include "runtime/handlers.h"
 #include "runtime/input.h"
+#include "runtime/loop.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
 #include "runtime/tasks.h"
@@ -34,7 +35,7 @@ constexpr int fixed_orientation_flags = 0x10025;
 constexpr int first_low_battery_reminder_ms = 300000;
 constexpr unsigned default_drag_dead_zone = 225; // squared pixels
 constexpr int system_handled_power_keyboard = 11;
-constexpr int mapped_keys = 32;
+constexpr unsigned mapped_keys = 32;
 
 void post_to_main(int type, int par1, int par2) {
     SendEvent(kvstate.mainhproc, type, par1, par2);
@@ -50,7 +51,9 @@ void install_hooks() {
     file_hooks.translate = GetLangText;
     file_hooks.storage_ready = hw_usbready;
     file_hooks.clock_ms = hw_timeinms;
-    file_hooks.pause = [](long long us) { hw::device()->pause(us); };
+    file_hooks.pause = [](long long us) {
+        if (hw::device()) hw::device()->pause(us);
+    };
     config::set_cipher(kv_ipc_request);
 }
 
@@ -62,24 +65,32 @@ void remove_hooks() {
     screens_reset();
 }
 
+bool is_system_handled(const char *action) {
+    return action && std::strcmp(action, "@KA_pwrs") == 0;
+}
+
+unsigned keys_with_action(KeyPress press) {
+    unsigned mask = 0;
+    for (unsigned key = 0; key < mapped_keys; key++) {
+        const char *action = screens.key_action(static_cast<int>(key), press);
+        if (action && *action && std::strcmp(action, "@KA_none") != 0) mask |= 1U << key;
+    }
+    return mask;
+}
+
 // Tells a multitasking system which keys this application wants for itself.
 void pass_key_masks() {
-    unsigned pressed = 0, held = 0;
-    for (int key = 0; key < mapped_keys; key++) {
-        if (screens.key_action(key)) pressed |= 1U << key;
-    }
-    pressed |= 1U << KEY_POWER;
-    const char *power = screens.key_action(KEY_POWER);
-    if (device_keyboard() == system_handled_power_keyboard && power &&
-        std::strcmp(power, "@KA_none") != 0)
+    unsigned pressed = keys_with_action(KeyPress::brief) | 1U << KEY_POWER;
+    const bool system_handled = is_system_handled(screens.key_action(KEY_POWER, KeyPress::brief));
+    if (device_keyboard() == system_handled_power_keyboard && system_handled)
         pressed &= ~(1U << KEY_POWER);
-    hw_setglobalkeymask(pressed, held);
+    hw_setglobalkeymask(pressed, keys_with_action(KeyPress::held));
 }
 
 int initial_orientation() {
     const int flags = task_registration_flags();
     if (flags & orientation_from_framebuffer_flag) return hw_get_fb_orientation();
-    if ((flags & fixed_orientation_flags) == fixed_orientation_flags) return 0;
+    if ((flags & fixed_orientation_flags) == fixed_orientation_flags) return GetOrientation();
     return hw_read_gsensor();
 }
 
@@ -107,12 +118,26 @@ void start_runtime() {
     queue_open();
     updates_reset();
     pointer_reset();
+    loop_start();
+    reset_power_low_reminder();
     reset_keyboard_rate();
     kvstate.msgtop = ScreenHeight();
     kvstate.tsc = new (std::nothrow) touch_slot_state[touch_slots]{};
     kvstate.touchdragdeadzone = default_drag_dead_zone;
     kvstate.gsense = hw_gsensor_ready() && hw_gsensor_get_switch();
     hw_usbhostpower(ReadInt(kvstate.cfg, "usbhost", 1));
+}
+
+// False when memory is short.
+bool open_areas() try {
+    load_settings();
+    if (MultitaskingSupported()) pass_key_masks();
+    take_screen();
+    load_resources();
+    start_runtime();
+    return kvstate.timers && kvstate.events && kvstate.tsc;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 void own_process(Ownership ownership) {
@@ -134,13 +159,7 @@ void own_process(Ownership ownership) {
 int kv_openscreen(Ownership ownership) {
     if (kvstate.isopen) return 1;
     install_hooks();
-    if (!hw_init()) return 0;
-    load_settings();
-    if (MultitaskingSupported()) pass_key_masks();
-    take_screen();
-    load_resources();
-    start_runtime();
-    if (!kvstate.timers || !kvstate.events || !kvstate.tsc) {
+    if (!hw_init() || !open_areas()) {
         close_screen();
         return 0;
     }
@@ -156,11 +175,12 @@ void close_screen() {
     queue_close();
     updates_reset();
     pointer_reset();
+    loop_start();
     remove_hooks();
     chrome::reset();
     CloseConfigNoSave(kvstate.cfg);
     delete[] kvstate.tsc;
-    kvstate = {};
+    queue_clear_runtime_record();
 }
 
 int OpenScreen() {

@@ -8,11 +8,11 @@
 #include "internal.h"
 #include "kelvane/config.h"
 #include "lifecycle/lifecycle.h"
+#include "runtime/wake.h"
 #include "text/text.h"
 
 namespace {
 
-constexpr int never_ms = 2147483647;
 constexpr int minute_ms = 60000;
 constexpr int strong_antialiasing = 2;
 constexpr int strong_text = 15;

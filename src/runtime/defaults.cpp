@@ -105,7 +105,7 @@ void key_released_unhandled(int key, int repeats) {
 
 void key_pressed_unhandled(int key) {
     if (key != KEY_HOME && key != KEY_MENU) return;
-    const char *action = screens.key_action(key);
+    const char *action = screens.key_action(key, KeyPress::brief);
     if (action && std::strcmp(action, "@KA_mmnu") == 0) screens.main_menu();
 }
 

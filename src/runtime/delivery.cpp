@@ -35,7 +35,7 @@ void deliver(const ievent &event) {
     before_delivery(event.type);
     const bool callable = event.type != 0 && event.hproc;
     const int handled = callable ? event.hproc(event.type, event.par1, event.par2) : 0;
-    default_action(event, handled);
+    if (kvstate.isopen) default_action(event, handled);
     current_data = outer;
 }
 

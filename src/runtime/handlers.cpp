@@ -10,7 +10,8 @@ constexpr int first_repeat_ms = 1000;
 constexpr int next_repeat_ms = 500;
 constexpr int shortest_restored_ms = 99;
 
-// A key or finger that is held belongs to the handler that saw it go down.
+// A key that is held belongs to the handler that saw it go down: the next one hears no repeats of
+// it and no release.
 void drop_held_input() {
     kvstate.allowkeyup = 0;
     stop_key_repeat();

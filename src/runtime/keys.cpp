@@ -34,19 +34,19 @@ int turn_page_key(int key, int orientation) {
     return swapped ? KEY_PREV + KEY_NEXT - key : key;
 }
 
-void repeat_key(void *) {
+void kv_key_timer(void *) {
     if (!hw_keystate(kvstate.currentkey)) return;
     kvstate.keyrepeats++;
     kv_enqueue(kvstate.hproc, EVT_KEYREPEAT, kv_transform_key(kvstate.currentkey),
                kvstate.keyrepeats);
-    SetWeakTimer("KEY_TIMER", repeat_key, kvstate.keytime2);
+    SetWeakTimer("KEY_TIMER", kv_key_timer, kvstate.keytime2);
 }
 
 void key_pressed(int key) {
     kvstate.allowkeyup = 1;
     kvstate.keyrepeats = 0;
     kv_enqueue(kvstate.hproc, EVT_KEYPRESS, key, 0);
-    SetHardTimer("KEY_TIMER", repeat_key, kvstate.keytime1);
+    SetHardTimer("KEY_TIMER", kv_key_timer, kvstate.keytime1);
 }
 
 void key_released(int key) {
@@ -66,7 +66,7 @@ int kv_transform_key(int key) {
 }
 
 void stop_key_repeat() {
-    ClearTimer(repeat_key);
+    ClearTimer(kv_key_timer);
 }
 
 void key_input(int type, int raw_key) {

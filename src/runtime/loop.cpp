@@ -2,6 +2,7 @@
 #include "runtime/loop.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "hw.h"
 #include "hw_linux/device.h"
@@ -26,6 +27,7 @@ struct State {
     bool leave = false;
     int64_t previous_step = 0; // ms of the boot clock
     int64_t last_activity = 0; // the last device event
+    int orientation = -1;      // as the sensor last said; -1 before the first reading
 };
 State state;
 
@@ -63,11 +65,13 @@ SleepPlan plan_sleep(int64_t now) {
 // Input ends the pause early, and so does a timer that comes due.
 void idle_pause() {
     const int64_t until_timer_ms = timers_first_due() - hw_boottime_ms();
-    const bool timer_first = until_timer_ms < idle_pause_us / 1000;
+    // A pause that ended a millisecond short of the timer would let it fire that much early.
+    const bool timer_first = until_timer_ms <= idle_pause_us / 1000 + 1;
     hw_pause(timer_first ? std::max<int64_t>(until_timer_ms, 0) * 1000 : idle_pause_us);
 }
 
-bool go_to_sleep(const SleepPlan &plan, int64_t now) {
+// False when the device refuses, as it may.
+bool GoSleep(const SleepPlan &plan, int64_t now) {
     const int64_t ms = std::clamp<int64_t>(plan.until - now, 0, longest_sleep_ms);
     if (!hw_sleep(static_cast<int>(ms), plan.deep)) return false;
     kvstate.waketime = hw_boottime_ms();
@@ -76,13 +80,14 @@ bool go_to_sleep(const SleepPlan &plan, int64_t now) {
 }
 
 bool must_stay_awake(int64_t now) {
-    return !queue_is_empty() || now < kvstate.sleeptime || !kvstate.sleepenable || hw_update_busy();
+    return now < kvstate.sleeptime || !kvstate.sleepenable || hw_update_busy();
 }
 
 void check_orientation_sensor() {
-    const int turned = hw_read_gsensor();
-    if (!kvstate.gsense || turned == hw_last_orientation()) return;
-    kv_enqueue(kvstate.hproc, EVT_ORIENTATION, turned, 0);
+    if (!kvstate.gsense) return;
+    const int before = std::exchange(state.orientation, hw_read_gsensor());
+    if (before >= 0 && before != state.orientation)
+        kv_enqueue(kvstate.hproc, EVT_ORIENTATION, state.orientation, 0);
 }
 
 void check_user_query() {
@@ -105,60 +110,81 @@ bool next_device_event(hw_event &event) {
 
 void take_device_event(const hw_event &event) {
     kv_process_event(event);
-    state.last_activity = hw_boottime_ms();
+    note_activity();
 }
 
-// Rests until something may have happened; true when a device event came.
-bool rest(int64_t now, hw_event &event) {
-    const SleepPlan plan = plan_sleep(now);
-    if (must_stay_awake(now) || !go_to_sleep(plan, now)) {
+enum class Queue { drained, left_over };
+
+// Rests until something may have happened; true when a device event came. Events that were queued
+// after delivery, by timers or other threads, end the rest before it begins.
+bool rest(int64_t now, Queue queue, hw_event &event) {
+    if (queue == Queue::drained && !queue_is_empty()) return false;
+    if (queue == Queue::left_over || must_stay_awake(now) || !GoSleep(plan_sleep(now), now)) {
         idle_pause();
         return false;
     }
     return next_device_event(event);
 }
 
-KELVANE_LOOP end_or(KELVANE_LOOP otherwise) {
-    if (!kvstate.isopen || kvstate.exiting) return KELVANE_OUT_LOOP;
-    return otherwise;
-}
-
+// The flag and the state are settled before the handler hears of it: it may run a loop itself.
 KELVANE_LOOP leave_loop() {
+    state.leave = false;
+    state.event_loop_state = KELVANE_RETURN;
     hide_current_handler();
     return KELVANE_RETURN;
 }
 
-KELVANE_LOOP loop_step() {
+// What ends this step after handlers have run: they may close the screen or run inner loops.
+KELVANE_LOOP state_after_handlers() {
+    if (state.event_loop_state != KELVANE_CONTINUE) return state.event_loop_state;
+    return !kvstate.isopen || kvstate.exiting ? KELVANE_OUT_LOOP : KELVANE_CONTINUE;
+}
+
+KELVANE_LOOP start_step() {
+    if (!kvstate.isopen) return KELVANE_OUT_LOOP;
     if (state.event_loop_state != KELVANE_CONTINUE) return state.event_loop_state;
     if (state.leave) return leave_loop();
     handle_pending_events();
-    if (end_or(KELVANE_CONTINUE) == KELVANE_OUT_LOOP) return KELVANE_OUT_LOOP;
+    return state_after_handlers();
+}
+
+KELVANE_LOOP loop_step() {
+    if (const KELVANE_LOOP end = start_step(); end != KELVANE_CONTINUE) return end;
+    const Queue queue = queue_is_empty() ? Queue::drained : Queue::left_over;
     check_user_query();
     kv_process_timers();
-    if (!kvstate.isopen) return KELVANE_OUT_LOOP;
+    if (!kvstate.isopen || state.event_loop_state != KELVANE_CONTINUE)
+        return state_after_handlers();
     const int64_t now = hw_boottime_ms();
     if (now - state.previous_step > long_step_ms) extend_wake_time(wake_after_activity_ms);
     state.previous_step = now;
     house_keeping();
     hw_event event;
-    if (next_device_event(event) || rest(now, event)) take_device_event(event);
+    if (next_device_event(event) || rest(now, queue, event)) take_device_event(event);
     return KELVANE_CONTINUE;
 }
 
 KELVANE_LOOP quick_step() {
-    if (state.event_loop_state != KELVANE_CONTINUE) return state.event_loop_state;
-    if (state.leave) return leave_loop();
-    handle_pending_events();
-    if (end_or(KELVANE_CONTINUE) == KELVANE_OUT_LOOP) return KELVANE_OUT_LOOP;
+    if (const KELVANE_LOOP end = start_step(); end != KELVANE_CONTINUE) return end;
     hw_event event;
     if (next_device_event(event)) take_device_event(event);
     return KELVANE_CONTINUE;
+}
+
+// A closed screen has no loop to end: the next one opened starts afresh.
+KELVANE_LOOP keep(KELVANE_LOOP result) {
+    if (kvstate.isopen) state.event_loop_state = result;
+    return result;
 }
 
 } // namespace
 
 void loop_start() {
     state = {};
+}
+
+void note_activity() {
+    state.last_activity = hw_boottime_ms();
 }
 
 void hide_current_handler() {
@@ -170,11 +196,11 @@ void LeaveKelvaneMain() {
 }
 
 KELVANE_LOOP kv_process_event_loop() {
-    return state.event_loop_state = loop_step();
+    return keep(loop_step());
 }
 
 KELVANE_LOOP kv_process_event_loop_quick() {
-    return state.event_loop_state = quick_step();
+    return keep(quick_step());
 }
 
 KELVANE_LOOP ProcessEventLoop() {
@@ -186,7 +212,7 @@ KELVANE_LOOP ProcessEventLoopQuick() {
 }
 
 void FlushEvents() {
-    if (!hw::device()) return;
+    if (!kvstate.isopen) return;
     if (!MultitaskingSupported()) {
         hw_uiclear();
         kvstate.uiquery = 0;
@@ -199,7 +225,7 @@ void FlushEvents() {
 int IsAnyEvents() {
     if (queue_has_plain_run()) return 1;
     hw_event event;
-    if (!hw::device() || !hw_nextevent(&event)) return 0;
+    if (!kvstate.isopen || !hw_nextevent(&event)) return 0;
     take_device_event(event);
     return 1;
 }

@@ -4,5 +4,7 @@
 
 // Forgets how an earlier loop ended.
 void loop_start();
+// Somebody is using the device at this moment.
+void note_activity();
 // The handler is hidden by the end of its loop, unless a signal ended it.
 void hide_current_handler();

@@ -35,13 +35,14 @@ void long_press_due(void *) {
 void record_touch(const hw_event_s &event, int x, int y) {
     const hw_event_data_pointer &p = event.data.pointer;
     const bool down = event.type != EVT_POINTERUP;
-    const int pressure = p.pressure ? p.pressure : full_pressure;
-    state.fingers[p.id] = {down, x, y, down ? pressure : 0, p.devtype, hw_boottime_ms()};
+    const int unknown_pressure = down ? full_pressure : 0;
+    const int pressure = p.pressure ? p.pressure : unknown_pressure;
+    state.fingers[p.id] = {down, x, y, pressure, p.devtype, hw_boottime_ms()};
 }
 
 bool panel_takes(int type, int x, int y) {
-    if ((kvstate.uiflags & UI_PANEL_IGNORES_POINTER) || !screens.panel_pointer(type, x, y))
-        return false;
+    if (!kvstate.isopen || (kvstate.uiflags & UI_PANEL_IGNORES_POINTER)) return false;
+    if (kvstate.tsc[0].captured || !screens.panel_pointer(type, x, y)) return false;
     kvstate.allowkeyup = 0;
     return true;
 }
@@ -93,7 +94,7 @@ void pointer_event(const hw_event_s &event) {
     kvstate.ptrx = x;
     kvstate.ptry = y;
     if (type != EVT_POINTERMOVE && screens.scroll_area_pointer(type, x, y)) return;
-    if (!kvstate.tsc[0].captured && panel_takes(type, x, y)) return;
+    if (panel_takes(type, x, y)) return;
 
     if (type == EVT_POINTERDOWN) pointer_down(x, y);
     if (type == EVT_POINTERUP) ClearTimer(long_press_due);

@@ -28,6 +28,11 @@ void queue_close() {
     kvstate.evtstart = kvstate.evtend = 0;
 }
 
+void queue_clear_runtime_record() {
+    const std::lock_guard lock(message_mutex);
+    kvstate = {};
+}
+
 bool queue_is_empty() {
     const std::lock_guard lock(message_mutex);
     return kvstate.evtstart == kvstate.evtend;

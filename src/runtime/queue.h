@@ -13,5 +13,5 @@ bool queue_is_empty();
 bool queue_has_plain_run();
 // Moves the oldest entry to `entry`; false when there is none.
 bool queue_take(ievent &entry);
-
-void kv_enqueue_ex(kv_handler h, int type, int par1, int par2, void *data);
+// Clears kvstate while no other thread is adding an event.
+void queue_clear_runtime_record();

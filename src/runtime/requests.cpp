@@ -5,6 +5,7 @@
 #include "ground/log.h"
 #include "hw.h"
 #include "internal.h"
+#include "runtime/loop.h"
 #include "runtime/screens.h"
 #include "runtime/wake.h"
 
@@ -36,6 +37,7 @@ void SignalTaskStarted() {
 
 void kv_foreground_event() {
     if (!kvstate.isopen) return;
+    note_activity();
     extend_wake_time(wake_after_foreground_ms);
     restart_inactivity_timers();
     screens.refresh_panel();

@@ -28,7 +28,8 @@ void log_message(int, const char *title, const char *text, int) {
     tq_print_log2(LOG_INFO_LEVEL, "%s: %s\n", title, text);
 }
 
-const char *default_key_action(int key) {
+const char *default_key_action(int key, KeyPress press) {
+    if (press == KeyPress::held) return nullptr;
     return key == KEY_MENU || key == KEY_HOME ? "@KA_mmnu" : nullptr;
 }
 

@@ -3,6 +3,8 @@
 // does nothing; a component installs its own function when it is opened.
 #pragma once
 
+enum class KeyPress { brief, held };
+
 struct ScreenHooks {
     // Screens that default actions open.
     void (*open_player)();
@@ -25,8 +27,8 @@ struct ScreenHooks {
     bool (*panel_pointer)(int type, int x, int y);
     void (*refresh_panel)();
 
-    // The action word of a key, or null.
-    const char *(*key_action)(int key);
+    // The action word of a key, for a short or a long press; null when it has none.
+    const char *(*key_action)(int key, KeyPress press);
 };
 
 extern ScreenHooks screens;

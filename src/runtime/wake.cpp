@@ -28,8 +28,16 @@ bool something_plays() {
 
 void power_off_due(void *);
 
+// A time of never needs no timer; as one it would come due after 24 days.
+void set_unless_never(const char *name, kv_timerproc proc, int ms) {
+    if (ms == never_ms)
+        ClearTimer(proc);
+    else
+        SetHardTimer(name, proc, ms);
+}
+
 void restart_power_off_timer() {
-    SetHardTimer("POWEROFF", power_off_due, kvstate.powerofftm);
+    set_unless_never("POWEROFF", power_off_due, kvstate.powerofftm);
 }
 
 void power_off_due(void *) {
@@ -49,7 +57,7 @@ void extend_wake_time(int ms) {
 }
 
 void restart_inactivity_timers() {
-    if (!hw_get_keylock()) SetHardTimer("KEYLOCK", key_lock_due, kvstate.keylocktm);
+    if (!hw_get_keylock()) set_unless_never("KEYLOCK", key_lock_due, kvstate.keylocktm);
     restart_power_off_timer();
 }
 
@@ -68,6 +76,10 @@ void SetAutoPowerOff(int enable) {
 
 void PowerOff() {
     hw_say_poweroff();
+}
+
+void reset_power_low_reminder() {
+    next_reminder = 0;
 }
 
 void delay_power_low_reminder(int ms) {

@@ -146,6 +146,10 @@ inline const std::string &events() {
 inline void clear_events() {
     detail::event_log.clear();
 }
+// The main handler itself.
+inline kv_handler handler() {
+    return detail::log_event;
+}
 // What the main handler answers; 0 to everything by default.
 inline void on_event(std::function<int(int, int, int)> handler) {
     detail::on_event = std::move(handler);

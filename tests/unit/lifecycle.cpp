@@ -177,6 +177,44 @@ TEST(Lifecycle, AnExternalScreenLeavesTheProcessToTheApplication) {
     EXPECT_EQ(outcome.status, 7);
 }
 
+TEST(Lifecycle, EndsInsideEndsHappenOnce) {
+    for (int during : {EVT_HIDE, EVT_EXIT}) {
+        const Outcome outcome = run([=] {
+            ASSERT_EQ(OpenScreenExt(), 1);
+            run_and([=](int type) {
+                if (type == EVT_SHOW) CloseApp();
+                if (type == during) ClearOnExit();
+            });
+        });
+        EXPECT_EQ(outcome.calls, "INIT SHOW HIDE EXIT returned ");
+        EXPECT_EQ(outcome.status, 7);
+    }
+}
+
+TEST(Lifecycle, StepsBeforeTheScreenIsOpenDoNotEndTheNextLoop) {
+    const Outcome outcome = run([] {
+        EXPECT_EQ(ProcessEventLoop(), KELVANE_OUT_LOOP);
+        ClearOnExit();
+        ASSERT_EQ(OpenScreenExt(), 1);
+        SetEventHandler(recording_handler);
+        ProcessEventLoop();
+        note(ProcessEventLoop() == KELVANE_CONTINUE ? "goes on" : "ended");
+    });
+    EXPECT_EQ(outcome.calls, "SHOW goes on returned ");
+}
+
+TEST(Lifecycle, ASafeStartIgnoresTheSettings) {
+    const TempDir folder;
+    write_file("system/config/device.cfg", "safemode=1\nlanguage=de\n");
+    write_file("system/config/global.cfg", "theme=broken\nlanguage=fr\nantialiasing=0\n");
+    setenv("KELVANE_DEVICE", "headless", 1);
+    ASSERT_EQ(OpenScreenExt(), 1);
+    EXPECT_STREQ(kvstate.theme, "default");
+    EXPECT_STREQ(kvstate.lang, "de");
+    EXPECT_EQ(kvstate.antialiasing, 1);
+    ClearOnExit();
+}
+
 TEST(Lifecycle, LeavingReturnsWithoutTheExitActions) {
     const Outcome outcome = run([] {
         run_and([](int type) {

@@ -144,6 +144,8 @@ TEST_F(Runtime, KeysRepeatWhileHeld) {
     heard([] {});
     EXPECT_EQ(heard([] { headless::key_down(KEY_HOME); }, 5000), "25:26,0 ");
     EXPECT_EQ(heard([] { headless::key_up(KEY_HOME); }), "26:26,0 ");
+    EXPECT_NE(heard([] { headless::key_down(KEY_OK); }, 5100).find("28:10,9 "), std::string::npos)
+        << "the device does not fall asleep on a held key";
 }
 
 TEST_F(Runtime, KeysTurnWithTheScreen) {
@@ -307,8 +309,9 @@ TEST_F(Runtime, DefaultActionsOfUnhandledEvents) {
         actions.clear();
         heard([&] { SendEvent(log_all, c.type, c.par1, c.par2); });
         EXPECT_EQ(actions, "") << "handled";
+        if (c.type > 100) continue;
         kvstate.uiflags |= UI_DIALOG_OPEN;
-        if (c.type < 100) heard([&] { SendEvent(log_unhandled, c.type, c.par1, c.par2); });
+        heard([&] { SendEvent(log_unhandled, c.type, c.par1, c.par2); });
         EXPECT_EQ(actions, "") << "modal";
         kvstate.uiflags &= ~UI_DIALOG_OPEN;
     }
@@ -351,6 +354,113 @@ TEST_F(Runtime, TheDevicePowersOffWhenNobodyUsesIt) {
     SetAutoPowerOff(1);
     headless::advance(600001);
     EXPECT_EQ(kvstate.sleepenable, 0);
+}
+
+// A loop whose handlers end it, or close everything, in the middle.
+TEST_F(Runtime, LoopsInsideHandlersEndOnce) {
+    headless::on_event([](int type, int, int) {
+        if (type == 300) {
+            LeaveKelvaneMain();
+            while (ProcessEventLoop() == KELVANE_CONTINUE) {
+            }
+        }
+        if (type == EVT_HIDE) ProcessEventLoop();
+        return 1;
+    });
+    kvstate.hproc = kvstate.mainhproc;
+    PrepareForLoop(headless::handler());
+    headless::advance(1);
+    headless::clear_events();
+    SendEvent(GetEventHandler(), 300, 0, 0);
+    EXPECT_EQ(ProcessEventLoop(), KELVANE_RETURN);
+    EXPECT_EQ(headless::events(), "300 HIDE ");
+}
+
+// How long the device sleeps when nothing happens, in ms from the moment it may.
+int64_t next_sleep() {
+    while (kvstate.sleeptime > headless::now()) ProcessEventLoop();
+    const int64_t asleep = headless::now();
+    kvstate.waketime = 0;
+    while (kvstate.waketime == 0) ProcessEventLoop();
+    return kvstate.waketime - asleep;
+}
+
+TEST_F(Runtime, TheDeviceSleepsUntilItsFirstTimer) {
+    constexpr int minute = 60000;
+    headless::press(KEY_OK); // the last activity
+    const int64_t pressed = headless::now();
+    hw::set_horizon(int64_t{1} << 60);
+    SetHardTimer(
+        "soon", [](void *) {}, 20000);
+    SetWeakTimer(
+        "weak", [](void *) {}, 5000);
+    next_sleep();
+    EXPECT_NEAR(static_cast<double>(kvstate.waketime - pressed), 20000, 1) << "to the hard timer";
+    const int64_t slept = next_sleep();
+    EXPECT_NEAR(static_cast<double>(kvstate.waketime - pressed), 5 * minute, 1)
+        << "five minutes after the last activity, not further";
+    EXPECT_GT(slept, minute);
+    EXPECT_EQ(next_sleep(), 120 * minute) << "two hours at the most";
+    hw_set_keylock(1);
+    EXPECT_EQ(next_sleep(), 120 * minute);
+    headless::press(KEY_OK);
+    EXPECT_EQ(next_sleep(), 120 * minute) << "locked keys need no watching";
+}
+
+TEST_F(Runtime, ActivityAndForegroundRestartTheTimers) {
+    kvstate.keylocktm = 315000;
+    kvstate.powerofftm = 600000;
+    const auto timer_due = [](const char *name) -> int64_t {
+        for (int i = 0; i < kvstate.ntimers; i++)
+            if (kvstate.timers[i].tp && std::string(kvstate.timers[i].name) == name)
+                return kvstate.timers[i].extime - headless::now();
+        return 0;
+    };
+    headless::press(KEY_OK);
+    EXPECT_EQ(timer_due("KEYLOCK"), 315000);
+    EXPECT_EQ(timer_due("POWEROFF"), 600000);
+    headless::advance(1000);
+    SendEvent(log_all, 217, 0, 0);
+    headless::advance(1);
+    EXPECT_NEAR(static_cast<double>(timer_due("KEYLOCK")), 315000, 1);
+    kv_background_event();
+    EXPECT_EQ(timer_due("KEYLOCK") + timer_due("POWEROFF"), 0);
+    hw_set_fb_orientation(1);
+    kv_foreground_event();
+    EXPECT_EQ(GetOrientation(), 1);
+    EXPECT_EQ(timer_due("KEYLOCK"), 315000);
+    EXPECT_GE(kvstate.sleeptime, headless::now() + 3000);
+    headless::advance(10);
+    hw_set_keylock(1);
+    headless::press(KEY_OK);
+    EXPECT_EQ(timer_due("KEYLOCK"), 314990) << "locked keys are not locked again";
+}
+
+TEST_F(Runtime, APlayerKeepsTheDeviceOnAndAnEmptyBatteryIsSaid) {
+    kvstate.powerofftm = 10000;
+    ASSERT_EQ(hw_mp_load("song"), 1);
+    hw_mp_play();
+    headless::press(KEY_OK);
+    headless::advance(25000);
+    EXPECT_EQ(kvstate.sleepenable, 1);
+    hw_mp_stop();
+    screens.message = [](int, const char *title, const char *text, int ms) {
+        actions += std::string(title) + text + std::to_string(ms);
+    };
+    hw::emulated().battery = 0;
+    kvstate.powerofftm = 2147483647;
+    headless::press(KEY_OK);
+    headless::advance(300000);
+    headless::advance(100);
+    EXPECT_EQ(actions, "@Warning@Battery_low2000");
+}
+
+TEST_F(Runtime, ATaskThatDoesNotUpdateItselfIsShownWhole) {
+    headless::clear_updates();
+    SendEvent(log_all, 95, 0, 0);
+    headless::advance(1);
+    ASSERT_EQ(headless::updates().size(), 1U);
+    EXPECT_EQ(headless::updates()[0].w, ScreenWidth());
 }
 
 TEST_F(Runtime, EventNames) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kelvane/events.h"
+#include "support/tempdir.h"
 
 namespace {
 
@@ -30,6 +31,7 @@ int check_order(int type, int par1, int par2) {
 }
 
 TEST(RuntimeThreads, EventsOfEachThreadStayInOrder) {
+    const TempDir folder;
     setenv("KELVANE_DEVICE", "headless", 1);
     ASSERT_EQ(OpenScreenExt(), 1);
     PrepareForLoop(check_order);
@@ -42,7 +44,7 @@ TEST(RuntimeThreads, EventsOfEachThreadStayInOrder) {
                 SendEvent(check_order, first_type + s, i & 0xFFFF, i >> 16);
             running--;
         });
-    while (running > 0) ASSERT_EQ(ProcessEventLoopQuick(), KELVANE_CONTINUE);
+    while (running > 0) EXPECT_EQ(ProcessEventLoopQuick(), KELVANE_CONTINUE);
     for (std::thread &thread : threads) thread.join();
     ProcessEventLoopQuick();
 
@@ -53,7 +55,14 @@ TEST(RuntimeThreads, EventsOfEachThreadStayInOrder) {
     for (int i = 1; i <= 10; i++) SendEvent(check_order, first_type, i & 0xFFFF, 1000);
     ProcessEventLoopQuick();
     EXPECT_EQ(delivered, 10) << "the queue works on after every overflow";
+
+    std::atomic<bool> closed = false;
+    std::thread late([&closed] {
+        while (!closed) SendEvent(check_order, first_type, 0, 0);
+    });
     ClearOnExit();
+    closed = true;
+    late.join();
 }
 
 } // namespace

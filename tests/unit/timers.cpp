@@ -137,6 +137,15 @@ TEST_F(Timers, CallbacksMaySetClearAndGrow) {
     EXPECT_EQ(fired.size(), many.size() - 1) << "slots added by a callback run in the same pass";
 }
 
+TEST_F(Timers, ACallbackMayCloseTheScreen) {
+    SetHardTimer(
+        "close", [](void *) { ClearOnExit(); }, 10);
+    SetHardTimerEx("never", fire, a, 10);
+    headless::advance(20);
+    EXPECT_EQ(kvstate.isopen, 0);
+    EXPECT_TRUE(fired.empty());
+}
+
 TEST_F(Timers, AClockSetBackMovesTheDueTime) {
     itimer timer{};
     timer.extime = 1500;

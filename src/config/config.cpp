@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -24,8 +25,10 @@ namespace config {
 
 const char *find(iconfig *c, const char *name) {
     const uint32_t hash = hash_of(name);
-    for (ihash layer : {c->vhash, c->modified_hash, c->hash})
+    for (ihash layer : {c->vhash, c->modified_hash, c->hash}) {
+        if (layer->count == 0) continue;
         if (auto *value = static_cast<const char *>(find_hashed(layer, name, hash))) return value;
+    }
     return nullptr;
 }
 
@@ -47,12 +50,11 @@ constexpr int buckets = 101;
 struct handle_closer {
     void operator()(iconfig *c) const { CloseConfigNoSave(c); }
 };
-using handle = std::unique_ptr<iconfig, handle_closer>;
+using handle = std::unique_ptr<open_config, handle_closer>;
 
 // An empty handle. Throws bad_alloc.
 handle make_handle(const char *path) {
-    handle c(static_cast<iconfig *>(std::calloc(1, sizeof(iconfig))));
-    if (!c) throw std::bad_alloc();
+    handle c(new open_config{});
     c->filename = strdup(path);
     c->hash = hash_new(buckets);
     c->vhash = hash_new(buckets);
@@ -63,13 +65,20 @@ handle make_handle(const char *path) {
     return c;
 }
 
-// Reads the file into `values`. False, with `values` as they were, when it cannot be read.
-bool load(const char *path, ihash values) {
-    kv_buildpath(path);
-    const locked_stream f = open_locked(path, access::read);
+// Takes a file's text over into `hash`. False when memory ran out.
+bool take_over(open_config *c, const file_text &file) {
+    if (c->known_text == std::string_view(file.bytes.get(), file.size)) return true;
+    c->known_text.reset();
+    return parse_settings(file.bytes.get(), file.size, c->hash);
+}
+
+// Reads the file. False when it cannot be read.
+bool load(open_config *c) {
+    kv_buildpath(c->filename);
+    const locked_stream f = open_locked(c->filename, access::read);
     if (!f) return false;
-    auto text = read_all(f.get());
-    return text && parse_settings(text->bytes.get(), text->size, values);
+    const auto text = read_all(f.get());
+    return text && take_over(c, *text);
 }
 
 // Takes the deleted names out of the file's values.
@@ -78,30 +87,33 @@ void apply_deletions(iconfig *c) {
 }
 
 // The locked read, merge and write. Nothing is forgotten before the new text is complete.
-int save(iconfig *c) {
+int save(open_config *c) {
     kv_buildpath(c->filename);
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]Save config %s", static_cast<int>(getpid()),
                   c->filename);
     locked_stream f = open_locked(c->filename, access::rewrite);
     if (!f) return 0;
-    auto old = read_all(f.get());
-    if (!old || !parse_settings(old->bytes.get(), old->size, c->hash)) return 0;
+    const auto old = read_all(f.get());
+    if (!old || !take_over(c, *old)) return 0;
+    c->known_text.reset();
     if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
     apply_deletions(c);
-    const std::string text = format_settings(c->hash);
+    settings_text now = format_settings(c->hash);
     clear_deleted(c);
     hash_clear(c->modified_hash);
-    const bool written = replace_text(f.get(), old->size, text);
+    const bool written = replace_text(f.get(), old->size, now.text);
     sync_and_close(std::move(f));
+    if (written && now.exact) c->known_text = std::move(now.text);
     c->changed = 0;
     return written;
 }
 
-int refresh(iconfig *c) {
+int refresh(open_config *c) {
     const handle fresh = make_handle(c->filename);
-    if (!load(fresh->filename, fresh->hash)) return 0;
+    if (!load(fresh.get())) return 0;
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]marge changes in %s", static_cast<int>(getpid()),
                   c->filename);
+    c->known_text.reset();
     hash_merge_to(c->hash, fresh->hash, c->hash);
     apply_deletions(c);
     clear_deleted(c);
@@ -131,7 +143,7 @@ extern "C" {
 iconfig *OpenConfig(const char *path, iconfigedit *defaults) try {
     handle c = make_handle(path ? path : "");
     add_defaults(defaults, c->hash);
-    load(c->filename, c->hash);
+    load(c.get());
     return c.release();
 } catch (const std::bad_alloc &) {
     return nullptr;
@@ -142,14 +154,14 @@ iconfig *GetGlobalConfig(void) {
 }
 
 int RefreshConfig(iconfig **handle) try {
-    return handle && *handle ? refresh(*handle) : 0;
+    return handle && *handle ? refresh(static_cast<open_config *>(*handle)) : 0;
 } catch (const std::bad_alloc &) {
     return 0;
 }
 
 int SaveConfig(iconfig *c) try {
     if (!c) return 0;
-    return c->changed ? save(c) : 1;
+    return c->changed ? save(static_cast<open_config *>(c)) : 1;
 } catch (const std::bad_alloc &) {
     return 0;
 }
@@ -167,7 +179,7 @@ void CloseConfigNoSave(iconfig *c) {
     if (c->deleted_keys) clear_deleted(c);
     std::free(c->deleted_keys);
     std::free(c->filename);
-    std::free(c);
+    delete static_cast<open_config *>(c);
 }
 
 char *ReadString(iconfig *c, const char *name, const char *deflt) {
@@ -203,6 +215,7 @@ void DeleteString(iconfig *c, const char *name) {
     string_copy copy = copy_of(name);
     if (!copy) return;
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
+    static_cast<open_config *>(c)->known_text.reset();
     if (push_deleted(c, copy.get())) static_cast<void>(copy.release()); // the list owns it now
     c->changed = 1;
 }
@@ -214,6 +227,7 @@ void DeleteInt(iconfig *c, const char *name) {
 void ClearConfig(iconfig *c) {
     if (!c) return;
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_clear(layer);
+    static_cast<open_config *>(c)->known_text.reset();
     c->changed = 1;
 }
 }

@@ -82,32 +82,42 @@ char escape_letter(char c) {
     }
 }
 
-// Appends at most `room` bytes of the escaped value, and no half of an escape.
-void append_escaped(std::string &text, std::string_view value, size_t room) {
+// Appends at most `room` bytes of the escaped value, and no half of an escape. False when it was
+// cut.
+bool append_escaped(std::string &text, std::string_view value, size_t room) {
     const size_t limit = text.size() + room;
     for (auto rest = value.begin();;) {
         const auto escaped = std::find_if(rest, value.end(), escape_letter);
         const size_t plain = std::min<size_t>(escaped - rest, limit - text.size());
         text.append(rest, rest + plain);
-        if (escaped == value.end() || text.size() + 2 > limit) return;
+        if (rest + plain == value.end()) return true;
+        if (text.size() + 2 > limit) return false;
         text += '\\';
         text += escape_letter(*escaped);
         rest = escaped + 1;
     }
 }
 
+// Whether a line that begins with this name reads back as one of that name.
+bool is_plain(std::string_view name) {
+    if (name.empty()) return true;
+    const bool bare_start = name[0] != ' ' && name[0] != '\t' && name[0] != '#';
+    return bare_start && name.find('=') == name.npos && name.find('\n') == name.npos;
+}
+
 // Text in a buffer that grows by one step an item; a value that does not fit is cut.
 class writer {
   public:
-    std::string text;
+    settings_text out;
     int items = 0;
 
     void append(std::string_view name, std::string_view value) {
         make_room(name.size(), value.size());
-        text += name;
-        text += '=';
-        append_escaped(text, value, size - text.size() - 3);
-        text += '\n';
+        out.text += name;
+        out.text += '=';
+        const bool whole = append_escaped(out.text, value, size - out.text.size() - 3);
+        out.text += '\n';
+        out.exact = out.exact && whole && is_plain(name);
         items++;
     }
 
@@ -116,11 +126,11 @@ class writer {
     size_t size = 0;
 
     void make_room(size_t name, size_t value) {
-        const size_t most = 2 * value + name + text.size() + 4;
+        const size_t most = 2 * value + name + out.text.size() + 4;
         if (most >= size) size += step;
         // A name is never cut: when one step does not hold it, the whole line gets its room.
-        if (text.size() + name + 4 > size) size = (most / step + 1) * step;
-        text.reserve(size);
+        if (out.text.size() + name + 4 > size) size = (most / step + 1) * step;
+        out.text.reserve(size);
     }
 };
 
@@ -154,11 +164,11 @@ bool parse_settings(char *text, size_t size, ihash values) {
     return true;
 }
 
-std::string format_settings(ihash values) {
-    writer out;
-    hash_enumerate(values, compare_names, append_item, &out);
-    if (out.items != hash_count(values)) throw std::bad_alloc();
-    return std::move(out.text);
+settings_text format_settings(ihash values) {
+    writer w;
+    hash_enumerate(values, compare_names, append_item, &w);
+    if (w.items != hash_count(values)) throw std::bad_alloc();
+    return std::move(w.out);
 }
 
 } // namespace config

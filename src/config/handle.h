@@ -2,9 +2,19 @@
 // What the ways to read and write a handle share. Handles and names are not null here.
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "kelvane/config.h"
 
 namespace config {
+
+// Every handle is one of these.
+struct open_config : iconfig {
+    // The text that the last save wrote, as long as `hash` holds exactly its values: a save that
+    // finds it in the file need not take it apart.
+    std::optional<std::string> known_text;
+};
 
 // The value that counts: volatile, then unsaved, then the file's. Null when there is none.
 const char *find(iconfig *c, const char *name);

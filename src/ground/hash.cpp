@@ -105,9 +105,9 @@ uint32_t hash_of(const char *name) {
 }
 
 void *find_hashed(ihash h, const char *name, uint32_t hash) {
-    if (h->count == 0) return nullptr;
-    ihash_item item = *find_link(bucket_of(h, hash), name);
-    return item ? item->value : nullptr;
+    for (ihash_item item = *bucket_of(h, hash); item; item = item->next)
+        if (std::strcmp(item->name, name) == 0) return item->value;
+    return nullptr;
 }
 
 hash_filler::hash_filler(ihash empty) : table(empty), slots(512) {}

@@ -2,8 +2,9 @@
 // The runtime record and the few names that every area shares. Not installed.
 //
 // kvstate is the only global state that areas share. It is plain data, written by the area that a
-// field is about and by the lifecycle, which clears it when the screen closes. Everything runs on the application's thread, except that
-// SendEvent may add to the event ring (under its mutex) and a signal may set `exiting`.
+// field is about and by the lifecycle, which clears it when the screen closes. Everything runs on
+// the application's thread, except that SendEvent may add to the event ring (under its mutex) and
+// a signal may set `exiting`.
 #pragma once
 
 #include <csignal>

@@ -1,25 +1,7 @@
 # SPDX-License-Identifier: MIT
-# Reads bench/goals.txt, then the CSV of a benchmark program: a line a benchmark with its median
-# time and counters, and behind each counter that has a goal whether it is met.
-
-function unquote(text) {
-    gsub(/"/, "", text)
-    return text
-}
-
-# Fields of a CSV line; a quoted field may hold commas.
-function fields(line,    count, rest) {
-    count = 0
-    while (line != "") {
-        if (line ~ /^"/) match(line, /^"[^"]*"/)
-        else match(line, /^[^,]*/)
-        field[++count] = unquote(substr(line, 1, RLENGTH))
-        rest = substr(line, RLENGTH + 1)
-        if (rest == ",") field[++count] = ""
-        line = substr(rest, 2)
-    }
-    return count
-}
+# Reads bench/goals.txt, then the JSON of a benchmark program, which has one member a line: prints a
+# line a benchmark with its median time and counters, and behind each counter that has a goal
+# whether it is met.
 
 function verdict(name, counter, value,    i) {
     for (i = 1; i <= goals; i++) {
@@ -40,19 +22,34 @@ FILENAME == ARGV[1] {
     next
 }
 
-/^name,/ {
-    columns = fields($0)
-    for (i = 1; i <= columns; i++) title[i] = field[i]
-    next
+function start_of_run() {
+    kind = ""
+    counters = 0
 }
 
-/_median"?,/ {
-    count = fields($0)
-    name = field[1]
-    sub(/_median$/, "", name)
-    line = sprintf("  %-44s %12.1f %s", name, field[3], field[5])
-    for (i = 11; i <= count; i++)
-        if (field[i] != "")
-            line = line sprintf("  %s %.3g%s", title[i], field[i], verdict(name, title[i], field[i] + 0))
+function end_of_run(    i, line) {
+    if (kind != "median") return
+    line = sprintf("  %-44s %12.1f %s", run_name, time, unit)
+    for (i = 1; i <= counters; i++)
+        line = line sprintf("  %s %.3g%s", counter[i], value[i], verdict(run_name, counter[i], value[i]))
     print line
+}
+
+/^ *{/ { start_of_run() }
+/^ *},?$/ { end_of_run(); start_of_run() }
+
+/^ *"[^"]*": / {
+    split($0, quoted, "\"")
+    key = quoted[2]
+    text = quoted[4]
+    number = $0
+    sub(/^ *"[^"]*": */, "", number)
+    if (key == "run_name") run_name = text
+    else if (key == "aggregate_name") kind = text
+    else if (key == "time_unit") unit = text
+    else if (key == "real_time") time = number + 0
+    else if (key !~ /^(cpu_time|iterations|repetitions|repetition_index|threads|family_index|per_family_instance_index)$/ && number ~ /^[-0-9]/) {
+        counter[++counters] = key
+        value[counters] = number + 0
+    }
 }

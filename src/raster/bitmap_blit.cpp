@@ -37,9 +37,13 @@ bool is_known_depth(int depth) {
     return depth == 1 || depth == 2 || converter_of(depth) != nullptr;
 }
 
-// Columns that the rows of the record really hold.
-int columns_of(const ibitmap &bm) {
-    return std::min<int>(bm.width, bm.scanline * 8 / depth_of(bm));
+// Rows whose first pixels lie inside the block. Rows may be shorter than the width says: their last
+// pixels are then the first ones of the next row, or spare bytes.
+int64_t rows_inside(const ibitmap &bm, int64_t columns) {
+    const int64_t row_bytes = (columns * depth_of(bm) + 7) / 8;
+    const int64_t last = static_cast<int64_t>(pixel_bytes(bm) + bitmap_spare_bytes) - row_bytes;
+    if (last < 0) return 0;
+    return bm.scanline == 0 ? bm.height : std::min<int64_t>(bm.height, last / bm.scanline + 1);
 }
 
 // Whether rows may be converted as aligned words. Depths 16 and 24 look different when they are.
@@ -107,8 +111,8 @@ void draw_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy, 
     const int64_t left = std::max<int64_t>(-sx, 0), top = std::max<int64_t>(-sy, 0);
     x += left, sx += left, w -= left;
     y += top, sy += top, h -= top;
-    w = std::min(w, columns_of(bm) - sx);
-    h = std::min<int64_t>(h, bm.height - sy);
+    w = std::min(w, bm.width - sx);
+    h = std::min(h, rows_inside(bm, sx + w) - sy);
     const Area to = clip_area(c, x, y, w, h);
     if (to.empty()) return;
     const int from_x = static_cast<int>(sx + to.x - x), from_y = static_cast<int>(sy + to.y - y);

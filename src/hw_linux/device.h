@@ -72,8 +72,7 @@ struct EmulatedState {
     int battery = 5; // 0 to 5
     bool card_inserted = true;
     bool charging = false;
-    int position = -1; // how the device is held; -1 when not set
-    int display_mode = 0;
+    int position = -1;     // how the device is held, fixed when it is opened; -1 when not set
     int update_answer = 1; // of hw_update; a panel may answer with flags
 };
 EmulatedState &emulated();

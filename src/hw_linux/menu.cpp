@@ -20,14 +20,12 @@ void post_to_main(int type, int par1, int par2) {
 
 void set_position(int stored) {
     store_setting("orientation", stored);
-    emulated().position = stored - 1;
     std::fprintf(stderr, "Orientation: %d installed. Restart application to apply changes.\n",
                  stored);
 }
 
 void set_display_mode(int mode) {
     store_setting("emu_resmode", mode);
-    emulated().display_mode = mode;
     std::fprintf(stderr, "Videomode: %dx%d installed. Restart application to apply changes.\n",
                  resmode_list[mode].width, resmode_list[mode].height);
 }
@@ -87,8 +85,8 @@ void run_command(int command) {
 bool is_selected(int command) {
     const EmulatedState &state = emulated();
     return command == 200 + state.battery || command == (state.card_inserted ? 301 : 302) ||
-           command == (state.charging ? 401 : 402) || command == 501 + state.position ||
-           command == 601 + state.display_mode ||
+           command == (state.charging ? 401 : 402) || command == 501 + get_orientation() ||
+           command == 601 + get_display_mode() ||
            command == command_orientation + hw_get_fb_orientation();
 }
 

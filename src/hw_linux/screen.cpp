@@ -32,7 +32,6 @@ struct Screen {
     std::unique_ptr<uint8_t[]> memory;
     icanvas canvas{};
     int width = 0, height = 0; // as opened
-    int position = -1;         // the device was held in when opened; -1 when not set
     Zoom zoom = Zoom::full;
     int orientation = 0;
     int closing = 0;
@@ -71,12 +70,13 @@ bool open_device(const DeviceOps *ops) {
 }
 
 void take_size() {
-    const DisplayMode mode = resmode_list[state.display_mode];
-    screen.position = state.position;
-    const bool landscape = screen.position == 1 || screen.position == 2;
+    const int display_mode = get_display_mode();
+    const DisplayMode mode = resmode_list[display_mode];
+    state.position = get_orientation();
+    const bool landscape = state.position == 1 || state.position == 2;
     screen.width = landscape ? mode.height : mode.width;
     screen.height = landscape ? mode.width : mode.height;
-    screen.zoom = zoom_of(state.display_mode);
+    screen.zoom = zoom_of(display_mode);
     screen.orientation = std::max(state.position, 0); // upright as the device is held
 }
 
@@ -93,8 +93,8 @@ constexpr int quarter_turns[4] = {0, 1, 3, 2};
 
 // The canvas is upright in the window when its orientation is the position the device is held in.
 int turn_of(int orientation) {
-    const bool held = screen.position >= 0 && screen.position <= 3;
-    const int base = held ? quarter_turns[screen.position] : 0;
+    const bool held = state.position >= 0 && state.position <= 3;
+    const int base = held ? quarter_turns[state.position] : 0;
     return quarter_turns[(quarter_turns[orientation] - base) & 3];
 }
 
@@ -120,8 +120,6 @@ bool open_screen() {
     init_hwconfig();
     const DeviceOps *ops = choose_device();
     if (!ops || !open_player()) return false;
-    state.position = get_orientation();
-    state.display_mode = get_display_mode();
     take_size();
     reset_input();
     if (!make_framebuffer() || !open_device(ops)) return false;

@@ -31,7 +31,7 @@ enum {
 typedef struct ibitmap_s {
     unsigned short width, height; /**< in pixels */
     unsigned short depth;         /**< BITMAP_DEPTH bits and BITMAP_MASK */
-    unsigned short scanline;      /**< bytes of a row */
+    unsigned short scanline;      /**< bytes from one row to the next */
     __extension__ unsigned char data[];
 } ibitmap;
 
@@ -46,7 +46,8 @@ KELVANE_API ibitmap *CopyBitmap(const ibitmap *bm);
 KELVANE_API ibitmap *CopyBitmapNoTrack(const ibitmap *bm);
 /**
  * A new bitmap with a part of the current canvas, whatever the clip; what lies outside the canvas
- * is white. On a 24-bit canvas the second pixel of each byte is read darker, at most level 3.
+ * is white. At depth 4 the second pixel of each byte is read darker from a 24-bit canvas, at most
+ * level 3.
  * @return null for a side outside 1 to 65535 or when memory runs out
  */
 KELVANE_API ibitmap *BitmapFromScreen(int x, int y, int w, int h);
@@ -64,7 +65,8 @@ KELVANE_API ibitmap *BitmapFromScreenR(int x, int y, int w, int h, int rotate);
  *
  * A bitmap of depth 16 is drawn only where whole words can be copied: on an 8-bit canvas, without
  * a mask, at least 16 pixels wide after clipping, from a source x that is a multiple of 8 to an x
- * that is a multiple of 4, with scanlines that are multiples of 4. Under the same conditions a
+ * that is a multiple of 4, with scanlines that are multiples of 4 and pixels (ibitmap::data) at an
+ * address that is one. Under the same conditions a
  * bitmap of depth 24 is drawn with the faster formula of kv_rgb24_to_gs().
  * @{ */
 /** Draws the whole bitmap with its top left pixel at (@p x, @p y). */

@@ -70,7 +70,10 @@ KELVANE_API void ClearScreen(void);
  * @p h and @p y. The rectangle may lie outside the canvas.
  */
 KELVANE_API void SetClip(int x, int y, int w, int h);
-/** The clip as it was set; all 0 without a canvas. Null pointers are left out. */
+/**
+ * The clip as it is kept: a negative size was turned around, so @p x is the leftmost column and
+ * @p w the positive width. All 0 without a canvas. Null pointers are left out.
+ */
 KELVANE_API void GetClip(int *x, int *y, int *w, int *h);
 /** SetClip() of a record; null does nothing. */
 KELVANE_API void SetClipRect(const irect *r);
@@ -78,7 +81,7 @@ KELVANE_API void SetClipRect(const irect *r);
 KELVANE_API irect GetClipRect(void);
 /**
  * @p r fitted to the clip, each axis by itself: x stays when it lies between the clip's left edge
- * and its right edge + 1, otherwise it becomes the left edge; w is cut only where x + w of @p r
+ * and its right edge + 1, otherwise it becomes the left edge; w is cut only where the new x plus w
  * passes the right edge. An x moved to the right keeps its w: the result may then be wider than
  * what both share. Null gives an empty record.
  */
@@ -87,6 +90,7 @@ KELVANE_API irect MergeClipRect(const irect *r);
 
 /** @name Pixels and areas
  * @{ */
+/** Sets one pixel, when it lies inside the clip. */
 KELVANE_API void DrawPixel(int x, int y, int color);
 /** Fills a rectangle. */
 KELVANE_API void FillArea(int x, int y, int w, int h, int color);
@@ -99,7 +103,10 @@ KELVANE_API void InvertArea(int x, int y, int w, int h);
  * becomes the neutral grey opposite to its own grey.
  */
 KELVANE_API void InvertAreaBW(int x, int y, int w, int h);
-/** A map of @p size colours, all 0xFFFFFFFF; null for a size below 1. See ColorMapDestroy(). */
+/**
+ * A map of @p size colours, all 0xFFFFFFFF; null for a size below 1 or when memory runs out. See
+ * ColorMapDestroy().
+ */
 KELVANE_API icolor_map *ColorMapCreate(int size);
 /** Frees a map and clears the caller's pointer; null, or a pointer to null, does nothing. */
 KELVANE_API void ColorMapDestroy(icolor_map **m);
@@ -124,7 +131,10 @@ KELVANE_API void DrawDashLine(int x1, int y1, int x2, int y2, int color, int fil
 KELVANE_API void DrawRect(int x, int y, int w, int h, int color);
 /** An outline three pixels thick with cut corners. */
 KELVANE_API void DrawSelection(int x, int y, int w, int h, int color);
-/** A filled disc of radius @p r around (@p x0, @p y0). */
+/**
+ * A filled disc of radius @p r around (@p x0, @p y0), 2 r + 1 rows high. From radius 2 on it is two
+ * pixels wider than high.
+ */
 KELVANE_API void DrawCircle(int x0, int y0, int r, int color);
 /**
  * Diagonal lines @p step pixels apart; nothing for a step below 1. In rows whose y is a multiple

@@ -111,8 +111,7 @@ void InvertAreaBW(int x, int y, int w, int h) {
 }
 
 icolor_map *ColorMapCreate(int size) {
-    constexpr int all_colors = 1 << 24;
-    if (size < 1 || size > all_colors) return nullptr;
+    if (size < 1) return nullptr;
     const auto count = static_cast<size_t>(size);
     std::unique_ptr<int[]> from(new (std::nothrow) int[count]), to(new (std::nothrow) int[count]);
     auto *map = new (std::nothrow) icolor_map;

@@ -92,7 +92,7 @@ TEST(RasterCanvas, SwitchesBackToTheScreen) {
 }
 
 TEST(RasterColorMap, StartsWithoutColours) {
-    for (int size : {0, -1, INT_MIN, INT_MAX}) EXPECT_EQ(ColorMapCreate(size), nullptr);
+    for (int size : {0, -1, INT_MIN}) EXPECT_EQ(ColorMapCreate(size), nullptr);
     icolor_map *map = ColorMapCreate(3);
     ASSERT_NE(map, nullptr);
     EXPECT_EQ(map->size, 3);

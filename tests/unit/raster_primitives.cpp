@@ -150,6 +150,9 @@ struct Primitive {
     void (*define)(P, A);
 };
 
+const Primitive circle = {"DrawCircle", [](A a) { DrawCircle(a.x, a.y, a.w, a.color); },
+                          [](P p, A a) { p.circle(a.x, a.y, a.w, a.color); }};
+
 const Primitive primitives[] = {
     {"DrawPixel", [](A a) { DrawPixel(a.x, a.y, a.color); },
      [](P p, A a) { p.pixel(a.x, a.y, a.color); }},
@@ -191,8 +194,7 @@ const Primitive primitives[] = {
      [](P p, A a) { p.rect(a.x, a.y, a.w, a.h, a.color); }},
     {"DrawSelection", [](A a) { DrawSelection(a.x, a.y, a.w, a.h, a.color); },
      [](P p, A a) { p.selection(a); }},
-    {"DrawCircle", [](A a) { DrawCircle(a.x, a.y, a.w, a.color); },
-     [](P p, A a) { p.circle(a.x, a.y, a.w, a.color); }},
+    circle,
     {"DrawDiagonalHatch", [](A a) { DrawDiagonalHatch(a.x, a.y, a.w, a.h, a.a, a.color); },
      [](P p, A a) { p.hatch(a, nothing); }},
     {"DrawDiagonalHatchLimits",
@@ -209,8 +211,8 @@ class Comparison {
         for (uint8_t &byte : fast_.memory) byte = static_cast<uint8_t>(random(0, 255));
         // Inverted colours and neighbours of the extreme levels come up often enough.
         for (int i = 0; i < fast_.scanline * fast_.height / 2; ++i)
-            fast_.addr[random(0, fast_.scanline * fast_.height - 1)] =
-                static_cast<uint8_t>(random.of({0, 15, 16, 239, 240, 255, 0x12, 0x34, 0x56}));
+            fast_.addr[random(0, fast_.scanline * fast_.height - 1)] = static_cast<uint8_t>(
+                random.of({0, 15, 16, 63, 64, 191, 192, 239, 240, 255, 0x12, 0x34, 0x56}));
         if (random(0, 2) != 0)
             SetClip(random(-9, max_w), random(-9, max_h), random(-9, max_w), random(-9, max_h));
     }
@@ -238,6 +240,7 @@ class RasterPrimitive : public testing::TestWithParam<Primitive> {};
 TEST_P(RasterPrimitive, GivesTheBytesOfItsDefinition) {
     Random random{};
     for (int i = 0; i < 3000 && !HasFatalFailure(); ++i) {
+        if (i == 2000) loadHwConfigEmulator("0x0010111101013021"); // a panel of four greys
         // Now and then wide enough for rows of several vectors and chunks, or far away.
         const bool wide = i % 10 == 0;
         const int far = i % 25 == 0 ? 3000 : 0;
@@ -258,7 +261,6 @@ INSTANTIATE_TEST_SUITE_P(All, RasterPrimitive, testing::ValuesIn(primitives),
 // Discs whose outline bends in the rows after the turn, and ones far larger than the canvas.
 TEST(RasterShapes, DiscsOfEveryRadiusKeepTheirOutline) {
     Random random{};
-    const Primitive &circle = primitives[13];
     for (int radius = 0; radius < 210; ++radius) {
         Comparison comparison(random, 200, 200);
         comparison.run(circle, {random(0, 100), random(0, 100), radius, 0, LGRAY, 0, 0});

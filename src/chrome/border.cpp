@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <optional>
-#include <string>
 
 #include "chrome/chrome.h"
 #include "kelvane/bitmaps.h"
@@ -82,12 +81,18 @@ struct EdgePictures {
 };
 std::optional<EdgePictures> edges;
 
+struct EdgeNames {
+    const char *top_left, *top_right, *bottom_left, *bottom_right;
+};
+constexpr EdgeNames plain_edges{"edge_top_left", "edge_top_right", "edge_bottom_left",
+                                "edge_bottom_right"};
+constexpr EdgeNames white_edges{"edge_top_left_white", "edge_top_right_white",
+                                "edge_bottom_left_white", "edge_bottom_right_white"};
+
 EdgePictures load_edges(int color) {
-    const auto load = [white = color == WHITE](const std::string &name) {
-        return Picture((name + (white ? "_white" : "")).c_str());
-    };
-    return {load("edge_top_left"), load("edge_top_right"), load("edge_bottom_left"),
-            load("edge_bottom_right")};
+    const EdgeNames &names = color == WHITE ? white_edges : plain_edges;
+    return {Picture(names.top_left), Picture(names.top_right), Picture(names.bottom_left),
+            Picture(names.bottom_right)};
 }
 
 void draw_bars(const Box &b, int64_t size, int64_t radius, const RoundCorners &round, int color) {

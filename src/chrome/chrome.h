@@ -34,9 +34,10 @@ struct Box {
     bool empty() const { return w < 1 || h < 1; }
 };
 
-// The same pixels of any canvas as int coordinates: what is cut off lies far beyond a canvas.
+inline constexpr int64_t far = 1 << 30; // beyond any canvas
+
+// The same pixels of a filled area on any canvas as int coordinates: what is cut off lies far away.
 inline irect to_rect(const Box &box, int flags = 0) {
-    constexpr int64_t far = 1 << 30;
     const int64_t left = std::clamp(box.x, -far, far), right = std::clamp(box.x + box.w, -far, far);
     const int64_t top = std::clamp(box.y, -far, far), bottom = std::clamp(box.y + box.h, -far, far);
     return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left),
@@ -48,19 +49,32 @@ inline void fill(const Box &box, int color) {
     FillArea(r.x, r.y, r.w, r.h, color);
 }
 
-// Selects a font in its own colour, and the former one again at the end of the scope.
+// Where a pattern goes on at the near side of what to_rect() cuts off: whole periods are left out.
+inline int64_t near_start(int64_t start, int64_t period) {
+    return start < -far ? start + (period - 1 - far - start) / period * period : start;
+}
+
+// Diagonal lines three pixels apart, which are counted from the right edge.
+inline void hatch(const Box &box, int color) {
+    constexpr int step = 3;
+    const int64_t right = -near_start(-(box.x + box.w), step);
+    const irect r = to_rect({box.x, box.y, right - box.x, box.h});
+    DrawDiagonalHatch(r.x, r.y, r.w, r.h, step, color);
+}
+
+// Selects a font in its own colour, and what was selected before again at the end of the scope.
 class FontScope {
   public:
     explicit FontScope(const ifont *font)
         : font_(kvstate.current_font), color_(kvstate.current_color) {
         SetFont(font, -1);
     }
-    ~FontScope() { SetFont(font_, color_); }
+    ~FontScope() { text::restore_font(font_, color_); }
     FontScope(const FontScope &) = delete;
     FontScope &operator=(const FontScope &) = delete;
 
   private:
-    const ifont *font_;
+    ifont *font_;
     int color_;
 };
 

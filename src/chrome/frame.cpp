@@ -34,6 +34,7 @@ struct Button {
 // Everything a frame is made of.
 struct Pictures {
     TopPieces frame_top{Picture("frame_topleft"), Picture("frame_top"), Picture("frame_topright")};
+    Picture overlap_left{"frame_topleft_overlap"}, overlap_right{"frame_topright_overlap"};
     TopPieces header_top{Picture("header_topleft"), Picture("header_top"),
                          Picture("header_topright")};
     SidePieces frame_sides{Picture("frame_left"), Picture("frame_right"),
@@ -48,7 +49,6 @@ struct Pictures {
         Picture::or_else("dictionary_bottomleft", frame_sides.bottom_left),
         Picture::or_else("dictionary_bottom", frame_sides.bottom),
         Picture::or_else("dictionary_bottomright", frame_sides.bottom_right)};
-    Picture overlap_left{"frame_topleft_overlap"}, overlap_right{"frame_topright_overlap"};
     std::array<Button, 3> buttons{Button{Picture("button_close"), Picture("button_close_a")},
                                   Button{Picture("button_moveup"), Picture("button_moveup_a")},
                                   Button{Picture("button_movedown"), Picture("button_movedown_a")}};
@@ -69,18 +69,14 @@ struct Pieces {
     Margins margins;
 };
 
-const Picture &corner(int flags, const Picture &overlap, const Picture &plain) {
-    return (flags & FRAME_OVERLAP) != 0 && overlap ? overlap : plain;
-}
-
 Pieces pieces_of(int flags) {
     if (!pictures) pictures.emplace();
     const Pictures &p = *pictures;
     const bool dictionary = (flags & FRAME_DICTIONARY) != 0;
     const bool header = (flags & (FRAME_HEADER | FRAME_BUTTONS)) != 0;
     const TopPieces &top = dictionary ? p.dictionary_top : header ? p.header_top : p.frame_top;
-    return {corner(flags, p.overlap_left, top.left), top.middle,
-            corner(flags, p.overlap_right, top.right),
+    const bool overlap = (flags & FRAME_OVERLAP) != 0 && !dictionary && !header;
+    return {overlap ? p.overlap_left : top.left, top.middle, overlap ? p.overlap_right : top.right,
             dictionary ? p.dictionary_sides : p.frame_sides,
             dictionary ? p.dictionary_margins : p.header_margins};
 }
@@ -117,7 +113,9 @@ void draw_piece(int64_t x, int64_t y, const Picture &piece) {
 }
 
 void tile(const Box &box, const Picture &piece) {
-    const irect r = to_rect(box);
+    if (piece.width() < 1 || piece.height() < 1) return;
+    const int64_t x = near_start(box.x, piece.width()), y = near_start(box.y, piece.height());
+    const irect r = to_rect({x, y, box.x + box.w - x, box.y + box.h - y});
     TileBitmap(r.x, r.y, r.w, r.h, piece.get());
 }
 
@@ -207,8 +205,9 @@ void reset_frames() {
 
 } // namespace chrome
 
-void frame_init(int x, int y, int w, int h, int flags) {
+void frame_init(int x, int y, int w, int h, int flags) try {
     lay_out_buttons({x, y, w, h}, flags, pieces_of(flags));
+} catch (const std::bad_alloc &) {
 }
 
 void DrawFrame(int x, int y, int w, int h, const ibitmap *icon, const char *title, int flags,
@@ -224,10 +223,13 @@ void DrawFrame(int x, int y, int w, int h, const ibitmap *icon, const char *titl
 } catch (const std::bad_alloc &) {
 }
 
-int CheckFramePointer(int x, int y, int w, int h, int flags, int px, int py) {
-    frame_init(x, y, w, h, flags);
+int CheckFramePointer(int x, int y, int w, int h, int flags, int px, int py) try {
+    const Pieces pieces = pieces_of(flags);
+    lay_out_buttons({x, y, w, h}, flags, pieces);
     const int hit = draw_buttons(px, py);
     if ((flags & FRAME_UPDATE) != 0 && (hit != 0 || px < 0 || py < 0))
-        PartialUpdate(x, y, w, pieces_of(flags).top.height());
+        PartialUpdate(x, y, w, pieces.top.height());
     return hit;
+} catch (const std::bad_alloc &) {
+    return 0;
 }

@@ -91,9 +91,9 @@ void redraw(ipager &p, const Box &at) {
 void press(const ipager &p, Box area) {
     area.y += p.separator_size;
     area.h -= p.separator_size;
-    const irect r = to_rect(area);
-    DrawDiagonalHatch(r.x, r.y, r.w, r.h, 3, BLACK);
+    hatch(area, BLACK);
     WaitForUpdateComplete();
+    ++area.w; // the hatch reaches one column further
     update(area);
     press_pending = true;
 }

@@ -56,7 +56,7 @@ void draw_background(const Box &m, const iselection_style &s) {
         InvertArea(r.x, r.y, r.w, r.h);
         break;
     case HATCHED:
-        DrawDiagonalHatch(r.x, r.y, r.w, r.h, 3, s.background_color);
+        hatch(m, s.background_color);
         break;
     default:
         fill(m, s.background_color);

@@ -42,7 +42,7 @@ enum {
     FRAME_BUTTONS = 0xFFFF,         /**< any button: the frame has a title bar */
     FRAME_DICTIONARY = 0x04000000,  /**< the pieces and margins of dictionaries */
     FRAME_INNER_SIDES = 0x08000000, /**< the client area is measured from the sides, not corners */
-    FRAME_OVERLAP = 0x10000000,     /**< the top corners of a frame that overlaps another */
+    FRAME_OVERLAP = 0x10000000,     /**< top corners for overlapping; not with a title bar */
     FRAME_HEADER = 0x20000000,      /**< a title bar */
     FRAME_UPDATE = 0x40000000       /**< CheckFramePointer() updates the title bar */
 };
@@ -56,9 +56,12 @@ enum {
 KELVANE_API void DrawRectRound(int x, int y, int w, int h, int color, int flags);
 /**
  * A border inside @p r; null draws nothing.
- * @param border_size thickness in pixels
+ *
+ * The theme's corner pictures are chosen by the first call, for good: the white ones when its
+ * colour is WHITE. Without all four, corners are drawn as arcs.
+ * @param border_size thickness in pixels; drawn arcs need at least 2
  * @param style an estyle: which corners are round; any other number rounds none
- * @param radius of the round corners; below 1 every corner is square
+ * @param radius of the round corners, at most half of either side; below 1 every corner is square
  */
 KELVANE_API void DrawBorder(const irect *r, int border_size, int style, int radius, int color);
 /**
@@ -71,7 +74,8 @@ KELVANE_API void DrawPickOut(int x, int y, int w, int h, const char *key);
 KELVANE_API void DrawPickOutEx(const irect *rect, const char *key);
 /**
  * Replaces the levels of a 4-bit raster: with p = percent / 100, level v becomes v p + 16 (1 - p),
- * or -p v when p is negative. Canvases of depth 8 and 24 stay as they are.
+ * or -p v when p is negative; a level of 16, as all are at 0 percent, sets a bit of the pixel to
+ * the left. Canvases that can be drawn on have depth 8 or 24 and stay as they are.
  */
 KELVANE_API void Transparent(int x, int y, int w, int h, int percent);
 /** Transparent() of a record. */
@@ -83,7 +87,8 @@ KELVANE_API void TransparentRect(irect rect, int percent);
 /** Loads the pictures of frames at the first call and lays out the buttons of a title bar. */
 KELVANE_API void frame_init(int x, int y, int w, int h, int flags);
 /**
- * A window frame with a white inside.
+ * A window frame with a white inside. It should be at least as wide and as high as two of its
+ * corners: 24 by 24 pixels with the built-in pictures, 24 by 48 with a title bar.
  * @param icon left of the title; may be null
  * @param title may be null; only a frame with a title bar has room for it
  * @param flags FRAME_*

@@ -44,8 +44,9 @@ KELVANE_API void DrawPager(ipager *p);
 KELVANE_API int IsPagerEvent(ipager *p, int type, int x, int y);
 /**
  * Handles a pointer event. A press on an arrow that leads to a page is shown by hatching its
- * area; lifting the finger sends EVT_KEYPRESS with KEY_PREV or KEY_NEXT to the current handler;
- * dragging gives the press up. This function updates the screen.
+ * area; lifting the finger on an arrow then sends EVT_KEYPRESS with KEY_PREV or KEY_NEXT to the
+ * current handler. Lifting it elsewhere on the pager, or dragging there, gives the press up; a
+ * finger that lifts outside leaves it pending. This function updates the screen.
  * @return 1 when the event fell on the pager, else 0
  */
 KELVANE_API int PagerHandler(ipager *p, int type, int x, int y);

@@ -8,9 +8,22 @@ ifont *OpenFont(const char *, int, int) {
     return nullptr;
 }
 
-void CloseFont(ifont *) {}
+void CloseFont(ifont *f) {
+    if (kvstate.current_font == f) kvstate.current_font = nullptr;
+}
 
-void SetFont(const ifont *, int) {}
+void SetFont(const ifont *f, int color) {
+    if (f != nullptr) kvstate.current_font = const_cast<ifont *>(f);
+    if (color != -1)
+        kvstate.current_color = color;
+    else if (kvstate.current_font != nullptr)
+        kvstate.current_color = kvstate.current_font->color;
+}
+
+void text::restore_font(ifont *f, int color) {
+    kvstate.current_font = f;
+    kvstate.current_color = color;
+}
 
 void SetTextStrength(int) {}
 

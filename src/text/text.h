@@ -41,7 +41,7 @@ enum {
 
 /** Opens a font; null when there is none of that name. See CloseFont(). */
 ifont *OpenFont(const char *name, int size, int aa);
-/** Releases a font; null does nothing. */
+/** Releases a font; null does nothing. No font is current when it was. */
 void CloseFont(ifont *f);
 /** Makes @p f current, null keeps the current one; colour -1 takes the font's own. */
 void SetFont(const ifont *f, int color);
@@ -56,5 +56,14 @@ char *DrawTextRect(int x, int y, int w, int h, const char *s, int flags);
 char *DrawTextRect2(const irect *r, const char *s);
 
 KELVANE_END_DECLS
+
+#ifdef __cplusplus
+namespace text {
+
+/** Makes what GetFont() answered current again, in a colour; null: no font is current. */
+void restore_font(ifont *f, int color);
+
+} // namespace text
+#endif
 
 #endif

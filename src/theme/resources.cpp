@@ -9,6 +9,7 @@
 #include "raster/bitmap.h"
 #include "theme/builtin.h"
 #include "theme/parameters.h"
+#include "theme/source.h"
 #include "theme/theme.h"
 
 namespace {
@@ -20,8 +21,10 @@ int parse_side(const char *text) {
 // A new bitmap for a default that is really a text "*(W,H)"; the height is the width when it is
 // left out. Null for any other default.
 ibitmap *make_blank(const ibitmap *deflt) {
-    const char *text = reinterpret_cast<const char *>(deflt);
-    if (text == nullptr || text[0] != '*' || text[1] != '(') return nullptr;
+    const char *start = reinterpret_cast<const char *>(deflt);
+    if (start == nullptr || start[0] != '*' || start[1] != '(') return nullptr;
+    char text[32 + 1] = {}; // a bitmap that begins so is longer, and need not contain a zero
+    memccpy(text, start, '\0', sizeof text - 1);
     const char *comma = std::strchr(text, ',');
     const int width = parse_side(text + 2);
     return NewBitmap(width, comma != nullptr ? parse_side(comma + 1) : width);
@@ -29,7 +32,9 @@ ibitmap *make_blank(const ibitmap *deflt) {
 
 } // namespace
 
-ibitmap *GetResource(const char *, ibitmap *deflt) {
+ibitmap *GetResource(const char *name, ibitmap *deflt) {
+    ibitmap *found = name != nullptr ? theme::source.picture(name) : nullptr;
+    if (found != nullptr) return found;
     ibitmap *blank = make_blank(deflt);
     return blank != nullptr ? blank : deflt;
 }

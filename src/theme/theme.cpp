@@ -11,6 +11,7 @@
 
 #include "kelvane/events.h"
 #include "theme/parameters.h"
+#include "theme/source.h"
 
 namespace {
 
@@ -104,8 +105,9 @@ void OpenTheme(const char *) {
     theme::load_ui_parameters();
 }
 
-const char *GetThemeString(const char *, const char *deflt) {
-    return deflt;
+const char *GetThemeString(const char *name, const char *deflt) {
+    const char *found = name != nullptr ? theme::source.text(name) : nullptr;
+    return found != nullptr ? found : deflt;
 }
 
 int GetThemeInt(const char *name, int deflt) {

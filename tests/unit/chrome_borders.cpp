@@ -9,6 +9,7 @@
 #include "kelvane/frames.h"
 #include "raster/bitmap.h"
 #include "unit/raster_support.h"
+#include "unit/theme_support.h"
 
 namespace {
 
@@ -72,6 +73,65 @@ TEST(Border, RoundCornersByEye) {
 .############.
 ..............
 )");
+}
+
+// The first colour decides between the two sets; a set of three is none.
+TEST(Border, PicturesOfTheThemeAtRoundCorners) {
+    struct {
+        const char *what, *missing;
+        int first_color, style, level;
+        const char *picture;
+    } const cases[] = {
+        {"plain", "", BLACK, ROUND_ALL, 0, R"(
+....####....
+.##......##.
+.##......##.
+............
+#..........#
+###......###
+.##......##.
+............
+............
+....####....
+)"},
+        {"white", "edge_top_left", WHITE, ROUND_LEFT, 8, R"(
+....########
+.++........#
+.++........#
+...........#
+#..........#
+#++........#
+.++........#
+...........#
+...........#
+....########
+)"},
+        {"one is missing", "edge_top_left", BLACK, ROUND_ALL, 0, R"(
+....####....
+............
+............
+............
+#..........#
+#..........#
+............
+............
+............
+....####....
+)"},
+    };
+    for (const auto &c : cases) {
+        TestTheme theme;
+        for (const char *name :
+             {"edge_top_left", "edge_top_right", "edge_bottom_left", "edge_bottom_right"}) {
+            if (std::strcmp(name, c.missing) != 0) theme.add(name, 2, 2, 0);
+            theme.add((name + std::string("_white")).c_str(), 2, 2, 8);
+        }
+        DrawBorder(nullptr, 0, 0, 0, c.first_color);
+        TestCanvas canvas(12, 10);
+        const irect r = iRect(0, 0, 12, 10, 0);
+        DrawBorder(&r, 1, c.style, 4, BLACK);
+        EXPECT_EQ(canvas.picture(), c.picture) << c.what;
+    }
 }
 
 TEST(Border, RectRoundIsBlackWithPicturesAtTheFoot) {
@@ -158,6 +218,36 @@ TEST(Selection, WithoutThemeEveryKeyFills) {
         TestCanvas canvas(4, 3);
         DrawPickOut(1, 1, 2, 1, key);
         EXPECT_EQ(canvas.picture(), "\n....\n.##.\n....\n");
+    }
+}
+
+TEST(Selection, StyleIsKeptWhileTheKeyStaysTheSame) {
+    TestTheme theme;
+    theme.texts["menu.selection.background.color"] = "0x0";
+    theme.texts["selection.background.color"] = "0x808080";
+    const auto drawn = [](const char *key) {
+        TestCanvas canvas(2, 1);
+        DrawPickOut(0, 0, 1, 1, key);
+        return canvas.picture();
+    };
+    EXPECT_EQ(drawn("menu"), "\n#.\n");
+    theme.texts["menu.selection.background.color"] = "0xffffff";
+    EXPECT_EQ(drawn("menu"), "\n#.\n");
+    EXPECT_EQ(drawn(nullptr), "\n+.\n");
+    theme.texts["selection.background.color"] = "0";
+    EXPECT_EQ(drawn(nullptr), "\n+.\n");
+    EXPECT_EQ(drawn("default"), "\n#.\n"); // the same record under another key
+    EXPECT_EQ(drawn("menu"), "\n..\n");
+    EXPECT_EQ(drawn("other"), "\n#.\n"); // lacks a colour
+}
+
+TEST(Selection, HatchOfAnEndlessMarkerIsCountedFromItsRightEdge) {
+    for (int right = INT_MAX - 2; right < INT_MAX; ++right) {
+        TestCanvas endless(9, 3), same(9, 3);
+        DrawDiagonalHatch(0, 0, 9 + right % 3, 3, 3, BLACK);
+        SetCanvas(&endless);
+        chrome::draw_selection(iRect(0, 0, right, 3, 0), {0, BLACK, 2, 0, 0, 0, 0, 0});
+        EXPECT_EQ(endless.picture(), same.picture());
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Frames, the caption, the pager and the key-lock icon on an open screen, with no theme.
+// Frames, the caption, the pager and the key-lock icon on an open screen, with and without a theme.
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
@@ -13,6 +13,7 @@
 #include "theme/builtin.h"
 #include "theme/parameters.h"
 #include "theme/theme.h"
+#include "unit/theme_support.h"
 
 namespace {
 
@@ -135,12 +136,73 @@ TEST_F(Frame, ClientAreaAndTitleBar) {
         EXPECT_EQ(grey(100, 200), 0);
         EXPECT_EQ(grey(399, 200), 0);
         EXPECT_EQ(grey(250, 200), 255);
-        EXPECT_EQ(grey(100, 100), 0x55); // outside the round corners
+        EXPECT_EQ(grey(100, 100), (c.flags & FRAME_OVERLAP) != 0 ? 0 : 0x55); // square or round
         EXPECT_EQ(grey(399, 299), 0x55);
         EXPECT_EQ(grey(99, 200), 0x55);
         EXPECT_EQ(grey(400, 200), 0x55);
     }
     EXPECT_TRUE(headless::updates().empty());
+}
+
+TEST_F(Frame, FlagsChooseAmongThePiecesOfTheTheme) {
+    constexpr int dictionary = FRAME_DICTIONARY, header = FRAME_HEADER, overlap = FRAME_OVERLAP,
+                  sides = FRAME_INNER_SIDES;
+    TestTheme theme;
+    struct {
+        const char *name;
+        int w, h;
+    } const pieces[] = {{"frame_topleft", 10, 11},
+                        {"frame_topright", 12, 13},
+                        {"frame_top", 4, 7},
+                        {"frame_left", 3, 5},
+                        {"frame_right", 5, 5},
+                        {"frame_bottomleft", 9, 8},
+                        {"frame_bottom", 4, 6},
+                        {"frame_bottomright", 7, 9},
+                        {"frame_topleft_overlap", 6, 15},
+                        {"frame_topright_overlap", 8, 6},
+                        {"header_topleft", 14, 20},
+                        {"header_topright", 15, 20},
+                        {"header_top", 4, 19},
+                        {"dictionary_left", 25, 5},
+                        {"dictionary_topright", 16, 18}};
+    for (int level = 0; const auto &p : pieces) theme.add(p.name, p.w, p.h, level++);
+    theme.texts["header.margin.right"] = "20";
+    theme.texts["dictionary.margin.right"] = "40";
+    struct {
+        int flags;
+        irect inside;
+        int top_left, top_right, left; // which piece is there
+    } const cases[] = {{0, {110, 111, 278, 181, 0}, 0, 1, 3},
+                       {sides, {103, 107, 292, 187, 0}, 0, 1, 3},
+                       {overlap, {106, 115, 286, 177, 0}, 8, 9, 3},
+                       {overlap | sides, {103, 107, 292, 187, 0}, 8, 9, 3},
+                       {header, {114, 120, 271, 172, 0}, 10, 11, 3},
+                       {header | overlap, {114, 120, 271, 172, 0}, 10, 11, 3},
+                       {FRAME_BUTTON_CLOSE | sides, {103, 119, 292, 175, 0}, 10, 11, 3},
+                       {dictionary, {114, 120, 270, 172, 0}, 10, 14, 13},
+                       {dictionary | sides, {125, 119, 270, 175, 0}, 10, 14, 13}};
+    for (const auto &c : cases) {
+        irect inside;
+        DrawFrame(100, 100, 300, 200, nullptr, nullptr, c.flags, &inside);
+        EXPECT_TRUE(inside == c.inside) << std::hex << c.flags;
+        EXPECT_TRUE(grey(100, 100) == c.top_left * 17 && grey(399, 100) == c.top_right * 17 &&
+                    grey(100, 200) == c.left * 17)
+            << std::hex << c.flags;
+    }
+    for (const auto &[flags, end] : {std::pair{1, 380}, {1 | dictionary, 360}}) {
+        EXPECT_EQ(CheckFramePointer(100, 100, 300, 200, flags, end, 110), 0);
+        EXPECT_EQ(CheckFramePointer(100, 100, 300, 200, flags, end - 1, 110), 1);
+    }
+}
+
+TEST_F(Frame, IconStandsInTheMiddleOfTheTitleBar) {
+    const raster::BitmapPtr icon(NewBitmap(9, 7));
+    DrawFrame(100, 100, 300, 200, icon.get(), nullptr, FRAME_HEADER, nullptr);
+    for (int y = 105; y < 130; ++y)
+        for (int x = 105; x < 395; ++x)
+            ASSERT_EQ(grey(x, y) == 255, x >= 117 && x < 126 && y >= 114 && y < 121)
+                << x << ',' << y;
 }
 
 TEST_F(Frame, ButtonsAnswerToThePointer) {
@@ -341,6 +403,18 @@ TEST_F(Pager, TapsBecomePageKeys) {
     }
 }
 
+TEST_F(Pager, APressStaysPendingWhenTheFingerLiftsOutside) {
+    DrawPager(&p);
+    PagerHandler(&p, EVT_POINTERDOWN, 100, 780);
+    const std::vector<uint8_t> pressed = screen();
+    EXPECT_EQ(PagerHandler(&p, EVT_POINTERUP, 100, 700), 0);
+    EXPECT_EQ(screen(), pressed);
+    EXPECT_EQ(PagerHandler(&p, EVT_POINTERUP, 500, 780), 1);
+    expect_idle();
+    headless::advance(0);
+    EXPECT_EQ(headless::events(), "KEYPRESS(25,0) ");
+}
+
 TEST_F(Pager, DraggingGivesThePressUp) {
     DrawPager(&p);
     PagerHandler(&p, EVT_POINTERDOWN, 100, 780);
@@ -367,6 +441,23 @@ TEST_F(Pager, AbsurdGeometry) {
         }
     DrawPager(nullptr);
     EXPECT_EQ(PagerHandler(nullptr, EVT_POINTERDOWN, 100, 780), 0);
+}
+
+TEST_F(Chrome, DrawingLeavesTheFontSelectionAsItWas) {
+    ifont font{}, other{};
+    font.color = DGRAY;
+    { const chrome::FontScope scope(&font); }
+    EXPECT_EQ(GetFont(), nullptr);
+    SetFont(&other, LGRAY);
+    {
+        const chrome::FontScope scope(&font);
+        EXPECT_TRUE(GetFont() == &font && kvstate.current_color == DGRAY);
+    }
+    EXPECT_TRUE(GetFont() == &other && kvstate.current_color == LGRAY);
+    CloseFont(&font);
+    EXPECT_EQ(GetFont(), &other);
+    CloseFont(&other);
+    EXPECT_EQ(GetFont(), nullptr);
 }
 
 TEST_F(Chrome, KeylockIconComesAndGoes) {

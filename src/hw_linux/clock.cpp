@@ -66,7 +66,7 @@ long long hw_timeinms() {
 void hw_pause(long long us) {
     if (!device() || us <= 0) return;
     const int64_t time = idle_time(us);
-    if (time > 0) return device()->pause(time);
+    if (time > 0) return device()->idle(time);
     run_due_action();
 }
 

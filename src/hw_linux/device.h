@@ -31,7 +31,8 @@ struct DeviceOps {
     void (*present)();                    // redraw the whole drawing area from the pixel buffer
     void (*pump)();                       // handle what is pending; input goes to push_input
     int64_t (*clock_us)();                // boot clock
-    void (*pause)(int64_t us);            // may end early when input arrives
+    void (*pause)(int64_t us);            // all of it
+    void (*idle)(int64_t us);             // like pause, but input ends it
     bool (*sleep)(int64_t us, bool deep); // false: refused
     void (*spend)(int64_t us);            // work that costs time on an emulated clock
 };

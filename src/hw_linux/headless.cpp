@@ -78,6 +78,7 @@ const DeviceOps headless_device = {
     .pump = nothing,
     .clock_us = clock_us,
     .pause = pause,
+    .idle = pause,
     .sleep = sleep,
     .spend = pass,
 };

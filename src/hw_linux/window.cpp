@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <iterator>
 #include <utility>
@@ -125,7 +127,7 @@ gboolean on_motion(GtkWidget *, GdkEventMotion *event, gpointer) {
 }
 
 // Closed by the user: the widgets are already on their way out.
-void on_destroy(GtkWidget *, gpointer) {
+void quit(GtkWidget *, gpointer) {
     window.top = window.area = nullptr;
     hw::window_closed();
 }
@@ -152,7 +154,7 @@ GtkWidget *make_top(const hw::WindowSpec &spec, GtkWidget *area) {
     gtk_window_set_title(GTK_WINDOW(top), spec.title);
     gtk_window_set_resizable(GTK_WINDOW(top), FALSE);
     gtk_widget_add_events(top, GDK_KEY_PRESS_MASK | GDK_KEY_RELEASE_MASK);
-    g_signal_connect(top, "destroy", G_CALLBACK(on_destroy), nullptr);
+    g_signal_connect(top, "destroy", G_CALLBACK(quit), nullptr);
     g_signal_connect(top, "key_press_event", G_CALLBACK(on_key), nullptr);
     g_signal_connect(top, "key_release_event", G_CALLBACK(on_key), nullptr);
     GtkWidget *box = gtk_vbox_new(FALSE, 0);
@@ -166,7 +168,12 @@ bool init_toolkit() {
     if (ready) return true;
     if (!g_get_prgname()) g_set_prgname(program_invocation_short_name);
     gtk_disable_setlocale(); // the locale is the application's own
-    return ready = gtk_init_check(nullptr, nullptr);
+    ready = gtk_init_check(nullptr, nullptr);
+    const char *display = std::getenv("DISPLAY");
+    if (!ready)
+        std::fprintf(stderr, "DISPLAY=%s: no display; KELVANE_DEVICE=headless needs none\n",
+                     display ? display : "");
+    return ready;
 }
 
 bool open_window(const hw::WindowSpec &spec) {
@@ -184,7 +191,7 @@ bool open_window(const hw::WindowSpec &spec) {
 // Without "destroy", which stands for the user's wish.
 void close_window() {
     if (GtkWidget *top = std::exchange(window.top, nullptr)) {
-        g_signal_handlers_disconnect_by_func(top, reinterpret_cast<gpointer>(on_destroy), nullptr);
+        g_signal_handlers_disconnect_by_func(top, reinterpret_cast<gpointer>(quit), nullptr);
         gtk_widget_destroy(top);
     }
     drop_menu();
@@ -218,14 +225,26 @@ int64_t boot_clock_us() {
     return int64_t{now.tv_sec} * 1'000'000 + now.tv_nsec / 1'000;
 }
 
-// Waits on the connection to the X server, so that input ends the pause. A signal ends it too.
+timespec to_timespec(int64_t us) {
+    return {us / 1'000'000, us % 1'000'000 * 1'000};
+}
+
 void pause_window(int64_t us) {
+    if (us <= 0) return;
+    gdk_display_flush(gdk_display_get_default());
+    timespec left = to_timespec(us);
+    while (nanosleep(&left, &left) != 0 && errno == EINTR) {
+    }
+}
+
+// Waits on the connection to the X server, so that input ends it. A signal does too.
+void idle_window(int64_t us) {
     if (us <= 0) return;
     GdkDisplay *display = gdk_display_get_default();
     gdk_display_flush(display);
     if (gtk_events_pending()) return;
     pollfd connection = {ConnectionNumber(GDK_DISPLAY_XDISPLAY(display)), POLLIN, 0};
-    const timespec timeout = {us / 1'000'000, us % 1'000'000 * 1'000};
+    const timespec timeout = to_timespec(us);
     ppoll(&connection, 1, &timeout, nullptr);
 }
 
@@ -242,6 +261,7 @@ const DeviceOps window_device = {
     .pump = pump_window,
     .clock_us = boot_clock_us,
     .pause = pause_window,
+    .idle = idle_window,
     .sleep = [](int64_t, bool) { return false; }, // a workstation does not sleep under its user
     .spend = [](int64_t) {},
 };

@@ -10,6 +10,7 @@
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
+#include "hw_linux/recorder.h"
 
 namespace hw {
 namespace {
@@ -25,6 +26,7 @@ int64_t boot_clock_us() {
 
 // How long the application may idle: until the next action of a script, or the horizon.
 int64_t idle_time(int64_t us) {
+    recorder_idle();
     const int64_t until_action = time_to_action(us);
     if (!has_horizon()) return until_action;
     const int64_t until_horizon = std::max<int64_t>(horizon_us - boot_clock_us(), 0);

@@ -41,8 +41,12 @@ void Monkey::aim(Action &action) {
     action.par2 = coordinate(height);
 }
 
+// Only keys that have a name in scripts, so that a recording of the monkey can be played.
 Action Monkey::key() {
-    return {.verb = Verb::key, .type = EVT_KEYPRESS + below(2), .par1 = below(key_bits)};
+    int bit;
+    do bit = find_code_bit(kv_key(1 << below(key_bits)));
+    while (bit < 0);
+    return {.verb = Verb::key, .type = EVT_KEYPRESS + below(2), .par1 = bit};
 }
 
 Action Monkey::pointer() {

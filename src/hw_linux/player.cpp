@@ -88,7 +88,8 @@ bool wake_monkey(const char *text) {
 
 Action next_action() {
     Script &script = player.script;
-    if (player.position < script.actions.size()) return script.actions[player.position++];
+    if (player.position < script.actions.size())
+        return std::move(script.actions[player.position++]);
     Action action{.verb = Verb::command, .par1 = command_quit};
     player.monkey.next(action);
     action.delay_ms += std::exchange(script.final_delay_ms, 0);

@@ -3,6 +3,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 #include "hw.h"
 #include "hw_linux/output_file.h"
@@ -11,12 +12,13 @@ namespace hw {
 namespace {
 
 OutputFile file;
+bool counting = false;
 long long last_ms = 0;
 
 } // namespace
 
 bool open_recorder() {
-    last_ms = hw_boottime_ms();
+    counting = false;
     return file.open_from("KELVANE_RECORD");
 }
 
@@ -24,10 +26,16 @@ void close_recorder() {
     file.close();
 }
 
+void recorder_idle() {
+    if (std::exchange(counting, true)) return;
+    last_ms = hw_boottime_ms();
+}
+
+// What comes before the application was idle for the first time comes first in the script.
 void record(const char *format, ...) {
     if (!file.stream()) return;
     const long long now_ms = hw_boottime_ms();
-    if (now_ms > last_ms) std::fprintf(file.stream(), "wait %lld\n", now_ms - last_ms);
+    if (counting && now_ms > last_ms) std::fprintf(file.stream(), "wait %lld\n", now_ms - last_ms);
     last_ms = now_ms;
     va_list args;
     va_start(args, format);

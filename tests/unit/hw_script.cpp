@@ -227,6 +227,7 @@ TEST_F(Session, TheMonkeyDoesTheSameForTheSameSeed) {
               std::string::npos);
     EXPECT_EQ(let_loose("7:2000"), first);
     EXPECT_NE(let_loose("8:2000"), first);
+    EXPECT_TRUE(hw::parse_script(read_file(file("monkey"))).errors.empty()) << "it can be played";
     EXPECT_EQ(first.find("command 901", 0), first.rfind("command 901")) << "only the end quits";
 }
 

@@ -24,22 +24,13 @@ inline constexpr int longest_side =
 // How much smaller the drawing area is than the framebuffer.
 enum class Zoom { full, half, two_thirds };
 
-constexpr Zoom zoom_of(int mode) {
-    switch (mode) {
-    case 5:
-    case 6:
-    case 9:
-    case 12:
-        return Zoom::half;
-    case 10:
-        return Zoom::two_thirds;
-    default:
-        return Zoom::full;
-    }
+constexpr bool is_compress_mode(int mode) {
+    return mode == 5 || mode == 6 || mode == 9 || mode == 10 || mode == 12;
 }
 
-constexpr bool is_compress_mode(int mode) {
-    return zoom_of(mode) != Zoom::full;
+constexpr Zoom zoom_of(int mode) {
+    if (!is_compress_mode(mode)) return Zoom::full;
+    return mode == 10 ? Zoom::two_thirds : Zoom::half;
 }
 
 constexpr int to_drawing_area(Zoom zoom, int length) {

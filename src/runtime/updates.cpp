@@ -29,7 +29,7 @@ struct State {
     std::array<update_info, scheduled_areas> updates{};
     update_info refresh_area{};
     const char *cause = ""; // the call that the next update belongs to
-    bool in_a2 = false;
+    bool in_a2_update = false;
     Area a2_area{};
 };
 State state;
@@ -186,7 +186,7 @@ void forget_pending_updates() {
 
 void full_update_with(const char *cause, int (*device_update)()) {
     if (!kvstate.isopen) return;
-    state.in_a2 = false;
+    state.in_a2_update = false;
     task_reset_update_counter();
     extend_wake_time(update_wake_ms());
     hw::set_update_cause(cause);
@@ -229,7 +229,7 @@ void check_update_area(int *x, int *y, int *w, int *h, int *mode) {
 
 int do_partial_update(int x, int y, int w, int h, int mode, Dynamic dynamic) {
     if (!kvstate.isopen) return 0;
-    if (mode != UPDATE_A2_ENTER && mode != UPDATE_A2) state.in_a2 = false;
+    if (mode != UPDATE_A2_ENTER && mode != UPDATE_A2) state.in_a2_update = false;
     Area area{x, y, w, h};
     if (!clip_axis(area.x, area.w, ScreenWidth()) || !clip_axis(area.y, area.h, ScreenHeight()))
         return 0;
@@ -319,7 +319,7 @@ void DynamicUpdateBW(int x, int y, int w, int h) {
 void DynamicUpdateA2(int x, int y, int w, int h) {
     if (!kvstate.isopen) return;
     clear_deferred_refresh();
-    if (state.in_a2) {
+    if (state.in_a2_update) {
         checked_update_in("DynamicUpdateA2", {x, y, w, h}, UPDATE_A2, DYNAMIC_PARTIAL);
         return;
     }
@@ -330,20 +330,20 @@ void DynamicUpdateA2(int x, int y, int w, int h) {
     do_partial_update(a.x, a.y, a.w, a.h, UPDATE_A2_ENTER, DYNAMIC_OFF);
     hw_wait_luts_complete();
     state.a2_area = a;
-    state.in_a2 = true;
+    state.in_a2_update = true;
 }
 
 void ExitUpdateA2() {
-    if (!state.in_a2) return;
+    if (!state.in_a2_update) return;
     hw_wait_luts_complete();
     const Area &a = state.a2_area;
     checked_update_in("ExitUpdateA2", a, UPDATE_A2_EXIT, DYNAMIC_OFF);
     hw_wait_luts_complete();
-    state.in_a2 = false;
+    state.in_a2_update = false;
 }
 
 int IsInA2Update() {
-    return state.in_a2;
+    return state.in_a2_update;
 }
 
 void WaitForUpdateComplete() {

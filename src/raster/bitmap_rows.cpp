@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "kelvane/canvas.h"
+#include "raster/bitmap.h"
 #include "raster/pixels.h"
 
 namespace raster {
@@ -58,6 +59,20 @@ void rgb_to_grey(const uint8_t *rgb, size_t count, uint8_t *grey) {
         grey[i] = grey_of(rgb[3 * i], rgb[3 * i + 1], rgb[3 * i + 2]);
 }
 
+// Two bytes read as one little-endian word let the compiler handle eight pairs at once.
+void pack_nibbles(const uint8_t *levels, size_t bytes, uint8_t *packed) {
+    for (size_t i = 0; i < bytes; ++i) {
+        const unsigned pair = levels[2 * i] | levels[2 * i + 1] << 8;
+        packed[i] = static_cast<uint8_t>((pair & 0xF0) | pair >> 12);
+    }
+}
+
+void pack_quads(const uint8_t *levels, size_t bytes, uint8_t *packed) {
+    for (size_t i = 0; i < bytes; ++i, levels += 4)
+        packed[i] = static_cast<uint8_t>((levels[0] & 0xC0) | (levels[1] & 0xC0) >> 2 |
+                                         (levels[2] & 0xC0) >> 4 | levels[3] >> 6);
+}
+
 } // namespace
 
 void row_to_grey(const uint8_t *row, int depth, size_t sx, size_t count, uint8_t *grey) {
@@ -91,6 +106,14 @@ void put_masked(uint8_t *pixels, const uint8_t *grey, size_t count, const BitRow
     }
     for (size_t i = count & ~size_t{7}; i < count; ++i)
         if (mask.bit(i)) pixels[i] = grey[i];
+}
+
+void pack_row(const uint8_t *levels, ibitmap &bm, size_t row) {
+    uint8_t *packed = bm.data + row * bm.scanline;
+    if (depth_of(bm) == 4)
+        pack_nibbles(levels, bm.scanline, packed);
+    else
+        pack_quads(levels, bm.scanline, packed);
 }
 
 } // namespace raster

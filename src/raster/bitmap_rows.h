@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Rows of packed bitmap pixels as grey bytes, and grey bytes put through a mask.
+// Rows of packed bitmap pixels as grey bytes, grey bytes put through a mask or packed.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+
+#include "kelvane/bitmaps.h"
 
 namespace raster {
 
@@ -29,5 +31,9 @@ void row_to_grey(const uint8_t *row, int depth, size_t sx, size_t count, uint8_t
 
 // Copies count grey bytes onto 8-bit pixels where the mask has a 1.
 void put_masked(uint8_t *pixels, const uint8_t *grey, size_t count, const BitRow &mask);
+
+// Fills a row of a bitmap of depth 4 or 2 from bytes whose highest bits are the level: as many
+// bytes as the row has room for.
+void pack_row(const uint8_t *levels, ibitmap &bm, size_t row);
 
 } // namespace raster

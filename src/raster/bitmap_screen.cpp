@@ -10,6 +10,7 @@
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "raster/bitmap.h"
+#include "raster/bitmap_rows.h"
 #include "raster/clip.h"
 
 namespace {
@@ -60,28 +61,6 @@ void read_rgb(const uint8_t *from, ptrdiff_t step, size_t first, size_t count, i
     }
 }
 
-// Two bytes read as one little-endian word let the compiler handle eight pairs at once.
-void pack_nibbles(const uint8_t *levels, size_t bytes, uint8_t *packed) {
-    for (size_t i = 0; i < bytes; ++i) {
-        const unsigned pair = levels[2 * i] | levels[2 * i + 1] << 8;
-        packed[i] = static_cast<uint8_t>((pair & 0xF0) | pair >> 12);
-    }
-}
-
-void pack_quads(const uint8_t *levels, size_t bytes, uint8_t *packed) {
-    for (size_t i = 0; i < bytes; ++i, levels += 4)
-        packed[i] = static_cast<uint8_t>((levels[0] & 0xC0) | (levels[1] & 0xC0) >> 2 |
-                                         (levels[2] & 0xC0) >> 4 | levels[3] >> 6);
-}
-
-void pack(const uint8_t *levels, ibitmap &bm, size_t row) {
-    uint8_t *packed = bm.data + row * bm.scanline;
-    if (depth_of(bm) == 4)
-        pack_nibbles(levels, bm.scanline, packed);
-    else
-        pack_quads(levels, bm.scanline, packed);
-}
-
 // Fills the bitmap from the part of the turned canvas that starts at (x, y); the bitmap keeps its
 // white where there is no canvas.
 void copy_part(const TurnedCanvas &from, int x, int y, ibitmap &bm) {
@@ -98,14 +77,14 @@ void copy_part(const TurnedCanvas &from, int x, int y, ibitmap &bm) {
         from.column_step == 1 && shared.w == bm.width && shared.w * depth_of(bm) % 8 == 0;
     for (int r = 0; r < shared.h; ++r, start += from.row_step) {
         if (whole_rows) {
-            pack(start, bm, first_row + static_cast<size_t>(r));
+            pack_row(start, bm, first_row + static_cast<size_t>(r));
             continue;
         }
         if (from.canvas->depth == 8)
             read_grey(start, from.column_step, columns, levels.data() + first_column);
         else
             read_rgb(start, from.column_step, first_column, columns, depth_of(bm), levels.data());
-        pack(levels.data(), bm, first_row + static_cast<size_t>(r));
+        pack_row(levels.data(), bm, first_row + static_cast<size_t>(r));
     }
 }
 

@@ -34,6 +34,7 @@
 #include "kelvane/frames.h"
 #include "kelvane/hash.h"
 #include "kelvane/pager.h"
+#include "kelvane/pictures.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 

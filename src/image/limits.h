@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// What a picture file may ask for: far beyond any real picture, and little enough that a hostile
+// file costs neither more than a second nor more memory than a reader has.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "image/place.h"
+
+namespace image {
+
+inline constexpr int max_side = 1'000'000;              // of a picture in a file
+inline constexpr int64_t max_area = 100'000'000;        // in pixels, of a picture and of a bitmap
+inline constexpr int64_t max_decoded_bytes = 256 << 20; // of all rows as a codec hands them out
+inline constexpr size_t max_file_bytes = 128 << 20;     // of a file that is held in memory
+inline constexpr long max_codec_bytes = 160 << 20;      // of what a codec allocates
+inline constexpr int max_jpeg_scans = 100;              // each may go over the whole picture
+
+inline bool is_reasonable(Size s) {
+    return s.width >= 1 && s.height >= 1 && s.width <= max_side && s.height <= max_side &&
+           int64_t{s.width} * s.height <= max_area;
+}
+
+// The same of a picture whose codec hands out rows of so many bytes.
+inline bool is_reasonable(Size s, size_t row_bytes) {
+    return is_reasonable(s) && row_bytes <= static_cast<size_t>(max_decoded_bytes / s.height);
+}
+
+} // namespace image

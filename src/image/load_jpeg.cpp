@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+// JPEG files, decoded to grey by libjpeg, reduced when the bitmap is much smaller.
+#include <algorithm>
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio>
+#include <new>
+#include <unistd.h>
+
+#include <jpeglib.h>
+
+#include <jerror.h>
+
+#include "ground/log.h"
+#include "image/available_memory.h"
+#include "image/limits.h"
+#include "image/pipeline.h"
+#include "image/stream.h"
+#include "kelvane/pictures.h"
+
+namespace {
+
+using namespace image;
+
+constexpr const char *function = "LoadJPEG";
+
+// One decompression. libjpeg leaves a failing call by a jump: to be safe to jump out of, the
+// functions that call it hold nothing that has a destructor.
+class JpegDecoder {
+  public:
+    JpegDecoder();
+    JpegDecoder(const JpegDecoder &) = delete;
+    ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
+
+    // Each is false when the file is damaged or not supported.
+    bool read_header(std::FILE *f);
+    bool start(unsigned denominator);
+    bool read_rows(Pipeline &pipeline);
+
+    Size size() const {
+        return {static_cast<int>(info_.image_width), static_cast<int>(info_.image_height)};
+    }
+    Size decoded_size() const {
+        return {static_cast<int>(info_.output_width), static_cast<int>(info_.output_height)};
+    }
+    int64_t estimated_bytes() const {
+        return int64_t{info_.num_components} * info_.data_precision * info_.image_width / 8 *
+               info_.image_height;
+    }
+
+  private:
+    static JpegDecoder &of(j_common_ptr info) {
+        return *static_cast<JpegDecoder *>(info->client_data);
+    }
+    [[noreturn]] static void fail(j_common_ptr info) { std::longjmp(of(info).failure_, 1); }
+    static void heed_message(j_common_ptr info, int level);
+    static void limit_scans(j_common_ptr info);
+    bool lacks_data() const;
+
+    jpeg_decompress_struct info_{};
+    jpeg_error_mgr errors_{};
+    jpeg_progress_mgr progress_{};
+    std::jmp_buf failure_;
+};
+
+JpegDecoder::JpegDecoder() {
+    info_.err = jpeg_std_error(&errors_);
+    info_.client_data = this;
+    errors_.error_exit = fail;
+    errors_.emit_message = heed_message;
+    progress_.progress_monitor = limit_scans;
+}
+
+// libjpeg completes a picture whose data end early with grey, and takes that for a mere warning.
+bool JpegDecoder::lacks_data() const {
+    if (errors_.msg_code == JWRN_HIT_MARKER) return info_.unread_marker == JPEG_EOI;
+    // These would not notice: a missing scan only makes the picture coarser.
+    return errors_.msg_code == JWRN_JPEG_EOF && (info_.arith_code || info_.progressive_mode);
+}
+
+void JpegDecoder::heed_message(j_common_ptr info, int level) {
+    if (level < 0 && of(info).lacks_data()) fail(info);
+}
+
+void JpegDecoder::limit_scans(j_common_ptr info) {
+    if (of(info).info_.input_scan_number > max_jpeg_scans) fail(info);
+}
+
+bool JpegDecoder::read_header(std::FILE *f) {
+    if (setjmp(failure_) != 0) return false;
+    jpeg_create_decompress(&info_);
+    info_.mem->max_memory_to_use = max_codec_bytes;
+    info_.progress = &progress_;
+    jpeg_stdio_src(&info_, f);
+    jpeg_read_header(&info_, TRUE);
+    return true;
+}
+
+bool JpegDecoder::start(unsigned denominator) {
+    if (setjmp(failure_) != 0) return false;
+    info_.out_color_space = JCS_GRAYSCALE;
+    info_.scale_num = 1;
+    info_.scale_denom = denominator;
+    jpeg_start_decompress(&info_);
+    return true;
+}
+
+bool JpegDecoder::read_rows(Pipeline &pipeline) {
+    if (setjmp(failure_) != 0) return false;
+    while (info_.output_scanline < info_.output_height) {
+        JSAMPROW row = pipeline.row();
+        jpeg_read_scanlines(&info_, &row, 1);
+        pipeline.row_done();
+    }
+    return true;
+}
+
+unsigned reduction(Size picture, Size wanted, Scaling scaling) {
+    const int across = picture.width / wanted.width, down = picture.height / wanted.height;
+    const int ratio =
+        scaling == Scaling::proportional ? std::max(across, down) : std::min(across, down);
+    for (const int d : {8, 4, 2})
+        if (ratio >= d) return static_cast<unsigned>(d);
+    return 1;
+}
+
+bool fits_memory(const JpegDecoder &decoder) {
+    constexpr int64_t always_fits = 250000;
+    const Size size = decoder.size();
+    if (int64_t{size.width} * size.height <= always_fits) return true;
+    const int64_t needed = decoder.estimated_bytes();
+    const int64_t allowed = available_memory_kb() * 1024 * 8 / 10;
+    if (needed <= allowed) return true;
+    const int pid = getpid();
+    tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]Too large image! \n", pid);
+    tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]Need: %d Mb, Allowed: %d Mb! \n", pid,
+                  static_cast<int>(needed >> 20), static_cast<int>(allowed >> 20));
+    return false;
+}
+
+raster::BitmapPtr damaged() {
+    kv_warn(function, "error loading image\n");
+    return nullptr;
+}
+
+raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish) {
+    const Stream file = open_picture(function, path);
+    if (file == nullptr) return nullptr;
+    JpegDecoder decoder;
+    if (!decoder.read_header(file.get())) return damaged();
+    const Size size = decoder.size();
+    tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]image width, height: %d, %d \n", getpid(), size.width,
+                  size.height);
+    if (!fits_memory(decoder)) return nullptr;
+    if (!is_reasonable(size)) throw std::bad_alloc();
+    wanted = resolved(wanted, size);
+    if (!decoder.start(reduction(size, wanted, scaling))) return damaged();
+    Pipeline pipeline(decoder.decoded_size(), wanted, scaling, finish);
+    if (!decoder.read_rows(pipeline)) return damaged();
+    return pipeline.finish();
+}
+
+} // namespace
+
+ibitmap *LoadJPEG(const char *path, int width, int height, int br, int co, int proportional) try {
+    if (path == nullptr) return nullptr;
+    const Finish finish{brightness_curve(br, co), take_frame_color(), dithering_levels()};
+    const Size wanted{width, height};
+    if (!is_request(wanted)) return nullptr;
+    return load(path, wanted, scaling_of(proportional), finish).release();
+} catch (const std::bad_alloc &) {
+    kv_warn(function, "cannot allocate memory\n");
+    return nullptr;
+}

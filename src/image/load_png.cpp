@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+// PNG files, decoded by libpng from memory.
+#include <array>
+#include <csetjmp>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <span>
+#include <vector>
+
+#include <png.h>
+
+#include "ground/log.h"
+#include "image/limits.h"
+#include "image/pipeline.h"
+#include "image/stream.h"
+#include "kelvane/pictures.h"
+#include "raster/pixels.h"
+
+namespace {
+
+using namespace image;
+
+constexpr const char *function = "LoadPNG";
+
+// What libpng hands out a row of.
+enum class Pixels {
+    grey,
+    palette, // one byte each
+    grey_alpha,
+    rgb,
+    rgb_keyed, // three colours, and an alpha made from the one transparent colour
+    rgba
+};
+
+// A grey composited onto white.
+uint8_t on_white(int grey, int alpha) {
+    const int transparency = 255 - alpha;
+    return static_cast<uint8_t>(grey + transparency - grey * transparency / 255);
+}
+
+// Colours without an alpha of their own have always been weighed from the wrong end, and pictures
+// are made to look right that way.
+uint8_t exchanged_grey(const uint8_t *rgb) {
+    return raster::grey_of(rgb[2], rgb[1], rgb[0]);
+}
+
+using Palette = std::array<uint8_t, 256>; // the grey of each index
+
+void to_grey(Pixels kind, const Palette &palette, const uint8_t *p, std::span<uint8_t> row) {
+    switch (kind) {
+    case Pixels::grey:
+        std::memcpy(row.data(), p, row.size());
+        break;
+    case Pixels::palette:
+        for (uint8_t &grey : row) grey = palette[*p++];
+        break;
+    case Pixels::grey_alpha:
+        for (uint8_t &grey : row) grey = on_white(p[0], p[1]), p += 2;
+        break;
+    case Pixels::rgb:
+        for (uint8_t &grey : row) grey = exchanged_grey(p), p += 3;
+        break;
+    case Pixels::rgb_keyed:
+        for (uint8_t &grey : row) grey = on_white(exchanged_grey(p), p[3]), p += 4;
+        break;
+    case Pixels::rgba:
+        for (uint8_t &grey : row) grey = on_white(raster::grey_of(p[0], p[1], p[2]), p[3]), p += 4;
+        break;
+    }
+}
+
+// One decompression. libpng leaves a failing call by a jump: to be safe to jump out of, the
+// functions that call it hold nothing that has a destructor.
+class PngDecoder {
+  public:
+    // `file` outlives the decoder. Throws std::bad_alloc.
+    explicit PngDecoder(std::span<const uint8_t> file);
+    PngDecoder(const PngDecoder &) = delete;
+    ~PngDecoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
+
+    // Each is false when the file is damaged.
+    bool read_header();
+    bool start();
+    bool read_rows(Pipeline &pipeline, uint8_t *raw);
+
+    Size size() const {
+        return {static_cast<int>(png_get_image_width(png_, info_)),
+                static_cast<int>(png_get_image_height(png_, info_))};
+    }
+    bool is_interlaced() const { return png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE; }
+    size_t row_bytes() const { return png_get_rowbytes(png_, info_); }
+
+  private:
+    [[noreturn]] static void fail(png_structp png, png_const_charp) { png_longjmp(png, 1); }
+    static void ignore(png_structp, png_const_charp) {}
+    static void read(png_structp png, png_bytep to, size_t count);
+    void choose_pixels();
+    void read_palette();
+
+    std::span<const uint8_t> unread_;
+    png_structp png_;
+    png_infop info_;
+    Pixels pixels_ = Pixels::grey;
+    Palette palette_{};
+};
+
+PngDecoder::PngDecoder(std::span<const uint8_t> file)
+    : unread_(file), png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
+      info_(png_ == nullptr ? nullptr : png_create_info_struct(png_)) {
+    if (info_ != nullptr) return;
+    png_destroy_read_struct(&png_, nullptr, nullptr);
+    throw std::bad_alloc();
+}
+
+void PngDecoder::read(png_structp png, png_bytep to, size_t count) {
+    auto &unread = static_cast<PngDecoder *>(png_get_io_ptr(png))->unread_;
+    if (count > unread.size()) png_error(png, "the file is cut short");
+    std::memcpy(to, unread.data(), count);
+    unread = unread.subspan(count);
+}
+
+bool PngDecoder::read_header() {
+    if (setjmp(png_jmpbuf(png_)) != 0) return false;
+    png_set_read_fn(png_, this, read);
+    png_set_user_limits(png_, max_side, max_side);
+    // Profiles and texts are not needed, and may unpack to much more than they are.
+    png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+    png_read_info(png_, info_);
+    return true;
+}
+
+bool PngDecoder::start() {
+    if (setjmp(png_jmpbuf(png_)) != 0) return false;
+    png_set_strip_16(png_);
+    png_set_packing(png_);
+    choose_pixels();
+    png_read_update_info(png_, info_);
+    return true;
+}
+
+void PngDecoder::choose_pixels() {
+    const bool keyed = png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
+    switch (png_get_color_type(png_, info_)) {
+    case PNG_COLOR_TYPE_PALETTE:
+        pixels_ = Pixels::palette;
+        return read_palette();
+    case PNG_COLOR_TYPE_GRAY:
+        png_set_expand_gray_1_2_4_to_8(png_);
+        pixels_ = keyed ? Pixels::grey_alpha : Pixels::grey;
+        break;
+    case PNG_COLOR_TYPE_GRAY_ALPHA:
+        pixels_ = Pixels::grey_alpha;
+        break;
+    case PNG_COLOR_TYPE_RGB:
+        pixels_ = keyed ? Pixels::rgb_keyed : Pixels::rgb;
+        break;
+    default:
+        pixels_ = Pixels::rgba;
+    }
+    if (keyed) png_set_tRNS_to_alpha(png_);
+}
+
+// Indexes without a colour stay black.
+void PngDecoder::read_palette() {
+    png_colorp colors = nullptr;
+    png_bytep alphas = nullptr;
+    int color_count = 0, alpha_count = 0;
+    png_get_PLTE(png_, info_, &colors, &color_count);
+    png_get_tRNS(png_, info_, &alphas, &alpha_count, nullptr);
+    for (int i = 0; i < color_count; ++i) {
+        const uint8_t rgb[] = {colors[i].red, colors[i].green, colors[i].blue};
+        palette_[static_cast<size_t>(i)] =
+            on_white(exchanged_grey(rgb), i < alpha_count ? alphas[i] : 255);
+    }
+}
+
+bool PngDecoder::read_rows(Pipeline &pipeline, uint8_t *raw) {
+    if (setjmp(png_jmpbuf(png_)) != 0) return false;
+    const Size s = size();
+    for (int y = 0; y < s.height; ++y) {
+        const bool used = pipeline.row_is_used();
+        png_read_row(png_, used ? raw : nullptr, nullptr);
+        if (used) to_grey(pixels_, palette_, raw, {pipeline.row(), static_cast<size_t>(s.width)});
+        pipeline.row_done();
+    }
+    png_read_end(png_, nullptr);
+    return true;
+}
+
+raster::BitmapPtr refused(const char *format, const char *path) {
+    kv_warn(function, format, path);
+    return nullptr;
+}
+
+raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
+    const Stream file = open_picture(function, path);
+    if (file == nullptr) return nullptr;
+    const auto bytes = read_whole(file.get());
+    if (!bytes) return refused("error laoding %s\n", path);
+    PngDecoder decoder(*bytes);
+    if (!decoder.read_header()) return refused("error reading file info %s\n", path);
+    if (decoder.is_interlaced()) return refused("number_passes>1 - error\n", path);
+    const Size size = decoder.size();
+    if (!decoder.start()) return refused("error laoding %s\n", path);
+    if (!is_reasonable(size, decoder.row_bytes())) throw std::bad_alloc();
+    Pipeline pipeline(size, resolved(wanted, size), scaling,
+                      {png_curve(), no_frame, dithering_levels()});
+    std::vector<uint8_t> raw(decoder.row_bytes());
+    if (!decoder.read_rows(pipeline, raw.data())) return refused("error laoding %s\n", path);
+    return pipeline.finish();
+}
+
+} // namespace
+
+ibitmap *LoadPNG(const char *path, int dither) {
+    return LoadPNGStretch(path, -1, -1, 0, dither);
+}
+
+ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional, int) try {
+    const Size wanted{width, height};
+    if (path == nullptr || !is_request(wanted)) return nullptr;
+    return load(path, wanted, scaling_of(proportional)).release();
+} catch (const std::bad_alloc &) {
+    kv_warn(function, "cannot allocate memory\n");
+    return nullptr;
+}

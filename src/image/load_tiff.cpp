@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// TIFF files, decoded by libtiff: bilevel and 8-bit pictures. Others of its kinds come out white.
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include <tiffio.h>
+
+#include "file/storage.h"
+#include "ground/log.h"
+#include "image/limits.h"
+#include "image/pipeline.h"
+#include "kelvane/pictures.h"
+#include "raster/bitmap_rows.h"
+#include "raster/pixels.h"
+
+namespace {
+
+using namespace image;
+
+constexpr const char *function = "LoadTIFF";
+
+struct TiffClose {
+    void operator()(TIFF *tiff) const { TIFFClose(tiff); }
+};
+using TiffPtr = std::unique_ptr<TIFF, TiffClose>;
+
+struct OptionsFree {
+    void operator()(TIFFOpenOptions *options) const { TIFFOpenOptionsFree(options); }
+};
+
+// What libtiff has to say stays unsaid: a loader has its own messages.
+int keep_silent(TIFF *, void *, const char *, const char *, va_list) {
+    return 1;
+}
+
+TiffPtr open(const char *path) {
+    const std::unique_ptr<TIFFOpenOptions, OptionsFree> options(TIFFOpenOptionsAlloc());
+    if (options == nullptr) throw std::bad_alloc();
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes);
+    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_silent, nullptr);
+    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keep_silent, nullptr);
+    safe_wait(path);
+    return TiffPtr(TIFFOpenExt(path, "rM", options.get()));
+}
+
+enum class Rows {
+    bilevel, // 1 is black
+    grey,
+    colors,
+    unknown
+};
+
+struct Header {
+    uint32_t width = 0, height = 0;
+    uint16_t bits = 0, compression = COMPRESSION_NONE;
+    tmsize_t scanline = 0;
+    bool tiled = false;
+
+    bool is_readable() const { return width > 0 && height > 0 && bits > 0 && scanline > 0; }
+    Size size() const { return {static_cast<int>(width), static_cast<int>(height)}; }
+    Rows rows() const;
+};
+
+// By what rows look like, whatever the file says that the samples mean.
+Rows Header::rows() const {
+    if (tiled) return Rows::unknown;
+    if (bits == 1 && scanline >= (int64_t{width} + 7) / 8) return Rows::bilevel;
+    if (bits == 8 && scanline == int64_t{width}) return Rows::grey;
+    if (bits == 8 && scanline / width >= 3) return Rows::colors;
+    return Rows::unknown;
+}
+
+Header read_header(TIFF *tiff) {
+    Header h;
+    TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &h.width);
+    TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &h.height);
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_BITSPERSAMPLE, &h.bits);
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &h.compression);
+    h.scanline = TIFFScanlineSize(tiff);
+    h.tiled = TIFFIsTiled(tiff) != 0;
+    return h;
+}
+
+// Those whose decoders need no more memory than a strip.
+bool is_bounded(uint16_t compression) {
+    constexpr uint16_t bounded[] = {COMPRESSION_NONE,          COMPRESSION_CCITTRLE,
+                                    COMPRESSION_CCITTFAX3,     COMPRESSION_CCITTFAX4,
+                                    COMPRESSION_LZW,           COMPRESSION_JPEG,
+                                    COMPRESSION_PACKBITS,      COMPRESSION_DEFLATE,
+                                    COMPRESSION_ADOBE_DEFLATE, COMPRESSION_CCITTRLEW};
+    return std::ranges::find(bounded, compression) != std::end(bounded);
+}
+
+// Strips may name the same bytes over and over.
+bool has_bounded_strips(TIFF *tiff) {
+    uint64_t sum = 0;
+    const uint32_t count = TIFFNumberOfStrips(tiff);
+    for (uint32_t i = 0; i < count && sum <= max_decoded_bytes; ++i)
+        sum += std::min<uint64_t>(TIFFGetStrileByteCount(tiff, i), max_decoded_bytes + 1);
+    return sum <= max_decoded_bytes;
+}
+
+bool is_reasonable(const Header &h) {
+    return h.width <= max_side && h.height <= max_side &&
+           image::is_reasonable(h.size(), static_cast<size_t>(h.scanline));
+}
+
+void to_grey(Rows kind, const Header &h, const uint8_t *raw, uint8_t *row) {
+    switch (kind) {
+    case Rows::bilevel:
+        raster::row_to_grey(raw, 1, 0, h.width, row);
+        for (uint32_t x = 0; x < h.width; ++x) row[x] = static_cast<uint8_t>(~row[x]);
+        break;
+    case Rows::grey:
+        std::memcpy(row, raw, h.width);
+        break;
+    case Rows::colors:
+        for (uint32_t x = 0; x < h.width; ++x, raw += h.scanline / h.width)
+            row[x] = raster::grey_of(raw[0], raw[1], raw[2]);
+        break;
+    case Rows::unknown:
+        std::memset(row, 255, h.width);
+        break;
+    }
+}
+
+bool read_rows(TIFF *tiff, const Header &h, Pipeline &pipeline) {
+    const Rows kind = h.rows();
+    std::vector<uint8_t> raw(static_cast<size_t>(h.scanline));
+    for (uint32_t y = 0; y < h.height; ++y) {
+        if (kind != Rows::unknown && TIFFReadScanline(tiff, raw.data(), y, 0) != 1) return false;
+        if (pipeline.row_is_used()) to_grey(kind, h, raw.data(), pipeline.row());
+        pipeline.row_done();
+    }
+    return true;
+}
+
+raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish,
+                       Header &h) {
+    const TiffPtr tiff = open(path);
+    if (tiff == nullptr) {
+        kv_warn(function, "can't open %s\n", path);
+        return nullptr;
+    }
+    h = read_header(tiff.get());
+    if (!h.is_readable() || !is_bounded(h.compression) || !has_bounded_strips(tiff.get())) {
+        kv_warn(function, "Can't read image parameters\n");
+        return nullptr;
+    }
+    kv_warn(function, "w=%u h=%u bps=%d scanline=%lld\n", h.width, h.height, h.bits,
+            static_cast<long long>(h.scanline));
+    if (!is_reasonable(h)) throw std::bad_alloc();
+    Pipeline pipeline(h.size(), resolved(wanted, h.size()), scaling, finish);
+    if (read_rows(tiff.get(), h, pipeline)) return pipeline.finish();
+    kv_warn(function, "error loading image\n");
+    return nullptr;
+}
+
+} // namespace
+
+ibitmap *LoadTIFF(const char *path, int width, int height, int br, int co, int proportional) {
+    if (path == nullptr) return nullptr;
+    const Finish finish{brightness_curve(br, co), take_frame_color(), dithering_levels()};
+    const Size wanted{width, height};
+    if (!is_request(wanted)) return nullptr;
+    Header header;
+    try {
+        return load(path, wanted, scaling_of(proportional), finish, header).release();
+    } catch (const std::bad_alloc &) {
+        kv_warn(function, "cannot allocate memory (%u x %u)\n", header.width, header.height);
+        return nullptr;
+    }
+}

@@ -1,0 +1,98 @@
+/* SPDX-License-Identifier: MIT */
+/**
+ * @file pictures.h
+ * PNG, JPEG and TIFF files: loaded as bitmaps for the panel, and saved from bitmaps.
+ *
+ * A loaded picture is a new bitmap of the panel's depth (4, or 2 on a panel of four greys), without
+ * a mask, freed by the caller with free(). The picture is turned into greys, scaled bilinearly into
+ * a rectangle of the bitmap, adjusted, and dithered when the theme's number "use_dithering" is not
+ * 0; around the rectangle the bitmap is white, or has the frame colour.
+ *
+ * Without `proportional` the rectangle is the whole bitmap. With it the picture keeps its shape:
+ * it fills the requested width or height and is centred in the other direction, unless the load
+ * flags say otherwise.
+ *
+ * A loader that fails says why on standard error and returns null; it never returns a part of a
+ * picture. What it accepts is told in docs/pictures.md.
+ */
+#ifndef KELVANE_PICTURES_H
+#define KELVANE_PICTURES_H
+
+#include "api.h"
+#include "bitmaps.h"
+
+KELVANE_BEGIN_DECLS
+
+/** Bits of SetLoadImageFlags(). */
+enum {
+    LOAD_LEFT = 0x01,      /**< at the left edge; wins over LOAD_RIGHT */
+    LOAD_RIGHT = 0x04,     /**< moves the picture down, not right, by the width that is left over */
+    LOAD_FIT_WIDTH = 0x08, /**< as wide as requested; the bitmap is no taller than the picture */
+    LOAD_TOP = 0x10,       /**< at the top edge; wins over LOAD_BOTTOM */
+    LOAD_BOTTOM = 0x40     /**< at the bottom edge */
+};
+
+/** @name How the next picture is placed
+ * @{ */
+/**
+ * Sets LOAD_ bits for the next proportional load of the calling thread that succeeds, which sets
+ * them back to 0. What a bit moves out of the bitmap is cut off.
+ */
+KELVANE_API void SetLoadImageFlags(int flags);
+/**
+ * Sets the colour around the picture, 0x00RRGGBB or -1 for none, for the next call of LoadJPEG() or
+ * LoadTIFF(), which sets it back to -1 even when it fails.
+ */
+KELVANE_API void SetLoadFrameColor(int color);
+/** @} */
+
+/** @name Loading
+ * Sizes are pixels of the new bitmap; -1 is the picture's own width or height, anything else below
+ * 1 gives null. A null path gives null.
+ * @{ */
+/**
+ * Loads a JPEG file. Pictures at least twice as large as requested are decoded at 1/2, 1/4 or 1/8
+ * of their size.
+ * @param br brightness in percent, 100 unchanged: br - 100 is added to every grey
+ * @param co contrast in percent, 100 unchanged: greys move so much nearer to or further from 128
+ * @param proportional not 0: keeps the picture's shape
+ * @return a new bitmap or null
+ */
+KELVANE_API ibitmap *LoadJPEG(const char *path, int width, int height, int br, int co,
+                              int proportional);
+/** Loads the first picture of a TIFF file; as LoadJPEG(). */
+KELVANE_API ibitmap *LoadTIFF(const char *path, int width, int height, int br, int co,
+                              int proportional);
+/** LoadPNGStretch() at the picture's own size. */
+KELVANE_API ibitmap *LoadPNG(const char *path, int dither);
+/**
+ * Loads a PNG file, transparent parts on white. Its greys are darkened by a fixed curve. Colours
+ * without transparency, and palettes, are weighed with red and blue exchanged.
+ * @param proportional not 0: keeps the picture's shape
+ * @param dither has no effect: the theme decides
+ * @return a new bitmap or null
+ */
+KELVANE_API ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional,
+                                    int dither);
+/** @} */
+
+/** @name Saving
+ * The mask is not saved. A null path or bitmap gives 0.
+ * @{ */
+/**
+ * Saves a bitmap as a grey PNG of 8 bits. Any depth but 2 is read as depth 4; rows that are too
+ * short for that continue in the next one.
+ * @return 1; 0 when the file cannot be written
+ */
+KELVANE_API int SavePNG(const char *path, const ibitmap *bm);
+/**
+ * Saves the greys of a bitmap of any depth as a grey JPEG.
+ * @param quality 1 to 100; limited to that
+ * @return 1; 0 when the file cannot be written
+ */
+KELVANE_API int SaveJPEG(const char *path, const ibitmap *bm, int quality);
+/** @} */
+
+KELVANE_END_DECLS
+
+#endif

@@ -17,11 +17,13 @@ service_request cipher;
 // ends it in any case.
 struct message {
     char text[enciphered_size + 1] = {};
+    bool answered = false;
 
     message(const char *value, size_t length, int request) {
+        if (!cipher) return;
         std::memcpy(text, value, length);
-        cipher(request, 0, reinterpret_cast<unsigned char *>(text), static_cast<int>(length + 1),
-               enciphered_size);
+        answered = cipher(request, 0, reinterpret_cast<unsigned char *>(text),
+                          static_cast<int>(length + 1), enciphered_size) > 0;
         text[enciphered_size] = '\0';
     }
 };
@@ -38,10 +40,12 @@ extern "C" {
 
 void WriteSecret(iconfig *c, const char *name, const char *value) {
     using namespace config;
-    if (!c || !name || !value || !cipher) return;
+    if (!c || !name || !value) return;
     const size_t length = strnlen(value, longest_secret + 1);
     if (length > longest_secret) return;
-    write(c, name, message(value, length, REQUEST_ENCIPHER).text);
+    // What the service has not enciphered must not reach the file.
+    const message secret(value, length, REQUEST_ENCIPHER);
+    if (secret.answered) write(c, name, secret.text);
 }
 
 char *ReadSecret(iconfig *c, const char *name, const char *deflt) {
@@ -50,7 +54,7 @@ char *ReadSecret(iconfig *c, const char *name, const char *deflt) {
     if (!value) return const_cast<char *>(deflt);
     const size_t length = std::strlen(value);
     if (length >= enciphered_size) return const_cast<char *>(value);
-    if (!cipher) return const_cast<char *>(deflt);
-    return strdup(message(value, length, REQUEST_DECIPHER).text);
+    const message secret(value, length, REQUEST_DECIPHER);
+    return secret.answered ? strdup(secret.text) : const_cast<char *>(deflt);
 }
 }

@@ -8,7 +8,6 @@
 #include "chrome/chrome.h"
 #include "chrome/keylock.h"
 #include "chrome/panel.h"
-#include "config/hooks.h"
 #include "file/hooks.h"
 #include "hw.h"
 #include "hw_linux/device.h"
@@ -54,14 +53,12 @@ void install_hooks() {
     file_hooks.pause = [](long long us) {
         if (hw::device()) hw::device()->pause(us);
     };
-    config::set_cipher(kv_ipc_request);
 }
 
 void remove_hooks() {
     hw::hooks = {};
     update_hooks = {};
     file_hooks = {};
-    config::set_cipher(nullptr);
     screens_reset();
 }
 

@@ -2,6 +2,7 @@
 // Requests to the system monitor, and the application's way to and from the foreground.
 #include <unistd.h>
 
+#include "config/hooks.h"
 #include "ground/log.h"
 #include "hw.h"
 #include "internal.h"
@@ -15,6 +16,11 @@ constexpr int request_task_started = 1300;
 constexpr int wake_after_foreground_ms = 3000;
 constexpr int no_flags = 0;
 constexpr int no_timeout = 0;
+
+// Settings keep secrets whether or not a screen is open.
+[[gnu::constructor]] void offer_cipher() {
+    config::set_cipher(kv_ipc_request);
+}
 
 } // namespace
 

@@ -15,7 +15,8 @@ namespace config {
 namespace {
 
 constexpr const char *description_file = "./system/config/device.cfg";
-constexpr int line_buffer = 255; // a longer line counts as several
+constexpr int line_buffer = 255;  // a longer line counts as several
+constexpr int most_lines = 10000; // a description has a few dozen
 
 struct closer {
     void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
@@ -61,7 +62,8 @@ std::forward_list<device_entry> load_device_description(const char *path) {
     std::forward_list<device_entry> entries;
     const std::unique_ptr<std::FILE, closer> f(kv_fopen(path, "rbe"));
     char line[line_buffer];
-    while (kv_fgets(line, sizeof line, f.get())) add_line(entries, line);
+    for (int i = 0; i < most_lines && kv_fgets(line, sizeof line, f.get()); i++)
+        add_line(entries, line);
     return entries;
 }
 

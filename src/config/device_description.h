@@ -11,7 +11,8 @@ struct device_entry {
     std::string name, value;
 };
 
-// The entries of a file, the last one first; none when the file cannot be read.
+// The entries of a file's first 10,000 lines, the last one first; none when the file cannot be
+// read.
 std::forward_list<device_entry> load_device_description(const char *path);
 
 // The value of the first entry of that name, in any case of letters; null when there is none.

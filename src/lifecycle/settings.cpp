@@ -73,7 +73,8 @@ int power_off_ms(int setting) {
 void load_appearance(bool safe, const char *language, const char *keyboard) {
     // A safe start takes nothing from the settings that could be the reason for the trouble.
     iconfig *cfg = safe ? nullptr : kvstate.cfg;
-    kvstate.antialiasing = static_cast<uint8_t>(ReadInt(cfg, "antialiasing", 1));
+    const int antialiasing = ReadInt(cfg, "antialiasing", 1);
+    kvstate.antialiasing = static_cast<uint8_t>(antialiasing);
     copy_text(kvstate.theme, ReadString(cfg, "theme", "default"));
     copy_text(kvstate.font, ReadString(cfg, "font", "default"));
     copy_text(kvstate.fontb, ReadString(cfg, "font.b", "defaultb"));
@@ -84,7 +85,7 @@ void load_appearance(bool safe, const char *language, const char *keyboard) {
     copy_text(kvstate.kbdlang, layouts.substr(0, longest_layout_list).c_str());
     kvstate.usbmode = safe ? 0 : ReadInt(cfg, "usbmode", 2);
     kvstate.showclock = static_cast<uint8_t>(ReadInt(cfg, "showclock", 0));
-    if (kvstate.antialiasing == strong_antialiasing) SetTextStrength(strong_text);
+    if (antialiasing == strong_antialiasing) SetTextStrength(strong_text);
 }
 
 } // namespace
@@ -94,8 +95,9 @@ void load_settings() {
     const std::string keyboard = cfg_read_string("keyboard", "EN-RU-UK");
     iconfig *cfg = kvstate.cfg = OpenConfig("./system/config/global.cfg", nullptr);
     load_appearance(hw_safemode(), language.c_str(), keyboard.c_str());
-    kvstate.keylock = static_cast<uint8_t>(ReadInt(cfg, "keylock", 0));
-    kvstate.keylocktm = key_lock_ms(kvstate.keylock);
+    const int keylock = ReadInt(cfg, "keylock", 0);
+    kvstate.keylock = static_cast<uint8_t>(keylock);
+    kvstate.keylocktm = key_lock_ms(keylock);
     kvstate.powerofftm = power_off_ms(ReadInt(cfg, "poweroff", 0));
     kvstate.pwract1 = static_cast<uint8_t>(ReadInt(cfg, "pwract.1", 0));
     kvstate.pwract2 = static_cast<uint8_t>(ReadInt(cfg, "pwract.2", 31));

@@ -18,6 +18,7 @@ int note(const char *name, void *value, void *out) {
 }
 
 values parse(std::string text, ihash h) {
+    hash_clear(h);
     if (!config::parse_settings(text.data(), text.size(), h)) std::abort();
     values all;
     hash_enumerate(h, nullptr, note, &all);

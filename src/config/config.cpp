@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <unistd.h>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "config/handle.h"
 #include "config/number.h"
 #include "config/storage.h"
+#include "file/heap_string.h"
 #include "ground/hash_access.h"
 #include "ground/log.h"
 #include "internal.h"
@@ -33,10 +35,12 @@ const char *find(iconfig *c, const char *name) {
 }
 
 void write(iconfig *c, const char *name, const char *value) {
-    hash_add(c->modified_hash, name, value);
-    drop_deleted(c, name);
+    const heap_string copy(strdup(name)); // the caller's may be a value that is replaced
+    if (!copy) return;
+    hash_add(c->modified_hash, copy.get(), value);
+    drop_deleted(static_cast<open_config *>(c), copy.get());
     c->changed = 1;
-    hash_delete(c->vhash, name);
+    hash_delete(c->vhash, copy.get());
 }
 
 } // namespace config
@@ -46,6 +50,9 @@ namespace {
 using namespace config;
 
 constexpr int buckets = 101;
+
+// A save that a kill cuts may leave the settings of two texts, which must be read again.
+constexpr int most_saved = most_settings / 2;
 
 struct handle_closer {
     void operator()(iconfig *c) const { CloseConfigNoSave(c); }
@@ -65,25 +72,21 @@ handle make_handle(const char *path) {
     return c;
 }
 
-// Takes a file's text over into `hash`. False when memory ran out.
+// Puts a file's text in the place of `hash`. False when memory ran out or it is too much.
 bool take_over(open_config *c, const file_text &file) {
     if (c->known_text == std::string_view(file.bytes.get(), file.size)) return true;
     c->known_text.reset();
-    return parse_settings(file.bytes.get(), file.size, c->hash);
+    hash_clear(c->hash);
+    if (parse_settings(file.bytes.get(), file.size, c->hash)) return true;
+    hash_clear(c->hash);
+    return false;
 }
 
-// Reads the file. False when it cannot be read.
-bool load(open_config *c) {
-    kv_buildpath(c->filename);
-    const locked_stream f = open_locked(c->filename, access::read);
-    if (!f) return false;
-    const auto text = read_all(f.get());
-    return text && take_over(c, *text);
-}
-
-// Takes the deleted names out of the file's values.
-void apply_deletions(iconfig *c) {
-    for (char **name = c->deleted_keys; *name; name++) hash_delete(c->hash, *name);
+// Reads a file under a shared lock. Nothing when it cannot be read.
+std::optional<file_text> read_file(const char *path) {
+    kv_buildpath(path);
+    const locked_stream f = open_locked(path, access::read);
+    return f ? read_all(f.get()) : std::nullopt;
 }
 
 // The locked read, merge and write. Nothing is forgotten before the new text is complete.
@@ -98,7 +101,9 @@ int save(open_config *c) {
     c->known_text.reset();
     if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
     apply_deletions(c);
+    if (hash_count(c->hash) > most_saved) return 0;
     settings_text now = format_settings(c->hash);
+    if (now.text.size() > longest_text) return 0;
     clear_deleted(c);
     hash_clear(c->modified_hash);
     const bool written = replace_text(f.get(), old->size, now.text);
@@ -109,25 +114,15 @@ int save(open_config *c) {
 }
 
 int refresh(open_config *c) {
-    const handle fresh = make_handle(c->filename);
-    if (!load(fresh.get())) return 0;
+    const auto text = read_file(c->filename);
+    if (!text) return 0;
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]marge changes in %s", static_cast<int>(getpid()),
                   c->filename);
     c->known_text.reset();
-    hash_merge_to(c->hash, fresh->hash, c->hash);
+    if (!parse_settings(text->bytes.get(), text->size, c->hash)) return 0;
     apply_deletions(c);
     clear_deleted(c);
     return 1;
-}
-
-// A private copy of a string: what a caller hands back may belong to the table that is changed.
-struct heap_free {
-    void operator()(char *p) const { std::free(p); }
-};
-using string_copy = std::unique_ptr<char, heap_free>;
-
-string_copy copy_of(const char *text) {
-    return string_copy(strdup(text));
 }
 
 // The decimal text of an int.
@@ -143,7 +138,7 @@ extern "C" {
 iconfig *OpenConfig(const char *path, iconfigedit *defaults) try {
     handle c = make_handle(path ? path : "");
     add_defaults(defaults, c->hash);
-    load(c.get());
+    if (const auto text = read_file(c->filename)) take_over(c.get(), *text);
     return c.release();
 } catch (const std::bad_alloc &) {
     return nullptr;
@@ -176,10 +171,11 @@ void CloseConfigNoSave(iconfig *c) {
     hash_destroy(c->hash);
     hash_destroy(c->vhash);
     hash_destroy(c->modified_hash);
-    if (c->deleted_keys) clear_deleted(c);
+    auto *own = static_cast<open_config *>(c);
+    if (c->deleted_keys) clear_deleted(own);
     std::free(c->deleted_keys);
     std::free(c->filename);
-    delete static_cast<open_config *>(c);
+    delete own;
 }
 
 char *ReadString(iconfig *c, const char *name, const char *deflt) {
@@ -194,7 +190,7 @@ int ReadInt(iconfig *c, const char *name, int deflt) {
 
 void WriteString(iconfig *c, const char *name, const char *value) {
     if (!c || !name || !value) return;
-    if (const string_copy copy = copy_of(value)) write(c, name, copy.get());
+    if (const heap_string copy{strdup(value)}) write(c, name, copy.get());
 }
 
 void WriteInt(iconfig *c, const char *name, int value) {
@@ -203,21 +199,24 @@ void WriteInt(iconfig *c, const char *name, int value) {
 
 void WriteStringVolatile(iconfig *c, const char *name, const char *value) {
     if (!c || !name || !value) return;
-    if (const string_copy copy = copy_of(value)) hash_add(c->vhash, name, copy.get());
+    if (const heap_string copy{strdup(value)}) hash_add(c->vhash, name, copy.get());
 }
 
 void WriteIntVolatile(iconfig *c, const char *name, int value) {
     if (c && name) hash_add(c->vhash, name, int_text(value).text);
 }
 
-void DeleteString(iconfig *c, const char *name) {
+void DeleteString(iconfig *c, const char *name) try {
     if (!c || !name) return;
-    string_copy copy = copy_of(name);
+    const heap_string copy(strdup(name));
     if (!copy) return;
+    auto *own = static_cast<open_config *>(c);
+    push_deleted(own, copy.get());
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
-    static_cast<open_config *>(c)->known_text.reset();
-    if (push_deleted(c, copy.get())) static_cast<void>(copy.release()); // the list owns it now
+    own->known_text.reset();
     c->changed = 1;
+} catch (const std::bad_alloc &) {
+    // The name stays everywhere.
 }
 
 void DeleteInt(iconfig *c, const char *name) {

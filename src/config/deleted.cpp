@@ -4,42 +4,56 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+
+#include "file/heap_string.h"
+#include "ground/hash_access.h"
 
 namespace config {
 namespace {
 
-// The null that ends the list.
-char **end_of(char **list) {
-    while (*list) list++;
-    return list;
+// Room for one more name behind the first `n`, and for the null.
+void make_room(iconfig *c, std::size_t n) {
+    if ((n + 1) % deleted_step != 0) return;
+    void *list = std::realloc(c->deleted_keys, (n + 1 + deleted_step) * sizeof(char *));
+    if (!list) throw std::bad_alloc();
+    c->deleted_keys = static_cast<char **>(list);
 }
 
 } // namespace
 
-bool push_deleted(iconfig *c, char *name) {
-    const size_t n = end_of(c->deleted_keys) - c->deleted_keys;
-    const bool full = (n + 1) % deleted_step == 0;
-    if (full) {
-        void *list = std::realloc(c->deleted_keys, (n + 1 + deleted_step) * sizeof(char *));
-        if (!list) return false;
-        c->deleted_keys = static_cast<char **>(list);
-    }
-    c->deleted_keys[n] = name;
+void push_deleted(open_config *c, const char *name) {
+    if (c->deleted_slots.contains(name)) return;
+    const std::size_t n = c->deleted_slots.size();
+    make_room(c, n);
+    heap_string copy(strdup(name));
+    if (!copy) throw std::bad_alloc();
+    c->deleted_slots.emplace(copy.get(), n);
+    c->deleted_keys[n] = copy.release();
     c->deleted_keys[n + 1] = nullptr;
-    return true;
 }
 
-void drop_deleted(iconfig *c, const char *name) {
-    char **const end = end_of(c->deleted_keys);
-    char **const kept = std::partition(
-        c->deleted_keys, end, [&](const char *key) { return std::strcmp(key, name) != 0; });
-    std::for_each(kept, end, std::free);
-    if (kept != end) *kept = nullptr;
+// The last name takes the place of the one that goes.
+void drop_deleted(open_config *c, const char *name) {
+    const auto found = c->deleted_slots.find(name);
+    if (found == c->deleted_slots.end()) return;
+    const std::size_t slot = found->second, last = c->deleted_slots.size() - 1;
+    const heap_string gone(c->deleted_keys[slot]);
+    c->deleted_slots.erase(found);
+    if (slot != last) c->deleted_slots[c->deleted_keys[last]] = slot;
+    c->deleted_keys[slot] = c->deleted_keys[last];
+    c->deleted_keys[last] = nullptr;
 }
 
-void clear_deleted(iconfig *c) {
-    std::for_each(c->deleted_keys, end_of(c->deleted_keys), std::free);
+void clear_deleted(open_config *c) {
+    std::for_each_n(c->deleted_keys, c->deleted_slots.size(), std::free);
+    c->deleted_slots.clear();
     c->deleted_keys[0] = nullptr;
+}
+
+void apply_deletions(open_config *c) {
+    if (c->deleted_slots.empty()) return;
+    remove_items_if(c->hash, [&](const char *name) { return c->deleted_slots.contains(name); });
 }
 
 } // namespace config

@@ -63,7 +63,7 @@ bool parse_line(char *line, hash_filler &values) {
     if (!equals) return true;
     *equals = '\0';
     unescape(equals + 1);
-    return values.add(line, equals + 1);
+    return values.add({line, static_cast<size_t>(equals - line)}, equals + 1);
 }
 
 // The letter that stands for a byte after a backslash; 0 for a byte that is written as it is.
@@ -149,7 +149,7 @@ int append_item(const char *name, void *value, void *userdata) {
 } // namespace
 
 bool parse_settings(char *text, size_t size, ihash values) {
-    hash_clear(values);
+    const int limit = hash_count(values) + most_settings;
     hash_filler filler(values);
     char *const end = text + size;
     for (char *line = text; line < end;) {
@@ -158,7 +158,7 @@ bool parse_settings(char *text, size_t size, ihash values) {
         char *next = feed ? feed + 1 : end;
         if (feed && feed > line && feed[-1] == '\r') stop--;
         *stop = '\0';
-        if (!parse_line(line, filler)) return false;
+        if (!parse_line(line, filler) || hash_count(values) > limit) return false;
         line = next;
     }
     return true;

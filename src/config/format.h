@@ -9,8 +9,12 @@
 
 namespace config {
 
-// Empties `values` and adds the settings of a text; the text is taken apart in place, and the byte
-// behind its end is written. A NUL ends its line's name or value. False when memory ran out.
+// So many settings are taken from a text. It bounds the memory that short lines can take.
+inline constexpr int most_settings = 500'000;
+
+// Adds the settings of a text to `values`; the text is taken apart in place, and the byte behind
+// its end is written. A NUL ends its line's name or value. False when the text holds too many
+// settings; false or bad_alloc when memory runs out.
 bool parse_settings(char *text, size_t size, ihash values);
 
 struct settings_text {

@@ -2,8 +2,11 @@
 // What the ways to read and write a handle share. Handles and names are not null here.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "kelvane/config.h"
 
@@ -14,6 +17,9 @@ struct open_config : iconfig {
     // The text that the last save wrote, as long as `hash` holds exactly its values: a save that
     // finds it in the file need not take it apart.
     std::optional<std::string> known_text;
+
+    // Where in `deleted_keys` each name stands; the names are those of the list.
+    std::unordered_map<std::string_view, std::size_t> deleted_slots;
 };
 
 // The value that counts: volatile, then unsaved, then the file's. Null when there is none.

@@ -49,9 +49,10 @@ bool reserve(std::FILE *f, size_t old_size, size_t size) {
 
 // Appends a copy of the new text, far enough behind for the text itself. The copy is laid over
 // NULs: where a kill cuts it, its last line is torn and does not count. False when the disk has no
-// room; the file is as before then.
+// room, or the file would be too long to be read; the file is as before then.
 bool append_copy(std::FILE *f, size_t old_size, const std::string &text) {
     const size_t start = std::max(old_size, text.size()) + 1;
+    if (start + text.size() > longest_file) return false;
     std::string copy(start - old_size - 1, '#');
     if (!copy.empty()) copy.back() = '\n';
     copy += text;

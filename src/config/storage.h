@@ -16,7 +16,10 @@ struct file_text {
 };
 
 // A longer file is not read, and not written over. It bounds the memory that a file can take.
-inline constexpr size_t longest_file = size_t{8} << 20;
+inline constexpr size_t longest_file = size_t{32} << 20;
+
+// A longer text is not written: a save that a kill cuts may leave two texts in the file.
+inline constexpr size_t longest_text = longest_file / 2 - 1;
 
 struct stream_closer {
     void operator()(std::FILE *f) const; // releases the lock; does not sync
@@ -34,9 +37,10 @@ locked_stream open_locked(const char *path, access how);
 // but a NUL was torn by a crash and is left out. Throws bad_alloc.
 std::optional<file_text> read_all(std::FILE *f);
 
-// Puts `text` in the place of the `old_size` bytes that were read. A process killed on the way
-// leaves a file that reads as the old settings, the new ones, or some of each, every value whole;
-// when the disk is full the old text stays. False when the text could not be written.
+// Puts `text`, of at most `longest_text`, in the place of the `old_size` bytes that were read. A
+// process killed on the way leaves a file that reads as the old settings, the new ones, or some of
+// each, every value whole; when the disk is full the old text stays. False when the text could not
+// be written.
 bool replace_text(std::FILE *f, size_t old_size, const std::string &text);
 
 // Releases the lock, then syncs the file to the disk and closes it.

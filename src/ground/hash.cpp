@@ -6,6 +6,8 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string_view>
+#include <unistd.h>
 
 #include "ground/hash_access.h"
 
@@ -110,10 +112,50 @@ void *find_hashed(ihash h, const char *name, uint32_t hash) {
     return nullptr;
 }
 
-hash_filler::hash_filler(ihash empty) : table(empty), slots(512) {}
+namespace {
+
+// The product of two words, folded into one: each bit of it depends on every bit of both.
+uint64_t fold(uint64_t a, uint64_t b) {
+    const auto product = static_cast<unsigned __int128>(a) * b;
+    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
+}
+
+// Two numbers that nobody who writes a file can know.
+struct secret {
+    uint64_t seed = 0x243f6a8885a308d3, factor = 0x13198a2e03707344;
+
+    secret() {
+        // Without a source of chance the constants still spread all names that mean no harm.
+        static_cast<void>(getentropy(this, sizeof *this));
+        factor |= 1;
+    }
+};
+
+// A hash for which no names can be prepared that meet in one slot, as they can for hash_of().
+uint64_t slot_hash(std::string_view name) {
+    static const secret chosen;
+    uint64_t hash = chosen.seed ^ name.size();
+    uint64_t word = 0;
+    for (; name.size() >= sizeof word; name.remove_prefix(sizeof word)) {
+        std::memcpy(&word, name.data(), sizeof word);
+        hash = fold(hash ^ word, chosen.factor);
+    }
+    word = 0;
+    for (const char c : name) word = word << 8 | static_cast<unsigned char>(c);
+    return fold(hash ^ word, chosen.factor);
+}
+
+} // namespace
+
+hash_filler::hash_filler(ihash filled) : table(filled), slots(512) {
+    while (static_cast<size_t>(table->count) * 2 >= slots.size()) slots.resize(slots.size() * 2);
+    for (int i = 0; i < table->prime; i++)
+        for (ihash_item item = table->items[i]; item; item = item->next)
+            put({slot_hash(item->name), item});
+}
 
 // The slot that holds the item of that name, or the free one where it belongs.
-hash_filler::slot &hash_filler::find_slot(uint32_t hash, const char *name) {
+hash_filler::slot &hash_filler::find_slot(uint64_t hash, const char *name) {
     const size_t mask = slots.size() - 1;
     size_t i = hash & mask;
     while (slots[i].item && (slots[i].hash != hash || std::strcmp(slots[i].item->name, name) != 0))
@@ -121,26 +163,37 @@ hash_filler::slot &hash_filler::find_slot(uint32_t hash, const char *name) {
     return slots[i];
 }
 
+// Puts an item that is not there yet into the first free slot.
+void hash_filler::put(const slot &s) {
+    const size_t mask = slots.size() - 1;
+    size_t i = s.hash & mask;
+    while (slots[i].item) i = (i + 1) & mask;
+    slots[i] = s;
+}
+
 void hash_filler::grow() {
     std::vector<slot> old(slots.size() * 2);
     old.swap(slots);
-    const size_t mask = slots.size() - 1;
-    for (const slot &s : old) {
-        if (!s.item) continue;
-        size_t i = s.hash & mask;
-        while (slots[i].item) i = (i + 1) & mask;
-        slots[i] = s;
-    }
+    for (const slot &s : old)
+        if (s.item) put(s);
 }
 
-bool hash_filler::add(const char *name, const char *value) {
+bool hash_filler::add(std::string_view name, const char *value) {
     if (static_cast<size_t>(table->count) * 2 >= slots.size()) grow();
     void *stored = const_cast<char *>(value);
-    const uint32_t hash = hash_of(name);
-    slot &s = find_slot(hash, name);
+    const uint64_t hash = slot_hash(name);
+    slot &s = find_slot(hash, name.data());
     if (s.item) return replace(table, s.item, stored);
-    s = {hash, insert(table, bucket_of(table, hash), name, stored)};
+    ihash_item *bucket = bucket_of(table, hash_of(name.data()));
+    s = {hash, insert(table, bucket, name.data(), stored)};
     return s.item != nullptr;
+}
+
+void remove_item(ihash h, ihash_item *link) {
+    ihash_item item = *link;
+    *link = item->next;
+    free_item(h, item);
+    h->count--;
 }
 
 extern "C" {
@@ -192,11 +245,7 @@ void *hash_find(ihash h, const char *name) {
 void vhash_delete(ihash h, const char *name) {
     if (!h || !name) return;
     ihash_item *link = find_link(bucket_of(h, hash_of(name)), name);
-    ihash_item item = *link;
-    if (!item) return;
-    *link = item->next;
-    free_item(h, item);
-    h->count--;
+    if (*link) remove_item(h, link);
 }
 
 void hash_delete(ihash h, const char *name) {

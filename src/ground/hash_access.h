@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "kelvane/hash.h"
@@ -15,22 +16,35 @@ uint32_t hash_of(const char *name);
 // vhash_find() of a key whose hash is known: one hash serves several tables.
 void *find_hashed(ihash h, const char *name, uint32_t hash);
 
-// Adds many items to an empty table. The result is that of vhash_add() for each in turn, but no
-// bucket is searched: however few buckets there are, the time grows with the number of items only.
+// Unlinks and frees the item that `link`, of the table's buckets or of an item, points to.
+void remove_item(ihash h, ihash_item *link);
+
+// Removes the items whose names meet a condition, in one walk.
+template <class Condition>
+void remove_items_if(ihash h, Condition condition) {
+    for (int i = 0; i < h->prime; i++)
+        for (ihash_item *link = &h->items[i]; *link;)
+            condition((*link)->name) ? remove_item(h, link) : void(link = &(*link)->next);
+}
+
+// Adds many items to a table, which nothing else changes meanwhile. The result is that of
+// vhash_add() for each in turn, but no bucket is searched: however few buckets there are and
+// whatever the names, the time grows with the number of items only.
 class hash_filler {
   public:
     // Throws bad_alloc.
-    explicit hash_filler(ihash empty);
-    // False when memory ran out.
-    bool add(const char *name, const char *value);
+    explicit hash_filler(ihash filled);
+    // `name` ends with a NUL. False when memory ran out.
+    bool add(std::string_view name, const char *value);
 
   private:
     struct slot {
-        uint32_t hash;
+        uint64_t hash;
         ihash_item item; // null marks a free slot
     };
 
-    slot &find_slot(uint32_t hash, const char *name);
+    slot &find_slot(uint64_t hash, const char *name);
+    void put(const slot &s);
     void grow();
 
     ihash table;

@@ -27,7 +27,8 @@ typedef struct iconfig_s {
     ihash hash;          /**< the file's values; the defaults until there is a file */
     ihash vhash;         /**< volatile values */
     ihash modified_hash; /**< values written since the last save */
-    char **deleted_keys; /**< names deleted since the last save or refresh, ended by null */
+    char **deleted_keys; /**< different names deleted since the last save or refresh;
+                              null ends them */
     int changed;         /**< 1 when there is something to save */
 } iconfig;
 
@@ -73,14 +74,15 @@ KELVANE_API iconfig *GetGlobalConfig(void);
 /**
  * Takes over what other processes have saved. Unsaved and volatile values still win; pending
  * deletions are applied to what was read, and forgotten.
- * @return 1; 0 when the file cannot be opened
+ * @return 1; 0 when the file cannot be opened or read
  */
 KELVANE_API int RefreshConfig(iconfig **handle);
 /**
  * Merges the unsaved changes into the file; see docs/config.md for what holds between processes.
  * @return 1 when saved, or when there was nothing to save; 0 when the file cannot be opened,
- * created or read, and the changes stay for the next save; 0 also when the write fails, and then
- *         the changes live on in this handle but are not tried again
+ *         created or read, or would have 16 MiB or over 250,000 settings, and the changes stay for
+ *         the next save; 0 also when the write fails, and then the changes live on in this handle
+ *         but are not tried again
  */
 KELVANE_API int SaveConfig(iconfig *c);
 /** SaveConfig(), then CloseConfigNoSave(). */
@@ -104,8 +106,8 @@ KELVANE_API int ReadInt(iconfig *c, const char *name, int deflt);
 /**
  * Reads a value of WriteSecret().
  * @return the deciphered value, freed by the caller with free(3); a stored value of 160 bytes or
- *         more as it is, the handle's; @p deflt itself when the name is not there or no system
- *         service deciphers
+ *         more as it is, the handle's; @p deflt itself when the name is not there or the
+ *         system service does not answer
  */
 KELVANE_API char *ReadSecret(iconfig *c, const char *name, const char *deflt);
 /** @} */
@@ -118,7 +120,7 @@ KELVANE_API void WriteString(iconfig *c, const char *name, const char *value);
 KELVANE_API void WriteInt(iconfig *c, const char *name, int value);
 /**
  * Sets a value to be saved enciphered by the system service. Null, a value of more than 64 bytes,
- * and any value when there is no service are ignored.
+ * and a value that the service does not encipher are ignored.
  */
 KELVANE_API void WriteSecret(iconfig *c, const char *name, const char *value);
 /** Sets a value that hides the file's and is never saved. A null value is ignored. */

@@ -8,6 +8,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <set>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -257,6 +258,16 @@ TEST_F(Config, ValuesOfTheHandleMayBeWrittenBack) {
     WriteStringVolatile(h, "k", ReadString(h, "k", "") + 1);
     WriteString(h, "k", ReadString(h, "k", "")); // from the table that drops it
     EXPECT_EQ(h.get("k"), "ue");
+    // So may names.
+    WriteString(h, "n", "n");
+    WriteStringVolatile(h, "n", "n");
+    WriteString(h, ReadString(h, "n", ""), "1");
+    WriteString(h, "n", "n");
+    WriteInt(h, ReadString(h, "n", ""), 2);
+    EXPECT_EQ(h.get("n"), "2");
+    WriteString(h, "n", "n");
+    DeleteString(h, ReadString(h, "n", ""));
+    EXPECT_EQ(h.get("n"), "(none)");
 }
 
 TEST_F(Config, DeletionsReachTheFile) {
@@ -277,19 +288,33 @@ TEST_F(Config, DeletionsReachTheFile) {
 }
 
 TEST_F(Config, AnyNumberOfDeletions) {
+    const auto key = [](int i) { return "k" + std::to_string(i); };
     std::string text;
-    for (int i = 0; i < 1000; i++) text += "k" + std::to_string(i) + "=1\n";
+    for (int i = 0; i < 1000; i++) text += key(i) + "=1\n";
     put(text + "kept=1\n");
     handle h(path);
     for (int round = 0; round < 2; round++)
-        for (int i = 0; i < 1000; i++) DeleteString(h, ("k" + std::to_string(i)).c_str());
+        for (int i = 0; i < 1000; i++) DeleteString(h, key(i).c_str());
     WriteInt(h, "k500", 2);
+    WriteInt(h, "k999", 2);
+    DeleteString(h, "k999");
+    const auto listed = [&] {
+        std::multiset<std::string> names;
+        for (char **name = h.c->deleted_keys; *name; name++) names.insert(*name);
+        return names;
+    };
+    EXPECT_EQ(listed().size(), 999u);
+    EXPECT_EQ(listed().count("k500") + listed().count("k999"), 1u);
+    while (h.c->deleted_keys[900]) // a name from the list itself
+        WriteInt(h, h.c->deleted_keys[900], 3);
     EXPECT_EQ(SaveConfig(h), 1);
-    EXPECT_EQ(file(), "k500=2\nkept=1\n");
+    const values left = read_file(path);
+    EXPECT_EQ(left.size(), 101u) << "99 taken back, k500, kept";
+    EXPECT_EQ(left.at("k500") + left.at("kept"), "21");
     EXPECT_EQ(h.c->deleted_keys[0], nullptr);
-    for (int i = 0; i < 150; i++) DeleteString(h, "kept");
-    EXPECT_EQ(SaveConfig(h), 1);
-    EXPECT_EQ(file(), "k500=2\n");
+    for (int i = 0; i < 20000; i++) DeleteString(h, key(i).c_str());
+    for (int i = 0; i < 19999; i++) WriteInt(h, key(i).c_str(), 1);
+    EXPECT_EQ(listed(), std::multiset<std::string>{"k19999"});
 }
 
 TEST_F(Config, RefreshTakesOverTheFileUnderUnsavedValues) {
@@ -393,13 +418,28 @@ int rot13(int cmd, int param, unsigned char *data, int insize, int outsize) {
         if (isalpha(c)) c = static_cast<char>((tolower(c) - 'a' + 13) % 26 + 'a');
     text = cmd == config::REQUEST_ENCIPHER ? "\n:" + text : text.substr(2);
     memcpy(data, text.c_str(), text.size() + 1);
-    return 0;
+    return static_cast<int>(text.size() + 1);
 }
 
 TEST_F(Config, SecretsGoThroughTheSystemService) {
     handle h(path);
-    WriteSecret(h, "pin", "lost"); // no service
-    EXPECT_EQ(h.c->changed, 0);
+    // The emulated service is there without an open screen.
+    WriteSecret(h, "code", "1234");
+    EXPECT_EQ(h.get("code"), "(encrypted):1234");
+    char *code = ReadSecret(h, "code", nullptr);
+    EXPECT_STREQ(code, "1234");
+    free(code);
+    DeleteString(h, "code");
+    ASSERT_EQ(SaveConfig(h), 1);
+    // What nobody enciphers is not kept: no service, one that does not answer.
+    for (const config::service_request none :
+         {config::service_request(), +[](int, int, unsigned char *, int, int) { return 0; }}) {
+        config::set_cipher(none);
+        WriteSecret(h, "pin", "lost");
+        EXPECT_EQ(h.c->changed, 0);
+        WriteStringVolatile(h, "kept", "x");
+        EXPECT_STREQ(ReadSecret(h, "kept", "d"), "d");
+    }
     config::set_cipher(rot13);
     WriteStringVolatile(h, "pin", "x");
     WriteSecret(h, "pin", "hello");
@@ -419,7 +459,7 @@ TEST_F(Config, SecretsGoThroughTheSystemService) {
     EXPECT_EQ(ReadSecret(h, "long", nullptr), ReadString(h, "long", nullptr));
     config::set_cipher([](int, int, unsigned char *data, int, int out) {
         memset(data, 'y', out); // an answer without an end
-        return 0;
+        return out;
     });
     WriteSecret(h, "pin", "a");
     EXPECT_EQ(h.get("pin"), std::string(160, 'y'));
@@ -462,15 +502,50 @@ TEST_F(Config, HostileFilesLoseNothing) {
     EXPECT_EQ(read.at("last"), "1");
     EXPECT_GT(read.size(), 100u);
 
-    // Longer than any configuration: not read, and not written over.
+    // Longer than any configuration, or with more settings: not read, and not written over.
+    std::string lines;
+    for (int i = 0; i <= 500'000; i++) lines += std::to_string(i) + "=\n";
+    for (const std::string &text : {"a=1\n" + std::string(32 << 20, '\n'), "a=1\n" + lines}) {
+        put(text);
+        handle huge(path);
+        EXPECT_EQ(huge.get("a"), "(none)");
+        WriteInt(huge, "b", 1);
+        EXPECT_EQ(SaveConfig(huge), 0);
+        EXPECT_EQ(huge.c->changed, 1);
+        EXPECT_EQ(fs::file_size(path), text.size());
+    }
+
+    // No save makes a file that cannot be read.
     put("a=1\n");
-    fs::resize_file(path, 100 << 20);
-    handle huge(path);
-    EXPECT_EQ(huge.get("a"), "(none)");
-    WriteInt(huge, "b", 1);
-    EXPECT_EQ(SaveConfig(huge), 0);
-    EXPECT_EQ(huge.c->changed, 1);
-    EXPECT_EQ(fs::file_size(path), 100u << 20);
+    handle large(path);
+    for (int i = 0; i < 1100; i++)
+        WriteString(large, std::to_string(i).c_str(), line.substr(0, 16000).c_str());
+    EXPECT_EQ(SaveConfig(large), 0);
+    EXPECT_EQ(file(), "a=1\n");
+    for (int i = 0; i < 100; i++) DeleteString(large, std::to_string(i).c_str());
+    EXPECT_EQ(SaveConfig(large), 1);
+    EXPECT_EQ(read_file(path).size(), 1001u);
+}
+
+// Names of one and the same public hash, and short ones that lie close to one another: the time
+// for such a file must not grow with the square of its lines. Slow code shows here as a time-out.
+TEST_F(Config, NamesThatMeetInOneBucketAreReadLikeOthers) {
+    values expected;
+    for (unsigned i = 0; i < 1u << 16; i++) {
+        std::string name;
+        for (int bit = 0; bit < 16; bit++) name += i >> bit & 1 ? "a~" : "b?";
+        expected[name] = "";
+    }
+    for (char c = 'a'; c <= 'z'; c++)
+        for (char d = 'a'; d <= 'z'; d++)
+            for (char e = 'a'; e <= 'z'; e++) expected[{c, d, e}] = std::string(1, c);
+    std::string text;
+    for (const auto &[name, value] : expected) text += name + "=" + value + "\n";
+    put(text);
+    handle h(path);
+    EXPECT_EQ(read_values(h.c->hash) == expected, true);
+    for (int i = 0; i < 10; i++) ASSERT_EQ(RefreshConfig(&h.c), 1);
+    EXPECT_EQ(read_values(h.c->hash) == expected, true);
 }
 
 TEST_F(Config, FilesThatCannotBeWrittenAreTriedAgain) {

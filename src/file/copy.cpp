@@ -40,8 +40,8 @@ int copy_file(const char *from, const char *to) {
     FILE *target = kv_fopen(to, "wb");
     const bool copied = target && copy_stream(source, target);
     kv_fclose_no_sync(source);
-    kv_fclose(target);
-    return copied;
+    // What has not reached the disk is no reason to drop a source.
+    return kv_fclose(target) == 0 && copied;
 }
 
 int move_file(const char *from, const char *to) {

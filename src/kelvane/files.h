@@ -191,7 +191,7 @@ KELVANE_API int recurse_action(const char *path, kv_walkproc proc, void *ctx, in
 /**
  * Copies the contents of a file. A source that cannot be read to its end counts as ended there.
  * @param to replaced when it exists; must not be the same file as @p from
- * @return 1; 0 when one of them cannot be opened or a write fails
+ * @return 1; 0 when one of them cannot be opened, or a write or the sync at the end fails
  */
 KELVANE_API int copy_file(const char *from, const char *to);
 /**

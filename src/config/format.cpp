@@ -123,13 +123,14 @@ class writer {
 
   private:
     static constexpr size_t step = 16384;
+    static constexpr size_t usual_name = 256;
     size_t size = 0;
 
     void make_room(size_t name, size_t value) {
         const size_t most = 2 * value + name + out.text.size() + 4;
         if (most >= size) size += step;
-        // A name is never cut: when one step does not hold it, the whole line gets its room.
-        if (out.text.size() + name + 4 > size) size = (most / step + 1) * step;
+        // A name is never cut, nor its value for its sake: a long one gets room for the whole line.
+        if (name > usual_name) size = std::max(size, (most / step + 1) * step);
         out.text.reserve(size);
     }
 };

@@ -2,6 +2,7 @@
 // What the bitmap sources share: sizes, parts and ownership of the one-block bitmap.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -46,6 +47,17 @@ inline const uint8_t *mask_of(const ibitmap &bm) {
     return bm.data + pixel_bytes(bm);
 }
 
+// How many rows have `columns` pixels inside the block. Rows may be shorter than the width says:
+// their last pixels are then the first ones of the next row, or spare bytes.
+inline int rows_inside(const ibitmap &bm, int64_t columns) {
+    const int64_t row_bytes = (columns * depth_of(bm) + 7) / 8;
+    const int64_t last = static_cast<int64_t>(pixel_bytes(bm) + bitmap_spare_bytes) - row_bytes;
+    if (last < 0) return 0;
+    return bm.scanline == 0
+               ? bm.height
+               : static_cast<int>(std::min<int64_t>(bm.height, last / bm.scanline + 1));
+}
+
 // The depth of new bitmaps: 4, or 2 on a panel of four greys.
 int native_depth();
 
@@ -55,5 +67,9 @@ BitmapPtr make_bitmap(int w, int h, int depth, MaskRoom mask = MaskRoom::none);
 
 // make_bitmap() of the panel's depth, all white.
 BitmapPtr make_white_bitmap(int w, int h);
+
+// Draws a part of the bitmap, which may reach beyond it on any side, at (x, y).
+void draw_bitmap_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy, int64_t w,
+                      int64_t h);
 
 } // namespace raster

@@ -33,19 +33,6 @@ RowConverter converter_of(int depth) {
     }
 }
 
-bool is_known_depth(int depth) {
-    return depth == 1 || depth == 2 || converter_of(depth) != nullptr;
-}
-
-// Rows whose first pixels lie inside the block. Rows may be shorter than the width says: their last
-// pixels are then the first ones of the next row, or spare bytes.
-int64_t rows_inside(const ibitmap &bm, int64_t columns) {
-    const int64_t row_bytes = (columns * depth_of(bm) + 7) / 8;
-    const int64_t last = static_cast<int64_t>(pixel_bytes(bm) + bitmap_spare_bytes) - row_bytes;
-    if (last < 0) return 0;
-    return bm.scanline == 0 ? bm.height : std::min<int64_t>(bm.height, last / bm.scanline + 1);
-}
-
 // Whether rows may be converted as aligned words. Depths 16 and 24 look different when they are.
 bool is_word_aligned(const icanvas &c, const ibitmap &bm, const Area &to, int sx) {
     return c.depth == 8 && !has_mask(bm) && to.w >= 16 &&
@@ -103,9 +90,10 @@ void draw_rows(const icanvas &c, const ibitmap &bm, const Area &to, int sx, int 
     }
 }
 
-// Draws a part of the bitmap that may reach beyond it on any side.
-void draw_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy, int64_t w,
-               int64_t h) {
+} // namespace
+
+void raster::draw_bitmap_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy,
+                              int64_t w, int64_t h) {
     const icanvas *c = GetCanvas();
     if (c == nullptr || !is_known_depth(depth_of(bm))) return;
     const int64_t left = std::max<int64_t>(-sx, 0), top = std::max<int64_t>(-sy, 0);
@@ -122,34 +110,14 @@ void draw_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy, 
         draw_rows(*c, bm, to, from_x, from_y);
 }
 
-// The first tile edge whose tile reaches beyond `from`.
-int64_t first_tile(int64_t origin, int64_t from, int size) {
-    return origin + (from - origin) / size * size;
-}
-
-} // namespace
-
 void DrawBitmap(int x, int y, const ibitmap *bm) {
     if (bm == nullptr) return;
-    draw_part(x, y, *bm, 0, 0, bm->width, bm->height);
+    draw_bitmap_part(x, y, *bm, 0, 0, bm->width, bm->height);
     DebugResourceBitmaps_trackBitmapDrawing(bm, x, y);
 }
 
 void DrawBitmapArea(int x, int y, const ibitmap *bm, int sx, int sy, int w, int h) {
     if (bm == nullptr || w < 1 || h < 1) return;
-    draw_part(x, y, *bm, sx, sy, w, h);
-    DebugResourceBitmaps_trackBitmapDrawing(bm, x, y);
-}
-
-void TileBitmap(int x, int y, int w, int h, const ibitmap *bm) {
-    if (bm == nullptr || bm->width == 0 || bm->height == 0) return;
-    const Area shown = clip_area(GetCanvas(), x, y, w, h);
-    const int64_t right = int64_t{x} + w, bottom = int64_t{y} + h;
-    if (shown.empty()) return;
-    for (int64_t ty = first_tile(y, shown.y, bm->height); ty < shown.y + shown.h; ty += bm->height)
-        for (int64_t tx = first_tile(x, shown.x, bm->width); tx < shown.x + shown.w;
-             tx += bm->width)
-            draw_part(tx, ty, *bm, 0, 0, std::min<int64_t>(bm->width, right - tx),
-                      std::min<int64_t>(bm->height, bottom - ty));
+    draw_bitmap_part(x, y, *bm, sx, sy, w, h);
     DebugResourceBitmaps_trackBitmapDrawing(bm, x, y);
 }

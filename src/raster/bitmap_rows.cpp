@@ -43,15 +43,19 @@ void quads_to_grey(const uint8_t *row, size_t sx, size_t count, uint8_t *grey) {
     for (; i < count; ++i) grey[i] = quad_table[row[(sx + i) / 4]][(sx + i) % 4];
 }
 
+void convert_row(const uint8_t *row, size_t count, uint8_t *grey,
+                 void (*convert)(const kv_img_conv *)) {
+    const kv_img_conv conv{const_cast<uint8_t *>(row), grey, static_cast<int>(count), 1, 0, 0};
+    convert(&conv);
+}
+
 void nibbles_to_grey(const uint8_t *row, size_t sx, size_t count, uint8_t *grey) {
     if (sx % 2 != 0) {
         *grey++ = static_cast<uint8_t>((row[sx / 2] & 15) * 17);
         ++sx, --count;
     }
     if (count == 0) return;
-    const kv_img_conv conv{
-        const_cast<uint8_t *>(row + sx / 2), grey, static_cast<int>(count), 1, 0, 0};
-    kv_gs4_to_gs(&conv);
+    convert_row(row + sx / 2, count, grey, kv_gs4_to_gs);
 }
 
 void rgb_to_grey(const uint8_t *rgb, size_t count, uint8_t *grey) {
@@ -75,6 +79,20 @@ void pack_quads(const uint8_t *levels, size_t bytes, uint8_t *packed) {
 
 } // namespace
 
+bool is_known_depth(int depth) {
+    switch (depth) {
+    case 1:
+    case 2:
+    case 4:
+    case 8:
+    case 16:
+    case 24:
+        return true;
+    default:
+        return false;
+    }
+}
+
 void row_to_grey(const uint8_t *row, int depth, size_t sx, size_t count, uint8_t *grey) {
     switch (depth) {
     case 1:
@@ -88,6 +106,9 @@ void row_to_grey(const uint8_t *row, int depth, size_t sx, size_t count, uint8_t
         break;
     case 8:
         std::memcpy(grey, row + sx, count);
+        break;
+    case 16:
+        convert_row(row + 2 * sx, count, grey, kv_rgb565_to_gs);
         break;
     case 24:
         rgb_to_grey(row + 3 * sx, count, grey);

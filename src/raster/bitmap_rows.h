@@ -26,7 +26,10 @@ class BitRow {
     size_t shift_;
 };
 
-// Writes the greys of pixels sx to sx + count - 1 of a row of depth 1, 2, 4, 8 or 24.
+// Depths that pixels can have.
+bool is_known_depth(int depth);
+
+// Writes the greys of pixels sx to sx + count - 1 of a row of a known depth.
 void row_to_grey(const uint8_t *row, int depth, size_t sx, size_t count, uint8_t *grey);
 
 // Copies count grey bytes onto 8-bit pixels where the mask has a 1.

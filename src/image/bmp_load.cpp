@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// BMP files from disk and from archives.
+#include <cstddef>
+#include <cstdio>
+#include <new>
+#include <sys/stat.h>
+
+#include "file/zip_member.h"
+#include "ground/log.h"
+#include "hw.h"
+#include "image/bmp.h"
+#include "image/stream.h"
+#include "kelvane/bitmaps.h"
+#include "kelvane/files.h"
+
+namespace {
+
+constexpr size_t least_member = 33;
+constexpr size_t largest_member = size_t{32} << 20;
+
+} // namespace
+
+int max_bmp_size() {
+    return device_display_height() * device_display_width() * 3 + 1024;
+}
+
+ibitmap *LoadBitmap(const char *path) try {
+    if (path == nullptr) return nullptr;
+    const image::Stream file(kv_fopen(path, "rb"));
+    if (file == nullptr) {
+        kv_warn(__func__, "Cannot open bitmap: %s\n", path);
+        return nullptr;
+    }
+    struct stat st;
+    if (fstat(fileno(file.get()), &st) == 0 && st.st_size > max_bmp_size()) {
+        kv_warn(__func__, "Bitmap is too large: %s\n", path);
+        return nullptr;
+    }
+    const auto bytes = image::read_whole(file.get());
+    return bytes ? image::bmp::parse(__func__, path, *bytes).release() : nullptr;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+ibitmap *zLoadBitmap(void *zip, const char *name) try {
+    const auto member = read_zip_member(zip, name, largest_member);
+    if (!member || member->size() < least_member) return nullptr;
+    return image::bmp::parse(__func__, name, *member).release();
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}

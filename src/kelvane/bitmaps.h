@@ -124,6 +124,30 @@ KELVANE_API void kv_stretch(const unsigned char *src, int depth, int sx, int sy,
                             const unsigned char *mask, int mask_scanline);
 /** @} */
 
+/** @name Dithering
+ * Bring an area of the current canvas to a few greys, evenly from black to white; colours become
+ * their grey.
+ * @{ */
+/** Ways of DitherArea(). */
+enum {
+    DITHER_THRESHOLD = 0, /**< each pixel becomes the nearest grey */
+    DITHER_PATTERN = 1,   /**< by an ordered pattern of 8 by 8, the same in neighbouring areas */
+    DITHER_DIFFUSION = 2  /**< the error of a pixel goes on to its neighbours in the area */
+};
+/**
+ * Dithers an area.
+ * @param levels how many greys, brought into 2 to 16
+ * @param method DITHER_*; others do nothing
+ */
+KELVANE_API void DitherArea(int x, int y, int w, int h, int levels, int method);
+/** DitherArea() to 16 greys by diffusion. */
+KELVANE_API void QuickFloyd16Dither(int x, int y, int w, int h);
+/** Dithers to black and white by an ordered pattern of 4 by 4 pixels. */
+KELVANE_API void DitherAreaPattern4x4(int x, int y, int w, int h);
+/** The same by a pattern of 8 by 8: finer steps of grey in a coarser pattern. */
+KELVANE_API void DitherAreaPattern8x8(int x, int y, int w, int h);
+/** @} */
+
 /** @name Changing bitmaps
  * A null bitmap or buffer does nothing, or gives null.
  * @{ */

@@ -1,0 +1,170 @@
+// peers: pixman-1 libswscale
+// SPDX-License-Identifier: MIT
+// Drawing, copying and scaling bitmaps of a whole screen, beside general libraries and beside plain
+// loops of one pixel after the other.
+extern "C" {
+#include <libswscale/swscale.h>
+}
+#include <pixman.h>
+
+#include <cstring>
+
+#include "kelvane/bitmaps.h"
+#include "raster/bitmap.h"
+#include "raster_common.h"
+
+namespace {
+
+constexpr int width = 758, height = 1024;
+
+raster::BitmapPtr noise(int w, int h, int depth, raster::MaskRoom mask = raster::MaskRoom::none) {
+    raster::BitmapPtr bm = raster::make_bitmap(w, h, depth, mask);
+    const bool masked = mask == raster::MaskRoom::reserved;
+    const size_t bytes = raster::pixel_bytes(*bm) + (masked ? raster::mask_bytes(*bm) : 0);
+    std::generate_n(bm->data, bytes,
+                    [n = 0u]() mutable { return static_cast<uint8_t>((n = n * 69069 + 1) >> 24); });
+    if (masked) bm->depth |= BITMAP_MASK;
+    return bm;
+}
+
+// A peer's view of pixels, whose rows are padded to words as it wants them.
+class PixmanImage {
+  public:
+    PixmanImage(pixman_format_code_t format, int w, int h)
+        : image_(pixman_image_create_bits(format, w, h, nullptr, 0)) {
+        auto *bytes = reinterpret_cast<uint8_t *>(pixman_image_get_data(image_));
+        std::generate_n(bytes, pixman_image_get_stride(image_) * h, [n = 0u]() mutable {
+            return static_cast<uint8_t>((n = n * 69069 + 1) >> 24);
+        });
+    }
+    PixmanImage(const PixmanImage &) = delete;
+    ~PixmanImage() { pixman_image_unref(image_); }
+    pixman_image_t *get() const { return image_; }
+    void draw(const PixmanImage &from, int w, int h) const {
+        pixman_image_composite32(PIXMAN_OP_SRC, from.image_, nullptr, image_, 0, 0, 0, 0, 0, 0, w,
+                                 h);
+    }
+
+  private:
+    pixman_image_t *image_;
+};
+
+class Swscale {
+  public:
+    Swscale(AVPixelFormat format, int w, int h, int to_w, int to_h, int flags)
+        : context_(sws_getContext(w, h, format, to_w, to_h, AV_PIX_FMT_GRAY8, flags, nullptr,
+                                  nullptr, nullptr)),
+          h_(h), stride_(to_w), to_(static_cast<size_t>(to_w) * static_cast<size_t>(to_h) + 64) {}
+    Swscale(const Swscale &) = delete;
+    ~Swscale() { sws_freeContext(context_); }
+    void run(const uint8_t *pixels, int stride) {
+        uint8_t *to = to_.data();
+        sws_scale(context_, &pixels, &stride, 0, h_, &to, &stride_);
+    }
+
+  private:
+    SwsContext *context_;
+    int h_, stride_;
+    std::vector<uint8_t> to_;
+};
+
+// What the blitter means, for bitmaps of depth 4.
+[[gnu::noinline, gnu::optimize("no-tree-vectorize")]] void
+plain_nibbles(const icanvas &c, const ibitmap &bm, int x, int y) {
+    const bool masked = raster::has_mask(bm);
+    const int w = std::min<int>(bm.width, c.width - x), h = std::min<int>(bm.height, c.height - y);
+    for (int r = 0; r < h; ++r) {
+        const uint8_t *row = bm.data + r * bm.scanline;
+        const uint8_t *mask = raster::mask_of(bm) + static_cast<size_t>(r) * ((bm.width + 7u) / 8);
+        uint8_t *to = c.addr + (y + r) * c.scanline + x;
+        for (int i = 0; i < w; ++i)
+            if (!masked || (mask[i / 8] >> (7 - i % 8) & 1) != 0)
+                to[i] = static_cast<uint8_t>((i % 2 != 0 ? row[i / 2] & 15 : row[i / 2] >> 4) * 17);
+    }
+}
+
+void grey_and_pixman(benchmark::State &state) {
+    const int w = static_cast<int>(state.range(0)), h = static_cast<int>(state.range(1));
+    // The fast path wants scanlines that are multiples of 4, and so does the peer.
+    BenchCanvas canvas((w + 3) & ~3, h);
+    const auto bm = noise((w + 3) & ~3, h, 8);
+    const PixmanImage from(PIXMAN_a8, w, h), to(PIXMAN_a8, w, h);
+    const bool whole = w == width;
+    side_by_side(
+        state, whole ? Ratio::COST_OVER_PEER : Ratio::TIMES_FASTER, whole ? 4 : 200,
+        [&] { DrawBitmapArea(0, 0, bm.get(), 0, 0, w, h); }, [&] { to.draw(from, w, h); });
+}
+BENCHMARK(grey_and_pixman)->Args({width, height})->Args({64, 64});
+
+void nibbles_and_pixman(benchmark::State &state) {
+    BenchCanvas canvas(width, height);
+    const auto bm = noise(width, height, 4);
+    const PixmanImage from(PIXMAN_a4, width, height), to(PIXMAN_a8, width, height);
+    side_by_side(
+        state, Ratio::TIMES_FASTER, 1, [&] { DrawBitmap(0, 0, bm.get()); },
+        [&] { to.draw(from, width, height); });
+}
+BENCHMARK(nibbles_and_pixman);
+
+// The peer and the goal are the same for a whole screen, with a mask and from odd places.
+void nibbles_and_plain(benchmark::State &state, raster::MaskRoom mask, int x) {
+    BenchCanvas canvas(width, height);
+    const auto bm = noise(width, height, 4, mask);
+    side_by_side(
+        state, Ratio::TIMES_FASTER, 1, [&] { DrawBitmap(x, x, bm.get()); },
+        [&] { plain_nibbles(canvas, *bm, x, x); });
+}
+BENCHMARK_CAPTURE(nibbles_and_plain, whole, raster::MaskRoom::none, 0);
+BENCHMARK_CAPTURE(nibbles_and_plain, off, raster::MaskRoom::none, 3);
+BENCHMARK_CAPTURE(nibbles_and_plain, masked, raster::MaskRoom::reserved, 0);
+BENCHMARK_CAPTURE(nibbles_and_plain, masked_off, raster::MaskRoom::reserved, 3);
+
+void rgb_and_swscale(benchmark::State &state) {
+    BenchCanvas canvas(width + 2, height); // rows of whole words
+    const auto bm = noise(width + 2, height, 24);
+    Swscale peer(AV_PIX_FMT_RGB24, width + 2, height, width + 2, height, SWS_POINT);
+    side_by_side(
+        state, Ratio::TIMES_FASTER, 1, [&] { DrawBitmap(0, 0, bm.get()); },
+        [&] { peer.run(bm->data, bm->scanline); });
+}
+BENCHMARK(rgb_and_swscale);
+
+void from_screen_and_memcpy(benchmark::State &state) {
+    BenchCanvas canvas(width, height);
+    std::vector<uint8_t> copy(canvas.memory.size());
+    side_by_side(
+        state, Ratio::COST_OVER_PEER, 4, [&] { std::free(BitmapFromScreen(0, 0, width, height)); },
+        [&] { std::memcpy(copy.data(), canvas.addr, copy.size()); });
+}
+BENCHMARK(from_screen_and_memcpy);
+
+constexpr int photo_width = 1600, photo_height = 1200;
+
+void stretch_and_pixman(benchmark::State &state) {
+    BenchCanvas canvas(width, height);
+    const auto bm = noise(photo_width, photo_height, 8);
+    const PixmanImage from(PIXMAN_a8, photo_width, photo_height), to(PIXMAN_a8, width, height);
+    pixman_transform_t scale;
+    pixman_transform_init_scale(&scale, pixman_double_to_fixed(double{photo_width} / width),
+                                pixman_double_to_fixed(double{photo_height} / height));
+    pixman_image_set_transform(from.get(), &scale);
+    pixman_image_set_filter(from.get(), PIXMAN_FILTER_BILINEAR, nullptr, 0);
+    side_by_side(
+        state, Ratio::TIMES_FASTER, 1, [&] { StretchBitmap(0, 0, width, height, bm.get(), 0); },
+        [&] { to.draw(from, width, height); });
+}
+BENCHMARK(stretch_and_pixman);
+
+void stretch_and_swscale(benchmark::State &state) {
+    BenchCanvas canvas(width, height);
+    const auto bm = noise(photo_width, photo_height, 8);
+    Swscale peer(AV_PIX_FMT_GRAY8, photo_width, photo_height, width, height, SWS_BILINEAR);
+    side_by_side(
+        state, Ratio::COST_OVER_PEER, 1, [&] { StretchBitmap(0, 0, width, height, bm.get(), 0); },
+        [&] { peer.run(bm->data, bm->scanline); });
+}
+BENCHMARK(stretch_and_swscale);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -33,6 +33,7 @@
 #include "kelvane/files.h"
 #include "kelvane/frames.h"
 #include "kelvane/hash.h"
+#include "kelvane/languages.h"
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"
 #include "kelvane/timers.h"

@@ -43,18 +43,6 @@ char take_escape(const char *&in) {
     }
 }
 
-// Resolves the escapes of a value in place.
-void unescape(char *value) {
-    char *out = std::strchr(value, '\\');
-    if (!out) return;
-    for (const char *in = out; *in;) {
-        char c = *in++;
-        if (c == '\\') c = take_escape(in);
-        *out++ = c;
-    }
-    *out = '\0';
-}
-
 // Adds the setting of one line, which ends with a NUL.
 bool parse_line(char *line, hash_filler &values) {
     while (*line == ' ' || *line == '\t') line++;
@@ -148,6 +136,17 @@ int append_item(const char *name, void *value, void *userdata) {
 }
 
 } // namespace
+
+void unescape(char *value) {
+    char *out = std::strchr(value, '\\');
+    if (!out) return;
+    for (const char *in = out; *in;) {
+        char c = *in++;
+        if (c == '\\') c = take_escape(in);
+        *out++ = c;
+    }
+    *out = '\0';
+}
 
 bool parse_settings(char *text, size_t size, ihash values) {
     const int limit = hash_count(values) + most_settings;

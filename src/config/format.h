@@ -9,6 +9,9 @@
 
 namespace config {
 
+// Resolves the escapes of a value in place: \n, \r, \t, \\ and octal numbers.
+void unescape(char *value);
+
 // So many settings are taken from a text. It bounds the memory that short lines can take.
 inline constexpr int most_settings = 500'000;
 

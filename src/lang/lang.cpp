@@ -1,14 +1,223 @@
 // SPDX-License-Identifier: MIT
-#include "lang/lang.h"
+#include "kelvane/languages.h"
 
+#include <algorithm>
+#include <cstdarg>
 #include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
 
+#include "ground/hash_access.h"
+#include "hw.h"
 #include "internal.h"
+#include "kelvane/files.h"
+#include "kelvane/hash.h"
+#include "lang/language_file.h"
 
-void LoadLanguage(const char *code) {
-    if (code) std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", code);
+namespace {
+
+constexpr const char *folder = "./system/language";
+constexpr const char *english_code = "en";
+constexpr char prefix = '@';
+constexpr int buckets = 1021;
+constexpr int most_steps = 10;
+constexpr size_t key_buffer = 1024;
+
+struct Texts {
+    ihash current = nullptr; // of the language, the names of languages, those of themes
+    ihash english = nullptr; // made by the first LoadLanguage() that finds a file, kept for ever
+    bool is_rtl = false;
+    int book_rtl = -1; // -1: as the language
+};
+
+Texts texts;
+
+struct Closer {
+    void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
+};
+using File = std::unique_ptr<std::FILE, Closer>;
+
+// A language's file as it is; empty when it cannot be read. More than any language has is not read.
+struct LanguageFile {
+    std::string code;
+    std::string bytes;
+    bool found = false;
+};
+
+LanguageFile read_language(std::string code) {
+    constexpr size_t most_bytes = 8 << 20;
+    LanguageFile read{std::move(code), {}};
+    const std::string path = std::string(folder) + "/" + read.code + ".txt";
+    const File in(kv_fopen(path.c_str(), "rbe"));
+    if (!in) return read;
+    read.found = true;
+    for (size_t size = 0; size < most_bytes;) {
+        read.bytes.resize(size + (1 << 16));
+        const size_t got = kv_fread(&read.bytes[size], 1, 1 << 16, in.get());
+        read.bytes.resize(size += got);
+        if (got == 0) break;
+    }
+    return read;
+}
+
+// The table, made when it is not there yet. Throws bad_alloc.
+ihash need(ihash &table) {
+    if (!table) table = hash_new(buckets);
+    if (!table) throw std::bad_alloc();
+    return table;
+}
+
+LanguageFile find_language(const char *code) {
+    LanguageFile file = read_language(code);
+    // Storage that has only just appeared answers the second time.
+    if (!file.found && !hw_safemode()) file = read_language(code);
+    return file.found ? file : read_language(english_code);
+}
+
+// Fills an empty table; the name that the file gives itself is a text of the current table.
+lang::Direction fill(ihash table, LanguageFile &file, const std::string &code) {
+    hash_filler filler(table);
+    lang::LanguageText text(file.bytes.data(), file.bytes.size());
+    const char *name = text.take_name();
+    if (!name) return lang::Direction::left_to_right;
+    if (table == texts.current)
+        filler.add(code.c_str(), name);
+    else
+        hash_add(texts.current, code.c_str(), name);
+    return text.take_translations(
+        [&](const char *key, const char *value) { filler.add(key, value); });
+}
+
+const char *find(ihash table, const char *key) {
+    return static_cast<const char *>(hash_find(table, key));
+}
+
+bool is_word(const char *text) {
+    const auto is_letter_or_digit = [](char c) {
+        const int lower = c | 0x20;
+        return (c >= '0' && c <= '9') || (lower >= 'a' && lower <= 'z');
+    };
+    while (is_letter_or_digit(*text) || *text == '_') text++;
+    return !*text;
+}
+
+// The key that a text leads on to, which is the text itself or what `trimmed` gets; else null.
+const char *target_of(const char *text, std::string &trimmed) {
+    if (is_word(text + 1)) return text;
+    trimmed = text;
+    while (!trimmed.empty() && static_cast<signed char>(trimmed.back()) <= ' ') trimmed.pop_back();
+    return is_word(trimmed.c_str() + 1) ? trimmed.c_str() : nullptr;
+}
+
+// A text that leads, at whatever step, to a key without a translation is taken as it is.
+const char *look_up(const char *key, int &depth) {
+    const char *const first = GetLangTextS(key);
+    const char *text = first;
+    std::string trimmed;
+    while (text && *text == prefix) {
+        if (std::strcmp(text, key) == 0) {
+            depth = most_steps;
+            return first;
+        }
+        key = depth < most_steps ? target_of(text, trimmed) : nullptr;
+        if (!key) return text;
+        depth++;
+        text = GetLangTextS(key);
+    }
+    return text;
+}
+
+} // namespace
+
+extern "C" {
+
+char **EnumLanguages(void) try {
+    static char **codes = nullptr;
+    kv_enum_files(&codes, folder, nullptr, nullptr, "txt", 1);
+    for (char **code = codes; code && *code; code++) {
+        LanguageFile file = read_language(*code);
+        lang::LanguageText text(file.bytes.data(), file.bytes.size());
+        AddTranslation(*code, text.take_name());
+    }
+    return codes;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+void LoadLanguage(const char *code) try {
+    if (!code) return;
+    LanguageFile file = find_language(code); // first: the code may be a text of the table
+    hash_clear(need(texts.current));
+    std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
+    texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
+    if (!file.found || texts.english) return;
+    // The first language that is loaded goes by the name that English gives itself.
+    LanguageFile english = read_language(english_code);
+    fill(need(texts.english), english, file.code);
+} catch (const std::bad_alloc &) {
+    // What was read before memory ran out stays.
+}
+
+void AddTranslation(const char *key, const char *text) try {
+    if (key && text) hash_add(need(texts.current), key, text);
+} catch (const std::bad_alloc &) {
+    // The key stays without a translation.
 }
 
 const char *GetLangText(const char *key) {
-    return key;
+    return GetLangTextR(key, nullptr);
+}
+
+const char *GetLangTextR(const char *key, int *depth) try {
+    int own_depth = 0;
+    if (!depth) depth = &own_depth;
+    return look_up(key, *depth);
+} catch (const std::bad_alloc &) {
+    return GetLangTextS(key);
+}
+
+const char *GetLangTextS(const char *key) {
+    if (!key) return nullptr;
+    const char *text = find(texts.current, key);
+    if (!text) text = find(texts.english, key);
+    return text ? text : key;
+}
+
+const char *GetCurrentLangText(const char *key) {
+    if (!key) return nullptr;
+    const char *text = find(texts.current, key);
+    return text ? text : key;
+}
+
+const char *GetLangTextF(const char *format, ...) {
+    if (!format) return nullptr;
+    static char key[key_buffer];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(key, sizeof key, format, arguments);
+    va_end(arguments);
+    return GetLangText(key);
+}
+
+const char *GetLangTextPlural(const char *key, int n) {
+    if (!key) return nullptr;
+    static char form[key_buffer];
+    std::snprintf(form, sizeof form, "%s%s", key, GetPluralKeySuffix(kvstate.locale, n));
+    const char *text = GetLangText(form);
+    return std::strcmp(text, form) == 0 ? GetLangText(key) : text;
+}
+
+int IsRTL(void) {
+    return texts.is_rtl;
+}
+
+void SetRTLBook(int rtl) {
+    texts.book_rtl = rtl;
+}
+
+int IsBookRTL(void) {
+    return texts.book_rtl == -1 ? IsRTL() : texts.book_rtl;
+}
 }

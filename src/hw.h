@@ -79,17 +79,23 @@ KELVANE_API int hw_fullupdate_hq(void);
 KELVANE_API int hw_refine16(void);
 /** 1 when hw_refine16() has an effect. */
 KELVANE_API int hw_capable16(void);
+/** Replaces the mode of every update. Ignored here. */
 KELVANE_API void hw_override_update(int mode);
 /** Says how the next update runs: 0 normal, 1 partial, 2 dynamic. @return the old value */
 KELVANE_API int hw_switch_dynamic(int dynamic);
+/** Switches the panel's power off. Ignored here. */
 KELVANE_API void hw_suspend_display(void);
+/** Switches the panel's power on again. Ignored here. */
 KELVANE_API void hw_resume_display(void);
+/** Version of the panel's controller: 0 here. */
 KELVANE_API int hw_einkversion(void);
 /** Returns when the panel is idle. */
 KELVANE_API void hw_wait_luts_complete(void);
 /** 1 while the panel still shows an update. */
 KELVANE_API int hw_update_busy(void);
+/** Makes what is shown the picture of the switched-off device. @return 1 when kept: 0 here */
 KELVANE_API int hw_writelogo(int permanent);
+/** Brings the maker's picture back. @return 1 when it was: 0 here */
 KELVANE_API int hw_restorelogo(void);
 /** @} */
 
@@ -208,7 +214,9 @@ KELVANE_API void hw_set_gsensor(int mode);
 KELVANE_API int hw_gsensor_switch(int on);
 /** 1 while the sensor is switched on. */
 KELVANE_API int hw_gsensor_get_switch(void);
+/** Switches the sensor's power off. Ignored here. */
 KELVANE_API void hw_suspend_gsensor(void);
+/** Switches the sensor's power on again. Ignored here. */
 KELVANE_API void hw_resume_gsensor(void);
 /** Takes the present position for level. @return 1 */
 KELVANE_API int hw_calibrate_gsensor(void);
@@ -387,6 +395,7 @@ KELVANE_API int hw_task_previous_instack(int *task, int *subtask);
 KELVANE_API icanvas *hw_gettaskfb(int task);
 /** Size and depth of a task's framebuffer, as 0. @return 1 when there is one: 0 */
 KELVANE_API int hw_gettaskfbinfo(int task, int *w, int *h, int *depth);
+/** Gives back what hw_gettaskfb() answered; null is ignored. */
 KELVANE_API void hw_releasetaskfb(icanvas *canvas);
 /** Copies the active task's framebuffer into this task's. @return 1 when copied: 0 */
 KELVANE_API int hw_copyactivefb(void);
@@ -404,6 +413,7 @@ KELVANE_API int hw_mp_load(const char *path);
 KELVANE_API int hw_mp_play(void);
 /** Pauses what is playing. */
 KELVANE_API void hw_mp_pause(void);
+/** Stops; the track stays. */
 KELVANE_API void hw_mp_stop(void);
 /** HW_MP_STOPPED, HW_MP_PLAYING or HW_MP_PAUSED. */
 KELVANE_API int hw_mp_state(void);

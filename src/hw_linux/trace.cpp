@@ -2,6 +2,7 @@
 #include "hw_linux/trace.h"
 
 #include <cinttypes>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -55,9 +56,9 @@ void write_line(const UpdateRecord &u) {
 }
 
 void save_frame(int seq) {
-    char number[16];
-    std::snprintf(number, sizeof number, "/%06d.png", seq);
-    save_picture((frames_dir + number).c_str());
+    char file[PATH_MAX];
+    std::snprintf(file, sizeof file, "%s/%06d.png", frames_dir.c_str(), seq);
+    save_picture(file);
 }
 
 } // namespace

@@ -98,7 +98,7 @@ int save(open_config *c) {
     if (!f) return 0;
     const auto old = read_all(f.get());
     if (!old || !take_over(c, *old)) return 0;
-    c->known_text.reset();
+    const auto known = std::exchange(c->known_text, std::nullopt);
     if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
     apply_deletions(c);
     if (hash_count(c->hash) > most_saved) return 0;
@@ -106,7 +106,7 @@ int save(open_config *c) {
     if (now.text.size() > longest_text) return 0;
     clear_deleted(c);
     hash_clear(c->modified_hash);
-    const bool written = replace_text(f.get(), old->size, now.text);
+    const bool written = replace_text(f.get(), old->size, known, now.text);
     sync_and_close(std::move(f));
     if (written && now.exact) c->known_text = std::move(now.text);
     c->changed = 0;

@@ -77,6 +77,19 @@ bool overwrite(std::FILE *f, size_t old_size, std::string text) {
     return write_at(f, 0, text);
 }
 
+// Writes the bytes that differ, when the texts are of one length and a kill cannot split the write.
+// False when it is not done.
+bool overwrite_difference(std::FILE *f, std::string_view old, std::string_view text) {
+    if (old.size() != text.size()) return false;
+    const auto first = std::mismatch(old.begin(), old.end(), text.begin()).first - old.begin();
+    const auto rest = std::mismatch(old.rbegin(), old.rend() - first, text.rbegin()).first;
+    const auto end = old.rend() - rest;
+    if (first == end) return true;
+    const size_t start = static_cast<size_t>(first), size = static_cast<size_t>(end - first);
+    if (start / atomic_write != (start + size - 1) / atomic_write) return false;
+    return write_at(f, start, text.substr(start, size));
+}
+
 // The length of a text without a torn last line.
 size_t untorn_size(const char *text, size_t size) {
     const size_t last_line = std::string_view(text, size).rfind('\n') + 1;
@@ -114,8 +127,10 @@ std::optional<file_text> read_all(std::FILE *f) {
     return file_text{std::move(bytes), untorn};
 }
 
-bool replace_text(std::FILE *f, size_t old_size, const std::string &text) {
+bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string> &old,
+                  const std::string &text) {
     if (!resize(f, old_size)) return false; // what follows a torn line must not complete it
+    if (old && overwrite_difference(f, *old, text)) return true;
     const bool may_be_cut = std::max(old_size, text.size()) > atomic_write;
     const bool written = may_be_cut && append_copy(f, old_size, text)
                              ? overwrite_before_copy(f, old_size, text)

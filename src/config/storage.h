@@ -41,7 +41,8 @@ std::optional<file_text> read_all(std::FILE *f);
 // process killed on the way leaves a file that reads as the old settings, the new ones, or some of
 // each, every value whole; when the disk is full the old text stays. False when the text could not
 // be written.
-bool replace_text(std::FILE *f, size_t old_size, const std::string &text);
+bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string> &old,
+                  const std::string &text);
 
 // Releases the lock, then syncs the file to the disk and closes it.
 void sync_and_close(locked_stream f);

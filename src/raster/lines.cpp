@@ -48,20 +48,23 @@ struct Axis {
     int64_t at(int64_t step) const { return start + direction * step; }
 };
 
-// The quotient is 0 in most uses, where the division would cost more than a short line.
-struct Division {
-    uint64_t quotient, remainder;
-    Division(uint64_t dividend, uint64_t divisor)
-        : quotient(dividend < divisor ? 0 : dividend / divisor),
-          remainder(dividend - quotient * divisor) {}
-};
+// A distance along the shorter axis: whole pixels above, 64 bits of fraction below.
+__extension__ using Fixed = unsigned __int128;
+
+uint64_t whole(Fixed v) {
+    return static_cast<uint64_t>(v >> 64);
+}
+uint64_t fraction(Fixed v) {
+    return static_cast<uint64_t>(v);
+}
 
 class Line {
   public:
     Line(const icanvas &canvas, int x1, int y1, int x2, int y2, int color)
         : canvas_(canvas), ink_(canvas, color), x_(x1, x2), y_(y1, y2),
           steep_(x_.length <= y_.length), length_(static_cast<uint64_t>(major().length)),
-          rise_(static_cast<uint64_t>(minor().length)), visible_(visible_pixels()) {}
+          rise_(static_cast<uint64_t>(minor().length)),
+          slope_(((Fixed{rise_} << 64) + length_ - 1) / length_), visible_(visible_pixels()) {}
 
     // The pixels inside the clip: one range, since no axis ever turns back.
     const Range &visible() const { return visible_; }
@@ -80,7 +83,8 @@ class Line {
     Ink ink_;
     Axis x_, y_;
     bool steep_;
-    uint64_t length_, rise_;
+    uint64_t length_, rise_; // up to 2^32
+    Fixed slope_;            // rounded up: i * slope_ is exact in its whole part for i < length_
     Range visible_;
 };
 
@@ -99,25 +103,23 @@ Range Line::visible_pixels() const {
     return along & Range{first_pixel_at(across.first), first_pixel_at(across.last + 1) - 1};
 }
 
-// A walk in memory: every pixel is `step` bytes on, and `carry` more whenever the error wraps.
+// A walk in memory: every pixel is `step` bytes on, and `carry` more whenever the fraction wraps.
 struct Walk {
     uint8_t *origin;
     ptrdiff_t step, carry;
-    uint64_t error, error_step, length;
+    uint64_t fraction, slope;
 
     // Works on copies, since for all the compiler knows a pixel is written over these fields.
     template <int pixel_bytes>
     void draw(int64_t count, const Ink ink) const {
         uint8_t *const first = origin;
         const ptrdiff_t on = step, aside = carry;
-        const uint64_t rise = error_step, full = length;
+        const uint64_t rise = slope;
         ptrdiff_t offset = 0;
-        for (uint64_t e = error; count > 0; --count) {
+        for (uint64_t f = fraction; count > 0; --count) {
             put_pixel<pixel_bytes>(first + offset, ink);
-            e += rise;
-            const bool wraps = e >= full;
-            offset += on + (wraps ? aside : 0);
-            e -= wraps ? full : 0;
+            f += rise;
+            offset += on + (f < rise ? aside : 0);
         }
     }
 };
@@ -128,17 +130,14 @@ void Line::draw(const Range &range, int64_t stride) const {
     const ptrdiff_t y_bytes = y_.direction * ptrdiff_t{canvas_.scanline};
     const ptrdiff_t major_bytes = steep_ ? y_bytes : x_bytes;
     const ptrdiff_t minor_bytes = steep_ ? x_bytes : y_bytes;
-    const Division start(static_cast<uint64_t>(range.first) * rise_, length_);
-    const Division advance(static_cast<uint64_t>(stride) * rise_, length_);
-    const auto across = static_cast<int64_t>(start.quotient);
+    const Fixed start = static_cast<uint64_t>(range.first) * slope_;
+    const Fixed advance = static_cast<uint64_t>(stride) * slope_;
+    const auto across = static_cast<int64_t>(whole(start));
     const int64_t x = x_.at(steep_ ? across : range.first);
     const int64_t y = y_.at(steep_ ? range.first : across);
     const Walk walk{pixel_address(canvas_, static_cast<int>(x), static_cast<int>(y)),
-                    stride * major_bytes + static_cast<ptrdiff_t>(advance.quotient) * minor_bytes,
-                    minor_bytes,
-                    start.remainder,
-                    advance.remainder,
-                    length_};
+                    stride * major_bytes + static_cast<ptrdiff_t>(whole(advance)) * minor_bytes,
+                    minor_bytes, fraction(start), fraction(advance)};
     const int64_t count = (range.last - range.first) / stride + 1;
     canvas_.depth == 8 ? walk.draw<1>(count, ink_) : walk.draw<3>(count, ink_);
 }

@@ -36,6 +36,7 @@
 #include "kelvane/languages.h"
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"
+#include "kelvane/text.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 

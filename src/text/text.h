@@ -1,44 +1,28 @@
-/* SPDX-License-Identifier: MIT
- * Fonts and text drawing. */
-#ifndef KELVANE_TEXT_TEXT_H
-#define KELVANE_TEXT_TEXT_H
+// SPDX-License-Identifier: MIT
+// What other areas need of fonts and text beyond the public names.
+#pragma once
 
-#include "kelvane/canvas.h"
+#include "kelvane/text.h"
 
-KELVANE_BEGIN_DECLS
+namespace text {
 
-/** An open font. */
-typedef struct ifont_s {
-    char *name;   /**< what it was opened as */
-    char *family; /**< the face's own name */
-    int size;     /**< pixels */
-    char aa;      /**< 1: glyphs are anti-aliased */
-    char isbold, isitalic;
-    char _r1;
-    unsigned short charset;
-    unsigned short _r2;
-    int color;       /**< default text colour */
-    int height;      /**< of a line */
-    int linespacing; /**< between baselines */
-    int baseline;    /**< from the top of a line */
-    void *fdata;     /**< the face; null for the font "null" */
-} ifont;
+// The library's own fonts; "default", "defaultb", "defaulti" and "defaultbi" stand for them where
+// the settings name no others.
+inline constexpr const char *regular_font = "DejaVuSans";
+inline constexpr const char *bold_font = "DejaVuSans-Bold";
+inline constexpr const char *italic_font = "DejaVuSans-Oblique";
+inline constexpr const char *bold_italic_font = "DejaVuSans-BoldOblique";
 
-/** Layout flags, also read from irect::flags. */
-enum {
-    ALIGN_LEFT = 0x01,
-    ALIGN_CENTER = 0x02,
-    ALIGN_RIGHT = 0x04,
-    ALIGN_JUSTIFY = 0x08,
-    VALIGN_TOP = 0x10,
-    VALIGN_MIDDLE = 0x20,
-    VALIGN_BOTTOM = 0x40,
-    TEXT_ROTATE = 0x80,
-    TEXT_DOTS = 0x200,
-    TEXT_RTL_MIRROR = 0x400,
-    TEXT_UNDERLINE = 0x800
+// Makes what GetFont() answered current again, in a colour; null: no font is current.
+void restore_font(ifont *f, int color);
+
+// What this area asks of upper ones. `is_rtl` tells whether the interface runs right to left.
+struct Hooks {
+    int (*is_rtl)() = nullptr;
 };
+extern Hooks hooks;
 
+<<<<<<< HEAD
 /** Opens a font; null when there is none of that name. See CloseFont(). */
 ifont *OpenFont(const char *name, int size, int aa);
 /** Releases a font; null does nothing. No font is current when it was. */
@@ -67,3 +51,10 @@ void restore_font(ifont *f, int color);
 #endif
 
 #endif
+=======
+// Closes what the library itself opened and forgets everything, once the screen is closed. Fonts
+// that applications still hold keep their faces.
+void reset();
+
+} // namespace text
+>>>>>>> ba7876d (Open fonts, measure, draw and lay out text with FreeType and FriBidi)

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "text/bidi.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fribidi/fribidi.h>
+#include <new>
+#include <numeric>
+#include <utility>
+
+#include "kelvane/text.h"
+#include "text/walker.h"
+
+namespace text {
+namespace {
+
+// No character below the Hebrew block runs right to left, and few above its neighbours do.
+bool may_run_right_to_left(uint16_t c) {
+    return c >= 0x590 && (c < 0x900 || (c >= 0x200F && c < 0x2070) || c >= 0xFB1D);
+}
+
+bool has_any(const uint16_t *text, int len) {
+    return std::any_of(text, text + len, may_run_right_to_left);
+}
+
+// One paragraph as FriBidi wants it.
+struct Paragraph {
+    std::vector<FriBidiChar> text;
+    std::vector<FriBidiCharType> types;
+    std::vector<FriBidiLevel> levels;
+    FriBidiLevel highest; // 0: no levels could be made
+
+    Paragraph(const uint16_t *units, int len, FriBidiParType base)
+        : text(units, units + len), types(text.size()), levels(text.size()) {
+        std::vector<FriBidiBracketType> brackets(text.size());
+        fribidi_get_bidi_types(text.data(), len, types.data());
+        fribidi_get_bracket_types(text.data(), len, types.data(), brackets.data());
+        highest = fribidi_get_par_embedding_levels_ex(types.data(), brackets.data(), len, &base,
+                                                      levels.data());
+    }
+    int size() const { return static_cast<int>(text.size()); }
+};
+
+FriBidiParType paragraph_type(Direction direction) {
+    return direction == Direction::right_to_left ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
+}
+
+struct VisualOrder {
+    std::vector<FriBidiChar> text;
+    std::vector<FriBidiStrIndex> from; // where each character was
+};
+
+VisualOrder reorder(const uint16_t *units, int len, Direction direction) {
+    FriBidiParType base = paragraph_type(direction);
+    Paragraph line(units, len, base);
+    VisualOrder order{line.text, std::vector<FriBidiStrIndex>(line.text.size())};
+    std::iota(order.from.begin(), order.from.end(), 0);
+    if (line.highest == 0) return order;
+    fribidi_shape_mirroring(line.levels.data(), len, order.text.data());
+    // Zero means no memory: then the line stays in the order in which it is read.
+    [[maybe_unused]] const FriBidiLevel highest =
+        fribidi_reorder_line(FRIBIDI_FLAG_REORDER_NSM, line.types.data(), len, 0, base,
+                             line.levels.data(), order.text.data(), order.from.data());
+    return order;
+}
+
+unsigned short *converted_copy(const uint16_t *text, int len, Direction direction) try {
+    if (text == nullptr || len < 0) return nullptr;
+    const VisualOrder order = reorder(text, len, direction);
+    auto *copy = static_cast<unsigned short *>(
+        std::malloc(static_cast<size_t>(len + 1) * sizeof(unsigned short)));
+    if (copy == nullptr) return nullptr;
+    std::transform(order.text.begin(), order.text.end(), copy,
+                   [](FriBidiChar c) { return static_cast<unsigned short>(c); });
+    copy[len] = 0;
+    return copy;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+void shape_paragraph(uint16_t *text, int len) {
+    if (!has_any(text, len)) return;
+    Paragraph paragraph(text, len, FRIBIDI_PAR_ON);
+    if (paragraph.highest == 0) return;
+    std::vector<FriBidiArabicProp> joining(paragraph.text.size());
+    fribidi_get_joining_types(paragraph.text.data(), len, joining.data());
+    fribidi_join_arabic(paragraph.types.data(), len, paragraph.levels.data(), joining.data());
+    fribidi_shape_arabic(FRIBIDI_FLAGS_ARABIC, paragraph.levels.data(), len, joining.data(),
+                         paragraph.text.data());
+    std::transform(paragraph.text.begin(), paragraph.text.end(), text,
+                   [](FriBidiChar c) { return static_cast<uint16_t>(c); });
+}
+
+// A line without its font codes, and the code in force at each character.
+struct Stripped {
+    std::vector<uint16_t> text, fonts;
+};
+
+Stripped strip_font_codes(const uint16_t *text, int len) {
+    Stripped line;
+    uint16_t font = line_font_code;
+    for (int i = 0; i < len; ++i) {
+        if (is_font_code(text[i])) {
+            font = text[i];
+            continue;
+        }
+        line.text.push_back(text[i]);
+        line.fonts.push_back(font);
+    }
+    return line;
+}
+
+} // namespace
+
+Direction direction_of(const uint16_t *text, int len) {
+    if (!has_any(text, len)) return Direction::none;
+    Direction direction = Direction::none;
+    bool is_first = true;
+    for (int i = 0; i < len; ++i) {
+        const FriBidiCharType type = fribidi_get_bidi_type(text[i]);
+        const bool is_rtl = FRIBIDI_IS_RTL(type) != 0;
+        if (FRIBIDI_IS_STRONG(type) && std::exchange(is_first, false) && is_rtl)
+            return Direction::right_to_left;
+        if (is_rtl) direction = Direction::left_to_right;
+    }
+    return direction;
+}
+
+std::vector<uint16_t> visual_line(const uint16_t *text, int len, Direction direction) {
+    const Stripped line = strip_font_codes(text, len);
+    const VisualOrder order =
+        reorder(line.text.data(), static_cast<int>(line.text.size()), direction);
+    std::vector<uint16_t> visual;
+    visual.reserve(static_cast<size_t>(len));
+    uint16_t font = line_font_code;
+    for (size_t i = 0; i < order.text.size(); ++i) {
+        const uint16_t wanted = line.fonts[static_cast<size_t>(order.from[i])];
+        if (wanted != font) visual.push_back(font = wanted);
+        visual.push_back(static_cast<uint16_t>(order.text[i]));
+    }
+    return visual;
+}
+
+} // namespace text
+
+int rtl_direction(const unsigned short *text, int len) {
+    return text != nullptr && len > 0 ? static_cast<int>(text::direction_of(text, len)) : 0;
+}
+
+unsigned short *rtl_convert_l(const unsigned short *text, int len) {
+    return text::converted_copy(text, len, text::Direction::left_to_right);
+}
+
+unsigned short *rtl_convert_r(const unsigned short *text, int len) {
+    return text::converted_copy(text, len, text::Direction::right_to_left);
+}
+
+void arabic_shape(unsigned short *text, int len) try {
+    if (text == nullptr) return;
+    for (int begin = 0; begin < len;) {
+        const int end = static_cast<int>(std::find(text + begin, text + len, text::newline) - text);
+        text::shape_paragraph(text + begin, end - begin);
+        begin = end + 1;
+    }
+} catch (const std::bad_alloc &) {
+    // Letters that are not joined can be read, too.
+}

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "text/blit.h"
+
+#include "internal.h"
+
+namespace text {
+namespace {
+
+// paper + (ink - paper) * coverage / 255, rounded; all of it fits 16 bits.
+inline uint8_t blend(uint8_t paper, uint8_t ink, uint8_t coverage) {
+    const unsigned t = paper * (255U - coverage) + ink * unsigned{coverage} + 128U;
+    return static_cast<uint8_t>((t + (t >> 8)) >> 8);
+}
+
+void blend_grey(uint8_t *row, const uint8_t *coverage, int count, uint8_t ink) {
+    for (int i = 0; i < count; ++i) row[i] = blend(row[i], ink, coverage[i]);
+}
+
+void blend_grey(uint8_t *row, const uint8_t *coverage, ptrdiff_t step, int count, uint8_t ink) {
+    for (; count > 0; --count, ++row, coverage += step) *row = blend(*row, ink, *coverage);
+}
+
+void blend_rgb(uint8_t *row, const uint8_t *coverage, ptrdiff_t step, int count,
+               const raster::Ink &ink) {
+    for (; count > 0; --count, row += 3, coverage += step)
+        for (int i = 0; i < 3; ++i) row[i] = blend(row[i], ink.bytes[i], *coverage);
+}
+
+} // namespace
+
+Target::Target(int color, Run run) : canvas_(kvstate.canvas), run_(run) {
+    if (canvas_ == nullptr) return;
+    bounds_ = raster::writable_bounds(*canvas_);
+    if (bounds_.empty()) canvas_ = nullptr;
+    set_color(color);
+}
+
+void Target::set_color(int color) {
+    if (canvas_ != nullptr) ink_.emplace(*canvas_, color);
+}
+
+inline void Target::blend_row(uint8_t *row, const uint8_t *coverage, ptrdiff_t step,
+                              int count) const {
+    if (canvas_->depth != 8)
+        blend_rgb(row, coverage, step, count, *ink_);
+    else if (step == 1)
+        blend_grey(row, coverage, count, ink_->bytes[0]);
+    else
+        blend_grey(row, coverage, step, count, ink_->bytes[0]);
+}
+
+void Target::draw_glyph(const Glyph &glyph, int64_t x, int64_t y) const {
+    const int64_t left = x + glyph.left, top = y - glyph.top;
+    const raster::Area a = raster::clip_area(bounds_, left, top, glyph.w, glyph.h);
+    if (a.empty()) return;
+    const uint8_t *coverage = glyph.coverage.get() + (a.y - top) * glyph.w + (a.x - left);
+    uint8_t *row = raster::pixel_address(*canvas_, a.x, a.y);
+    for (int i = 0; i < a.h; ++i, row += canvas_->scanline, coverage += glyph.w)
+        blend_row(row, coverage, 1, a.w);
+}
+
+void Target::draw_glyph_r(const Glyph &glyph, int64_t x, int64_t y) const {
+    // Columns become rows: column 0 is the lowest one, row 0 of the glyph is at the left.
+    const int64_t left = x - glyph.top, bottom = y - glyph.left;
+    const raster::Area a = raster::clip_area(bounds_, left, bottom - glyph.w + 1, glyph.h, glyph.w);
+    if (a.empty()) return;
+    const uint8_t *coverage = glyph.coverage.get() + (a.x - left) * glyph.w + (bottom - a.y);
+    uint8_t *row = raster::pixel_address(*canvas_, a.x, a.y);
+    for (int i = 0; i < a.h; ++i, row += canvas_->scanline, --coverage)
+        blend_row(row, coverage, glyph.w, a.w);
+}
+
+} // namespace text

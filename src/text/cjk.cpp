@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "text/cjk.h"
+
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "text/current.h"
+
+namespace text {
+namespace {
+
+constexpr const char *cjk_name = "fireflysung";
+
+// One for each size that was needed.
+std::vector<ifont *> cjk_fonts;
+// What was current before one of them; null while none is in use.
+ifont *before;
+
+ifont *find_cjk_font(int size, int aa) {
+    for (ifont *font : cjk_fonts)
+        if (font->size == size && font->aa == aa) return font;
+    cjk_fonts.reserve(cjk_fonts.size() + 1);
+    ifont *font = OpenFont(cjk_name, size, aa);
+    if (font != nullptr) cjk_fonts.push_back(font);
+    return font;
+}
+
+} // namespace
+
+bool cjk_is_used() {
+    return before != nullptr;
+}
+
+ifont *put_aside_for_cjk(ifont *font) {
+    return std::exchange(before, font);
+}
+
+void forget_font(const ifont *font) {
+    if (before == font) before = nullptr;
+    std::erase(cjk_fonts, font);
+}
+
+void reset_cjk() {
+    before = nullptr;
+    while (!cjk_fonts.empty()) CloseFont(cjk_fonts.back());
+}
+
+} // namespace text
+
+void select_need_font(unsigned short c, ifont *current, int color) try {
+    if (!text::is_cjk(c)) {
+        if (ifont *font = text::put_aside_for_cjk(nullptr)) text::restore_font(font, color);
+        return;
+    }
+    const bool is_needed = text::before == nullptr && current != nullptr && text::has_face() &&
+                           !text::current.cache->face().has(c);
+    ifont *font = is_needed ? text::find_cjk_font(current->size, current->aa) : nullptr;
+    if (font == nullptr) return;
+    text::before = current;
+    text::restore_font(font, color);
+} catch (const std::bad_alloc &) {
+    // The character is drawn with what the current face has for it.
+}

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// The current font, and what drawing and measuring need of it at once.
+#pragma once
+
+#include "internal.h"
+#include "text/cjk.h"
+#include "text/face.h"
+#include "text/text.h"
+
+namespace text {
+
+// Of kvstate.current_font; no cache when that is null or has no face.
+struct Current {
+    SizeCache *cache = nullptr;
+    Mode mode = Mode::antialiased;
+    int baseline = 0;
+};
+extern Current current;
+
+inline bool has_face() {
+    return current.cache != nullptr;
+}
+
+// What a code of the text switches to; null when no such font is registered.
+ifont *registered_font(int number);
+
+// The current font and colour, restored at the end of the scope.
+class FontScope {
+  public:
+    FontScope()
+        : font_(kvstate.current_font), aside_(put_aside_for_cjk(nullptr)),
+          color_(kvstate.current_color) {}
+    ~FontScope() {
+        if (kvstate.current_font != font_) restore_font(font_, color_);
+        kvstate.current_color = color_;
+        put_aside_for_cjk(aside_);
+    }
+    FontScope(const FontScope &) = delete;
+    FontScope &operator=(const FontScope &) = delete;
+
+  private:
+    ifont *font_, *aside_;
+    int color_;
+};
+
+} // namespace text

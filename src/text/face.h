@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// Faces: what FreeType opened of a font file, shared by all fonts of the same name.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <ft2build.h>
+#include <memory>
+#include <string>
+#include <vector>
+#include FT_FREETYPE_H
+
+#include "text/size_cache.h"
+
+namespace text {
+
+inline constexpr int largest_size = 16384; // pixels
+
+struct FaceCloser {
+    void operator()(FT_Face face) const { FT_Done_Face(face); }
+};
+using FacePtr = std::unique_ptr<FT_FaceRec_, FaceCloser>;
+
+// A glyph of a face or of its fallback face.
+class GlyphRef {
+  public:
+    GlyphRef() = default;
+    GlyphRef(uint32_t index, bool in_fallback) : bits_(index << 1 | (in_fallback ? 1 : 0)) {}
+    uint32_t index() const { return bits_ >> 1; }
+    bool in_fallback() const { return (bits_ & 1) != 0; }
+    bool is_known() const { return bits_ != UINT32_MAX; }
+
+  private:
+    uint32_t bits_ = UINT32_MAX;
+};
+
+class Face {
+  public:
+    Face(std::string name, FacePtr face);
+
+    const std::string &name() const { return name_; }
+    FT_Face ft() const { return face_.get(); }
+    size_t glyph_count() const {
+        return static_cast<size_t>(std::max(face_->num_glyphs, FT_Long{0}));
+    }
+
+    // Used for characters that this face lacks; itself when there is no other.
+    Face &fallback() const { return *fallback_; }
+    void set_fallback(Face &fallback);
+
+    // Where a character's glyph is: here, or in the fallback face, there perhaps glyph 0.
+    GlyphRef find(uint16_t c) {
+        const GlyphPage *page = pages_[c >> 8].get();
+        const GlyphRef glyph = page != nullptr ? (*page)[c & 255] : GlyphRef();
+        return glyph.is_known() ? glyph : look_up(c);
+    }
+    Face &owner(GlyphRef glyph) { return glyph.in_fallback() ? *fallback_ : *this; }
+    bool has(GlyphRef glyph) const { return !glyph.in_fallback() && glyph.index() != 0; }
+    bool has(uint16_t c) { return has(find(c)); }
+
+    // Makes glyphs load at this size; a face without outlines takes its nearest one.
+    bool set_size(int pixels);
+
+    // The cache of a size. Valid until another one is asked for that is not there yet, except that
+    // `kept` stays.
+    SizeCache &cache(int pixels, int strength, const SizeCache *kept);
+
+    int references = 0; // fonts that use it, and the table of fallback faces
+
+  private:
+    using GlyphPage = std::array<GlyphRef, 256>;
+    GlyphRef look_up(uint16_t c);
+    bool choose_size(int pixels);
+
+    std::string name_;
+    FacePtr face_;
+    Face *fallback_ = this;
+    int pixels_ = 0; // that set_size chose last
+    bool size_is_set_ = false;
+    std::array<std::unique_ptr<GlyphPage>, 256> pages_;
+    std::vector<std::unique_ptr<SizeCache>> caches_;
+};
+
+// The face of a resolved name, opened when nobody has it open; null when it cannot be opened. The
+// caller has a reference, which release_face() takes back.
+Face *acquire_face(const std::string &name);
+void release_face(Face *face);
+
+// Lets go of the fallback faces, and of FreeType when no face is open.
+void reset_faces();
+
+// FreeType, started at the first use; null, with a message, when it does not start.
+FT_Library library();
+
+} // namespace text

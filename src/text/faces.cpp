@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+// The faces that are open, by name, and the fallback faces.
+#include <array>
+#include <memory>
+#include <sys/stat.h>
+
+#include "ground/log.h"
+#include "internal.h"
+#include "kelvane/files.h"
+#include "kelvane/hash.h"
+#include "text/face.h"
+#include "text/names.h"
+
+namespace text {
+namespace {
+
+constexpr int face_buckets = 71;
+constexpr size_t preread_bytes = 512;
+
+struct FileCloser {
+    void operator()(FILE *file) const { kv_fclose_no_sync(file); }
+};
+
+FT_Library freetype;
+ihash faces; // of Face, by resolved name; null while none is open
+// Of the styles regular, bold and italic; opened once.
+std::array<Face *, 3> fallbacks;
+
+// Reads the start of a file, so that storage is there when FreeType opens it. Only plain files are
+// fonts: a pipe would be waited for.
+bool preread(const char *path) {
+    struct stat status;
+    if (kv_stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    const std::unique_ptr<FILE, FileCloser> file(kv_fopen(path, "rb"));
+    char start[preread_bytes];
+    return file && kv_fread(start, 1, sizeof start, file.get()) > 0;
+}
+
+FacePtr open_file(const FontFile &file) {
+    FT_Face face = nullptr;
+    if (!preread(file.path.c_str())) return nullptr;
+    return FacePtr(FT_New_Face(freetype, file.path.c_str(), file.face_index, &face) == 0 ? face
+                                                                                         : nullptr);
+}
+
+Style style_of(FT_Face face) {
+    const bool italic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0;
+    const bool bold = (face->style_flags & FT_STYLE_FLAG_BOLD) != 0;
+    if (bold) return italic ? Style::bold_italic : Style::bold;
+    return italic ? Style::italic : Style::regular;
+}
+
+// Bold italic faces fall back to the bold one.
+Style fallback_style(FT_Face face) {
+    const Style style = style_of(face);
+    return style == Style::bold_italic ? Style::bold : style;
+}
+
+Face *find_fallback(Style style) {
+    Face *&fallback = fallbacks[static_cast<size_t>(style)];
+    if (fallback != nullptr) return fallback;
+    Face *opened = acquire_face(default_font(style));
+    // Opening it may have looked for its own fallback, and found itself.
+    if (fallback == nullptr)
+        fallback = opened;
+    else
+        release_face(opened);
+    return fallback;
+}
+
+void add_to_table(Face &face) {
+    if (faces == nullptr) faces = vhash_new(face_buckets, nullptr, nullptr);
+    vhash_add(faces, face.name().c_str(), &face);
+    if (vhash_find(faces, face.name().c_str()) != &face) throw std::bad_alloc();
+    kvstate.fonthash = faces;
+}
+
+Face *open_face(const std::string &name) {
+    for (const FontFile &file : font_files(name)) {
+        FacePtr opened = open_file(file);
+        if (!opened) continue;
+        auto face = std::make_unique<Face>(name, std::move(opened));
+        add_to_table(*face);
+        return face.release();
+    }
+    return nullptr;
+}
+
+void choose_fallback(Face &face) {
+    // The face is in the table by now, so a default font finds itself.
+    if (Face *fallback = find_fallback(fallback_style(face.ft())))
+        face.set_fallback(*fallback);
+    else
+        kv_warn("OpenFont", "cannot set zface\n");
+}
+
+void stop_freetype() {
+    hash_destroy(faces);
+    faces = nullptr;
+    FT_Done_FreeType(freetype);
+    freetype = nullptr;
+    kvstate.ftlibrary = nullptr;
+    kvstate.fonthash = nullptr;
+}
+
+int forget_fallback(const char *, void *face, void *) {
+    static_cast<Face *>(face)->set_fallback(*static_cast<Face *>(face));
+    return 0;
+}
+
+} // namespace
+
+FT_Library library() {
+    if (freetype != nullptr) return freetype;
+    if (const FT_Error error = FT_Init_FreeType(&freetype)) {
+        kv_warn("OpenFont", "FT_Init_Freetype: error %i\n", error);
+        freetype = nullptr;
+    }
+    kvstate.ftlibrary = freetype;
+    return freetype;
+}
+
+Face *acquire_face(const std::string &name) {
+    auto *face = static_cast<Face *>(vhash_find(faces, name.c_str()));
+    if (face == nullptr) {
+        face = open_face(name);
+        if (face == nullptr) return nullptr;
+        ++face->references; // counts while its own fallback is opened
+        choose_fallback(*face);
+    } else {
+        ++face->references;
+    }
+    return face;
+}
+
+void release_face(Face *face) {
+    if (face == nullptr || --face->references > 0) return;
+    vhash_delete(faces, face->name().c_str());
+    delete face;
+}
+
+void reset_faces() {
+    hash_enumerate(faces, nullptr, forget_fallback, nullptr);
+    for (Face *&fallback : fallbacks) {
+        release_face(fallback);
+        fallback = nullptr;
+    }
+    if (freetype != nullptr && (faces == nullptr || hash_count(faces) == 0)) stop_freetype();
+}
+
+} // namespace text

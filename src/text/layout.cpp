@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#include "text/layout.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "hw.h"
+#include "text/bidi.h"
+#include "text/line.h"
+#include "text/measure.h"
+#include "text/units.h"
+#include "text/walker.h"
+
+namespace text {
+namespace {
+
+constexpr std::array<uint16_t, 3> dots = {'.', '.', '.'};
+
+// After which characters a line may break; never after those that are not in the table.
+constexpr auto break_table = [] {
+    std::array<bool, 128> breaks{};
+    for (size_t c = 0; c < '0'; ++c) breaks[c] = true;
+    for (char c : {'"', '\'', '(', ')', '.'}) breaks[static_cast<size_t>(c)] = false;
+    for (size_t c = '['; c <= '_'; ++c) breaks[c] = true;
+    return breaks;
+}();
+
+bool breaks_after(uint16_t c) {
+    return c < break_table.size() && break_table[c];
+}
+
+enum class LineEnd { newline, text, overflow };
+
+struct Line {
+    int begin, end;    // of what is drawn
+    int next;          // where the next line begins
+    int64_t width = 0; // for the alignment
+    LineEnd ended_by = LineEnd::text;
+    bool is_last = false, has_dots = false;
+};
+
+// A place between two characters, and the width of the line up to it.
+struct Cut {
+    int at = -1;
+    int64_t width = 0;
+    int64_t width_before_last = 0; // without the last character
+};
+
+class RectLayout {
+  public:
+    RectLayout(int w, int h, uint16_t *text, int len, int flags)
+        : text_(text), len_(len), flags_(flags), w_(w), h_(h),
+          linespacing_(kvstate.current_font->linespacing),
+          dots_width_(measure(dots.data(), dots.size())) {}
+
+    // The next line, when `used` pixels of the height are used.
+    Line next_line(int begin, int64_t used) {
+        const bool is_last = used + 2 * linespacing_ > h_;
+        Line line = break_line(begin, is_last);
+        line.is_last = is_last;
+        line.next = skip_to_next_line(line.next);
+        trim(line);
+        if (is_last && (flags_ & TEXT_DOTS) != 0 && line.next < len_) append_dots(line);
+        walker_.restart();
+        return line;
+    }
+    int64_t linespacing() const { return linespacing_; }
+
+  private:
+    // Where a line that begins at `begin` is cut when the character at `overflow` is too much.
+    const Cut &choose_cut(const Cut &last_break, const Cut &overflow, bool is_last) const {
+        const bool may_go_back =
+            !is_last || ((flags_ & ALIGN_JUSTIFY) != 0 && (flags_ & TEXT_DOTS) == 0);
+        return may_go_back && last_break.at >= 0 ? last_break : overflow;
+    }
+
+    Line break_line(int begin, bool is_last);
+    int skip_to_next_line(int at) const;
+    void trim(Line &line) const;
+    void append_dots(Line &line);
+
+    uint16_t *const text_;
+    const int len_, flags_;
+    const int64_t w_, h_, linespacing_, dots_width_;
+    Walker walker_;
+};
+
+Line RectLayout::break_line(int begin, bool is_last) {
+    Cut here{begin, 0, 0}, last_break;
+    walker_.restart();
+    while (here.at < len_ && text_[here.at] != newline) {
+        SubstBrokenChar(&text_[here.at]);
+        const uint16_t c = text_[here.at];
+        const int64_t width = here.width + walker_.step(c).total();
+        if (width > w_ && here.at > begin) {
+            const Cut cut = choose_cut(last_break, here, is_last);
+            const bool after_space = text_[cut.at - 1] == ' ' && (flags_ & ALIGN_RIGHT) != 0;
+            return {begin, cut.at, cut.at, after_space ? cut.width_before_last : cut.width,
+                    LineEnd::overflow};
+        }
+        here = {here.at + 1, width, here.width};
+        if (breaks_after(c)) last_break = here;
+    }
+    return {begin, here.at, here.at, here.width, here.at < len_ ? LineEnd::newline : LineEnd::text};
+}
+
+int RectLayout::skip_to_next_line(int at) const {
+    while (at < len_ && text_[at] == ' ') ++at;
+    return at < len_ && text_[at] == newline ? at + 1 : at;
+}
+
+void RectLayout::trim(Line &line) const {
+    while (line.end > line.begin && text_[line.end - 1] == ' ') --line.end;
+}
+
+// Takes characters off the end until the dots fit.
+void RectLayout::append_dots(Line &line) {
+    int fitting = line.begin;
+    int64_t width = 0, fitting_width = 0;
+    walker_.restart();
+    for (int at = line.begin; at < line.end;) {
+        width += walker_.step(text_[at++]).total();
+        if (width + dots_width_ <= w_) fitting = at, fitting_width = width;
+    }
+    if (fitting < line.end) line.next = fitting;
+    line.end = fitting;
+    line.width = fitting_width + dots_width_;
+    line.has_dots = true;
+}
+
+// Where lines go, and how they are drawn.
+class RectPainter {
+  public:
+    RectPainter(int64_t x, int64_t y, int w, int flags, Direction direction)
+        : x_(x), y_(y), w_(w), flags_(flags), direction_(direction), color_(kvstate.current_color) {
+    }
+
+    void draw(const uint16_t *text, const Line &line, int64_t top) const {
+        std::vector<uint16_t> with_dots;
+        int len = line.end - line.begin;
+        text += line.begin;
+        if (line.has_dots) {
+            with_dots.assign(text, text + len);
+            with_dots.insert(with_dots.end(), dots.begin(), dots.end());
+            text = with_dots.data();
+            len = static_cast<int>(with_dots.size());
+        }
+        if (len > 0) draw_characters(text, len, line, top);
+    }
+    bool is_above_clip(int64_t top) const {
+        const icanvas *canvas = kvstate.canvas;
+        return (flags_ & TEXT_ROTATE) == 0 && canvas != nullptr &&
+               y_ + top + kvstate.current_font->height <= canvas->clipy1;
+    }
+
+  private:
+    void draw_characters(const uint16_t *text, int len, const Line &line, int64_t top) const {
+        const bool is_justified =
+            (flags_ & ALIGN_JUSTIFY) != 0 && line.ended_by == LineEnd::overflow;
+        // A line whose spaces widen starts at the edge, whatever else is asked for.
+        const bool is_full = is_justified && std::find(text, text + len, ' ') != text + len;
+        const int64_t offset = is_full ? 0 : offset_of(line);
+        // The rectangle of rotated text is as high as its lines are wide.
+        const Run run = (flags_ & TEXT_ROTATE) != 0 ? Run::upwards : Run::across;
+        const int64_t x = run == Run::upwards ? x_ + top : x_ + offset;
+        const int64_t y = run == Run::upwards ? y_ + w_ - offset - 1 : y_ + top;
+        const int64_t drawn =
+            kv_textblock(x, y, is_justified ? w_ : 0, text, len, color_, run, direction_);
+        if ((flags_ & TEXT_UNDERLINE) != 0 && drawn > 0) underline(x, y, drawn, run);
+    }
+    int64_t offset_of(const Line &line) const {
+        if ((flags_ & ALIGN_CENTER) != 0) return (w_ - line.width) / 2;
+        if ((flags_ & ALIGN_RIGHT) != 0) return w_ - line.width;
+        return 0;
+    }
+    void underline(int64_t x, int64_t y, int64_t length, Run run) const {
+        const int64_t offset = int64_t{current.baseline} + 1;
+        const int color = kvstate.current_color;
+        if (run == Run::across)
+            FillArea(saturated(x), saturated(y + offset), saturated(length), 1, color);
+        else
+            FillArea(saturated(x + offset), saturated(y - length + 1), 1, saturated(length), color);
+    }
+
+    const int64_t x_, y_;
+    const int w_, flags_;
+    const Direction direction_;
+    const int color_;
+};
+
+// Text that is not aligned otherwise is aligned to the left.
+int mirrored(int flags) {
+    const bool is_rtl = hooks.is_rtl != nullptr && hooks.is_rtl() != 0;
+    if ((flags & TEXT_RTL_MIRROR) == 0 || !is_rtl || (flags & ALIGN_CENTER) != 0) return flags;
+    const int other = (flags & ALIGN_RIGHT) != 0 ? ALIGN_LEFT : ALIGN_RIGHT;
+    return (flags & ~(ALIGN_LEFT | ALIGN_RIGHT)) | other;
+}
+
+} // namespace
+
+Layout kv_textrect(int64_t x, int64_t y, int w, int h, uint16_t *text, int len, int flags,
+                   Draw draw) {
+    if (!has_face()) return {ScreenHeight(), len, 0};
+    len = std::min(len, static_cast<int>(most_characters));
+    flags = mirrored(flags);
+    if ((flags & TEXT_ROTATE) != 0) std::swap(w, h);
+    const Direction direction = direction_of(text, len);
+    if (direction != Direction::none) arabic_shape(text, len);
+
+    RectLayout layout(w, h, text, len, flags);
+    const RectPainter painter(x, y, w, flags, direction);
+    Layout result;
+    bool is_done = false;
+    while (!is_done && result.end < len) {
+        const Line line = layout.next_line(result.end, result.height);
+        if (draw == Draw::yes && !painter.is_above_clip(result.height))
+            painter.draw(text, line, result.height);
+        result.height += layout.linespacing();
+        result.last_line_width = line.width;
+        result.end = line.next;
+        is_done = line.is_last;
+    }
+    return result;
+}
+
+} // namespace text

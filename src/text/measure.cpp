@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// Widths of characters and strings.
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <new>
+
+#include "text/bidi.h"
+#include "text/measure.h"
+#include "text/units.h"
+#include "text/walker.h"
+
+namespace text {
+
+int64_t measure(const uint16_t *text, int len) {
+    Walker walker;
+    int64_t width = 0;
+    for (int i = 0; i < len; ++i) width += walker.step(text[i]).total();
+    return width;
+}
+
+int width_without_face(size_t bytes) {
+    return static_cast<int>(std::min<size_t>(bytes, INT_MAX / 10) * 10);
+}
+
+} // namespace text
+
+int CharWidth(unsigned short c) try {
+    if (!text::has_face()) return 10;
+    if (c < text::first_printable) return text::control_width();
+    if (c == text::soft_hyphen) return 0;
+    return text::current.cache->width(text::current.mode, c);
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+int StringWidth(const char *utf8) try {
+    if (utf8 == nullptr) return 0;
+    if (!text::has_face()) return text::width_without_face(std::strlen(utf8));
+    text::Units units(utf8);
+    if (rtl_direction(units.data(), units.size()) != 0) arabic_shape(units.data(), units.size());
+    return text::saturated(text::measure(units.data(), units.size()));
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+int StringWidthExt(const char *utf8, int len) try {
+    if (utf8 == nullptr || len < 1) return 0;
+    const size_t bytes = strnlen(utf8, static_cast<size_t>(len));
+    if (!text::has_face()) return text::width_without_face(bytes);
+    text::Units units(utf8, bytes, INT32_MAX);
+    return text::saturated(text::measure(units.data(), units.size()));
+} catch (const std::bad_alloc &) {
+    return 0;
+}

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+// The functions that lay text out in rectangles.
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "text/layout.h"
+#include "text/measure.h"
+#include "text/units.h"
+#include "text/walker.h"
+
+namespace text {
+namespace {
+
+constexpr int any_height = 99999;
+
+// How far the text is moved down, or to the right when it is rotated.
+int64_t vertical_offset(int room, int64_t height, int flags) {
+    if ((flags & VALIGN_MIDDLE) != 0) return (room - height) / 2;
+    if ((flags & VALIGN_BOTTOM) != 0) return room - height;
+    return 0;
+}
+
+Layout draw_rect(const irect &r, Units &units, int flags) {
+    const bool rotated = (flags & TEXT_ROTATE) != 0;
+    int64_t x = r.x, y = r.y;
+    if ((flags & (VALIGN_MIDDLE | VALIGN_BOTTOM)) != 0) {
+        const Layout measured =
+            kv_textrect(0, 0, r.w, r.h, units.data(), units.size(), flags, Draw::no);
+        (rotated ? x : y) += vertical_offset(rotated ? r.w : r.h, measured.height, flags);
+    }
+    return kv_textrect(x, y, r.w, r.h, units.data(), units.size(), flags, Draw::yes);
+}
+
+// The lines of a text, laid out one at a time.
+class SingleLines {
+  public:
+    SingleLines(Units &units, int w, int flags) : units_(units), w_(w), flags_(flags) {}
+    bool next() {
+        begin_ = end_;
+        if (begin_ >= units_.size()) return false;
+        const Layout line = kv_textrect(0, 0, w_, 1, units_.data() + begin_, units_.size() - begin_,
+                                        flags_, Draw::no);
+        end_ = begin_ + std::max(line.end, 1);
+        width_ = line.last_line_width;
+        return true;
+    }
+    // The next line begins here instead.
+    void set_end(int end) { end_ = end; }
+    int begin() const { return begin_; }
+    int end() const { return end_; }
+    int64_t width() const { return width_; }
+
+  private:
+    Units &units_;
+    const int w_, flags_;
+    int begin_ = 0, end_ = 0;
+    int64_t width_ = 0;
+};
+
+// Moves the cut of a line back to the space before it. False when the line has none.
+bool cut_at_space(const uint16_t *text, SingleLines &lines) {
+    int at = lines.end();
+    while (at > lines.begin() && text[at] != ' ') --at;
+    if (at == lines.begin()) return false;
+    lines.set_end(at);
+    return true;
+}
+
+int multiline_width(Units &units, int maxwidth, int flags) {
+    const uint16_t *text = units.data();
+    int64_t widest = 0;
+    SingleLines lines(units, maxwidth, flags & ~(TEXT_ROTATE | TEXT_DOTS));
+    while (lines.next()) {
+        const bool is_cut = lines.end() < units.size() && text[lines.end() - 1] != newline;
+        if (is_cut && !cut_at_space(text, lines)) return maxwidth;
+        const int64_t width = measure(text + lines.begin(), lines.end() - lines.begin());
+        widest = std::max(widest, std::min<int64_t>(width, maxwidth));
+        if (is_cut) lines.set_end(lines.end() + 1);
+    }
+    return widest > 0 ? static_cast<int>(widest) : maxwidth;
+}
+
+} // namespace
+} // namespace text
+
+char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int *height) try {
+    if (height != nullptr) *height = 0;
+    if (utf8 == nullptr) return nullptr;
+    const size_t bytes = std::strlen(utf8);
+    text::Units units(utf8, bytes, text::most_characters);
+    const text::Layout layout = text::draw_rect({x, y, w, h, 0}, units, flags);
+    if (height != nullptr) *height = text::saturated(layout.height);
+    if (!text::has_face()) return const_cast<char *>(utf8 + bytes);
+    return const_cast<char *>(utf8::skip(utf8, utf8 + bytes, static_cast<size_t>(layout.end)));
+} catch (const std::bad_alloc &) {
+    return const_cast<char *>(utf8);
+}
+
+char *DrawTextRect(int x, int y, int w, int h, const char *utf8, int flags) {
+    return DrawTextRect3(x, y, w, h, utf8, flags, nullptr);
+}
+
+char *DrawTextRect2(const irect *r, const char *utf8) {
+    return r != nullptr ? DrawTextRect(r->x, r->y, r->w, r->h, utf8, r->flags)
+                        : const_cast<char *>(utf8);
+}
+
+int TextRectHeightEx(int w, int h, const char *utf8, int flags) try {
+    if (utf8 == nullptr) return 0;
+    text::Units units(utf8, std::strlen(utf8), text::most_characters);
+    const text::Layout layout = text::kv_textrect(0, 0, w, h, units.data(), units.size(),
+                                                  flags & ~TEXT_ROTATE, text::Draw::no);
+    return text::saturated(layout.height);
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+int TextRectHeight(int w, const char *utf8, int flags) {
+    return TextRectHeightEx(w, text::any_height, utf8, flags);
+}
+
+int MinimalTextRectWidth(int w, const char *utf8) try {
+    if (utf8 == nullptr) return 0;
+    const size_t bytes = std::strlen(utf8);
+    if (!text::has_face()) return std::min(w, text::width_without_face(bytes));
+    text::Units units(utf8, bytes, INT32_MAX);
+    text::SingleLines lines(units, w, ALIGN_JUSTIFY);
+    int64_t widest = 0;
+    while (lines.next()) widest = std::max(widest, lines.width());
+    return text::saturated(widest);
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+int GetMultilineStringWidth(const char *utf8, int maxwidth, const ifont *font, int flags) try {
+    if (utf8 == nullptr) return 0;
+    const text::FontScope scope;
+    SetFont(font, -1);
+    const int width = StringWidth(utf8);
+    if (width <= maxwidth) return width;
+    if (!text::has_face()) return maxwidth;
+    text::Units units(utf8);
+    return text::multiline_width(units, maxwidth, flags);
+} catch (const std::bad_alloc &) {
+    return maxwidth;
+}

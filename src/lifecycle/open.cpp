@@ -25,6 +25,7 @@
 #include "runtime/timers.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
+#include "text/text.h"
 #include "theme/theme.h"
 
 namespace {
@@ -175,6 +176,7 @@ void close_screen() {
     loop_start();
     remove_hooks();
     chrome::reset();
+    text::reset();
     CloseConfigNoSave(kvstate.cfg);
     delete[] kvstate.tsc;
     queue_clear_runtime_record();

@@ -76,10 +76,10 @@ void load_appearance(bool safe, const char *language, const char *keyboard) {
     const int antialiasing = ReadInt(cfg, "antialiasing", 1);
     kvstate.antialiasing = static_cast<uint8_t>(antialiasing);
     copy_text(kvstate.theme, ReadString(cfg, "theme", "default"));
-    copy_text(kvstate.font, ReadString(cfg, "font", "default"));
-    copy_text(kvstate.fontb, ReadString(cfg, "font.b", "defaultb"));
-    copy_text(kvstate.fonti, ReadString(cfg, "font.i", "defaulti"));
-    copy_text(kvstate.fontbi, ReadString(cfg, "font.bi", "defaultbi"));
+    copy_text(kvstate.font, ReadString(cfg, "font", text::regular_font));
+    copy_text(kvstate.fontb, ReadString(cfg, "font.b", text::bold_font));
+    copy_text(kvstate.fonti, ReadString(cfg, "font.i", text::italic_font));
+    copy_text(kvstate.fontbi, ReadString(cfg, "font.bi", text::bold_italic_font));
     copy_text(kvstate.lang, ReadString(cfg, "language", language));
     const std::string layouts = safe ? keyboard : configured_layouts(keyboard);
     copy_text(kvstate.kbdlang, layouts.substr(0, longest_layout_list).c_str());

@@ -49,6 +49,7 @@ void install_hooks() {
     update_hooks = {chrome::show_keylock_icon, chrome::restore_under_keylock_icon};
     file_hooks.system_request = [](int request) { kv_ipc_request(request, 0, nullptr, 0, 0); };
     file_hooks.translate = GetLangText;
+    text::hooks.is_rtl = IsRTL;
     file_hooks.storage_ready = hw_usbready;
     file_hooks.clock_ms = hw_timeinms;
     file_hooks.pause = [](long long us) {

@@ -57,10 +57,11 @@ VisualOrder reorder(const uint16_t *units, int len, Direction direction) {
     std::iota(order.from.begin(), order.from.end(), 0);
     if (line.highest == 0) return order;
     fribidi_shape_mirroring(line.levels.data(), len, order.text.data());
-    // Zero means no memory: then the line stays in the order in which it is read.
+    // Marks stay left of their letter, where fonts expect to draw them before it. Zero means no
+    // memory: then the line stays in the order in which it is read.
     [[maybe_unused]] const FriBidiLevel highest =
-        fribidi_reorder_line(FRIBIDI_FLAG_REORDER_NSM, line.types.data(), len, 0, base,
-                             line.levels.data(), order.text.data(), order.from.data());
+        fribidi_reorder_line(0, line.types.data(), len, 0, base, line.levels.data(),
+                             order.text.data(), order.from.data());
     return order;
 }
 

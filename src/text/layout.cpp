@@ -17,6 +17,9 @@
 namespace text {
 namespace {
 
+// What SubstBrokenChar() replaces lies between these.
+constexpr uint16_t first_broken = 0x02CC, last_broken = 0x02D0;
+
 constexpr std::array<uint16_t, 3> dots = {'.', '.', '.'};
 
 // After which characters a line may break; never after those that are not in the table.
@@ -92,8 +95,8 @@ Line RectLayout::break_line(int begin, bool is_last) {
     Cut here{begin, 0, 0}, last_break;
     walker_.restart();
     while (here.at < len_ && text_[here.at] != newline) {
-        SubstBrokenChar(&text_[here.at]);
-        const uint16_t c = text_[here.at];
+        uint16_t &c = text_[here.at];
+        if (c >= first_broken && c <= last_broken) SubstBrokenChar(&c);
         const int64_t width = here.width + walker_.step(c).total();
         if (width > w_ && here.at > begin) {
             const Cut cut = choose_cut(last_break, here, is_last);

@@ -54,3 +54,15 @@ Advance Walker::special_step(uint16_t c) {
 }
 
 } // namespace text
+
+int SubstBrokenChar(unsigned short *c) {
+    if (c == nullptr) return 0;
+    switch (*c) {
+    case 0x02D0: // a triangular colon
+        return *c = ':';
+    case 0x02CC: // a low vertical line, which dictionaries set between syllables
+        return *c = 0x200B;
+    default:
+        return 0;
+    }
+}

@@ -444,19 +444,19 @@ TEST_F(Pager, AbsurdGeometry) {
 }
 
 TEST_F(Chrome, DrawingLeavesTheFontSelectionAsItWas) {
-    ifont font{}, other{};
-    font.color = DGRAY;
-    { const chrome::FontScope scope(&font); }
+    ifont *font = OpenFont("null", 20, 1), *other = OpenFont("null", 20, 1);
+    font->color = DGRAY;
+    { const chrome::FontScope scope(font); }
     EXPECT_EQ(GetFont(), nullptr);
-    SetFont(&other, LGRAY);
+    SetFont(other, LGRAY);
     {
-        const chrome::FontScope scope(&font);
-        EXPECT_TRUE(GetFont() == &font && kvstate.current_color == DGRAY);
+        const chrome::FontScope scope(font);
+        EXPECT_TRUE(GetFont() == font && kvstate.current_color == DGRAY);
     }
-    EXPECT_TRUE(GetFont() == &other && kvstate.current_color == LGRAY);
-    CloseFont(&font);
-    EXPECT_EQ(GetFont(), &other);
-    CloseFont(&other);
+    EXPECT_TRUE(GetFont() == other && kvstate.current_color == LGRAY);
+    CloseFont(font);
+    EXPECT_EQ(GetFont(), other);
+    CloseFont(other);
     EXPECT_EQ(GetFont(), nullptr);
 }
 

@@ -20,9 +20,11 @@ bool is_kind(char kind) {
 }
 
 // The name under which a component of the book's path appears in the state tree, where no
-// component may lead out of it.
-std::string_view mirrored(std::string_view component) {
-    return component == ".." ? "%2E%2E" : component;
+// component may lead out of it and no two may meet.
+std::string mirrored(std::string_view component) {
+    if (component == "..") return "%2E%2E";
+    if (component.starts_with('%')) return "%25" + std::string(component.substr(1));
+    return std::string(component);
 }
 
 // Appends the components of `path`, cleaned of empty ones and ".", with a slash before each.

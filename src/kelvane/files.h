@@ -211,7 +211,8 @@ KELVANE_API int move_file_with_af(const char *from, const char *to);
 KELVANE_API int unlink_file_with_af(const char *path);
 /**
  * Finds an associated file: "./system/state/KIND/" and the book's path, in which a leading "./"
- * is dropped, a leading "/" becomes "%2F/" and a ".." component "%2E%2E".
+ * is dropped, a leading "/" becomes "%2F/", a ".." component "%2E%2E", and a "%" that begins a
+ * component "%25".
  * @param kind '0', '1' or 'z'
  * @return its path, freed by the caller with free(3); null when there is none, or for bad arguments
  */

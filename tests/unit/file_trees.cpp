@@ -298,6 +298,7 @@ TEST_F(FileTest, AssociatedFilesFollowTheBook) {
     EXPECT_TRUE(fs::is_directory("system/state/0/system/mnt/ext1/a"));
     EXPECT_EQ(state("../../x//./y", 'z'), "./system/state/z/%2E%2E/%2E%2E/x/y");
     EXPECT_EQ(state("/b/../x", '1'), "./system/state/1/%2F/b/%2E%2E/x");
+    EXPECT_EQ(state("%2F/%2E%2E/5%", '1'), "./system/state/1/%252F/%252E%2E/5%");
     for (const auto &[path, kind] : {std::pair{book, '2'}, {book, '\0'}, {"", '0'}})
         EXPECT_EQ(state(path, kind), "(null)");
     EXPECT_EQ(CheckAssociatedFile(book, '0'), nullptr);

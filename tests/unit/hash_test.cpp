@@ -230,6 +230,10 @@ TEST(Hash, AgreesWithAnUnorderedMap) {
 TEST(Hash, FillerDoesWhatAddingOneByOneDoes) {
     std::mt19937 random(7);
     const table plain(hash_new(13)), filled(hash_new(13));
+    for (int i = 0; i < 700; i++) { // the filler finds items that were there before
+        const std::string key = std::to_string(i);
+        for (ihash h : {plain.get(), filled.get()}) hash_add(h, key.c_str(), "before");
+    }
     hash_filler filler(filled.get());
     for (int i = 0; i < 5000; i++) {
         const std::string key = random_key(random) + std::to_string(random() % 900);
@@ -239,6 +243,16 @@ TEST(Hash, FillerDoesWhatAddingOneByOneDoes) {
     }
     EXPECT_GT(hash_count(plain.get()), 2000); // it has grown more than once
     EXPECT_EQ(listed(filled.get(), nullptr), listed(plain.get(), nullptr));
+
+    const auto goes = [](const char *name) { return hash_of(name) % 3 == 0; };
+    remove_items_if(filled.get(), goes);
+    std::vector<std::string> names;
+    for (int i = 0; i < plain->prime; i++)
+        for (ihash_item item = plain->items[i]; item; item = item->next)
+            if (goes(item->name)) names.emplace_back(item->name);
+    for (const auto &name : names) hash_delete(plain.get(), name.c_str());
+    EXPECT_EQ(listed(filled.get(), nullptr), listed(plain.get(), nullptr));
+    EXPECT_EQ(hash_count(filled.get()), hash_count(plain.get()));
 }
 
 } // namespace

@@ -56,7 +56,7 @@ KELVANE_API const char *GetLangTextR(const char *key, int *depth);
  * @return as GetLangText(); a text that is its own key is overwritten by the next call. Null for
  *         null
  */
-KELVANE_API __attribute__((format(printf, 1, 2))) const char *GetLangTextF(const char *format, ...);
+KELVANE_API const char *GetLangTextF(const char *format, ...) __attribute__((format(printf, 1, 2)));
 /**
  * The text for a number of things: of the key with the suffix of GetPluralKeySuffix() for the
  * present language, else of @p key.

@@ -35,7 +35,7 @@ struct Choice {
 
     Choice(const uint8_t *data, size_t size) {
         const unsigned a = size > 0 ? data[size - 1] : 0, b = size > 1 ? data[size - 2] : 0;
-        width = a % 8 == 0 ? -1 : 1 + static_cast<int>(a);
+        width = 1 + static_cast<int>(a);
         height = b % 8 == 0 ? -1 : 1 + static_cast<int>(b);
         proportional = (a ^ b) & 1;
         flags = static_cast<int>(a * b);
@@ -46,7 +46,7 @@ struct Choice {
 // Every byte of a result must be there.
 inline void use(ibitmap *bm, const Choice &choice) {
     if (bm == nullptr) return;
-    if (choice.width > 0 && bm->width != choice.width) std::abort();
+    if (bm->width != choice.width) std::abort();
     unsigned sum = 0;
     for (size_t i = 0; i < size_t{bm->scanline} * bm->height; ++i) sum += bm->data[i];
     volatile unsigned used = sum;

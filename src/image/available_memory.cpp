@@ -10,14 +10,13 @@ namespace image {
 int64_t available_memory_kb() {
     const Stream table(kv_fopen("/proc/meminfo", "r"));
     if (table == nullptr) return 1028;
-    int64_t sum = 0;
+    unsigned free_kb = 0, cached_kb = 0;
     char line[128];
     while (kv_fgets(line, sizeof line, table.get()) != nullptr) {
-        unsigned kb;
-        if (std::sscanf(line, "MemFree: %u", &kb) == 1 || std::sscanf(line, "Cached: %u", &kb) == 1)
-            sum += kb;
+        std::sscanf(line, "MemFree: %u", &free_kb);
+        if (std::sscanf(line, "Cached: %u", &cached_kb) == 1) break; // MemFree stands before it
     }
-    return sum;
+    return int64_t{free_kb} + cached_kb;
 }
 
 } // namespace image

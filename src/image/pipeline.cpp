@@ -70,7 +70,8 @@ Pipeline::Pipeline(Size source, Size wanted, Scaling scaling, const Finish &fini
     Curve unchanged;
     std::iota(unchanged.begin(), unchanged.end(), uint8_t{0});
     has_curve_ = curve_ != unchanged;
-    for (auto &row : source_rows_) row.resize(static_cast<size_t>(source.width) + 1);
+    source_row_.resize(static_cast<size_t>(source.width) + RowScaler::row_slack);
+    picked_.fill(scaler_.make_pairs());
     const std::vector<uint8_t> empty = empty_row(*bitmap_, surrounding(finish));
     for (size_t y = 0; y < bitmap_->height; ++y) raster::pack_row(empty.data(), *bitmap_, y);
     target_rows_.fill(empty);
@@ -87,6 +88,7 @@ bool Pipeline::row_is_used() const {
 
 // Makes every row whose lower neighbour has just arrived.
 void Pipeline::row_done() noexcept {
+    if (row_is_used()) scaler_.pick(source_row_.data(), picked_[static_cast<size_t>(rows_) % 2]);
     for (; next_ < end_; ++next_) {
         const Sample s = rows_axis_.at(next_);
         if (s.first + (s.fraction != 0 ? 1 : 0) > rows_) break;
@@ -98,8 +100,7 @@ void Pipeline::row_done() noexcept {
 void Pipeline::make_row(int n, Sample s) {
     uint8_t *drawn = target_row(n) + place_.x;
     const auto upper = static_cast<size_t>(s.first);
-    scaler_.scale(source_rows_[upper % 2].data(), source_rows_[(upper + 1) % 2].data(), s.fraction,
-                  drawn);
+    scaler_.blend(picked_[upper % 2], picked_[(upper + 1) % 2], s.fraction, drawn);
     if (has_curve_)
         for (int x = 0; x < place_.drawn.width; ++x) drawn[x] = curve_[drawn[x]];
     if (!dither_) return put_row(n);

@@ -45,7 +45,7 @@ class Pipeline {
     Pipeline(Size source, Size wanted, Scaling scaling, const Finish &finish);
 
     // Room for the next row of the picture.
-    uint8_t *row() { return source_rows_[static_cast<size_t>(rows_) % 2].data(); }
+    uint8_t *row() { return source_row_.data(); }
     // False when nothing will be made from the next row, so that it may be left unset.
     bool row_is_used() const;
     void row_done() noexcept;
@@ -68,9 +68,12 @@ class Pipeline {
     std::optional<raster::Dither> dither_;
     Axis rows_axis_;
     RowScaler scaler_;
-    std::array<std::vector<uint8_t>, 2> source_rows_; // the last two, by their number
-    std::array<std::vector<uint8_t>, 2> target_rows_; // of the bitmap, with the frame on both sides
-    int rows_ = 0;                                    // of the picture that are done
+    std::vector<uint8_t> source_row_;
+    // What is needed of the last two source rows, and the last two rows of the bitmap with what
+    // stands on both sides of the picture: by the lowest bit of their number.
+    std::array<RowScaler::Pairs, 2> picked_;
+    std::array<std::vector<uint8_t>, 2> target_rows_;
+    int rows_ = 0;    // of the picture that are done
     int first_, end_; // rows of the drawn picture that are inside the bitmap
     int next_;        // the first that is not made yet
 };

@@ -2,6 +2,7 @@
 // Bilinear scaling of a grey picture whose rows come one at a time, in 10-bit fixed point.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -30,22 +31,37 @@ class Axis {
     int64_t step_;
 };
 
-// Makes target rows from two neighbouring source rows.
+// Makes target rows from two neighbouring source rows, which are reduced to the needed pixels
+// first.
 class RowScaler {
   public:
+    // For each target pixel two neighbouring source pixels.
+    struct Pair {
+        uint8_t left, right;
+    };
+    using Pairs = std::vector<Pair>;
+
     // Throws std::bad_alloc.
     RowScaler(int from, int to);
 
-    // `fraction` is how far the target row is from `upper` to `lower`, in 1/1024; with 0 `lower` is
-    // not read. Rows of the source have one byte behind their last pixel that may be read.
-    void scale(const uint8_t *upper, const uint8_t *lower, int fraction, uint8_t *target) const;
+    Pairs make_pairs() const { return Pairs(first_.size()); }
+
+    // Rows are read beyond their last pixel, by up to so many bytes.
+    static constexpr size_t row_slack = 16;
+    void pick(const uint8_t *row, Pairs &pairs) const;
+
+    // The target row at `fraction` of 1024 from the upper to the lower row.
+    void blend(const Pairs &upper, const Pairs &lower, int fraction, uint8_t *target) const;
 
   private:
-    void blend(const uint8_t *upper, const uint8_t *lower, int fraction, uint8_t *target) const;
-    void stretch(const uint8_t *source, uint8_t *target) const;
+    // Where the eight pairs that start here lie in the sixteen bytes from the first one.
+    using Shuffle = std::array<uint8_t, 16>;
+    void prepare_shuffles();
+    size_t pick_groups(const uint8_t *row, Pairs &pairs) const;
 
-    std::vector<Sample> samples_;
-    bool identity_;
+    std::vector<int> first_;         // of each target pixel's two
+    std::vector<uint16_t> fraction_; // and how far it is to the second
+    std::vector<Shuffle> shuffles_;  // of each eight pixels; empty when they lie too far apart
 };
 
 } // namespace image

@@ -21,7 +21,7 @@ namespace {
 
 using namespace image;
 
-constexpr const char *function = "LoadPNG";
+constexpr const char *function = "LoadPNGStretch";
 
 // What libpng hands out a row of.
 enum class Pixels {

@@ -11,38 +11,13 @@
 #include "hw.h"
 #include "raster/bitmap.h"
 #include "raster/bitmap_tracker.h"
+#include "unit/bitmap_support.h"
 #include "unit/raster_support.h"
 
 namespace {
 
 using namespace raster;
-
-constexpr int depths[] = {1, 2, 4, 8, 16, 24};
-
-BitmapPtr random_bitmap(Random &random, int w, int h, int depth, bool masked) {
-    BitmapPtr bm = make_bitmap(w, h, depth, masked ? MaskRoom::reserved : MaskRoom::none);
-    const size_t bytes = pixel_bytes(*bm) + (masked ? mask_bytes(*bm) : 0);
-    for (size_t i = 0; i < bytes; ++i) bm->data[i] = static_cast<uint8_t>(random(0, 255));
-    if (masked) bm->depth |= BITMAP_MASK;
-    return bm;
-}
-
-// What the general path makes of a pixel.
-int grey_at(const ibitmap &bm, int x, int y) {
-    const uint8_t *row = bm.data + y * bm.scanline;
-    switch (depth_of(bm)) {
-    case 1:
-        return row[x / 8] >> (7 - x % 8) & 1 ? 255 : 0;
-    case 2:
-        return (row[x / 4] >> (6 - x % 4 * 2) & 3) * 85;
-    case 4:
-        return (row[x / 2] >> (x % 2 ? 0 : 4) & 15) * 17;
-    case 8:
-        return row[x];
-    default:
-        return (row[3 * x] * 77 + row[3 * x + 1] * 151 + row[3 * x + 2] * 28) >> 8;
-    }
-}
+using namespace bitmaps;
 
 // What the fast path makes of it.
 int fast_grey_at(const ibitmap &bm, int x, int y) {
@@ -53,11 +28,6 @@ int fast_grey_at(const ibitmap &bm, int x, int y) {
     if (depth_of(bm) != 16) return grey_at(bm, x, y);
     const int v = row[2 * x] | row[2 * x + 1] << 8;
     return std::min(255, (v & 31) + 5 * ((v >> 6 & 31) + (v >> 12)));
-}
-
-bool is_drawn(const ibitmap &bm, int x, int y) {
-    const size_t byte = mask_scanline(bm) * static_cast<size_t>(y) + static_cast<size_t>(x / 8);
-    return !has_mask(bm) || (mask_of(bm)[byte] >> (7 - x % 8) & 1) != 0;
 }
 
 void plain_draw(const icanvas &c, int x, int y, const ibitmap &bm, int sx, int sy, int w, int h) {

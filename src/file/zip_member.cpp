@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "file/zip_member.h"
 
+#include <algorithm>
 #include <minizip/unzip.h>
 #include <utility>
 
 namespace {
 
 constexpr int any_case = 2;
+constexpr size_t first_piece = 4096;
 
 // The current file of an archive while it is read.
 class OpenMember {
@@ -18,14 +20,18 @@ class OpenMember {
 
     explicit operator bool() const { return zip_ != nullptr; }
 
-    bool read(uint8_t *bytes, size_t size) {
-        while (size > 0) {
-            const int got = unzReadCurrentFile(zip_, bytes, static_cast<unsigned>(size));
-            if (got <= 0) return false;
-            bytes += got;
-            size -= static_cast<size_t>(got);
+    // The first `size` bytes. Memory is taken as they arrive, not as they are promised.
+    std::optional<std::vector<uint8_t>> read(size_t size) {
+        std::vector<uint8_t> bytes;
+        size_t have = 0;
+        while (have < size) {
+            if (have == bytes.size()) bytes.resize(std::min(size, std::max(first_piece, 2 * have)));
+            const int got = unzReadCurrentFile(zip_, bytes.data() + have,
+                                               static_cast<unsigned>(bytes.size() - have));
+            if (got <= 0) return std::nullopt;
+            have += static_cast<size_t>(got);
         }
-        return true;
+        return bytes;
     }
     // False when the checksum of what was read is wrong.
     bool close() {
@@ -48,7 +54,6 @@ std::optional<std::vector<uint8_t>> read_zip_member(void *zip, const char *name,
         return std::nullopt;
     OpenMember member(zip);
     if (!member) return std::nullopt;
-    std::vector<uint8_t> bytes(info.uncompressed_size);
-    if (!member.read(bytes.data(), bytes.size()) || !member.close()) return std::nullopt;
-    return bytes;
+    auto bytes = member.read(info.uncompressed_size);
+    return member.close() ? std::move(bytes) : std::nullopt;
 }

@@ -23,7 +23,12 @@ raster::BitmapPtr noise(int w, int h, int depth, raster::MaskRoom mask = raster:
     const size_t bytes = raster::pixel_bytes(*bm) + (masked ? raster::mask_bytes(*bm) : 0);
     std::generate_n(bm->data, bytes,
                     [n = 0u]() mutable { return static_cast<uint8_t>((n = n * 69069 + 1) >> 24); });
-    if (masked) bm->depth |= BITMAP_MASK;
+    if (!masked) return bm;
+    // Holes of eight pixels, as wide as those of a lace: single ones would trouble a plain loop.
+    uint8_t *bits = raster::mask_of(*bm);
+    std::transform(bits, bits + raster::mask_bytes(*bm), bits,
+                   [](uint8_t byte) { return byte < 64 ? 0 : 0xFF; });
+    bm->depth |= BITMAP_MASK;
     return bm;
 }
 
@@ -83,16 +88,16 @@ plain_nibbles(const icanvas &c, const ibitmap &bm, int x, int y) {
     }
 }
 
+// The fast path wants scanlines that are multiples of 4, and so does the peer.
 void grey_and_pixman(benchmark::State &state) {
     const int w = static_cast<int>(state.range(0)), h = static_cast<int>(state.range(1));
-    // The fast path wants scanlines that are multiples of 4, and so does the peer.
-    BenchCanvas canvas((w + 3) & ~3, h);
-    const auto bm = noise((w + 3) & ~3, h, 8);
-    const PixmanImage from(PIXMAN_a8, w, h), to(PIXMAN_a8, w, h);
     const bool whole = w == width;
+    BenchCanvas canvas(width + 2, height);
+    const auto bm = noise((w + 3) & ~3, h, 8);
+    const PixmanImage from(PIXMAN_a8, w, h), to(PIXMAN_a8, width, height);
     side_by_side(
         state, whole ? Ratio::COST_OVER_PEER : Ratio::TIMES_FASTER, whole ? 4 : 200,
-        [&] { DrawBitmapArea(0, 0, bm.get(), 0, 0, w, h); }, [&] { to.draw(from, w, h); });
+        [&] { DrawBitmap(0, 0, bm.get()); }, [&] { to.draw(from, w, h); });
 }
 BENCHMARK(grey_and_pixman)->Args({width, height})->Args({64, 64});
 

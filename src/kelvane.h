@@ -37,6 +37,7 @@
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"
 #include "kelvane/text.h"
+#include "kelvane/theme.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 

@@ -7,8 +7,9 @@
 #include "chrome/chrome.h"
 #include "kelvane/events.h"
 #include "kelvane/frames.h"
+#include "kelvane/theme.h"
 #include "text/letter_case.h"
-#include "theme/theme.h"
+#include "theme/parameters.h"
 
 namespace {
 

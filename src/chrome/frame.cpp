@@ -8,10 +8,10 @@
 #include "chrome/chrome.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/frames.h"
+#include "kelvane/theme.h"
 #include "kelvane/updates.h"
 #include "text/letter_case.h"
 #include "theme/parameters.h"
-#include "theme/theme.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "hw.h"
 #include "kelvane/events.h"
 #include "kelvane/pager.h"
+#include "kelvane/theme.h"
 #include "kelvane/updates.h"
-#include "theme/theme.h"
 
 namespace {
 

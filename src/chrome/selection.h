@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "theme/theme.h"
+#include "kelvane/theme.h"
 
 namespace chrome {
 

@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "image/limits.h"
+#include "kelvane/theme.h"
 #include "raster/bitmap_rows.h"
 #include "raster/pixels.h"
-#include "theme/theme.h"
 
 namespace image {
 

@@ -14,6 +14,7 @@
 #include "internal.h"
 #include "kelvane/config.h"
 #include "kelvane/languages.h"
+#include "kelvane/theme.h"
 #include "keyboard/keyboard.h"
 #include "lifecycle/lifecycle.h"
 #include "runtime/handlers.h"
@@ -26,7 +27,6 @@
 #include "runtime/updates.h"
 #include "runtime/wake.h"
 #include "text/text.h"
-#include "theme/theme.h"
 
 namespace {
 

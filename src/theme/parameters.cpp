@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "kelvane/canvas.h"
-#include "theme/theme.h"
+#include "kelvane/theme.h"
 
 namespace theme {
 namespace {

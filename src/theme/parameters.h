@@ -17,6 +17,11 @@ struct FontSpec {
     int color = 0;
 };
 
+// Whether the screen is held in landscape, where names that begin with "^" go first.
+bool is_landscape();
+// Makes negative values screen-relative, as GetThemeRect does.
+irect screen_relative(irect r);
+
 // Reads "[#]face[,size[,colour]]"; a leading # turns anti-aliasing off.
 FontSpec parse_font(const char *text);
 

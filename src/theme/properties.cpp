@@ -4,8 +4,8 @@
 #include <string>
 
 #include "kelvane/bitmaps.h"
+#include "kelvane/theme.h"
 #include "theme/builtin.h"
-#include "theme/theme.h"
 
 namespace {
 
@@ -37,6 +37,78 @@ irect load_title_rect(const char *name) {
 
 } // namespace
 
+extern "C" {
+
+itaskmgr_properties LoadTaskManagerProperties() {
+    const int border_size = GetThemeInt("taskmgr.border.size", 3);
+    return {
+        .border_size = border_size,
+        .title_height = GetThemeInt("taskmgr.title.height", 52),
+        .button_exit_indent_horizontal = GetThemeInt(
+            "taskmgr.button.exit.indent.horizontal",
+            GetThemeInt("application.caption.button.right.indent.horizontal", border_size)),
+        .title_font = GetThemeFont("taskmgr.title.font",
+                                   GetThemeString("popup.caption.font", "#defaultb,21,0xffffff")),
+        .task_font = GetThemeFont("taskmgr.task.font", "#default,19,0"),
+        .task_title_font = GetThemeFont("taskmgr.task.title.font", "#defaultb,19,0"),
+        .task_height = GetThemeInt("taskmgr.task.height", 48),
+        .style = GetThemeInt("taskmgr.style", 0),
+        .profile_present = GetThemeInt("taskmgr.profile.present", 0),
+        .profile_height = GetThemeInt("taskmgr.profile.height", 97),
+        .profile_font = GetThemeFont("taskmgr.profile.font", "#default,24,0"),
+        .shortcut_height = GetThemeInt("taskmgr.shortcut.height", 97),
+        .shortcut_width = GetThemeInt("taskmgr.shortcut.width", 131),
+        .shortcut_font = GetThemeFont("taskmgr.shortcut.font", "#default,19,0"),
+        .width = GetThemeInt("taskmgr.width", 533),
+        .separator_size = GetThemeInt("taskmgr.separator.size", 1),
+        .indent_from_border = GetThemeInt("taskmgr.indent_from_border", 24),
+        .background_style = GetThemeInt("taskmgr.background_style", 0),
+        .separator_color =
+            GetThemeInt("taskmgr.separator.color", GetThemeInt("separator.color", BLACK)),
+        .border_color = GetThemeInt("taskmgr.border.color", GetThemeInt("border.color", BLACK)),
+    };
+}
+
+icontext_menu_properties LoadContextMenuProperties() {
+    const auto value = [](const char *name, int deflt) {
+        return GetThemeInt((std::string("context_menu.") + name).c_str(), deflt);
+    };
+    const auto font = [](const char *name, const char *deflt) {
+        return GetThemeFont((std::string("context_menu.font.") + name).c_str(), deflt);
+    };
+    icontext_menu_properties p{};
+    p.font_normal = font("normal", "default,20,0");
+    p.font_selected = font("selected", "defaultb,20,0");
+    p.font_disabled = font("disabled", "default,20,0x555555");
+    p.background_color_normal = value("background.color.normal", WHITE);
+    p.background_color_disabled = value("background.color.disabled", WHITE);
+    p.blackout = value("blackout", 0);
+    p.item_height = value("item.height", 46);
+    p.item_border_indent_horizontal = value("item.border.indent.horizontal", 18);
+    p.item_border_indent_vertical = value("item.border.indent.vertical", 6);
+    p.separator_indent_horizontal = value("separator.indent.horizontal", 12);
+    p.separator_indent_vertical = value("separator.indent.vertical", 0);
+    p.separator_height = value("separator.height", 1);
+    p.separator_style = value("separator.style", 0);
+    p.separator_color = value("separator.color", DGRAY);
+    p.separator_frequency = value("separator.frequency", 2);
+    p.marker_height = value("marker.height", 3);
+    p.marker_indent_horizontal = value("marker.indent.horizontal", 12);
+    p.marker_style = value("marker.style", 0);
+    p.marker_color = value("marker.color", BLACK);
+    p.border_size = value("border.size", GetThemeInt("border.size", 3));
+    p.border_radius = value("border.radius", GetThemeInt("border.radius", 5));
+    p.title_height = value("title.height", GetThemeInt("dialog.title.height", 52));
+    p.enable_pointer = value("pointer.enable", 1);
+    p.font_normal_color = value("font.normal.color", BLACK);
+    p.font_selected_color = value("font.selected.color", BLACK);
+    p.font_disabled_color = value("font.disabled.color", DGRAY);
+    p.bullet_show = value("bullet.show", 1);
+    p.bullet_style = value("bullet.style", 0);
+    p.background_style = value("background.style", 0);
+    return p;
+}
+
 ipager LoadPagerProperties() {
     ipager p{};
     p.page_font = GetThemeFont("pager.font", "defaultb,18,0");
@@ -64,4 +136,5 @@ iselection_style LoadSelectionProperties(const char *key) {
     const iselection_style standard = load_style("", {0, 0, 0, 3, 5, 0, 0, 0});
     if (key == nullptr || std::strcmp(key, "default") == 0) return standard;
     return load_style(std::string(key) + ".", standard);
+}
 }

@@ -4,13 +4,16 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
 #include <utility>
 
+#include "kelvane/theme.h"
 #include "raster/bitmap.h"
 #include "theme/builtin.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
-#include "theme/theme.h"
 
 namespace {
 
@@ -30,13 +33,31 @@ ibitmap *make_blank(const ibitmap *deflt) {
     return NewBitmap(width, comma != nullptr ? parse_side(comma + 1) : width);
 }
 
+// The picture for landscape, if the screen is held so, then the common one; each for many greys
+// first. Names are cut where the variants have always cut them.
+ibitmap *find_variant(const char *name) {
+    constexpr size_t longest_turned = 62, longest_deep = 61;
+    const auto find_depth = [](const std::string &plain) {
+        ibitmap *found = theme::source.picture((plain.substr(0, longest_deep) + ":4").c_str());
+        return found != nullptr ? found : theme::source.picture(plain.c_str());
+    };
+    ibitmap *found = nullptr;
+    if (theme::is_landscape()) {
+        std::string turned = "^";
+        turned += std::string_view(name).substr(0, longest_turned);
+        found = find_depth(turned);
+    }
+    return found != nullptr ? found : find_depth(name);
+}
+
 } // namespace
 
-ibitmap *GetResource(const char *name, ibitmap *deflt) {
-    ibitmap *found = name != nullptr ? theme::source.picture(name) : nullptr;
-    if (found != nullptr) return found;
-    ibitmap *blank = make_blank(deflt);
-    return blank != nullptr ? blank : deflt;
+ibitmap *GetResource(const char *name, ibitmap *deflt) try {
+    ibitmap *found = name != nullptr ? find_variant(name) : nullptr;
+    if (found == nullptr) found = make_blank(deflt);
+    return found != nullptr ? found : deflt;
+} catch (const std::bad_alloc &) {
+    return deflt;
 }
 
 namespace theme {

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Parameters by name.
-#include "theme/theme.h"
+#include "kelvane/theme.h"
 
-#include <array>
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 
+#include "internal.h"
+#include "kelvane/config.h"
 #include "kelvane/events.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
@@ -76,9 +78,21 @@ void make_relative(int &start, int &length, int extent) {
     if (length < 0) length = clamped(int64_t{length} + extent - start + 1);
 }
 
+// A partner's own value goes before the common one.
+const char *find_for_partner(const char *name) {
+    const char *partner = cfg_read_string("partner", nullptr);
+    const char *found = nullptr;
+    if (partner != nullptr) found = theme::source.text((std::string(name) + "." + partner).c_str());
+    return found != nullptr ? found : theme::source.text(name);
+}
+
 } // namespace
 
 namespace theme {
+
+bool is_landscape() {
+    return kvstate.orientation == 1 || kvstate.orientation == 2;
+}
 
 irect screen_relative(irect r) {
     make_relative(r.x, r.w, ScreenWidth());
@@ -101,29 +115,19 @@ FontSpec parse_font(const char *text) {
 
 } // namespace theme
 
-void OpenTheme(const char *) {
-    theme::load_ui_parameters();
-}
-
-const char *GetThemeString(const char *name, const char *deflt) {
-    const char *found = name != nullptr ? theme::source.text(name) : nullptr;
+const char *GetThemeString(const char *name, const char *deflt) try {
+    if (name == nullptr) return deflt;
+    const char *found = nullptr;
+    if (theme::is_landscape()) found = find_for_partner((std::string("^") + name).c_str());
+    if (found == nullptr) found = find_for_partner(name);
     return found != nullptr ? found : deflt;
+} catch (const std::bad_alloc &) {
+    return deflt;
 }
 
 int GetThemeInt(const char *name, int deflt) {
     const char *value = GetThemeString(name, nullptr);
     return value != nullptr ? parse_int(value, nullptr) : deflt;
-}
-
-ifont *GetThemeFont(const char *name, const char *deflt) try {
-    const char *value = GetThemeString(name, deflt);
-    if (value == nullptr) return nullptr;
-    const theme::FontSpec spec = theme::parse_font(value);
-    ifont *font = OpenFont(spec.face.c_str(), spec.size, spec.antialias);
-    if (font != nullptr) font->color = spec.color;
-    return font;
-} catch (const std::bad_alloc &) {
-    return nullptr;
 }
 
 void kv_getthemerect(const char *name, irect *out, int x, int y, int w, int h, int flags) {

@@ -9,10 +9,10 @@
 #include "kelvane/bitmaps.h"
 #include "kelvane/frames.h"
 #include "kelvane/pager.h"
+#include "kelvane/theme.h"
 #include "support/headless.h"
 #include "theme/builtin.h"
 #include "theme/parameters.h"
-#include "theme/theme.h"
 #include "unit/theme_support.h"
 
 namespace {

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// Parameters that name other parameters, or a setting in a configuration file.
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "kelvane/config.h"
+#include "kelvane/theme.h"
+
+namespace {
+
+constexpr int most_steps = 3;
+constexpr size_t name_buffer = 255;
+
+bool copy_text(const std::string &text, char *out, int outlen) {
+    const size_t length = std::min(text.size(), static_cast<size_t>(outlen) - 1);
+    std::memcpy(out, text.data(), length);
+    out[length] = '\0';
+    return true;
+}
+
+std::string follow(const char *name) {
+    std::string from = name;
+    std::string text = GetThemeString(name, name);
+    for (int step = 0; step < most_steps && text != from; step++) {
+        from = text;
+        text = GetThemeString(from.c_str(), from.c_str());
+    }
+    return text;
+}
+
+// ":FILE:KEY[:DEFAULT]"
+bool read_setting(const std::string &place, char *out, int outlen) {
+    const size_t key = place.find(':', 1);
+    if (key == place.npos) return false;
+    const size_t deflt = std::min(place.find(':', key + 1), place.size());
+    const std::string file = place.substr(1, key - 1);
+    iconfig *config = OpenConfig(file.c_str(), nullptr);
+    const char *value = ReadString(config, place.substr(key + 1, deflt - key - 1).c_str(),
+                                   deflt < place.size() ? place.c_str() + deflt + 1 : "");
+    copy_text(value, out, outlen);
+    CloseConfigNoSave(config);
+    return true;
+}
+
+} // namespace
+
+extern "C" {
+
+int resolve_resource_name(const char *name, char *out, int outlen) try {
+    if (!name || !out || outlen < 1) return 0;
+    const std::string text = follow(name);
+    return text.starts_with(':') ? read_setting(text, out, outlen) : copy_text(text, out, outlen);
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+
+ibitmap *GetKeyResource(const char *name, ibitmap *deflt) {
+    char resolved[name_buffer];
+    const bool found = resolve_resource_name(name, resolved, sizeof resolved) != 0;
+    return GetResource(found ? resolved : name, deflt);
+}
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// How an application is operated: by keys, by touch or by both.
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "hw.h"
+#include "kelvane/theme.h"
+
+namespace {
+
+constexpr int keys = 1, touch = 2;
+constexpr int keyboard_with_keys = 1;
+
+bool is_style(int style) {
+    return style >= keys && style <= (keys | touch);
+}
+
+// The style of all applications, kept once it is known.
+int common_style() {
+    static int style = 0;
+    if (style == 0) style = GetThemeInt("application.style", GetDefaultAppStyle());
+    return style;
+}
+
+} // namespace
+
+extern "C" {
+
+int GetDefaultAppStyle(void) {
+    return (device_touchpanel() > 0 ? touch : 0) |
+           (device_keyboard() == keyboard_with_keys ? keys : 0);
+}
+
+int GetAppStyle(const char *app) try {
+    int style = common_style();
+    if (app && std::strcmp(app, "default") != 0)
+        style = GetThemeInt((std::string(app) + ".application.style").c_str(), style);
+    return is_style(style) ? style : GetDefaultAppStyle();
+} catch (const std::bad_alloc &) {
+    return GetDefaultAppStyle();
+}
+
+iappstyle *GetAppStyleEx(const char *app) {
+    auto *style = static_cast<iappstyle *>(std::malloc(sizeof(iappstyle)));
+    if (style) style->app_style = GetAppStyle(app);
+    return style;
+}
+
+int GetAppGlobalStyle(void) {
+    return common_style();
+}
+}

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "theme/fonts.h"
+
+#include <filesystem>
+#include <optional>
+#include <sys/stat.h>
+#include <system_error>
+
+#include "kelvane/files.h"
+#include "kelvane/theme.h"
+#include "theme/opened.h"
+#include "theme/parameters.h"
+#include "theme/source.h"
+
+namespace theme {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *folder = "./system/tmp/fonts";
+constexpr mode_t open_to_all = 0777;
+
+bool write_font(const std::string &path, const Block &font) {
+    std::FILE *file = kv_fopen(path.c_str(), "wbe");
+    if (!file) return false;
+    const bool written = kv_fwrite(font.bytes.get(), 1, font.size, file) == font.size;
+    return (kv_fclose(file) == 0) && written;
+}
+
+// The value of a name, in landscape of its own variant first.
+const char *find_value(const char *name) {
+    if (!name) return nullptr;
+    const char *value = nullptr;
+    if (is_landscape()) value = source.text((std::string("^") + name).c_str());
+    return value ? value : source.text(name);
+}
+
+} // namespace
+
+void drop_extracted_fonts() {
+    if (mkdir("./system/tmp", open_to_all) == 0 || errno == EEXIST) mkdir(folder, open_to_all);
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+        std::error_code ignored;
+        if (!at->is_directory(ignored)) fs::remove(at->path(), ignored);
+    }
+}
+
+std::string extract_font(const std::string &face) {
+    if (face.find('/') != face.npos) return {}; // no theme writes outside the folder
+    const std::string path = std::string(folder) + "/" + face + ".ttf";
+    std::error_code error;
+    if (!fs::exists(path, error)) {
+        const Block font = unpack_resource(face);
+        if (!font.bytes) return {};
+        if (!write_font(path, font)) {
+            fs::remove(path, error);
+            return {};
+        }
+    }
+    return fs::absolute(path, error).string(); // a relative name would be looked for elsewhere
+}
+
+} // namespace theme
+
+ifont *GetThemeFont(const char *name, const char *deflt) try {
+    const char *value = theme::find_value(name);
+    if (!value) value = deflt;
+    if (!value) return nullptr;
+    const theme::FontSpec spec = theme::parse_font(value);
+    const std::string own = theme::extract_font(spec.face);
+    ifont *font = OpenFont((own.empty() ? spec.face : own).c_str(), spec.size, spec.antialias);
+    if (font) font->color = spec.color;
+    return font;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// Opens themes and keeps the one that is open.
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <strings.h>
+
+#include "ground/hash_access.h"
+#include "hw.h"
+#include "internal.h"
+#include "kelvane/files.h"
+#include "kelvane/hash.h"
+#include "kelvane/languages.h"
+#include "kelvane/theme.h"
+#include "theme/container.h"
+#include "theme/fonts.h"
+#include "theme/opened.h"
+#include "theme/overrides.h"
+#include "theme/parameters.h"
+#include "theme/source.h"
+
+namespace theme {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *folder = "./system/themes";
+constexpr int buckets = 1021;
+constexpr int deepest_of_four_greys = 2; // bits
+
+struct Opened {
+    std::unique_ptr<Container> container; // null: no theme is open
+    ihash parameters = nullptr;
+    Overrides overrides;
+};
+
+Opened opened;
+
+struct Found {
+    std::string path;
+    std::unique_ptr<Container> container;
+};
+
+Found find_theme(const std::string &name) {
+    Found found{std::string(folder) + "/" + name + ".tqt", nullptr};
+    // Storage that has only just appeared answers the second time.
+    for (int attempt = 0; attempt < 2 && !found.container && !hw_safemode(); attempt++)
+        found.container = Container::open(found.path);
+    if (found.container) return found;
+    found.path = std::string(folder) + "/.default.tqt";
+    found.container = Container::open(found.path);
+    return found;
+}
+
+// The theme's own name: that of the file a link leads to, else the one asked for.
+std::string real_name(const Found &found, const std::string &name) {
+    std::error_code error;
+    const fs::path target = fs::read_symlink(found.path, error);
+    return (error ? fs::path(name) : target).stem().string();
+}
+
+// A line of the parameter text: a translation, "de:@Key=text" or "*:@Key=text", or a parameter.
+void add_line(char *line, hash_filler &parameters) {
+    line += std::strspn(line, " \t");
+    char *equals = std::strchr(line, '=');
+    if (*line == '#' || !equals) return;
+    *equals = '\0';
+    char *value = equals + 1;
+    for (size_t end = std::strlen(value); end > 0 && value[end - 1] == '\r'; end--)
+        value[end - 1] = '\0';
+    char *colon = std::strchr(line, ':');
+    if (!colon) {
+        if (!parameters.add(line, value)) throw std::bad_alloc();
+        return;
+    }
+    *colon = '\0';
+    if (std::strcmp(line, "*") == 0 || strcasecmp(line, kvstate.locale) == 0)
+        AddTranslation(colon + 1, value);
+}
+
+void parse_parameters(const Block &text) {
+    hash_filler parameters(opened.parameters);
+    auto *line = reinterpret_cast<char *>(text.bytes.get());
+    char *const end = line + text.size;
+    while (line < end) {
+        auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
+        char *const stop = feed ? feed : end; // a spare byte stands behind the text
+        *stop = '\0';
+        add_line(line, parameters);
+        line = stop + 1;
+    }
+}
+
+void close_theme() {
+    opened.container.reset();
+    opened.overrides.clear();
+    if (!opened.parameters) opened.parameters = hash_new(buckets);
+    if (!opened.parameters) throw std::bad_alloc();
+    hash_clear(opened.parameters);
+}
+
+void open_theme(const std::string &name) {
+    Found found = find_theme(name);
+    if (!found.container) return;
+    const std::string real = real_name(found, name);
+    std::fprintf(stderr, "OpenTheme: %s\nTheme real name: %s\n", found.path.c_str(), real.c_str());
+    drop_extracted_fonts();
+    if (!found.container->read_header()) return;
+    parse_parameters(found.container->unpack_parameters());
+    opened.overrides.find(real);
+    opened.container = std::move(found.container);
+}
+
+const char *find_text(const char *name) {
+    return static_cast<const char *>(hash_find(opened.parameters, name));
+}
+
+// Whether the pixels and the mask that the record tells of lie inside the block.
+bool is_whole(const Block &block) {
+    if (block.size < sizeof(ibitmap)) return false;
+    const auto &bm = *reinterpret_cast<const ibitmap *>(block.bytes.get());
+    const size_t mask = raster::has_mask(bm) ? raster::mask_bytes(bm) : 0;
+    return block.size >= sizeof(ibitmap) + raster::pixel_bytes(bm) + mask;
+}
+
+// A picture of exactly that name, but for the end of a variant, which replacements do not have.
+ibitmap *find_picture(const char *name) try {
+    if (!opened.container) return nullptr;
+    const std::string_view base =
+        std::string_view(name).substr(0, std::string_view(name).rfind(':'));
+    if (raster::BitmapPtr picture = opened.overrides.load(std::string(base)))
+        return picture.release();
+    Block block = opened.container->unpack(name);
+    return is_whole(block) ? reinterpret_cast<ibitmap *>(block.bytes.release()) : nullptr;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+bool has_in_file(const std::string &name) {
+    return (hw_depth() > deepest_of_four_greys && opened.container->has(name + ":4")) ||
+           opened.container->has(name);
+}
+
+} // namespace
+
+Block unpack_resource(const std::string &name) {
+    return opened.container ? opened.container->unpack(name) : Block{};
+}
+
+} // namespace theme
+
+extern "C" {
+
+char **EnumThemes(void) {
+    static char **names = nullptr;
+    return kv_enum_files(&names, theme::folder, nullptr, nullptr, "tqt", 1);
+}
+
+void OpenTheme(const char *name) {
+    try {
+        const std::string wanted = name ? name : "";
+        theme::source = {theme::find_picture, theme::find_text};
+        theme::close_theme();
+        theme::open_theme(wanted);
+    } catch (const std::bad_alloc &) {
+        // What was read before memory ran out stays.
+    }
+    theme::load_ui_parameters();
+}
+
+int IsResourcePresent(const char *name) try {
+    using theme::opened;
+    if (!name || !opened.container) return 0;
+    const std::string plain = name;
+    return (theme::is_landscape() && theme::has_in_file("^" + plain)) ||
+           theme::has_in_file(plain) || opened.overrides.has(plain);
+} catch (const std::bad_alloc &) {
+    return 0;
+}
+}

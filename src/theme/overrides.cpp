@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "theme/overrides.h"
+
+#include <filesystem>
+#include <minizip/unzip.h>
+#include <optional>
+#include <string_view>
+#include <strings.h>
+
+namespace theme {
+namespace {
+
+constexpr std::string_view extension = ".bmp";
+constexpr size_t longest_name = 1024;
+
+std::optional<std::string> picture_name(std::string_view file) {
+    if (file.size() <= extension.size()) return {};
+    const std::string_view end = file.substr(file.size() - extension.size());
+    if (strncasecmp(end.data(), extension.data(), extension.size()) != 0) return {};
+    return std::string(file.substr(0, file.size() - extension.size()));
+}
+
+} // namespace
+
+void Overrides::clear() {
+    if (archive_) unzClose(archive_);
+    archive_ = nullptr;
+    archived_.clear();
+    directories_.clear();
+}
+
+void Overrides::find(const std::string &theme) {
+    clear();
+    find_in_archive("./system/resources/" + theme + ".zip");
+    find_in_directory("./system/themes/" + theme + "/");
+    find_in_directory("./system/resources/" + theme + "/");
+}
+
+void Overrides::find_in_archive(const std::string &path) {
+    archive_ = unzOpen(path.c_str());
+    if (!archive_) return;
+    for (int at = unzGoToFirstFile(archive_); at == UNZ_OK; at = unzGoToNextFile(archive_)) {
+        unz_file_info info;
+        char file[longest_name];
+        if (unzGetCurrentFileInfo(archive_, &info, file, sizeof file, nullptr, 0, nullptr, 0) !=
+            UNZ_OK)
+            return;
+        if (info.uncompressed_size == 0 || info.size_filename >= sizeof file) continue;
+        if (auto name = picture_name(file)) archived_.insert(std::move(*name));
+    }
+}
+
+void Overrides::find_in_directory(const std::string &path) {
+    std::error_code error;
+    for (std::filesystem::directory_iterator at(path, error), end; !error && at != end;
+         at.increment(error))
+        if (const auto name = picture_name(at->path().filename().native()))
+            directories_[*name] = path;
+}
+
+bool Overrides::has(const std::string &name) const {
+    return archived_.contains(name) || directories_.contains(name);
+}
+
+raster::BitmapPtr Overrides::load(const std::string &name) {
+    const std::string file = name + std::string(extension);
+    if (const auto found = archived_.find(name); found != archived_.end()) {
+        if (raster::BitmapPtr picture{zLoadBitmap(archive_, file.c_str())}) return picture;
+        archived_.erase(found);
+    }
+    if (const auto found = directories_.find(name); found != directories_.end()) {
+        if (raster::BitmapPtr picture{LoadBitmap((found->second + file).c_str())}) return picture;
+        directories_.erase(found);
+    }
+    return nullptr;
+}
+
+} // namespace theme

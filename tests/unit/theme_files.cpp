@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: MIT
+// Theme files, and what replaces their pictures, as they lie on a device.
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <minizip/zip.h>
+#include <string>
+
+#include "kelvane/config.h"
+#include "kelvane/languages.h"
+#include "kelvane/theme.h"
+#include "support/headless.h"
+#include "support/tempdir.h"
+#include "support/theme_file.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class ThemeTest : public headless::Test {
+  protected:
+    void open(const ThemeFile &theme, const std::string &name = "t") {
+        write_file("system/themes/" + name + ".tqt", theme.bytes());
+        OpenTheme(name.c_str());
+    }
+};
+
+// The grey level of the first pixel of a picture, -1 without one.
+int grey(const char *name) {
+    const std::unique_ptr<ibitmap, void (*)(void *)> bm(GetResource(name, nullptr), std::free);
+    return bm ? bm->data[0] >> 4 : -1;
+}
+
+std::string resolved(const char *name, int length = 100) {
+    char out[100] = "";
+    return resolve_resource_name(name, out, length) ? out : "(refused)";
+}
+
+std::string bmp(int level) {
+    std::unique_ptr<ibitmap, void (*)(void *)> bm(NewBitmap(1, 1), std::free);
+    bm->data[0] = static_cast<uint8_t>(level * 0x11);
+    SaveBitmap("saved.bmp", bm.get());
+    return read_file("saved.bmp");
+}
+
+void write_zip(const std::string &path,
+               std::initializer_list<std::pair<const char *, std::string>> files) {
+    fs::create_directories(fs::path(path).parent_path());
+    zipFile zip = zipOpen(path.c_str(), APPEND_STATUS_CREATE);
+    for (const auto &[name, bytes] : files) {
+        zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9);
+        zipWriteInFileInZip(zip, bytes.data(), static_cast<unsigned>(bytes.size()));
+        zipCloseFileInZip(zip);
+    }
+    zipClose(zip, nullptr);
+}
+
+int open_files() {
+    return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+}
+
+} // namespace
+
+TEST_F(ThemeTest, Parameters) {
+    LoadLanguage("en");
+    open(ThemeFile("plain=one\r\r\n"
+                   " \t indented = two \n"
+                   "#comment=three\n"
+                   "without equals\n"
+                   "twice=1\ntwice=2=3\n"
+                   "^turned=landscape\nturned=portrait\n"
+                   "hex=0xffffff\nnegative=-12x\nempty=\n"
+                   "*:@All=all languages\nEN:@Own=own\nde:@Other=other\n"
+                   "rect=-10,0,-1,50,CxM\nshort=5,,7\n"
+                   "last=end"));
+    const struct {
+        const char *name, *portrait, *landscape;
+    } texts[] = {{"plain", "one", "one"}, {"indented ", " two ", " two "},
+                 {"#comment", "-", "-"},  {"without equals", "-", "-"},
+                 {"twice", "2=3", "2=3"}, {"turned", "portrait", "landscape"},
+                 {"empty", "", ""},       {"*:@All", "-", "-"},
+                 {"last", "end", "end"},  {nullptr, "-", "-"}};
+    for (int orientation : {0, 1, 2, 3}) {
+        SetOrientation(orientation);
+        const bool landscape = orientation == 1 || orientation == 2;
+        for (const auto &t : texts)
+            EXPECT_STREQ(GetThemeString(t.name, "-"), landscape ? t.landscape : t.portrait);
+    }
+    SetOrientation(0);
+    EXPECT_EQ(GetThemeInt("hex", 1), 0xFFFFFF);
+    EXPECT_EQ(GetThemeInt("negative", 1), -12);
+    EXPECT_EQ(GetThemeInt("empty", 1), 0);
+    EXPECT_EQ(GetThemeInt("missing", 1), 1);
+    EXPECT_STREQ(GetLangText("@All"), "all languages");
+    EXPECT_STREQ(GetLangText("@Own"), "own");
+    EXPECT_STREQ(GetLangText("@Other"), "@Other");
+    irect r;
+    GetThemeRect("rect", &r, 1, 2, 3, 4, 5);
+    EXPECT_EQ(r.x, ScreenWidth() - 10);
+    EXPECT_EQ(r.w, 10);
+    EXPECT_EQ(r.h, 50);
+    EXPECT_EQ(r.flags, ALIGN_CENTER | VALIGN_MIDDLE);
+    kv_getthemerect("short", &r, 1, 2, 3, 4, 5);
+    EXPECT_EQ(std::tie(r.x, r.y, r.w, r.h, r.flags), std::tuple(5, 2, 7, 4, 5));
+}
+
+TEST(ThemeOfPartner, GoesFirst) {
+    const TempDir device;
+    write_file("system/config/device.cfg", "partner=Shop\n"); // read once, so before all else
+    write_file("system/themes/t.tqt",
+               ThemeFile("x=all\nx.Shop=partner\n^x=turned\n^x.Shop=turned partner\n").bytes());
+    OpenTheme("t");
+    EXPECT_STREQ(GetThemeString("x", "-"), "partner");
+    kvstate.orientation = 1;
+    EXPECT_STREQ(GetThemeString("x", "-"), "turned partner");
+    OpenTheme("none");
+}
+
+TEST_F(ThemeTest, AliasesAndStyles) {
+    write_file("x.cfg", "key=value\n");
+    open(ThemeFile("a=b\nb=c\nc=d\nd=e\ne=f\nself=self\nset=:x.cfg:key\nfall=:x.cfg:no:other\n"
+                   "bad=:x.cfg\nreader.application.style=2\nodd.application.style=7\n"));
+    const std::pair<const char *, const char *> names[] = {
+        {"a", "e"},       {"d", "f"},        {"self", "self"},     {"unknown", "unknown"},
+        {"set", "value"}, {"fall", "other"}, {"bad", "(refused)"}, {nullptr, "(refused)"}};
+    for (auto [name, expected] : names) EXPECT_EQ(resolved(name), expected);
+    EXPECT_EQ(resolved("unknown", 4), "unk");
+    EXPECT_EQ(resolved("a", 0), "(refused)");
+    EXPECT_EQ(GetDefaultAppStyle(), 3);
+    EXPECT_EQ(GetAppStyle("reader"), 2);
+    EXPECT_EQ(GetAppStyle("odd"), 3);
+    EXPECT_EQ(GetAppStyle(nullptr), 3);
+    EXPECT_EQ(GetAppGlobalStyle(), 3);
+}
+
+TEST_F(ThemeTest, PictureVariants) {
+    ThemeFile theme("key=B\n");
+    theme.add("a", ThemeFile::picture(0x10));
+    theme.add("b", ThemeFile::picture(0x20));
+    theme.add("B:4", ThemeFile::picture(0x30));
+    theme.add("^b", ThemeFile::picture(0x40));
+    theme.add("c:4", ThemeFile::picture(0x50));
+    theme.add("^c:4", ThemeFile::picture(0x60));
+    theme.add("small", std::string("\1\0\1\0\4\0\2\0x", 9)); // a row more than it has bytes
+    theme.add("a", ThemeFile::picture(0x70));
+    theme.add("damaged", "text that is no picture");
+    open(theme);
+    const struct {
+        const char *name;
+        int portrait, landscape;
+    } pictures[] = {{"a", 1, 1}, {"A", 1, 1},       {"b", 3, 4},
+                    {"c", 5, 6}, {"small", -1, -1}, {"d", -1, -1}};
+    for (int orientation : {0, 2}) {
+        SetOrientation(orientation);
+        for (const auto &p : pictures) {
+            EXPECT_EQ(grey(p.name), orientation == 0 ? p.portrait : p.landscape) << p.name;
+            if (std::string(p.name) != "small") {
+                EXPECT_EQ(IsResourcePresent(p.name), p.portrait >= 0);
+            }
+        }
+    }
+    SetOrientation(0);
+    ibitmap *other = NewBitmap(2, 2), *kept = GetResource("a", other);
+    EXPECT_EQ(GetResource("d", other), other);
+    ibitmap *keyed = GetKeyResource("key", nullptr);
+    ASSERT_TRUE(keyed);
+    EXPECT_EQ(keyed->data[0], 0x30);
+    OpenTheme("none");
+    EXPECT_EQ(kept->data[0], 0x10) << "given away";
+    EXPECT_EQ(IsResourcePresent("a"), 0);
+    for (ibitmap *bm : {other, kept, keyed}) std::free(bm);
+}
+
+TEST_F(ThemeTest, ReplacedPictures) {
+    ThemeFile theme("");
+    for (const char *name : {"archived", "x", "broken", "plain"})
+        theme.add(name, ThemeFile::picture(0x10));
+    write_zip("system/resources/t.zip", {{"archived.BMP", bmp(2)},
+                                         {"x.bmp", bmp(3)},
+                                         {"empty.bmp", ""},
+                                         {"notes.txt", "n"},
+                                         {"y.bmp", "no"}});
+    write_file("system/themes/t/broken.bmp", "BM");
+    write_file("system/themes/t/x.bmp", bmp(4));
+    write_file("system/themes/t/late.bmp", bmp(5));
+    write_file("system/themes/t/config.txt", "parameter=value\n");
+    write_file("system/resources/t/late.bmp", bmp(6));
+    write_file("system/resources/t/y.bmp", bmp(7));
+    open(theme);
+    const std::pair<const char *, int> pictures[] = {{"archived", 2}, {"x", 3},     {"broken", 1},
+                                                     {"late", 6},     {"y", 7},     {"plain", 1},
+                                                     {"empty", -1},   {"notes", -1}};
+    for (auto [name, level] : pictures) {
+        EXPECT_EQ(IsResourcePresent(name), level >= 0) << name;
+        EXPECT_EQ(grey(name), level) << name;
+        EXPECT_EQ(grey(name), level) << name << " again";
+    }
+    EXPECT_STREQ(GetThemeString("parameter", "-"), "-");
+    // A refused theme leaves nothing of the one before; a link goes by its target's name.
+    theme.magic.back() = 2;
+    open(theme, "newer");
+    EXPECT_EQ(grey("archived"), -1);
+    fs::create_symlink("t.tqt", "system/themes/link.tqt");
+    OpenTheme("link");
+    EXPECT_EQ(grey("late"), 6);
+    fs::rename("system/themes/t.tqt", "system/themes/.default.tqt");
+    OpenTheme("t"); // the default's pictures, replaced for the name that was asked for
+    EXPECT_EQ(grey("plain"), 1);
+    EXPECT_EQ(grey("late"), 6);
+    EXPECT_STREQ(EnumThemes()[0], "link");
+}
+
+TEST_F(ThemeTest, FontsOfTheTheme) {
+    const std::string face = read_file("/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf");
+    ASSERT_FALSE(face.empty());
+    ThemeFile theme("head=#own,30,0x555555\n^head=default,40\nfar=../config/own,9\n");
+    theme.add("own", face);
+    theme.add("../config/own", face);
+    write_file("system/tmp/fonts/old.ttf", "of the last theme");
+    open(theme);
+    EXPECT_FALSE(fs::exists("system/tmp/fonts/old.ttf"));
+    ifont *font = GetThemeFont("head", nullptr);
+    ASSERT_TRUE(font);
+    EXPECT_EQ(font->size, 30);
+    EXPECT_EQ(font->color, 0x555555);
+    EXPECT_EQ(font->aa, 0);
+    EXPECT_STREQ(font->family, "DejaVu Sans");
+    EXPECT_EQ(read_file("system/tmp/fonts/own.ttf"), face);
+    CloseFont(font);
+    CloseFont(GetThemeFont("far", nullptr));
+    EXPECT_FALSE(fs::exists("system/config/own.ttf"));
+    EXPECT_EQ(GetThemeFont("missing", nullptr), nullptr);
+}
+
+// Damaged files give what is whole in them, or nothing, and soon.
+TEST_F(ThemeTest, DamagedFiles) {
+    ThemeFile theme("name=value\n");
+    theme.add("pic", ThemeFile::picture(0x10));
+    theme.add("^pic:4", ThemeFile::picture(0x20));
+    const std::string good = theme.bytes();
+    const auto use = [](const std::string &bytes) {
+        write_file("system/themes/t.tqt", bytes);
+        OpenTheme("t");
+        const int level = grey("pic");
+        EXPECT_TRUE(level == 1 || level == -1);
+        IsResourcePresent("pic");
+        const std::string text = GetThemeString("name", "value");
+        EXPECT_EQ(text, "value");
+    };
+    for (size_t size = 0; size < good.size(); size++) use(good.substr(0, size));
+    const size_t header = good.size() - 2 * ThemeFile::pack(ThemeFile::picture(0)).size();
+    for (size_t at = 16; at < header && at < 80; at++)
+        for (int value : {0, 1, 0x7F, 0xFF}) {
+            std::string bad = good;
+            bad[at] = static_cast<char>(value);
+            if (at >= 44 && (at < 60 || at >= 72)) continue; // names and padding
+            use(bad);
+        }
+    ThemeFile many("");
+    many.add("pic", ThemeFile::picture(0x10));
+    many.add_entry("header", 9, static_cast<size_t>(-20), 17);
+    many.add_entry("bomb", 0xFFFFFFF0, 0, 17);
+    for (int i = 0; i < 100'000; i++) many.add_entry("e" + std::to_string(i), 9, 0, 17);
+    open(many);
+    EXPECT_EQ(grey("pic"), 1);
+    EXPECT_EQ(IsResourcePresent("e99999"), 1);
+    for (const char *name : {"header", "bomb"}) EXPECT_EQ(grey(name), -1) << name;
+}
+
+TEST_F(ThemeTest, ChangesLeaveNothingBehind) {
+    ThemeFile theme("a=b\n");
+    theme.add("pic", ThemeFile::picture(0x10));
+    write_zip("system/resources/t.zip", {{"x.bmp", bmp(3)}});
+    open(theme);
+    const int before = open_files();
+    for (int i = 0; i < 1000; i++) {
+        OpenTheme(i % 2 ? "t" : "none");
+        std::free(GetResource("pic", nullptr));
+    }
+    EXPECT_EQ(open_files(), before);
+}

@@ -10,12 +10,24 @@
 
 namespace image {
 
-inline constexpr int max_side = 1'000'000;              // of a picture in a file
-inline constexpr int64_t max_area = 100'000'000;        // in pixels, of a picture and of a bitmap
-inline constexpr int64_t max_decoded_bytes = 256 << 20; // of all rows as a codec hands them out
-inline constexpr size_t max_file_bytes = 128 << 20;     // of a file that is held in memory
-inline constexpr long max_codec_bytes = 160 << 20;      // of what a codec allocates
-inline constexpr int max_jpeg_scans = 100;              // each may go over the whole picture
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+inline constexpr int reduction = 100; // a fuzzer's time is for variety, not for large pictures
+#else
+inline constexpr int reduction = 1;
+#endif
+
+// In pixels, of a picture in a file.
+inline constexpr int max_side = 1'000'000;
+// In pixels, of a picture and of a bitmap.
+inline constexpr int64_t max_area = 100'000'000 / reduction;
+// Of all rows as a codec hands them out.
+inline constexpr int64_t max_decoded_bytes = (256 << 20) / reduction;
+// Of a file that is held in memory.
+inline constexpr size_t max_file_bytes = 128 << 20;
+// Of what a codec allocates.
+inline constexpr long max_codec_bytes = (160 << 20) / reduction;
+// Each may go over the whole picture.
+inline constexpr int max_jpeg_scans = 100;
 
 inline bool is_reasonable(Size s) {
     return s.width >= 1 && s.height >= 1 && s.width <= max_side && s.height <= max_side &&

@@ -115,7 +115,7 @@ bool JpegDecoder::read_rows(Pipeline &pipeline) {
     return true;
 }
 
-unsigned reduction(Size picture, Size wanted, Scaling scaling) {
+unsigned denominator(Size picture, Size wanted, Scaling scaling) {
     const int across = picture.width / wanted.width, down = picture.height / wanted.height;
     const int ratio =
         scaling == Scaling::proportional ? std::max(across, down) : std::min(across, down);
@@ -154,7 +154,7 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
     if (!fits_memory(decoder)) return nullptr;
     if (!is_reasonable(size)) throw std::bad_alloc();
     wanted = resolved(wanted, size);
-    if (!decoder.start(reduction(size, wanted, scaling))) return damaged();
+    if (!decoder.start(denominator(size, wanted, scaling))) return damaged();
     Pipeline pipeline(decoder.decoded_size(), wanted, scaling, finish);
     if (!decoder.read_rows(pipeline)) return damaged();
     return pipeline.finish();

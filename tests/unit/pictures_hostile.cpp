@@ -237,6 +237,12 @@ TEST_F(HostilePictures, LargeJpegsNeedFreeMemory) {
     }
 }
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr long allowed_kb = LONG_MAX; // the sanitizer keeps what is freed
+#else
+constexpr long allowed_kb = 256 * 1024;
+#endif
+
 long peak_kb() {
     std::ifstream in("/proc/self/status");
     for (std::string line; std::getline(in, line);)
@@ -264,9 +270,7 @@ TEST_F(HostilePictures, BombsStaySmall) {
     EXPECT_NE(load("palette.png"), nullptr) << "more colours than the depth allows";
     EXPECT_NE(load("strips.tiff", 50, 50), nullptr);
     EXPECT_NE(load("grey.jpg", 50, 50), nullptr);
-#ifndef __SANITIZE_ADDRESS__
-    EXPECT_LT(peak_kb(), 256 * 1024);
-#endif
+    EXPECT_LT(peak_kb(), allowed_kb);
 }
 
 } // namespace

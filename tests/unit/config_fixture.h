@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// A configuration file in a folder of its own, and handles on it.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <unistd.h>
+
+#include "kelvane/config.h"
+
+namespace fs = std::filesystem;
+
+class Config : public testing::Test {
+  protected:
+    fs::path root = fs::temp_directory_path() / ("kelvane-config-" + std::to_string(getpid()));
+    std::string path = root / "a.cfg";
+
+    void SetUp() override { fs::create_directories(root); }
+    void TearDown() override { fs::remove_all(root); }
+
+    void put(const std::string &text) { std::ofstream(path, std::ios::binary) << text; }
+    std::string file() {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+};
+
+// A handle that closes without saving.
+struct handle {
+    iconfig *c;
+    explicit handle(const std::string &path, iconfigedit *defaults = nullptr)
+        : c(OpenConfig(path.c_str(), defaults)) {}
+    ~handle() { CloseConfigNoSave(c); }
+    operator iconfig *() const { return c; }
+    std::string get(const char *name) const { return ReadString(c, name, "(none)"); }
+};
+
+using values = std::map<std::string, std::string>;
+
+inline values read_values(ihash h) {
+    values all;
+    const auto note = [](const char *name, void *value, void *out) {
+        (*static_cast<values *>(out))[name] = static_cast<char *>(value);
+        return 0;
+    };
+    hash_enumerate(h, nullptr, note, &all);
+    return all;
+}
+
+inline values read_file(const std::string &path) {
+    return read_values(handle(path).c->hash);
+}
+
+using namespace std::string_literals;

@@ -60,6 +60,8 @@ class JpegDecoder {
     jpeg_decompress_struct info_{};
     jpeg_error_mgr errors_{};
     jpeg_progress_mgr progress_{};
+    // Pixels that are missing at the end of the file are noticed; then the end itself is no fault.
+    bool tells_missing_data_ = false;
     std::jmp_buf failure_;
 };
 
@@ -74,8 +76,7 @@ JpegDecoder::JpegDecoder() {
 // libjpeg completes a picture whose data end early with grey, and takes that for a mere warning.
 bool JpegDecoder::lacks_data() const {
     if (errors_.msg_code == JWRN_HIT_MARKER) return info_.unread_marker == JPEG_EOI;
-    // These would not notice: a missing scan only makes the picture coarser.
-    return errors_.msg_code == JWRN_JPEG_EOF && (info_.arith_code || info_.progressive_mode);
+    return errors_.msg_code == JWRN_JPEG_EOF && !tells_missing_data_;
 }
 
 void JpegDecoder::heed_message(j_common_ptr info, int level) {
@@ -98,6 +99,8 @@ bool JpegDecoder::read_header(std::FILE *f) {
 
 bool JpegDecoder::start(unsigned denominator) {
     if (setjmp(failure_) != 0) return false;
+    // A missing scan would only make the picture coarser.
+    tells_missing_data_ = !info_.arith_code && !jpeg_has_multiple_scans(&info_);
     info_.out_color_space = JCS_GRAYSCALE;
     info_.scale_num = 1;
     info_.scale_denom = denominator;

@@ -1,0 +1,204 @@
+// peers: pangocairo
+// SPDX-License-Identifier: MIT
+// Drawing a page of about 2,000 glyphs, beside pangocairo, a bare loop that blends the same
+// bitmaps, and FreeType alone where nothing is cached.
+#include <algorithm>
+#include <cstdint>
+#include <ft2build.h>
+#include <pango/pangocairo.h>
+#include <set>
+#include FT_FREETYPE_H
+
+#include "beside.h"
+#include "text/current.h"
+#include "text_common.h"
+
+namespace {
+
+constexpr int page_height = 1500, page_width = 600, margin = 20;
+constexpr size_t glyphs_of_page = 2000;
+
+// Our page: a grey canvas.
+struct Page {
+    std::vector<uint8_t> pixels = std::vector<uint8_t>(page_width * page_height, 255);
+    icanvas canvas = {page_width, page_height,     page_width,   8, 0, page_width - 1,
+                      0,          page_height - 1, pixels.data()};
+    Page() { kvstate.canvas = &canvas; }
+    ~Page() { kvstate.canvas = nullptr; }
+};
+
+void draw_laid_out(const std::string &text) {
+    DrawTextRect(margin, margin, bench_width, page_height - 2 * margin, text.c_str(), ALIGN_LEFT);
+}
+
+// The lines of the page as strings.
+std::vector<std::string> lines_of(const std::string &text) {
+    std::vector<std::string> lines;
+    for (const char *begin = text.c_str(); *begin != '\0';) {
+        const icanvas *canvas = kvstate.canvas;
+        kvstate.canvas = nullptr;
+        const char *end = DrawTextRect(0, 0, bench_width, 1, begin, ALIGN_JUSTIFY);
+        kvstate.canvas = const_cast<icanvas *>(canvas);
+        lines.emplace_back(begin, end);
+        begin = end;
+    }
+    return lines;
+}
+
+void draw_lines(const std::vector<std::string> &lines, int spacing) {
+    int y = margin;
+    for (const std::string &line : lines) {
+        DrawString(margin, y, line.c_str());
+        y += spacing;
+    }
+}
+
+struct PangoPage {
+    cairo_surface_t *surface =
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, page_width, page_height);
+    cairo_t *cairo = cairo_create(surface);
+    PangoLayout *layout = pango_cairo_create_layout(cairo);
+    PangoPage() {
+        cairo_font_options_t *options = cairo_font_options_create();
+        cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+        pango_cairo_context_set_font_options(pango_layout_get_context(layout), options);
+        cairo_font_options_destroy(options);
+        PangoFontDescription *font = pango_font_description_from_string("DejaVu Sans");
+        pango_font_description_set_absolute_size(font, bench_font_size * PANGO_SCALE);
+        pango_layout_set_font_description(layout, font);
+        pango_font_description_free(font);
+        pango_layout_set_width(layout, bench_width * PANGO_SCALE);
+        cairo_set_source_rgb(cairo, 1, 1, 1);
+        cairo_paint(cairo);
+        cairo_set_source_rgb(cairo, 0, 0, 0);
+    }
+    ~PangoPage() {
+        g_object_unref(layout);
+        cairo_destroy(cairo);
+        cairo_surface_destroy(surface);
+    }
+    void set(const std::string &text) {
+        pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
+        pango_layout_context_changed(layout); // or it would remember the same text
+    }
+    void draw() {
+        cairo_move_to(cairo, margin, margin);
+        pango_cairo_show_layout(cairo, layout);
+        cairo_surface_flush(surface);
+    }
+};
+
+void draw_and_pango(benchmark::State &state) {
+    const BenchFont font;
+    Page page;
+    PangoPage pango;
+    const std::string text = prose(Language::english, glyphs_of_page);
+    const std::vector<std::string> lines = lines_of(text);
+    pango.set(text);
+    pango.draw();
+    beside(
+        state, "times_faster", [&] { draw_lines(lines, font.font->linespacing); },
+        [&] { pango.draw(); });
+}
+
+void layout_and_draw_and_pango(benchmark::State &state) {
+    const BenchFont font;
+    Page page;
+    PangoPage pango;
+    const std::string text = prose(Language::english, glyphs_of_page);
+    beside(
+        state, "times_faster", [&] { draw_laid_out(text); },
+        [&] {
+            pango.set(text);
+            pango.draw();
+        });
+}
+
+// The bitmaps of the page and where they go.
+struct Placed {
+    const text::Glyph *glyph;
+    int x, y;
+};
+
+std::vector<Placed> place(const std::vector<std::string> &lines, const ifont &font) {
+    std::vector<Placed> placed;
+    int y = margin + font.baseline;
+    for (const std::string &line : lines) {
+        int x = margin;
+        for (size_t i = 0; i < line.size(); ++i) {
+            const auto c = static_cast<unsigned char>(line[i]);
+            const text::Glyph *glyph = text::current.cache->glyph(text::Mode::antialiased, c);
+            if (glyph->w > 0) placed.push_back({glyph, x + glyph->left, y - glyph->top});
+            x = margin + StringWidthExt(line.c_str(), static_cast<int>(i + 1));
+        }
+        y += font.linespacing;
+    }
+    return placed;
+}
+
+void blend(const std::vector<Placed> &placed, std::vector<uint8_t> &pixels) {
+    for (const Placed &p : placed) {
+        const uint8_t *coverage = p.glyph->coverage.get();
+        uint8_t *row = pixels.data() + p.y * page_width + p.x;
+        for (int j = 0; j < p.glyph->h; ++j, row += page_width)
+            for (int i = 0; i < p.glyph->w; ++i) {
+                const unsigned t = row[i] * (255U - *coverage++) + 128U;
+                row[i] = static_cast<uint8_t>((t + (t >> 8)) >> 8);
+            }
+    }
+}
+
+void draw_and_bare_blending(benchmark::State &state) {
+    const BenchFont font;
+    Page page;
+    const std::vector<std::string> lines = lines_of(prose(Language::english, glyphs_of_page));
+    const std::vector<Placed> placed = place(lines, *font.font);
+    double own = 0, bare = 0;
+    for (auto _ : state) {
+        const double start = thread_seconds();
+        draw_lines(lines, font.font->linespacing);
+        const double middle = thread_seconds();
+        blend(placed, page.pixels);
+        const double end = thread_seconds();
+        state.SetIterationTime(middle - start);
+        own += middle - start;
+        bare += end - middle;
+    }
+    state.counters["cost_over_peer"] = own / bare;
+}
+
+// FreeType rendering each glyph of the page once is what a first page cannot do without.
+void first_page_and_freetype(benchmark::State &state) {
+    Page page;
+    const std::string text = prose(Language::english, glyphs_of_page);
+    const std::set<char> distinct(text.begin(), text.end());
+    double own = 0, bare = 0;
+    for (auto _ : state) {
+        const BenchFont font;
+        FT_Library library;
+        FT_Face face;
+        FT_Init_FreeType(&library);
+        FT_New_Face(library, bench_font_file, 0, &face);
+        FT_Set_Pixel_Sizes(face, 0, bench_font_size);
+        const double start = thread_seconds();
+        draw_laid_out(text);
+        const double middle = thread_seconds();
+        for (const char c : distinct)
+            FT_Load_Char(face, static_cast<unsigned char>(c), FT_LOAD_RENDER);
+        const double end = thread_seconds();
+        FT_Done_FreeType(library);
+        state.SetIterationTime(middle - start);
+        own += middle - start;
+        bare += end - middle;
+    }
+    state.counters["cost_over_peer"] = own / bare;
+}
+
+BENCHMARK(draw_and_pango)->UseManualTime()->MinTime(0.1);
+BENCHMARK(layout_and_draw_and_pango)->UseManualTime()->MinTime(0.1);
+BENCHMARK(draw_and_bare_blending)->UseManualTime()->MinTime(0.1);
+BENCHMARK(first_page_and_freetype)->UseManualTime()->MinTime(0.1);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ground/utf8.h"
 
+#include <cstring>
+
 namespace utf8 {
 namespace {
 
@@ -42,9 +44,43 @@ uint16_t next(const char *&s, const char *end) {
     return byte;
 }
 
+namespace {
+
+// Text is mostly runs of ASCII or of two-byte letters: eight bytes at a time while it is ASCII.
+size_t decode_ascii(const char *&s, const char *end, uint16_t *out, size_t room) {
+    size_t count = 0;
+    while (room - count >= 8 && end - s >= 8) {
+        uint64_t bytes;
+        std::memcpy(&bytes, s, 8);
+        if ((bytes & 0x8080808080808080U) != 0) break;
+        for (int i = 0; i < 8; ++i) out[count + i] = static_cast<uint8_t>(s[i]);
+        s += 8;
+        count += 8;
+    }
+    return count;
+}
+
+bool is_two_byte_letter(uint8_t first, uint8_t second) {
+    return first >= 0xC2 && first < 0xE0 && (second & 0xC0) == 0x80;
+}
+
+} // namespace
+
 size_t decode(const char *&s, const char *end, uint16_t *out, size_t room) {
     size_t count = 0;
-    while (count < room && s < end) out[count++] = next(s, end);
+    while (count < room && s < end) {
+        const auto first = static_cast<uint8_t>(*s);
+        if (first < 0x80) {
+            count += decode_ascii(s, end, out + count, room - count);
+            while (count < room && s < end && static_cast<uint8_t>(*s) < 0x80)
+                out[count++] = static_cast<uint8_t>(*s++);
+        } else if (end - s >= 2 && is_two_byte_letter(first, static_cast<uint8_t>(s[1]))) {
+            out[count++] = static_cast<uint16_t>((first & 0x1F) << 6 | (s[1] & 0x3F));
+            s += 2;
+        } else {
+            out[count++] = next(s, end);
+        }
+    }
     return count;
 }
 

@@ -15,12 +15,15 @@ namespace text {
 namespace {
 
 // No character below the Hebrew block runs right to left, and few above its neighbours do.
-bool may_run_right_to_left(uint16_t c) {
-    return c >= 0x590 && (c < 0x900 || (c >= 0x200F && c < 0x2070) || c >= 0xFB1D);
+unsigned may_run_right_to_left(unsigned c) {
+    return (c - 0x590U < 0x900U - 0x590U) | (c - 0x200FU < 0x2070U - 0x200FU) | (c >= 0xFB1DU);
 }
 
+// Without an early end, so that it looks at many characters at once.
 bool has_any(const uint16_t *text, int len) {
-    return std::any_of(text, text + len, may_run_right_to_left);
+    unsigned found = 0;
+    for (int i = 0; i < len; ++i) found |= may_run_right_to_left(text[i]);
+    return found != 0;
 }
 
 // One paragraph as FriBidi wants it.

@@ -55,14 +55,14 @@ void copy_coverage(const FT_Bitmap &bitmap, Glyph &glyph) {
     const bool mono = bitmap.pixel_mode == FT_PIXEL_MODE_MONO;
     if (!is_drawable_size(w, h)) return;
     if (!mono && (bitmap.pixel_mode != FT_PIXEL_MODE_GRAY || bitmap.num_grays < 2)) return;
-    glyph.coverage = std::make_unique_for_overwrite<uint8_t[]>(static_cast<size_t>(w * h));
     glyph.w = w;
     glyph.h = h;
+    glyph.coverage = std::make_unique<uint8_t[]>(glyph.pixels());
     // With a negative pitch the buffer starts with the lowest row.
     const uint8_t *from = bitmap.buffer;
     if (bitmap.pitch < 0) from -= static_cast<ptrdiff_t>(bitmap.pitch) * (h - 1);
     uint8_t *to = glyph.coverage.get();
-    for (int row = 0; row < h; ++row, from += bitmap.pitch, to += w) {
+    for (int row = 0; row < h; ++row, from += bitmap.pitch, to += glyph.stride()) {
         if (mono)
             copy_mono_row(from, to, w);
         else

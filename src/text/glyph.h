@@ -18,11 +18,16 @@ inline constexpr int64_t largest_glyph_area = 1 << 22;
 struct Glyph {
     int left = 0, top = 0; // from the pen to the leftmost column; from the baseline up to row 0
     int w = 0, h = 0;
-    std::unique_ptr<uint8_t[]> coverage; // rows of w bytes, 0 none to 255 full; null when empty
-    uint32_t index = 0;                  // in its face
-    std::unique_ptr<Glyph> next;         // of a chain of the cache
+    // Rows of stride() bytes, 0 none to 255 full; null when empty. Bytes behind the w-th are 0.
+    std::unique_ptr<uint8_t[]> coverage;
+    uint32_t index = 0;          // in its face
+    std::unique_ptr<Glyph> next; // of a chain of the cache
 
-    size_t bytes() const { return sizeof(Glyph) + static_cast<size_t>(w) * static_cast<size_t>(h); }
+    // Whole blocks, which rows are blended in.
+    static constexpr int block = 16;
+    int stride() const { return (w + block - 1) / block * block; }
+    size_t pixels() const { return static_cast<size_t>(stride()) * static_cast<size_t>(h); }
+    size_t bytes() const { return sizeof(Glyph) + pixels(); }
 };
 
 // The flags that glyphs are loaded with, for measuring and for drawing.

@@ -17,23 +17,7 @@
 namespace text {
 namespace {
 
-// What SubstBrokenChar() replaces lies between these.
-constexpr uint16_t first_broken = 0x02CC, last_broken = 0x02D0;
-
 constexpr std::array<uint16_t, 3> dots = {'.', '.', '.'};
-
-// After which characters a line may break; never after those that are not in the table.
-constexpr auto break_table = [] {
-    std::array<bool, 128> breaks{};
-    for (size_t c = 0; c < '0'; ++c) breaks[c] = true;
-    for (char c : {'"', '\'', '(', ')', '.'}) breaks[static_cast<size_t>(c)] = false;
-    for (size_t c = '['; c <= '_'; ++c) breaks[c] = true;
-    return breaks;
-}();
-
-bool breaks_after(uint16_t c) {
-    return c < break_table.size() && break_table[c];
-}
 
 enum class LineEnd { newline, text, overflow };
 
@@ -49,7 +33,6 @@ struct Line {
 struct Cut {
     int at = -1;
     int64_t width = 0;
-    int64_t width_before_last = 0; // without the last character
 };
 
 class RectLayout {
@@ -73,14 +56,9 @@ class RectLayout {
     int64_t linespacing() const { return linespacing_; }
 
   private:
-    // Where a line that begins at `begin` is cut when the character at `overflow` is too much.
-    const Cut &choose_cut(const Cut &last_break, const Cut &overflow, bool is_last) const {
-        const bool may_go_back =
-            !is_last || ((flags_ & ALIGN_JUSTIFY) != 0 && (flags_ & TEXT_DOTS) == 0);
-        return may_go_back && last_break.at >= 0 ? last_break : overflow;
-    }
-
     Line break_line(int begin, bool is_last);
+    Line cut_line(int begin, const Cut &last_break, const Cut &overflow, bool is_last);
+    Advance careful_step(Pace &pace, uint16_t &c);
     int skip_to_next_line(int at) const;
     void trim(Line &line) const;
     void append_dots(Line &line);
@@ -91,23 +69,46 @@ class RectLayout {
     Walker walker_;
 };
 
+// All that measuring a page takes is this loop, in which a known step is two look-ups. Whether a
+// line may break after a character is not to be guessed, so that choice is a move and not a branch.
 Line RectLayout::break_line(int begin, bool is_last) {
-    Cut here{begin, 0, 0}, last_break;
-    walker_.restart();
-    while (here.at < len_ && text_[here.at] != newline) {
-        uint16_t &c = text_[here.at];
-        if (c >= first_broken && c <= last_broken) SubstBrokenChar(&c);
-        const int64_t width = here.width + walker_.step(c).total();
-        if (width > w_ && here.at > begin) {
-            const Cut cut = choose_cut(last_break, here, is_last);
-            const bool after_space = text_[cut.at - 1] == ' ' && (flags_ & ALIGN_RIGHT) != 0;
-            return {begin, cut.at, cut.at, after_space ? cut.width_before_last : cut.width,
-                    LineEnd::overflow};
+    const int len = len_;
+    const int64_t most = w_;
+    uint16_t *const text = text_;
+    Cut last_break;
+    Pace pace = walker_.start_line();
+    int at = begin;
+    int64_t width = 0;
+    for (; at < len && text[at] != newline; ++at) {
+        Advance advance;
+        if (!pace.find(text[at], advance)) {
+            Pace after = pace; // so that the loop's own one stays in registers
+            advance = careful_step(after, text[at]);
+            pace = after;
         }
-        here = {here.at + 1, width, here.width};
-        if (breaks_after(c)) last_break = here;
+        const int64_t widened = width + advance.total();
+        if (widened > most && at > begin) return cut_line(begin, last_break, {at, width}, is_last);
+        width = widened;
+        last_break.at = advance.breaks_after ? at + 1 : last_break.at;
+        last_break.width = advance.breaks_after ? width : last_break.width;
     }
-    return {begin, here.at, here.at, here.width, here.at < len_ ? LineEnd::newline : LineEnd::text};
+    return {begin, at, at, width, at < len ? LineEnd::newline : LineEnd::text};
+}
+
+// The line when the character at `overflow` is too much.
+Line RectLayout::cut_line(int begin, const Cut &last_break, const Cut &overflow, bool is_last) {
+    const bool may_go_back =
+        !is_last || ((flags_ & ALIGN_JUSTIFY) != 0 && (flags_ & TEXT_DOTS) == 0);
+    Cut cut = may_go_back && last_break.at >= 0 ? last_break : overflow;
+    walker_.restart();
+    if ((flags_ & ALIGN_RIGHT) != 0 && text_[cut.at - 1] == ' ')
+        cut.width = measure(text_ + begin, cut.at - 1 - begin);
+    return {begin, cut.at, cut.at, cut.width, LineEnd::overflow};
+}
+
+Advance RectLayout::careful_step(Pace &pace, uint16_t &c) {
+    SubstBrokenChar(&c);
+    return walker_.slow_step(pace, c);
 }
 
 int RectLayout::skip_to_next_line(int at) const {

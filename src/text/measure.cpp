@@ -14,8 +14,17 @@ namespace text {
 
 int64_t measure(const uint16_t *text, int len) {
     Walker walker;
+    Pace pace = walker.start_line();
     int64_t width = 0;
-    for (int i = 0; i < len; ++i) width += walker.step(text[i]).total();
+    for (int i = 0; i < len; ++i) {
+        Advance advance;
+        if (!pace.find(text[i], advance)) {
+            Pace after = pace; // so that the loop's own one stays in registers
+            advance = walker.slow_step(after, text[i]);
+            pace = after;
+        }
+        width += advance.total();
+    }
     return width;
 }
 

@@ -16,34 +16,6 @@ size_t all_glyph_bytes = 0;
 
 } // namespace
 
-void KerningCache::add(uint16_t first, uint16_t second, int16_t kerning) {
-    if (first >= 256 || second >= 256) return add_pair(key(first, second), kerning);
-    std::unique_ptr<Page> &page = pages_[first];
-    if (!page) {
-        page = std::make_unique<Page>();
-        page->fill(unknown);
-    }
-    (*page)[second] = kerning;
-}
-
-void KerningCache::make_room() {
-    if (2 * (pair_count_ + 1) <= pairs_.size()) return;
-    std::vector<Pair> old(std::min(std::max(first_slots, 2 * pairs_.size()), most_slots));
-    old.swap(pairs_);
-    pair_count_ = 0;
-    if (old.size() == most_slots) return;
-    for (const Pair &pair : old)
-        if (pair.key != 0) add_pair(pair.key, static_cast<int16_t>(pair.kerning));
-}
-
-void KerningCache::add_pair(uint32_t key, int16_t kerning) {
-    make_room();
-    size_t slot = slot_of(key);
-    while (pairs_[slot].key != 0) slot = (slot + 1) & (pairs_.size() - 1);
-    pairs_[slot] = {key, kerning};
-    ++pair_count_;
-}
-
 SizeCache::SizeCache(Face &face, int pixels, int strength)
     : face_(face), pixels_(pixels), strength_(strength) {
     all_caches.push_back(this);
@@ -69,24 +41,20 @@ FT_Face SizeCache::load(Mode mode, uint16_t c) {
 }
 
 uint8_t SizeCache::load_width(Mode mode, uint16_t c) {
-    std::unique_ptr<WidthPage> &page = of(mode).widths[c >> 8];
-    if (!page) {
-        page = std::make_unique<WidthPage>();
-        page->fill(unknown_width);
-    }
     const FT_Face ft = load(mode, c);
     const int64_t width = ft != nullptr ? (ft->glyph->advance.x + 2 * strength_ + 31) >> 6 : 0;
-    return (*page)[c & 255] = static_cast<uint8_t>(width);
+    of(mode).advances.set_width(c, static_cast<uint8_t>(width));
+    return static_cast<uint8_t>(width);
 }
 
-int SizeCache::load_kerning(uint16_t first, uint16_t second) {
+int SizeCache::load_kerning(Mode mode, uint16_t first, uint16_t second) {
     FT_Vector kerning = {0, 0};
     const GlyphRef left = face_.find(first), right = face_.find(second);
     if (FT_HAS_KERNING(face_.ft()) && face_.has(left) && face_.has(right) &&
         face_.set_size(pixels_))
         FT_Get_Kerning(face_.ft(), left.index(), right.index(), FT_KERNING_DEFAULT, &kerning);
     const FT_Pos pixels = std::clamp<FT_Pos>(kerning.x >> 6, -INT16_MAX, INT16_MAX);
-    kerning_.add(first, second, static_cast<int16_t>(pixels));
+    of(mode).advances.set_kerning(first, second, static_cast<int16_t>(pixels));
     return static_cast<int>(pixels);
 }
 

@@ -121,7 +121,7 @@ Glyph rasterise(const Shape &shape, int size) {
 
 void make_black_and_white(Glyph &glyph) {
     uint8_t *const coverage = glyph.coverage.get();
-    for (int i = 0; i < glyph.w * glyph.h; ++i) coverage[i] = coverage[i] < 128 ? 0 : 255;
+    for (size_t i = 0; i < glyph.pixels(); ++i) coverage[i] = coverage[i] < 128 ? 0 : 255;
 }
 
 // The picture that was asked for last.

@@ -1,19 +1,54 @@
 // SPDX-License-Identifier: MIT
 #include "text/walker.h"
 
+#include <array>
+
 namespace text {
 namespace {
 
-constexpr uint16_t first_cjk = 0x3002;
+// Characters that the tables must not know: codes, those to be replaced, those with a font of
+// their own.
+bool needs_care(uint16_t c) {
+    return c < first_printable || c == soft_hyphen || c == 0x02CC || c == 0x02D0 || is_cjk(c);
+}
+
+constexpr auto break_table = [] {
+    std::array<bool, 128> breaks{};
+    for (size_t c = 0; c < '0'; ++c) breaks[c] = true;
+    for (char c : {'"', '\'', '(', ')', '.'}) breaks[static_cast<size_t>(c)] = false;
+    for (size_t c = '['; c <= '_'; ++c) breaks[c] = true;
+    return breaks;
+}();
+
+// What is in the tables when every step needs care: nothing.
+const AdvanceCache no_tables;
 
 } // namespace
 
+bool breaks_after(uint16_t c) {
+    return c < break_table.size() && break_table[c];
+}
+
+void Walker::load_tables() {
+    const bool is_plain = current.cache != nullptr && !cjk_is_used();
+    const AdvanceCache &advances = is_plain ? current.cache->advances(current.mode) : no_tables;
+    pace_.pages = advances.pages();
+    pace_.kerning = advances.kerning();
+}
+
+void Walker::end_pair() {
+    pace_.number = AdvanceEntry::line_start;
+    pace_.previous = 0;
+}
+
 void Walker::load_font() {
-    cache_ = current.cache;
-    mode_ = current.mode;
-    has_kerning_ = cache_ != nullptr && FT_HAS_KERNING(cache_->face().ft());
-    plain_end_ = cache_ == nullptr || cjk_is_used() ? 0 : first_cjk;
-    previous_ = 0;
+    load_tables();
+    end_pair();
+}
+
+void Walker::restart() {
+    end_pair();
+    if (switched_ || kvstate.current_font != line_font_) return_to_line_font();
 }
 
 void Walker::return_to_line_font() {
@@ -38,19 +73,33 @@ void Walker::choose_cjk(uint16_t c) {
     if (kvstate.current_font != before) load_font();
 }
 
-Advance Walker::special_step(uint16_t c) {
+// Measures a character, and enters it into the tables if it may be there.
+Advance Walker::character_step(uint16_t c) {
+    SizeCache &cache = *current.cache;
+    Advance advance = {0, cache.width(current.mode, c), breaks_after(c)};
+    if (!needs_care(c) && advance.width != AdvanceEntry::unknown_width)
+        cache.add_number(current.mode, c, advance.breaks_after);
+    if (pace_.previous != 0) advance.kerning = cache.kerning(current.mode, pace_.previous, c);
+    load_tables();
+    pace_.previous = c;
+    pace_.number = cache.advances(current.mode).entry(c).number;
+    return advance;
+}
+
+Advance Walker::slow_step(uint16_t c) {
+    const bool breaks = breaks_after(c);
     if (is_font_code(c)) {
         switch_font(c);
-        return {0, 0};
+        return {0, 0, breaks};
     }
-    if (is_invisible(c)) return {0, 0};
-    if (cache_ == nullptr) return {0, 10};
+    if (is_invisible(c)) return {0, 0, breaks};
+    if (!has_face()) return {0, 10, breaks};
     if (c < first_printable) {
-        previous_ = 0;
-        return {0, control_width()};
+        end_pair();
+        return {0, control_width(), breaks};
     }
     choose_cjk(c);
-    return plain_step(c);
+    return character_step(c);
 }
 
 } // namespace text

@@ -31,10 +31,35 @@ inline int control_width() {
     return static_cast<int>(int64_t{current.baseline} * 2 / 3 + 2);
 }
 
+// After which characters a line may break.
+bool breaks_after(uint16_t c);
+
 // The pen moves by the kerning before the character and by its width after it.
 struct Advance {
     int kerning, width;
+    bool breaks_after;
     int total() const { return kerning + width; }
+};
+
+// Where a walk is: the tables of the current font and the character before. Loops keep it in a
+// local variable.
+struct Pace {
+    const AdvanceEntry *const *pages = nullptr;
+    const int16_t *kerning = nullptr;
+    uint8_t number = AdvanceEntry::line_start; // of the character before
+    uint16_t previous = 0;                     // that character; 0: the next one kerns with none
+
+    // The step to a character, if the tables know it.
+    bool find(uint16_t c, Advance &advance) {
+        const AdvanceEntry entry = pages[c >> 8][c & 255];
+        const int16_t kern = kerning[number << 8 | entry.number];
+        if (kern == AdvanceCache::unknown_kerning) [[unlikely]]
+            return false;
+        advance = {kern, entry.width, entry.breaks_after};
+        number = entry.number;
+        previous = c;
+        return true;
+    }
 };
 
 class Walker {
@@ -43,26 +68,32 @@ class Walker {
 
     // The advance of the next character of the line.
     Advance step(uint16_t c) {
-        if (c >= first_printable && c < plain_end_ && c != soft_hyphen) [[likely]]
-            return plain_step(c);
-        return special_step(c);
+        Advance advance;
+        return pace_.find(c, advance) ? advance : slow_step(c);
+    }
+    // For loops that step by their own copy of the pace: begins a line, and makes the step that
+    // the tables do not know.
+    Pace start_line() {
+        restart();
+        return pace_;
+    }
+    Advance slow_step(Pace &pace, uint16_t c) {
+        pace_ = pace;
+        const Advance advance = slow_step(c);
+        pace = pace_;
+        return advance;
     }
     // A new line begins, in the font in which the walk began.
-    void restart() {
-        previous_ = 0;
-        if (switched_ || kvstate.current_font != line_font_) return_to_line_font();
-    }
+    void restart();
     // A code of the line has switched the font.
     bool is_switched() const { return switched_; }
 
   private:
-    Advance plain_step(uint16_t c) {
-        const int kerning = has_kerning_ && previous_ != 0 ? cache_->kerning(previous_, c) : 0;
-        previous_ = c;
-        return {kerning, cache_->width(mode_, c)};
-    }
-    Advance special_step(uint16_t c);
+    Advance slow_step(uint16_t c);
+    Advance character_step(uint16_t c);
     void load_font();
+    void load_tables();
+    void end_pair();
     void switch_font(uint16_t code);
     void return_to_line_font();
     void choose_cjk(uint16_t c);
@@ -70,12 +101,7 @@ class Walker {
     FontScope scope_;
     ifont *const line_font_ = kvstate.current_font;
     const int line_color_ = kvstate.current_color;
-    // Of the current font.
-    SizeCache *cache_;
-    Mode mode_;
-    bool has_kerning_;
-    uint16_t plain_end_;    // characters from 32 to this one need nothing but their advance
-    uint16_t previous_ = 0; // 0: none that the next one kerns with
+    Pace pace_;
     bool switched_ = false;
 };
 

@@ -185,7 +185,7 @@ KELVANE_API unsigned short *rtl_convert_l(const unsigned short *text, int len);
 KELVANE_API unsigned short *rtl_convert_r(const unsigned short *text, int len);
 /**
  * Joins Arabic letters, in place: each is replaced by the form it has between its neighbours. A
- * ligature is followed by U+FEFF, which is invisible, so that no character moves.
+ * ligature takes the place of its second letter; U+FEFF, which is invisible, that of its first.
  */
 KELVANE_API void arabic_shape(unsigned short *text, int len);
 /** @} */

@@ -343,7 +343,8 @@ TEST_F(Layout, BreaksInExamples) {
     EXPECT_STREQ(DrawTextRect(0, 0, dash + 1, 1, "aa.aaa", ALIGN_JUSTIFY), "aaa"); // by force
     EXPECT_STREQ(DrawTextRect(0, 0, aa, 1, "aaaaa", 0), "aaa");
     EXPECT_STREQ(DrawTextRect(0, 0, 1, 1, "xyz", 0), "yz");
-    EXPECT_STREQ(DrawTextRect(0, 0, StringWidth("  aa"), 2 * ls, "a\n  aa b", 0), "b"); // an indent is a line's own
+    EXPECT_STREQ(DrawTextRect(0, 0, StringWidth("  aa"), 2 * ls, "a\n  aa b", 0),
+                 "b"); // an indent is a line's own
     EXPECT_STREQ(DrawTextRect(0, 0, aa, ls, "aa   aa", 0), "aa");
     const irect r = iRect(0, 0, dash, 1, ALIGN_JUSTIFY);
     EXPECT_STREQ(DrawTextRect2(&r, "aa-aa"), "aa");

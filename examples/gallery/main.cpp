@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr std::array pages = {&shapes_page, &pictures_page, &updates_page, &paint_page,
-                              &events_page};
+constexpr std::array pages = {&shapes_page,  &pictures_page, &text_page,  &prose_page,
+                              &updates_page, &paint_page,    &events_page};
 constexpr int count = int(pages.size());
 // Every so many turned pages one flash clears the ghosts of the former ones.
 constexpr int turns_per_flash = 4;
@@ -63,7 +63,7 @@ void draw_strip() {
         const irect tab = tab_area(i);
         const bool selected = i == current;
         if (selected) FillAreaRect(&tab, BLACK);
-        const Ink ink = {.height = 9 * unit() / 4,
+        const Ink ink = {.height = count > 5 ? 7 * unit() / 4 : 9 * unit() / 4,
                          .color = selected ? WHITE : BLACK,
                          .paper = selected ? BLACK : WHITE,
                          .bold = selected};

@@ -15,7 +15,8 @@ struct Page {
     void (*leave)();
 };
 
-extern const Page shapes_page, pictures_page, updates_page, paint_page, events_page;
+extern const Page shapes_page, pictures_page, text_page, prose_page, updates_page, paint_page,
+    events_page;
 
 // The page on the screen.
 const Page &current_page();

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+// Text: what layout in rectangles does, and prose in eight languages.
+#include <algorithm>
+#include <iterator>
+
+#include "lettering.h"
+#include "page.h"
+
+namespace {
+
+// A font for as long as a page is drawn.
+class Font {
+  public:
+    Font(const char *name, int size, int color = BLACK) : font_(OpenFont(name, size, 1)) {
+        if (font_) font_->color = color;
+    }
+    ~Font() { CloseFont(font_); }
+    Font(const Font &) = delete;
+    Font &operator=(const Font &) = delete;
+    ifont *get() const { return font_; }
+    void use() const { SetFont(font_, -1); }
+
+  private:
+    ifont *font_;
+};
+
+int body_size() {
+    return std::max(8, 5 * unit() / 2);
+}
+
+void label(const irect &cell, const char *text) {
+    draw_text(cell.x, cell.y, text, {.height = 9 * unit() / 5, .color = DGRAY});
+}
+
+// The part of a cell below its label, framed.
+irect frame(const irect &cell) {
+    const irect r = iRect(cell.x, cell.y + 3 * unit(), cell.w, cell.h - 3 * unit(), 0);
+    DrawRect(r.x, r.y, r.w, r.h, LGRAY);
+    return r;
+}
+
+void draw_rect(irect r, const char *text, int flags) {
+    r = iRect(r.x + unit(), r.y + unit() / 2, r.w - 2 * unit(), r.h - unit(), flags);
+    DrawTextRect2(&r, text);
+}
+
+constexpr const char *tale =
+    "Alice was beginning to get very tired of sitting by her sister on the bank, and of having "
+    "nothing to do: once or twice she had peeped into the book her sister was reading.";
+
+void draw_alignments(const irect &cell) {
+    label(cell, "Left, centre, right");
+    const irect r = frame(cell);
+    const int third = r.h / 3;
+    draw_rect(iRect(r.x, r.y, r.w, third, 0), "Lines that start at the left", ALIGN_LEFT);
+    draw_rect(iRect(r.x, r.y + third, r.w, third, 0), "lines around the middle",
+              ALIGN_CENTER | VALIGN_MIDDLE);
+    draw_rect(iRect(r.x, r.y + 2 * third, r.w, third, 0), "and lines that end at the right",
+              ALIGN_RIGHT | VALIGN_BOTTOM);
+}
+
+void draw_justified(const irect &cell) {
+    label(cell, "Justified, with dots");
+    draw_rect(frame(cell), tale, ALIGN_JUSTIFY | TEXT_DOTS);
+}
+
+void draw_rotated(const irect &cell) {
+    label(cell, "Rotated, underlined");
+    const irect r = frame(cell);
+    draw_rect(iRect(r.x, r.y, r.w / 2, r.h, 0), "Upwards, as on the spine of a book",
+              TEXT_ROTATE | ALIGN_CENTER | VALIGN_MIDDLE);
+    draw_rect(iRect(r.x + r.w / 2, r.y, r.w / 2, r.h, 0), "A line under every line",
+              ALIGN_CENTER | VALIGN_MIDDLE | TEXT_UNDERLINE);
+}
+
+void draw_codes(const irect &cell) {
+    const Font regular("default", body_size()), bold("defaultb", body_size()),
+        italic("defaulti", body_size(), DGRAY);
+    ifont *list[] = {regular.get(), bold.get(), italic.get()};
+    label(cell, "Fonts and symbols within a text");
+    RegisterFontList(list, 3);
+    draw_rect(frame(cell),
+              "Codes switch to \2bold\1 and to \3oblique\1 fonts.\n"
+              "Keys: \x11 \x12 \x13 \x14 move, \x15 chooses, \x16 goes back, \x17 opens the menu.",
+              ALIGN_LEFT);
+    RegisterFontList(nullptr, 0);
+}
+
+void draw_sizes(const irect &cell) {
+    label(cell, "Sizes, greys");
+    const irect r = frame(cell);
+    int y = r.y + unit();
+    constexpr int greys[] = {BLACK, 0x333333, DGRAY, 0x808080};
+    for (int i = 0; i < 4; i++) {
+        const Font font("default", body_size() * (8 - i) / 5, greys[i]);
+        font.use();
+        DrawString(r.x + unit(), y, "AV To Wa 1984");
+        if (font.get()) y += font.get()->linespacing;
+    }
+}
+
+void draw_strength(const irect &cell) {
+    label(cell, "Smooth, black and white, strong");
+    const irect r = frame(cell);
+    const irect dark = iRect(r.x, r.y + r.h * 3 / 4, r.w, r.h - r.h * 3 / 4, 0);
+    FillAreaRect(&dark, BLACK);
+    ifont *mono = OpenFont("default", body_size(), 0);
+    for (int i = 0; i < 4; i++) {
+        const irect line = iRect(r.x, r.y + r.h * i / 4, r.w, r.h / 4, 0);
+        constexpr const char *words[] = {"Smooth edges", "Black and white", "Strong text",
+                                         "White on black"};
+        const Font smooth("default", body_size(), i == 3 ? WHITE : BLACK);
+        if (i == 2) SetTextStrength(24);
+        SetFont(i == 1 ? mono : smooth.get(), -1);
+        draw_rect(line, words[i], VALIGN_MIDDLE);
+        SetTextStrength(0);
+    }
+    CloseFont(mono);
+}
+
+void draw_text_page(const irect &area) {
+    void (*const cells[])(const irect &) = {draw_alignments, draw_justified, draw_rotated,
+                                            draw_codes,      draw_sizes,     draw_strength};
+    const Font font("default", body_size());
+    const int columns = area.h > area.w ? 2 : 3;
+    for (int i = 0; i < 6; i++) {
+        font.use();
+        cells[i](grid_cell(area, columns, 6 / columns, i, 3 * unit()));
+    }
+}
+
+struct Sample {
+    const char *font, *text;
+    int flags;
+};
+
+// The first article of the Universal Declaration of Human Rights.
+constexpr Sample samples[] = {
+    {"default",
+     "All human beings are born free and equal in dignity and rights. They are endowed with reason "
+     "and conscience and should act towards one another in a spirit of brotherhood.",
+     ALIGN_JUSTIFY},
+    {"default",
+     "Tous les êtres humains naissent libres et égaux en dignité et en droits. Ils sont doués de "
+     "raison et de conscience et doivent agir les uns envers les autres dans un esprit de "
+     "fraternité.",
+     ALIGN_JUSTIFY},
+    {"default",
+     "Wszyscy ludzie rodzą się wolni i równi pod względem swej godności i swych praw. Są oni "
+     "obdarzeni rozumem i sumieniem i powinni postępować wobec innych w duchu braterstwa.",
+     ALIGN_JUSTIFY},
+    {"default",
+     "Все люди рождаются свободными и равными в своём достоинстве и правах. Они наделены разумом "
+     "и совестью и должны поступать в отношении друг друга в духе братства.",
+     ALIGN_JUSTIFY},
+    {"default",
+     "Όλοι οι άνθρωποι γεννιούνται ελεύθεροι και ίσοι στην αξιοπρέπεια και τα δικαιώματα. Είναι "
+     "προικισμένοι με λογική και συνείδηση, και οφείλουν να συμπεριφέρονται μεταξύ τους με πνεύμα "
+     "αδελφοσύνης.",
+     ALIGN_JUSTIFY},
+    {"default",
+     "כל בני האדם נולדו בני חורין ושווים בערכם ובזכויותיהם. כולם חוננו בתבונה ובמצפון, לפיכך "
+     "חובה עליהם לנהוג איש ברעהו ברוח של אחווה.",
+     ALIGN_RIGHT | ALIGN_JUSTIFY},
+    {"default",
+     "يولد جميع الناس أحراراً متساوين في الكرامة والحقوق. وقد وهبوا عقلاً وضميراً وعليهم أن يعامل "
+     "بعضهم بعضاً بروح الإخاء.",
+     ALIGN_RIGHT | ALIGN_JUSTIFY},
+    {"fireflysung",
+     "すべての人間は、生まれながらにして自由であり、かつ、尊厳と権利とについて平等である。人間は、"
+     "理性と良心とを授けられており、互いに同胞の精神をもって行動しなければならない。",
+     ALIGN_LEFT},
+};
+
+int draw_sample(const Sample &sample, const irect &place) {
+    const Font font(sample.font, place.w > 80 * unit() ? body_size() : body_size() * 9 / 10);
+    font.use();
+    int height = 0;
+    DrawTextRect3(place.x, place.y, place.w, place.h, sample.text, sample.flags, &height);
+    return height;
+}
+
+void draw_prose_page(const irect &area) {
+    const int columns = area.h > area.w ? 1 : 2, gap = 5 * unit();
+    const int width = (area.w - (columns - 1) * gap) / columns;
+    const int count = int(std::size(samples)), rows = count / columns;
+    for (int column = 0; column < columns; column++) {
+        int y = area.y;
+        for (int row = 0; row < rows; row++) {
+            const irect place =
+                iRect(area.x + column * (width + gap), y, width, area.y + area.h - y, 0);
+            y += draw_sample(samples[column * rows + row], place) + unit();
+        }
+    }
+}
+
+int no_events(int, int, int, const irect &) {
+    return 0;
+}
+
+} // namespace
+
+const Page text_page = {"Text", "Fonts, alignment, symbols: all laid out by the library",
+                        draw_text_page, no_events, nullptr};
+const Page prose_page = {"Prose", "One sentence in eight languages", draw_prose_page, no_events,
+                         nullptr};

@@ -25,7 +25,7 @@ class Font {
 };
 
 int body_size() {
-    return std::max(8, 5 * unit() / 2);
+    return std::max(8, 3 * unit());
 }
 
 void label(const irect &cell, const char *text) {
@@ -46,16 +46,18 @@ void draw_rect(irect r, const char *text, int flags) {
 
 constexpr const char *tale =
     "Alice was beginning to get very tired of sitting by her sister on the bank, and of having "
-    "nothing to do: once or twice she had peeped into the book her sister was reading.";
+    "nothing to do: once or twice she had peeped into the book her sister was reading, but it had "
+    "no pictures or conversations in it, \"and what is the use of a book,\" thought Alice, "
+    "\"without pictures or conversations?\" So she was considering in her own mind.";
 
 void draw_alignments(const irect &cell) {
     label(cell, "Left, centre, right");
     const irect r = frame(cell);
     const int third = r.h / 3;
-    draw_rect(iRect(r.x, r.y, r.w, third, 0), "Lines that start at the left", ALIGN_LEFT);
+    draw_rect(iRect(r.x, r.y, r.w, third, 0), "Lines at the left", ALIGN_LEFT);
     draw_rect(iRect(r.x, r.y + third, r.w, third, 0), "lines around the middle",
               ALIGN_CENTER | VALIGN_MIDDLE);
-    draw_rect(iRect(r.x, r.y + 2 * third, r.w, third, 0), "and lines that end at the right",
+    draw_rect(iRect(r.x, r.y + 2 * third, r.w, third, 0), "lines at the right",
               ALIGN_RIGHT | VALIGN_BOTTOM);
 }
 
@@ -80,8 +82,8 @@ void draw_codes(const irect &cell) {
     label(cell, "Fonts and symbols within a text");
     RegisterFontList(list, 3);
     draw_rect(frame(cell),
-              "Codes switch to \2bold\1 and to \3oblique\1 fonts.\n"
-              "Keys: \x11 \x12 \x13 \x14 move, \x15 chooses, \x16 goes back, \x17 opens the menu.",
+              "A line in \2bold\1 or \3oblique\1.\n"
+              "\x11 \x12 \x13 \x14 move, \x15 chooses,\n\x16 goes back, \x17 opens a menu.",
               ALIGN_LEFT);
     RegisterFontList(nullptr, 0);
 }
@@ -202,5 +204,5 @@ int no_events(int, int, int, const irect &) {
 
 const Page text_page = {"Text", "Fonts, alignment, symbols: all laid out by the library",
                         draw_text_page, no_events, nullptr};
-const Page prose_page = {"Prose", "One sentence in eight languages", draw_prose_page, no_events,
+const Page prose_page = {"Prose", "The same words in eight languages", draw_prose_page, no_events,
                          nullptr};

@@ -9,6 +9,7 @@
 #include "ground/log.h"
 #include "hw.h"
 #include "image/bmp.h"
+#include "image/limits.h"
 #include "image/stream.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/files.h"
@@ -16,7 +17,6 @@
 namespace {
 
 constexpr size_t least_member = 33;
-constexpr size_t largest_member = size_t{32} << 20;
 
 } // namespace
 
@@ -43,7 +43,7 @@ ibitmap *LoadBitmap(const char *path) try {
 }
 
 ibitmap *zLoadBitmap(void *zip, const char *name) try {
-    const auto member = read_zip_member(zip, name, largest_member);
+    const auto member = read_zip_member(zip, name, image::max_zip_member_bytes);
     if (!member || member->size() < least_member) return nullptr;
     return image::bmp::parse(__func__, name, *member).release();
 } catch (const std::bad_alloc &) {

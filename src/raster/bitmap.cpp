@@ -3,6 +3,7 @@
 #include "raster/bitmap.h"
 
 #include <cstring>
+#include <utility>
 
 #include "hw.h"
 #include "raster/bitmap_tracker.h"
@@ -36,6 +37,11 @@ BitmapPtr make_white_bitmap(int w, int h) {
     return bm;
 }
 
+ibitmap *release_copy(const ibitmap &from, BitmapPtr copy) {
+    DebugResourceBitmaps_trackBitmapCopy(&from, copy.get());
+    return copy.release();
+}
+
 } // namespace raster
 
 using namespace raster;
@@ -53,9 +59,8 @@ ibitmap *CopyBitmapNoTrack(const ibitmap *bm) {
 }
 
 ibitmap *CopyBitmap(const ibitmap *bm) {
-    ibitmap *copy = CopyBitmapNoTrack(bm);
-    if (copy != nullptr) DebugResourceBitmaps_trackBitmapCopy(bm, copy);
-    return copy;
+    BitmapPtr copy(CopyBitmapNoTrack(bm));
+    return copy != nullptr ? release_copy(*bm, std::move(copy)) : nullptr;
 }
 
 void DebugResourceBitmaps_trackBitmapDrawing(const ibitmap *bm, int x, int y) {

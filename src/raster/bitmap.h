@@ -68,6 +68,9 @@ BitmapPtr make_bitmap(int w, int h, int depth, MaskRoom mask = MaskRoom::none);
 // make_bitmap() of the panel's depth, all white.
 BitmapPtr make_white_bitmap(int w, int h);
 
+// Hands a copy to the caller; the bitmap tracker hears of it.
+ibitmap *release_copy(const ibitmap &from, BitmapPtr copy);
+
 // Draws a part of the bitmap, which may reach beyond it on any side, at (x, y).
 void draw_bitmap_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy, int64_t w,
                       int64_t h);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "hw.h"
@@ -139,8 +140,8 @@ void SetTransparentColor(ibitmap **bm, int level) {
     BitmapPtr fresh = copy_with_full_mask(**bm);
     if (fresh == nullptr) return;
     clear_level(*fresh, static_cast<unsigned>(level));
-    std::free(*bm);
-    *bm = fresh.release();
+    const BitmapPtr old(*bm);
+    *bm = release_copy(*old, std::move(fresh));
 }
 
 ibitmap *CopyBitmapDepth4To8(const ibitmap *bm) {
@@ -159,7 +160,7 @@ ibitmap *CopyBitmapDepth4To8(const ibitmap *bm) {
         std::memset(greys + count, 0, bm->width - count);
     }
     copy_mask(*bm, *copy);
-    return copy.release();
+    return release_copy(*bm, std::move(copy));
 }
 
 ibitmap *CopyBitmapDepth8To4(const ibitmap *bm) {
@@ -176,7 +177,7 @@ ibitmap *CopyBitmapDepth8To4(const ibitmap *bm) {
         for (size_t x = 0; x < bm->width; ++x)
             packed[x / 2] |= static_cast<uint8_t>(x % 2 == 0 ? greys[x] & 0xF0 : greys[x] >> 4);
     }
-    return copy.release();
+    return release_copy(*bm, std::move(copy));
 }
 
 void MoveBitmapRight(ibitmap *bm, int n) {

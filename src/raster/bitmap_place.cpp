@@ -32,17 +32,17 @@ Span align(int64_t at, int size, int own, bool middle, bool end) {
     return {at, size, shift(own - size)};
 }
 
+int to_int(int64_t value) {
+    return static_cast<int>(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
+}
+
 void draw_aligned(int x, int y, int w, int h, const ibitmap &bm, int flags) {
     const Span across =
         align(x, w, bm.width, (flags & BITMAP_CENTER) != 0, (flags & BITMAP_RIGHT) != 0);
     const Span down =
         align(y, h, bm.height, (flags & BITMAP_MIDDLE) != 0, (flags & BITMAP_BOTTOM) != 0);
     draw_bitmap_part(across.at, down.at, bm, across.source, down.source, across.size, down.size);
-    DebugResourceBitmaps_trackBitmapDrawing(&bm, x, y);
-}
-
-int to_int(int64_t value) {
-    return static_cast<int>(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
+    DebugResourceBitmaps_trackBitmapDrawing(&bm, to_int(across.at), to_int(down.at));
 }
 
 // The whole ratios alone decide which side is filled, so a drawing may grow beyond the rectangle.

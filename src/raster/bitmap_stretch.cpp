@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "ground/log.h"
 #include "kelvane/bitmaps.h"
@@ -92,5 +93,5 @@ ibitmap *BitmapStretchCopy(const ibitmap *bm, int sx, int sy, int sw, int sh, in
     std::fill_n(result->data, pixel_bytes(*result), 0);
     const Walk walk(*bm, sx, sy, (sw - 1) * one / (dw - 1), (sh - 1) * one / (dh - 1));
     for (int y = 0; y < dh; ++y) walk.make_row(y, result->data + y * result->scanline, dw);
-    return result.release();
+    return release_copy(*bm, std::move(result));
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 #include <optional>
+#include <vector>
 
 #include "ground/log.h"
 #include "image/bmp.h"
@@ -41,14 +42,17 @@ Header read_header(std::span<const uint8_t> file) {
             .compression = reader.u32(COMPRESSION)};
 }
 
-// What each pixel value becomes: a level, or nothing when it is the transparent colour.
+// What each pixel value becomes: a level, in the highest bits, or nothing when it is the
+// transparent colour.
 struct Palette {
     std::array<uint8_t, 256> level{};
     std::array<bool, 256> transparent{};
+    bool any_transparent = false;
 };
 
 uint8_t level_of(int grey, int depth) {
-    return static_cast<uint8_t>(depth == 4 ? (grey + 8) / 17 : (grey + 42) / 85);
+    const int level = depth == 4 ? (grey + 8) / 17 : (grey + 42) / 85;
+    return static_cast<uint8_t>(level << (8 - depth));
 }
 
 // Reads the entries that lie in the file; the others are black.
@@ -61,7 +65,9 @@ Palette read_palette(std::span<const uint8_t> file, const Header &header, int de
         const uint8_t *entry = &file[start + i * palette_entry_bytes];
         const int blue = entry[0], green = entry[1], red = entry[2];
         palette.transparent[i] = blue == 0x40 && green == 0x80 && red == 0x80;
-        if (!palette.transparent[i])
+        if (palette.transparent[i])
+            palette.any_transparent = true;
+        else
             palette.level[i] = level_of((blue + 6 * green + 3 * red) / 10, depth);
     }
     return palette;
@@ -82,43 +88,47 @@ std::optional<std::span<const uint8_t>> find_pixels(std::span<const uint8_t> fil
     return rest;
 }
 
+// Makes rows of a bitmap from rows of a file.
 class RowFiller {
   public:
     RowFiller(ibitmap &bm, const Palette &palette, uint32_t bits)
-        : bm_(bm), palette_(palette), bits_(bits) {}
+        : bm_(bm), palette_(palette), bits_(bits), values_(bits == 4 ? bm.width + size_t{1} : 0),
+          levels_(size_t{bm.scanline} * 8 / static_cast<unsigned>(depth_of(bm))) {}
 
     void fill(size_t y, const uint8_t *from) {
-        uint8_t *pixels = bm_.data + y * bm_.scanline;
-        uint8_t *mask = mask_of(bm_) + y * mask_scanline(bm_);
-        const unsigned depth = static_cast<unsigned>(depth_of(bm_));
-        for (size_t x = 0; x < bm_.width; ++x) {
-            const size_t value = value_at(from, x);
-            const unsigned shift = 8 - depth - static_cast<unsigned>(x * depth % 8);
-            pixels[x * depth / 8] |= static_cast<uint8_t>(palette_.level[value] << shift);
-            if (palette_.transparent[value]) {
-                mask[x / 8] = static_cast<uint8_t>(mask[x / 8] & ~(0x80 >> x % 8));
-                any_transparent_ = true;
-            }
-        }
+        const uint8_t *values = bits_ == 4 ? unpack(from) : from;
+        for (size_t x = 0; x < bm_.width; ++x) levels_[x] = palette_.level[values[x]];
+        pack_row(levels_.data(), bm_, y);
+        if (palette_.any_transparent) clear_holes(mask_of(bm_) + y * mask_scanline(bm_), values);
     }
     bool any_transparent() const { return any_transparent_; }
 
   private:
-    size_t value_at(const uint8_t *from, size_t x) const {
-        if (bits_ == 8) return from[x];
-        return x % 2 == 0 ? from[x / 2] >> 4 : from[x / 2] & 15;
+    const uint8_t *unpack(const uint8_t *from) {
+        for (size_t i = 0; i < (size_t{bm_.width} + 1) / 2; ++i) {
+            values_[2 * i] = from[i] >> 4;
+            values_[2 * i + 1] = from[i] & 15;
+        }
+        return values_.data();
+    }
+    void clear_holes(uint8_t *mask, const uint8_t *values) {
+        for (size_t x = 0; x < bm_.width; ++x) {
+            if (!palette_.transparent[values[x]]) continue;
+            mask[x / 8] = static_cast<uint8_t>(mask[x / 8] & ~(0x80 >> x % 8));
+            any_transparent_ = true;
+        }
     }
 
     ibitmap &bm_;
     const Palette &palette_;
     uint32_t bits_;
+    std::vector<uint8_t> values_, levels_; // a row; levels are 0 behind the width
     bool any_transparent_ = false;
 };
 
 BitmapPtr make_pixels(const Header &header, std::span<const uint8_t> rows, const Palette &palette) {
     BitmapPtr bm = make_bitmap(header.width, header.height, native_depth(), MaskRoom::reserved);
     if (bm == nullptr) return nullptr;
-    std::memset(bm->data, 0, pixel_bytes(*bm));
     std::memset(mask_of(*bm), 0xFF, mask_bytes(*bm));
     RowFiller filler(*bm, palette, header.bits);
     const size_t row = row_bytes(bm->width, header.bits);

@@ -29,7 +29,7 @@ inline constexpr size_t max_zip_member_bytes = (32 << 20) / reduction;
 // Of what a codec allocates.
 inline constexpr long max_codec_bytes = (160 << 20) / reduction;
 // Each may go over the whole picture.
-inline constexpr int max_jpeg_scans = 100;
+inline constexpr int max_jpeg_scans = 50;
 
 inline bool is_reasonable(Size s) {
     return s.width >= 1 && s.height >= 1 && s.width <= max_side && s.height <= max_side &&

@@ -115,7 +115,8 @@ void Pipeline::put_dithered(int n, uint8_t *below) {
 }
 
 void Pipeline::put_row(int n) {
-    raster::pack_row(target_row(n), *bitmap_, static_cast<size_t>(place_.y + n));
+    const int y = place_.y + n;
+    raster::pack_row(target_row(n), *bitmap_, static_cast<size_t>(y));
 }
 
 raster::BitmapPtr Pipeline::finish() {

@@ -13,13 +13,26 @@
 
 namespace {
 
-void make_device() {
-    const auto place =
-        std::filesystem::temp_directory_path() / ("kelvane-fuzz-" + std::to_string(getpid()));
-    std::filesystem::create_directories(place / "system/themes");
-    std::filesystem::current_path(place);
-    if (!std::freopen("/dev/null", "w", stdout)) std::abort();
-}
+namespace fs = std::filesystem;
+
+// A device folder, which is the working directory only while a theme is used: the fuzzer names its
+// own files from where it started.
+class Device {
+  public:
+    Device() {
+        static const fs::path place = make();
+        fs::current_path(place);
+    }
+    ~Device() { fs::current_path(before_); }
+
+  private:
+    static fs::path make() {
+        fs::path place = fs::temp_directory_path() / ("kelvane-fuzz-" + std::to_string(getpid()));
+        fs::create_directories(place / "system/themes");
+        return place;
+    }
+    fs::path before_ = fs::current_path();
+};
 
 void use_picture(const char *name) {
     ibitmap *bm = GetResource(name, nullptr);
@@ -32,8 +45,7 @@ void use_picture(const char *name) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    static const bool made = (make_device(), true);
-    (void)made;
+    const Device device;
     std::FILE *file = std::fopen("system/themes/t.tqt", "w");
     if (!file || std::fwrite(data, 1, size, file) != size) std::abort();
     std::fclose(file);

@@ -52,7 +52,7 @@ ibitmap *NewBitmap(int w, int h) {
 
 ibitmap *CopyBitmapNoTrack(const ibitmap *bm) {
     if (bm == nullptr) return nullptr;
-    const size_t used = sizeof *bm + pixel_bytes(*bm) + (has_mask(*bm) ? mask_bytes(*bm) : 0);
+    const size_t used = sizeof *bm + used_bytes(*bm);
     void *copy = std::calloc(1, used + bitmap_spare_bytes);
     if (copy == nullptr) return nullptr;
     return static_cast<ibitmap *>(std::memcpy(copy, bm, used));

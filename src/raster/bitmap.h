@@ -58,6 +58,16 @@ inline int rows_inside(const ibitmap &bm, int64_t columns) {
                : static_cast<int>(std::min<int64_t>(bm.height, last / bm.scanline + 1));
 }
 
+// How many bytes of data its pixels and its mask take. In rows shorter than the width says, the
+// last pixels may take spare bytes; other bitmaps need not have any.
+inline size_t used_bytes(const ibitmap &bm) {
+    const size_t pixels = pixel_bytes(bm);
+    if (has_mask(bm)) return pixels + mask_bytes(bm);
+    const size_t row = (size_t{bm.width} * static_cast<unsigned>(depth_of(bm)) + 7) / 8;
+    const size_t too_short = row > bm.scanline && bm.height > 0 ? row - bm.scanline : 0;
+    return pixels + std::min(too_short, bitmap_spare_bytes);
+}
+
 // The depth of new bitmaps: 4, or 2 on a panel of four greys.
 int native_depth();
 

@@ -150,8 +150,7 @@ ibitmap *CopyBitmapDepth4To8(const ibitmap *bm) {
         make_bitmap(bm->width, bm->height, 8, has_mask(*bm) ? MaskRoom::reserved : MaskRoom::none);
     if (copy == nullptr) return nullptr;
     // Rows of other depths may have fewer nibbles than pixels: they go on in what follows.
-    const uint8_t *end = bm->data + pixel_bytes(*bm);
-    if (has_mask(*bm)) end += mask_bytes(*bm);
+    const uint8_t *end = bm->data + used_bytes(*bm);
     for (size_t y = 0; y < bm->height; ++y) {
         const uint8_t *row = bm->data + y * bm->scanline;
         uint8_t *greys = copy->data + y * copy->scanline;

@@ -100,6 +100,11 @@ TEST(BitmapChange, DepthEightToFour) {
                     static_cast<uint8_t>(bm->data[y * bm->width + x] >> 4 << (x % 2 ? 0 : 4));
         if (bm->width % 2 == 0) expected.pop_back();
         ASSERT_EQ(std::memcmp(copy->data, expected.data(), expected.size()), 0);
+        // Copies keep the very last pixel too, which is a spare byte.
+        const BitmapPtr again(CopyBitmap(copy.get())), back(CopyBitmapDepth4To8(again.get()));
+        for (int y = 0; y < bm->height; ++y)
+            for (int x = 0; x < bm->width; ++x)
+                ASSERT_EQ(raw_at(*back, x, y), grey_at(*copy, x, y)) << x << ',' << y;
     }
     for (const int depth : {0x8008, 1, 2, 4, 16, 24}) {
         const BitmapPtr bm = random_bitmap(random, 3, 3, depth & 0xFF, depth > 255);

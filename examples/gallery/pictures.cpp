@@ -173,8 +173,7 @@ void from_files(const irect &r) {
         Bitmap(LoadPNGStretch("./system/tmp/photo.png", cells[1].w, cells[1].h, 1, 0)),
         Bitmap(LoadJPEG("./system/tmp/photo.jpg", cells[2].w, cells[2].h, 110, 120, 1))};
     for (int i = 0; i < 3; i++) {
-        DrawBitmapRect(cells[i].x, cells[i].y, cells[i].w, cells[i].h, loaded[i].get(),
-                       BITMAP_CENTER | BITMAP_MIDDLE);
+        DrawBitmapRect(cells[i].x, cells[i].y, cells[i].w, cells[i].h, loaded[i].get(), BITMAP_FIT);
         outline(cells[i]);
     }
 }

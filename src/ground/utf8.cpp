@@ -46,42 +46,59 @@ uint16_t next(const char *&s, const char *end) {
 
 namespace {
 
-// Text is mostly runs of ASCII or of two-byte letters: eight bytes at a time while it is ASCII.
-size_t decode_ascii(const char *&s, const char *end, uint16_t *out, size_t room) {
-    size_t count = 0;
-    while (room - count >= 8 && end - s >= 8) {
-        uint64_t bytes;
-        std::memcpy(&bytes, s, 8);
-        if ((bytes & 0x8080808080808080U) != 0) break;
-        for (int i = 0; i < 8; ++i) out[count + i] = static_cast<uint8_t>(s[i]);
-        s += 8;
-        count += 8;
-    }
-    return count;
+constexpr ptrdiff_t block = 8;
+
+bool is_ascii(char byte) {
+    return static_cast<uint8_t>(byte) < 0x80;
 }
 
-bool is_two_byte_letter(uint8_t first, uint8_t second) {
-    return first >= 0xC2 && first < 0xE0 && (second & 0xC0) == 0x80;
+bool is_ascii_block(const char *s) {
+    uint64_t bytes;
+    std::memcpy(&bytes, s, block);
+    return (bytes & 0x8080808080808080U) == 0;
+}
+
+bool is_two_byte_letter(const char *s) {
+    const unsigned first = static_cast<uint8_t>(s[0]), second = static_cast<uint8_t>(s[1]);
+    return (first - 0xC2U < 0x1EU) & ((second & 0xC0U) == 0x80U);
+}
+
+// A run of ASCII, eight bytes at a time.
+uint16_t *decode_ascii(const char *&s, const char *end, uint16_t *out, const uint16_t *out_end) {
+    for (; end - s >= block && out_end - out >= block && is_ascii_block(s); s += block)
+        for (int i = 0; i < block; ++i) *out++ = static_cast<uint8_t>(s[i]);
+    while (s < end && out < out_end && is_ascii(*s)) *out++ = static_cast<uint8_t>(*s++);
+    return out;
+}
+
+// A run of words of two-byte letters with single spaces, or the like, between them: a loop of its
+// own, as that is what the branches then expect.
+uint16_t *decode_pairs(const char *&s, const char *end, uint16_t *out, const uint16_t *out_end) {
+    while (end - s >= 3 && out_end - out >= 2) {
+        if (!is_two_byte_letter(s)) {
+            if (!is_ascii(s[0]) || !is_two_byte_letter(s + 1)) break;
+            *out++ = static_cast<uint8_t>(*s++);
+        }
+        *out++ = static_cast<uint16_t>((s[0] & 0x1F) << 6 | (s[1] & 0x3F));
+        s += 2;
+    }
+    return out;
 }
 
 } // namespace
 
 size_t decode(const char *&s, const char *end, uint16_t *out, size_t room) {
-    size_t count = 0;
-    while (count < room && s < end) {
-        const auto first = static_cast<uint8_t>(*s);
-        if (first < 0x80) {
-            count += decode_ascii(s, end, out + count, room - count);
-            while (count < room && s < end && static_cast<uint8_t>(*s) < 0x80)
-                out[count++] = static_cast<uint8_t>(*s++);
-        } else if (end - s >= 2 && is_two_byte_letter(first, static_cast<uint8_t>(s[1]))) {
-            out[count++] = static_cast<uint16_t>((first & 0x1F) << 6 | (s[1] & 0x3F));
-            s += 2;
+    const uint16_t *const begin = out, *const out_end = out + room;
+    while (s < end && out < out_end) {
+        if (!is_ascii(*s)) {
+            uint16_t *const before = out;
+            out = decode_pairs(s, end, out, out_end);
+            if (out == before) *out++ = next(s, end);
         } else {
-            out[count++] = next(s, end);
+            out = decode_ascii(s, end, out, out_end);
         }
     }
-    return count;
+    return static_cast<size_t>(out - begin);
 }
 
 const char *skip(const char *s, const char *end, size_t count) {

@@ -86,7 +86,7 @@ class Face {
 Face *acquire_face(const std::string &name);
 void release_face(Face *face);
 
-// Lets go of the fallback faces, and of FreeType when no face is open.
+// Lets go of the fallback faces and of FreeType, unless a font is still open.
 void reset_faces();
 
 // FreeType, started at the first use; null, with a message, when it does not start.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The faces that are open, by name, and the fallback faces.
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <sys/stat.h>
@@ -103,9 +104,18 @@ void stop_freetype() {
     kvstate.fonthash = nullptr;
 }
 
-int forget_fallback(const char *, void *face, void *) {
-    static_cast<Face *>(face)->set_fallback(*static_cast<Face *>(face));
+int add_references(const char *, void *face, void *sum) {
+    *static_cast<int *>(sum) += static_cast<Face *>(face)->references;
     return 0;
+}
+
+// Fonts that applications have not closed.
+int open_fonts() {
+    int references = 0;
+    hash_enumerate(faces, nullptr, add_references, &references);
+    return references -
+           static_cast<int>(fallbacks.size() - static_cast<size_t>(std::count(
+                                                   fallbacks.begin(), fallbacks.end(), nullptr)));
 }
 
 } // namespace
@@ -140,12 +150,12 @@ void release_face(Face *face) {
 }
 
 void reset_faces() {
-    hash_enumerate(faces, nullptr, forget_fallback, nullptr);
+    if (freetype == nullptr || open_fonts() > 0) return;
     for (Face *&fallback : fallbacks) {
         release_face(fallback);
         fallback = nullptr;
     }
-    if (freetype != nullptr && (faces == nullptr || hash_count(faces) == 0)) stop_freetype();
+    stop_freetype();
 }
 
 } // namespace text

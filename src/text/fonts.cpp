@@ -154,7 +154,7 @@ void SetFont(const ifont *f, int color) {
     const ifont *font = kvstate.current_font;
     if (color != -1)
         kvstate.current_color = color;
-    else if (font != nullptr)
+    else if (font != nullptr && font->color != -1)
         kvstate.current_color = font->color;
 }
 

@@ -22,8 +22,8 @@ struct Hooks {
 };
 extern Hooks hooks;
 
-// Closes what the library itself opened and forgets everything, once the screen is closed. Fonts
-// that applications still hold keep their faces.
+// Closes what the library itself opened and forgets everything, once the screen is closed. While
+// applications still hold fonts, all faces stay.
 void reset();
 
 } // namespace text

@@ -22,9 +22,8 @@ struct TextFolder {
         std::filesystem::current_path(name);
         std::filesystem::create_directories("system/fonts");
         for (const char *font : {"DejaVuSans.ttf", "DejaVuSans-Bold.ttf"})
-            std::filesystem::create_symlink(
-                std::string("/usr/share/fonts/truetype/dejavu/") + font,
-                std::string("system/fonts/") + font);
+            std::filesystem::create_symlink(std::string("/usr/share/fonts/truetype/dejavu/") + font,
+                                            std::string("system/fonts/") + font);
         kvstate.antialiasing = 1;
         kvstate.canvas = &canvas;
     }

@@ -67,6 +67,64 @@ TEST_F(Fonts, NamesOpenFiles) {
     }
 }
 
+// A collection of two fonts, whose table offsets count from the start of the file.
+std::string collection(std::string first, std::string second) {
+    const auto number = [](size_t value) {
+        return std::string{char(value >> 24), char(value >> 16), char(value >> 8), char(value)};
+    };
+    const auto move = [&](std::string &font, size_t by) {
+        for (size_t i = 0; i < size_t(uint8_t(font[5])); ++i) {
+            size_t offset = 0;
+            for (size_t k = 0; k < 4; ++k) offset = offset << 8 | uint8_t(font[20 + 16 * i + k]);
+            font.replace(20 + 16 * i, 4, number(offset + by));
+        }
+    };
+    constexpr size_t header = 20;
+    first.resize((first.size() + 3) / 4 * 4);
+    move(first, header);
+    move(second, header + first.size());
+    return "ttcf" + number(0x10000) + number(2) + number(header) + number(header + first.size()) +
+           first + second;
+}
+
+TEST_F(Fonts, AFaceOfACollectionIsChosenByItsNumber) {
+    write_file("system/fonts/two.TTF", collection(read_file(fonts::dejavu / "DejaVuSerif.ttf"),
+                                                  read_file(fonts::dejavu / "DejaVuSansMono.ttf")));
+    std::filesystem::copy_file("system/fonts/two.TTF", "system/fonts/other.ttc");
+    const struct {
+        const char *name, *family;
+    } table[] = {{"two", "DejaVu Serif"},       {"two:0", "DejaVu Serif"},
+                 {"two:1", "DejaVu Sans Mono"}, {"other.ttc:1", "DejaVu Sans Mono"},
+                 {"two:2", "DejaVu Sans"}, // no such face: the default font
+                 {"two:x", "DejaVu Serif"}};
+    for (const auto &row : table) EXPECT_STREQ(Font(row.name, 20)->family, row.family) << row.name;
+    std::vector<std::string> names;
+    for (char **name = EnumFontsEx(); *name != nullptr; ++name) names.push_back(*name);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "other.ttc:1"), 1);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "other.ttc:2"), 0);
+}
+
+TEST_F(Fonts, AFaceOfBitmapsTakesItsNearestSize) {
+    const auto seeds =
+        std::filesystem::path(__FILE__).parent_path() / "../../fuzz/corpus/font_file";
+    fonts::link(std::filesystem::canonical(seeds / "tiny.bdf"), "tiny");
+    for (const int size : {3, 8, 300}) {
+        const Font font("tiny", size);
+        EXPECT_EQ(font->size, size);
+        EXPECT_EQ(font->height, 8);
+        EXPECT_EQ(font->baseline, 6);
+        SetFont(font, BLACK);
+        EXPECT_EQ(CharWidth('a'), 6);
+        EXPECT_EQ(CharWidth('W'), 7);
+        fonts::Canvas canvas(8, 8);
+        DrawString(0, 0, "a");
+        EXPECT_EQ(canvas.at(1, 2), 0); // .###
+        EXPECT_EQ(canvas.at(0, 2), 255);
+        EXPECT_EQ(canvas.at(3, 5), 255); // .##.#
+        EXPECT_EQ(canvas.at(2, 5), 0);
+    }
+}
+
 TEST_F(Fonts, AFontTellsItsMeasures) {
     const Font font("default", 24);
     EXPECT_EQ(font->size, 24);

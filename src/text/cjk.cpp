@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char *cjk_name = "fireflysung";
 
-// One for each size that was needed.
-std::vector<ifont *> cjk_fonts;
+// One for each size that was needed. Never destroyed: applications may close fonts at exit.
+std::vector<ifont *> &cjk_fonts = *new std::vector<ifont *>;
 // What was current before one of them; null while none is in use.
 ifont *before;
 

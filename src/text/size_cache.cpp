@@ -11,7 +11,8 @@ namespace {
 // Glyph pictures and their tables of all faces together. A page of prose needs a tenth of it.
 constexpr size_t most_glyph_bytes = 16 << 20;
 
-std::vector<SizeCache *> all_caches;
+// Never destroyed: applications may close fonts at exit.
+std::vector<SizeCache *> &all_caches = *new std::vector<SizeCache *>;
 size_t all_glyph_bytes = 0;
 
 } // namespace

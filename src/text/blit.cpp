@@ -63,8 +63,7 @@ void Target::draw_glyph(const Glyph &glyph, int64_t x, int64_t y) const {
     const int stride = glyph.stride();
     const uint8_t *coverage = glyph.coverage.get() + (a.y - top) * stride + (a.x - left);
     uint8_t *row = raster::pixel_address(*canvas_, a.x, a.y);
-    const bool in_blocks =
-        canvas_->depth == 8 && a.w == glyph.w && a.x + stride <= canvas_->scanline;
+    const bool in_blocks = canvas_->depth == 8 && a.w == glyph.w && a.x + stride <= bounds_.x2 + 1;
     for (int i = 0; i < a.h; ++i, row += canvas_->scanline, coverage += stride) {
         if (in_blocks)
             blend_blocks(row, coverage, stride / Glyph::block, ink_->bytes[0]);

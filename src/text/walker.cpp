@@ -46,16 +46,16 @@ void Walker::load_font() {
     end_pair();
 }
 
+// Other walks since the last line may have added to the tables, or dropped them.
 void Walker::restart() {
-    end_pair();
     if (switched_ || kvstate.current_font != line_font_) return_to_line_font();
+    load_font();
 }
 
 void Walker::return_to_line_font() {
     put_aside_for_cjk(nullptr);
     restore_font(line_font_, line_color_);
     switched_ = false;
-    load_font();
 }
 
 void Walker::switch_font(uint16_t code) {

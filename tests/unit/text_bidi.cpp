@@ -106,6 +106,25 @@ TEST(Bidi, CharactersKeepTheirFontWhenTheyMove) {
     EXPECT_EQ(shown(hebrew("x\1AB\2y"), Direction::left_to_right), hebrew("x\1BA\2y"));
 }
 
+// A bracket that is drawn mirrored was not measured: its entry makes the tables of the layout,
+// which goes on in the middle of the text, grow. At which number of letters they move is their
+// affair.
+TEST(Bidi, LayoutGoesOnAfterAMirroredBracket) {
+    const fonts::Folder folder;
+    const fonts::Canvas canvas(120, 400);
+    const std::string letters[] = {"\u05D0", "\u05D1", "\u05D2", "\u05D3", "\u05D4", "\u05D5"};
+    for (int count = 1; count <= 6; ++count) {
+        std::string word, text = "(";
+        for (int i = 0; i < count; ++i) word += letters[i];
+        for (int i = 0; i < 20; ++i) text += word + ' ';
+        const fonts::Font font("default", 20 + count);
+        SetFont(font, BLACK);
+        int height = 0;
+        DrawTextRect3(0, 0, 120, 99999, text.c_str(), 0, &height);
+        EXPECT_EQ(height, TextRectHeight(120, text.c_str(), 0));
+    }
+}
+
 TEST(Utf8, BrokenTextBecomesReplacementCharacters) {
     const struct {
         const char *bytes;

@@ -13,9 +13,10 @@ constexpr size_t most_caches = 32;
 constexpr int farthest_size = 99999;
 
 int nearest_strike(FT_Face face, int pixels) {
-    int nearest = 0, distance = farthest_size;
+    int nearest = 0;
+    int64_t distance = farthest_size;
     for (int i = 0; i < face->num_fixed_sizes; ++i) {
-        const int d = std::abs(face->available_sizes[i].height - pixels);
+        const int64_t d = std::abs(int64_t{face->available_sizes[i].height} - pixels);
         if (d < distance) nearest = i, distance = d;
     }
     return nearest;
@@ -44,14 +45,14 @@ GlyphRef Face::look_up(uint16_t c) {
 }
 
 bool Face::choose_size(int pixels) {
-    if (pixels < 1 || pixels > largest_size) return false;
     if (!FT_IS_SCALABLE(ft()))
         return ft()->num_fixed_sizes > 0 && FT_Select_Size(ft(), nearest_strike(ft(), pixels)) == 0;
+    if (pixels < 1 || pixels > largest_size) return false;
     return FT_Set_Pixel_Sizes(ft(), 0, static_cast<FT_UInt>(pixels)) == 0;
 }
 
 bool Face::set_size(int pixels) {
-    if (pixels != pixels_) {
+    if (pixels != pixels_ || !size_is_set_) {
         size_is_set_ = choose_size(pixels);
         pixels_ = pixels;
     }

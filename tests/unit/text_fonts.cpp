@@ -256,6 +256,23 @@ TEST_F(Fonts, SizesOutOfRangeGiveTheirMessage) {
     EXPECT_EQ(canvas.at(50, 50), 255);
 }
 
+TEST_F(Fonts, BitmapFacesTakeTheirNearestSize) {
+    write_file("system/fonts/bitmap.bdf",
+               "STARTFONT 2.1\nFONT -a-b-medium-r-normal--8-80-75-75-c-80-iso10646-1\n"
+               "SIZE 8 75 75\nFONTBOUNDINGBOX 8 8 0 -2\nSTARTPROPERTIES 2\nFONT_ASCENT 6\n"
+               "FONT_DESCENT 2\nENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\n"
+               "SWIDTH 1000 0\nDWIDTH 7 0\nBBX 8 8 0 -2\nBITMAP\nFF\nFF\nFF\nFF\nFF\nFF\n"
+               "FF\nFF\nENDCHAR\nENDFONT\n");
+    for (const int size : {8, 30, 0, INT_MIN, INT_MAX}) {
+        const Font font("bitmap.bdf", size);
+        ASSERT_NE(font.font, nullptr);
+        EXPECT_EQ(font->height, 8) << size;
+        EXPECT_EQ(font->baseline, 6);
+        SetFont(font, -1);
+        EXPECT_EQ(CharWidth('A'), 7);
+    }
+}
+
 // Every prefix, and the font with runs of its bytes overwritten.
 TEST_F(Fonts, DamagedFilesDoNoHarm) {
     const std::string whole = read_file(fonts::dejavu / "DejaVuSansMono-Bold.ttf");

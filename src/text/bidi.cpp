@@ -130,6 +130,12 @@ Direction direction_of(const uint16_t *text, int len) {
     return direction;
 }
 
+Direction join_letters(uint16_t *text, int len) {
+    const Direction direction = direction_of(text, len);
+    if (direction != Direction::none) arabic_shape(text, len);
+    return direction;
+}
+
 std::vector<uint16_t> visual_line(const uint16_t *text, int len, Direction direction) {
     const Stripped line = strip_font_codes(text, len);
     const VisualOrder order =

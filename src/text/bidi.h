@@ -12,6 +12,10 @@ enum class Direction { none = 0, left_to_right = 1, right_to_left = 2 };
 
 Direction direction_of(const uint16_t *text, int len);
 
+// Joins the letters of a text in which something runs right to left. To be done once: joined
+// letters may join otherwise the next time. Returns the direction of the text.
+Direction join_letters(uint16_t *text, int len);
+
 // A line in drawing order. Each character keeps the font that the codes before it chose: where the
 // font changes in the new order there is a code, perhaps line_font_code.
 std::vector<uint16_t> visual_line(const uint16_t *text, int len, Direction paragraph);

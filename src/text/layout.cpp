@@ -206,13 +206,11 @@ int mirrored(int flags) {
 } // namespace
 
 Layout kv_textrect(int64_t x, int64_t y, int w, int h, uint16_t *text, int len, int flags,
-                   Draw draw) {
+                   Direction direction, Draw draw) {
     if (!has_face()) return {ScreenHeight(), len, 0};
     len = std::min(len, static_cast<int>(most_characters));
     flags = mirrored(flags);
     if ((flags & TEXT_ROTATE) != 0) std::swap(w, h);
-    const Direction direction = direction_of(text, len);
-    if (direction != Direction::none) arabic_shape(text, len);
 
     RectLayout layout(w, h, text, len, flags);
     const RectPainter painter(x, y, w, flags, direction);

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "text/bidi.h"
+
 namespace text {
 
 enum class Draw { no, yes };
@@ -15,9 +17,10 @@ struct Layout {
 };
 
 // Lays out, and draws, what fits of a text in the current font and colour, with the flags of
-// kelvane/text.h; vertical alignment is the caller's. Broken characters are replaced in `text`.
+// kelvane/text.h; vertical alignment is the caller's. `direction` is that of the text, with letters
+// already joined. Broken characters are replaced in `text`.
 // Without a font the height is that of the screen, and all of the text counts as laid out.
 Layout kv_textrect(int64_t x, int64_t y, int w, int h, uint16_t *text, int len, int flags,
-                   Draw draw);
+                   Direction direction, Draw draw);
 
 } // namespace text

@@ -78,8 +78,7 @@ class LinePainter {
 void draw_string(int x, int y, const char *utf8, Run run) try {
     if (utf8 == nullptr || !has_face()) return;
     Units units(utf8);
-    const Direction direction = direction_of(units.data(), units.size());
-    if (direction != Direction::none) arabic_shape(units.data(), units.size());
+    const Direction direction = join_letters(units.data(), units.size());
     kv_textblock(x, y, 0, units.data(), units.size(), kvstate.current_color, run, direction);
 } catch (const std::bad_alloc &) {
     // Nothing, or only the start of the line, is drawn.

@@ -47,7 +47,7 @@ int StringWidth(const char *utf8) try {
     if (utf8 == nullptr) return 0;
     if (!text::has_face()) return text::width_without_face(std::strlen(utf8));
     text::Units units(utf8);
-    if (rtl_direction(units.data(), units.size()) != 0) arabic_shape(units.data(), units.size());
+    text::join_letters(units.data(), units.size());
     return text::saturated(text::measure(units.data(), units.size()));
 } catch (const std::bad_alloc &) {
     return 0;

@@ -23,24 +23,27 @@ int64_t vertical_offset(int room, int64_t height, int flags) {
 
 Layout draw_rect(const irect &r, Units &units, int flags) {
     const bool rotated = (flags & TEXT_ROTATE) != 0;
+    const Direction direction = join_letters(units.data(), units.size());
     int64_t x = r.x, y = r.y;
     if ((flags & (VALIGN_MIDDLE | VALIGN_BOTTOM)) != 0) {
         const Layout measured =
-            kv_textrect(0, 0, r.w, r.h, units.data(), units.size(), flags, Draw::no);
+            kv_textrect(0, 0, r.w, r.h, units.data(), units.size(), flags, direction, Draw::no);
         (rotated ? x : y) += vertical_offset(rotated ? r.w : r.h, measured.height, flags);
     }
-    return kv_textrect(x, y, r.w, r.h, units.data(), units.size(), flags, Draw::yes);
+    return kv_textrect(x, y, r.w, r.h, units.data(), units.size(), flags, direction, Draw::yes);
 }
 
 // The lines of a text, laid out one at a time.
 class SingleLines {
   public:
-    SingleLines(Units &units, int w, int flags) : units_(units), w_(w), flags_(flags) {}
+    SingleLines(Units &units, int w, int flags)
+        : units_(units), w_(w), flags_(flags),
+          direction_(join_letters(units.data(), units.size())) {}
     bool next() {
         begin_ = end_;
         if (begin_ >= units_.size()) return false;
         const Layout line = kv_textrect(0, 0, w_, 1, units_.data() + begin_, units_.size() - begin_,
-                                        flags_, Draw::no);
+                                        flags_, direction_, Draw::no);
         end_ = begin_ + std::max(line.end, 1);
         width_ = line.last_line_width;
         return true;
@@ -54,6 +57,7 @@ class SingleLines {
   private:
     Units &units_;
     const int w_, flags_;
+    const Direction direction_;
     int begin_ = 0, end_ = 0;
     int64_t width_ = 0;
 };
@@ -109,8 +113,9 @@ char *DrawTextRect2(const irect *r, const char *utf8) {
 int TextRectHeightEx(int w, int h, const char *utf8, int flags) try {
     if (utf8 == nullptr) return 0;
     text::Units units(utf8, std::strlen(utf8), text::most_characters);
+    const text::Direction direction = text::join_letters(units.data(), units.size());
     const text::Layout layout = text::kv_textrect(0, 0, w, h, units.data(), units.size(),
-                                                  flags & ~TEXT_ROTATE, text::Draw::no);
+                                                  flags & ~TEXT_ROTATE, direction, text::Draw::no);
     return text::saturated(layout.height);
 } catch (const std::bad_alloc &) {
     return 0;

@@ -378,6 +378,12 @@ TEST_F(Layout, AbsurdArguments) {
     EXPECT_GT(StringWidth(large.c_str()), 0);
     const char *end = DrawTextRect(0, 0, 560, INT_MAX, large.c_str(), ALIGN_JUSTIFY);
     EXPECT_EQ(end - large.c_str(), 100000);
+    // Brackets and isolates without end.
+    for (const char *unit : {"\xD7\x90(a)", "\xE2\x81\xA7\xD7\x90\xE2\x81\xA9"}) {
+        std::string mixed;
+        while (mixed.size() < 3'000'000) mixed += unit;
+        EXPECT_GT(StringWidth(mixed.c_str()), 0);
+    }
     Canvas canvas(50, 50);
     for (const int v : {INT_MIN, -1, 0, INT_MAX})
         for (const int s : {INT_MIN, 0, INT_MAX})

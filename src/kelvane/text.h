@@ -41,7 +41,7 @@ typedef struct ifont_s {
     char _r1;
     unsigned short charset; /**< encoding id of the face's character map */
     unsigned short _r2;
-    int color;       /**< default text colour; black when opened, -1 keeps the current colour */
+    int color;       /**< text colour; black when opened; -1: codes 1-9 keep the current one */
     int height;      /**< of a line, pixels */
     int linespacing; /**< between the baselines of two lines; equals height when opened */
     int baseline;    /**< from the top of a line to its baseline, pixels */

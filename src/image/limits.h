@@ -21,15 +21,17 @@ inline constexpr int max_side = 1'000'000;
 // In pixels, of a picture and of a bitmap.
 inline constexpr int64_t max_area = 100'000'000 / reduction;
 // Of all rows as a codec hands them out.
-inline constexpr int64_t max_decoded_bytes = (256 << 20) / reduction;
+inline constexpr int64_t max_decoded_bytes = (192 << 20) / reduction;
 // Of a file that is held in memory.
 inline constexpr size_t max_file_bytes = 128 << 20;
 // Of a picture in an archive.
 inline constexpr size_t max_zip_member_bytes = (32 << 20) / reduction;
 // Of what a codec allocates.
 inline constexpr long max_codec_bytes = (160 << 20) / reduction;
-// Each may go over the whole picture.
+// Each scan of a JPEG may go over the whole picture, for next to no data.
 inline constexpr int max_jpeg_scans = 50;
+// In pixels, of all scans together.
+inline constexpr int64_t max_scanned_area = 500'000'000 / reduction;
 
 inline bool is_reasonable(Size s) {
     return s.width >= 1 && s.height >= 1 && s.width <= max_side && s.height <= max_side &&

@@ -84,7 +84,10 @@ void JpegDecoder::heed_message(j_common_ptr info, int level) {
 }
 
 void JpegDecoder::limit_scans(j_common_ptr info) {
-    if (of(info).info_.input_scan_number > max_jpeg_scans) fail(info);
+    const int scans = of(info).info_.input_scan_number;
+    const Size size = of(info).size();
+    if (scans > max_jpeg_scans || int64_t{size.width} * size.height * scans > max_scanned_area)
+        fail(info);
 }
 
 bool JpegDecoder::read_header(std::FILE *f) {

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include <tiffio.h>
@@ -95,13 +97,30 @@ bool is_bounded(uint16_t compression) {
     return std::ranges::find(bounded, compression) != std::end(bounded);
 }
 
-// Strips may name the same bytes over and over.
+// Strips may name the same bytes over and over. There are no more of them than rows.
 bool has_bounded_strips(TIFF *tiff) {
     uint64_t sum = 0;
     const uint32_t count = TIFFNumberOfStrips(tiff);
     for (uint32_t i = 0; i < count && sum <= max_decoded_bytes; ++i)
         sum += std::min<uint64_t>(TIFFGetStrileByteCount(tiff, i), max_decoded_bytes + 1);
     return sum <= max_decoded_bytes;
+}
+
+// Each scan of a JPEG strip may go over the whole strip, for next to no data.
+bool has_bounded_scans(TIFF *tiff, const Header &h) {
+    if (h.compression != COMPRESSION_JPEG || h.tiled) return true;
+    uint32_t rows = h.height;
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_ROWSPERSTRIP, &rows);
+    const int64_t strip_area = int64_t{h.width} * std::min(rows, h.height);
+    constexpr std::string_view scan_marker = "\xff\xda";
+    int64_t area = 0;
+    std::string raw;
+    for (uint32_t i = 0; i < TIFFNumberOfStrips(tiff); ++i) {
+        raw.resize(TIFFGetStrileByteCount(tiff, i));
+        if (TIFFReadRawStrip(tiff, i, raw.data(), static_cast<tmsize_t>(raw.size())) < 0) break;
+        for (size_t at = 0; (at = raw.find(scan_marker, at)) != raw.npos; ++at) area += strip_area;
+    }
+    return area <= max_scanned_area;
 }
 
 bool is_reasonable(const Header &h) {
@@ -147,13 +166,14 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
         return nullptr;
     }
     h = read_header(tiff.get());
-    if (!h.is_readable() || !is_bounded(h.compression) || !has_bounded_strips(tiff.get())) {
+    if (!h.is_readable() || !is_bounded(h.compression)) {
         kv_warn(function, "Can't read image parameters\n");
         return nullptr;
     }
     kv_warn(function, "w=%u h=%u bps=%d scanline=%lld\n", h.width, h.height, h.bits,
             static_cast<long long>(h.scanline));
-    if (!is_reasonable(h)) throw std::bad_alloc();
+    if (!is_reasonable(h) || !has_bounded_strips(tiff.get()) || !has_bounded_scans(tiff.get(), h))
+        throw std::bad_alloc();
     Pipeline pipeline(h.size(), resolved(wanted, h.size()), scaling, finish);
     if (read_rows(tiff.get(), h, pipeline)) return pipeline.finish();
     kv_warn(function, "error loading image\n");

@@ -18,7 +18,14 @@ class HostilePictures : public FileTest {
     void SetUp() override {
         setenv("KELVANE_LOG", "4", 1); // read at the first message
         FileTest::SetUp();
+        memory_table = "MemFree: 99999999 kB\n";
+        file_hooks.open = [](const char *path, const char *mode) {
+            if (std::string(path) != "/proc/meminfo") return std::fopen(path, mode);
+            return memory_table.empty() ? nullptr
+                                        : fmemopen(memory_table.data(), memory_table.size(), mode);
+        };
     }
+    static inline std::string memory_table; // what the system says of its memory
     Random random;
 };
 
@@ -89,6 +96,19 @@ std::string little_endian(uint16_t a, uint16_t b, uint32_t c, uint32_t d) {
     return bytes;
 }
 
+// A grey TIFF of one strip.
+void put_jpeg_strip(const char *path, uint32_t w, uint32_t h, std::string strip) {
+    TIFF *tiff = TIFFOpen(path, "w");
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, w);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, h);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_JPEG);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, h);
+    TIFFWriteRawStrip(tiff, 0, strip.data(), static_cast<tmsize_t>(strip.size()));
+    TIFFClose(tiff);
+}
+
 TEST_F(HostilePictures, EachRefusalSaysWhy) {
     const std::string grey_row = chunk("IDAT", packed(std::string(2, 0)));
     put("empty.png", ""), put("empty.jpg", ""), put("empty.tiff", "");
@@ -123,6 +143,8 @@ TEST_F(HostilePictures, EachRefusalSaysWhy) {
     write_tiff("damaged.tiff", 64, 64, {8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_LZW},
                Bytes(4096, 7));
     patch("damaged.tiff", contents("damaged.tiff").substr(8, 8), std::string(8, '\xff'));
+    write_jpeg("progressive.jpg", 10, 10, {3, JCS_RGB, true}, Bytes(300));
+    put_jpeg_strip("scans.tiff", 9000, 9000, contents("progressive.jpg"));
 
     const struct {
         const char *path, *message;
@@ -152,6 +174,7 @@ TEST_F(HostilePictures, EachRefusalSaysWhy) {
         {"damaged.tiff", "error loading image\n"},
         {"side.tiff", "cannot allocate memory (4294967295 x 10)\n"},
         {"area.tiff", "cannot allocate memory (50000 x 50000)\n"},
+        {"scans.tiff", "cannot allocate memory (9000 x 9000)\n"},
     };
     for (const auto &c : cases) EXPECT_EQ(refusal(c.path), c.message) << c.path;
 }
@@ -212,11 +235,6 @@ TEST_F(HostilePictures, NoPartOfAPictureIsEverReturned) {
 TEST_F(HostilePictures, LargeJpegsNeedFreeMemory) {
     write_jpeg("a.jpg", 600, 500, {}, Bytes(600 * 500 * 3));
     write_jpeg("small.jpg", 500, 500, {}, Bytes(500 * 500 * 3));
-    static std::string table;
-    file_hooks.open = [](const char *path, const char *mode) {
-        if (std::string(path) != "/proc/meminfo") return std::fopen(path, mode);
-        return table.empty() ? nullptr : fmemopen(table.data(), table.size(), mode);
-    };
     const struct {
         const char *meminfo; // 600 x 500 x 3 bytes are 879 kB, 1099 kB are needed
         bool loads;
@@ -227,7 +245,7 @@ TEST_F(HostilePictures, LargeJpegsNeedFreeMemory) {
         {"garbage", false},
     };
     for (const auto &c : cases) {
-        table = c.meminfo;
+        memory_table = c.meminfo;
         EXPECT_NE(load("small.jpg"), nullptr);
         if (c.loads)
             EXPECT_NE(load("a.jpg"), nullptr);

@@ -121,9 +121,10 @@ void expect_likeness(const Picture &p) {
     const BitmapPtr bm = load(p, -1, -1, 0);
     ASSERT_NE(bm, nullptr) << p.path;
     const Likeness like = likeness(p, *bm);
-    // A JPEG decoder that goes through colours rounds otherwise.
+    // A JPEG decoder that goes through colours rounds otherwise, and cuts off colours that are too
+    // strong.
     EXPECT_GE(like.equal, p.format == Format::jpeg ? 0.9 : 1) << p.path;
-    EXPECT_EQ(like.near, 1) << p.path;
+    EXPECT_GE(like.near, p.format == Format::jpeg ? 0.98 : 1) << p.path;
 }
 
 bool is_refused(const Picture &p) {

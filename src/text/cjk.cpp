@@ -14,15 +14,18 @@ constexpr const char *cjk_name = "fireflysung";
 
 // One for each size that was needed. Never destroyed: applications may close fonts at exit.
 std::vector<ifont *> &cjk_fonts = *new std::vector<ifont *>;
+bool is_missing; // it was looked for, and is not there
 // What was current before one of them; null while none is in use.
 ifont *before;
 
 ifont *find_cjk_font(int size, int aa) {
     for (ifont *font : cjk_fonts)
         if (font->size == size && font->aa == aa) return font;
+    if (is_missing) return nullptr;
     cjk_fonts.reserve(cjk_fonts.size() + 1);
     ifont *font = OpenFont(cjk_name, size, aa);
-    if (font != nullptr) cjk_fonts.push_back(font);
+    is_missing = font == nullptr;
+    if (!is_missing) cjk_fonts.push_back(font);
     return font;
 }
 
@@ -43,6 +46,7 @@ void forget_font(const ifont *font) {
 
 void reset_cjk() {
     before = nullptr;
+    is_missing = false;
     while (!cjk_fonts.empty()) CloseFont(cjk_fonts.back());
 }
 

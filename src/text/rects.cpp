@@ -128,7 +128,7 @@ int TextRectHeight(int w, const char *utf8, int flags) {
 int MinimalTextRectWidth(int w, const char *utf8) try {
     if (utf8 == nullptr) return 0;
     const size_t bytes = std::strlen(utf8);
-    if (!text::has_face()) return std::min(w, text::width_without_face(bytes));
+    if (!text::has_face()) return std::clamp(w, 0, text::width_without_face(bytes));
     text::Units units(utf8, bytes, INT32_MAX);
     text::SingleLines lines(units, w, ALIGN_JUSTIFY);
     int64_t widest = 0;

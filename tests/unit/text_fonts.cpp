@@ -232,6 +232,12 @@ TEST_F(Fonts, BadFilesGiveTheirMessage) {
     }
     fonts::link(fonts::dejavu / "DejaVuSerif.ttf", "Serif.ttf");
     EXPECT_EQ(message_of([] { CloseFont(OpenFont("Serif", 20, 1)); }), "cannot set zface\n");
+    // Without any font of its own directory, a font from elsewhere says once that one is missing.
+    std::filesystem::remove_all("system/fonts");
+    const Font elsewhere((fonts::dejavu / "DejaVuSerif.ttf").c_str(), 20);
+    SetFont(elsewhere, -1);
+    EXPECT_EQ(message_of([] { StringWidth("\u4E2D\u6587\u4E2D"); }),
+              "FT_New_Face: cannot open fireflysung\n");
 }
 
 TEST_F(Fonts, SizesOutOfRangeGiveTheirMessage) {

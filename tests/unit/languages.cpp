@@ -86,7 +86,7 @@ TEST_F(LanguagesTest, MissingFilesFallBack) {
 }
 
 TEST_F(LanguagesTest, ListsNames) {
-    write_language("he", std::string(70, 'n') + "=x\n%RTL\n@A=a\n");
+    write_language("he", std::string(70, 'n').append("=x\n%RTL\n@A=a\n"));
     write_language("de", "Deutsch\n");
     write_file("system/language/readme.md", "no language\n");
     char **codes = EnumLanguages();

@@ -202,8 +202,9 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
     if (!decoder.read_header()) return refused("error reading file info %s\n", path);
     if (decoder.is_interlaced()) return refused("number_passes>1 - error\n", path);
     const Size size = decoder.size();
-    if (!decoder.start()) return refused("error laoding %s\n", path);
+    // Rows as they stand in the file: unpacking them takes longer than all that follows.
     if (!is_reasonable(size, decoder.row_bytes())) throw std::bad_alloc();
+    if (!decoder.start()) return refused("error laoding %s\n", path);
     Pipeline pipeline(size, resolved(wanted, size), scaling,
                       {png_curve(), no_frame, dithering_levels()});
     std::vector<uint8_t> raw(decoder.row_bytes());

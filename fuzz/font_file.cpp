@@ -9,6 +9,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static fuzz::TextFolder folder;
+    const fuzz::Visit visit(folder);
     std::ofstream("system/fonts/fuzzed.ttf", std::ios::binary)
         .write(reinterpret_cast<const char *>(data), static_cast<std::streamsize>(size));
     const int pixels = size > 0 ? 1 + data[size - 1] % 64 : 1;

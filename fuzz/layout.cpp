@@ -26,6 +26,7 @@ void check(const std::string &text, int w, int h, int flags) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static fuzz::TextFolder folder;
+    const fuzz::Visit visit(folder);
     static ifont *fonts[] = {OpenFont("default", 12, 1), OpenFont("defaultb", 14, 0)};
     static const bool registered = (RegisterFontList(fonts, 2), true);
     static_cast<void>(registered);

@@ -111,22 +111,28 @@ const char *target_of(const char *text, std::string &trimmed) {
     return is_word(trimmed.c_str() + 1) ? trimmed.c_str() : nullptr;
 }
 
-// A text that leads, at whatever step, to a key without a translation is taken as it is.
+// In the language, then in English; null when there is no translation.
+const char *find_text(const char *key) {
+    const char *text = find(texts.current, key);
+    return text ? text : find(texts.english, key);
+}
+
+// Null for a key without a translation. A text that leads, at whatever step, to such a key is taken
+// as it is.
 const char *look_up(const char *key, int &depth) {
-    const char *const first = GetLangTextS(key);
+    const char *const first = find_text(key);
     const char *text = first;
     std::string trimmed;
-    while (text && *text == prefix) {
-        if (std::strcmp(text, key) == 0) {
-            depth = most_steps;
-            return first;
-        }
-        key = depth < most_steps ? target_of(text, trimmed) : nullptr;
-        if (!key) return text;
+    while (text && *text == prefix && std::strcmp(text, key) != 0) {
+        const char *target = depth < most_steps ? target_of(text, trimmed) : nullptr;
+        if (!target) return text;
         depth++;
-        text = GetLangTextS(key);
+        key = target;
+        text = find_text(key);
     }
-    return text;
+    if (text && *text != prefix) return text;
+    if (*key == prefix) depth = most_steps;
+    return first;
 }
 
 } // namespace
@@ -171,17 +177,18 @@ const char *GetLangText(const char *key) {
 }
 
 const char *GetLangTextR(const char *key, int *depth) try {
+    if (!key) return nullptr;
     int own_depth = 0;
     if (!depth) depth = &own_depth;
-    return look_up(key, *depth);
+    const char *text = look_up(key, *depth);
+    return text ? text : key;
 } catch (const std::bad_alloc &) {
     return GetLangTextS(key);
 }
 
 const char *GetLangTextS(const char *key) {
     if (!key) return nullptr;
-    const char *text = find(texts.current, key);
-    if (!text) text = find(texts.english, key);
+    const char *text = find_text(key);
     return text ? text : key;
 }
 

@@ -86,7 +86,8 @@ void apply_pattern(int x, int y, int w, int h, unsigned bits, int levels) try {
     std::vector<uint8_t> greys(static_cast<size_t>(area.w));
     for (int i = 0; i < area.h; ++i) {
         read_greys(*c, area, i, greys.data());
-        pattern.row(static_cast<size_t>(area.x), static_cast<size_t>(area.y + i), greys.data(),
+        pattern.row(static_cast<size_t>(area.x),
+                    static_cast<size_t>(area.y) + static_cast<size_t>(i), greys.data(),
                     greys.size());
         write_greys(*c, area, i, greys.data());
     }

@@ -15,7 +15,7 @@ bool needs_care(uint16_t c) {
 constexpr auto break_table = [] {
     std::array<bool, 128> breaks{};
     for (size_t c = 0; c < '0'; ++c) breaks[c] = true;
-    for (char c : {'"', '\'', '(', ')', '.'}) breaks[static_cast<size_t>(c)] = false;
+    for (unsigned char c : {'"', '\'', '(', ')', '.'}) breaks[c] = false;
     for (size_t c = '['; c <= '_'; ++c) breaks[c] = true;
     return breaks;
 }();

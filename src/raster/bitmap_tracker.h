@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Lets a diagnostic tool hear of bitmaps being drawn and copied. Nothing listens by default.
+// Lets a diagnostic tool hear of bitmaps being drawn, copied and found in a theme. Nothing listens
+// by default.
 #pragma once
 
 #include "kelvane/bitmaps.h"
@@ -9,6 +10,8 @@ namespace raster {
 struct BitmapTracker {
     void (*drawn)(const ibitmap *bm, int x, int y) = nullptr;
     void (*copied)(const ibitmap *from, const ibitmap *to) = nullptr;
+    // While it is set, a default is never handed out itself, but as a copy.
+    void (*found)(const ibitmap *bm, const char *name) = nullptr;
 };
 extern BitmapTracker bitmap_tracker;
 

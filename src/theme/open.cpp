@@ -1,25 +1,22 @@
 // SPDX-License-Identifier: MIT
 // Opens themes and keeps the one that is open.
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <new>
 #include <string>
 #include <string_view>
-#include <strings.h>
 
-#include "ground/hash_access.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/files.h"
 #include "kelvane/hash.h"
-#include "kelvane/languages.h"
 #include "kelvane/theme.h"
 #include "theme/container.h"
 #include "theme/fonts.h"
 #include "theme/opened.h"
 #include "theme/overrides.h"
+#include "theme/parameter_text.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
 
@@ -63,38 +60,6 @@ std::string real_name(const Found &found, const std::string &name) {
     return (error ? fs::path(name) : target).stem().string();
 }
 
-// A line of the parameter text: a translation, "de:@Key=text" or "*:@Key=text", or a parameter.
-void add_line(char *line, hash_filler &parameters) {
-    line += std::strspn(line, " \t");
-    char *equals = std::strchr(line, '=');
-    if (*line == '#' || !equals) return;
-    *equals = '\0';
-    char *value = equals + 1;
-    for (size_t end = std::strlen(value); end > 0 && value[end - 1] == '\r'; end--)
-        value[end - 1] = '\0';
-    char *colon = std::strchr(line, ':');
-    if (!colon) {
-        if (!parameters.add(line, value)) throw std::bad_alloc();
-        return;
-    }
-    *colon = '\0';
-    if (std::strcmp(line, "*") == 0 || strcasecmp(line, kvstate.locale) == 0)
-        AddTranslation(colon + 1, value);
-}
-
-void parse_parameters(const Block &text) {
-    hash_filler parameters(opened.parameters);
-    auto *line = reinterpret_cast<char *>(text.bytes.get());
-    char *const end = line + text.size;
-    while (line < end) {
-        auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
-        char *const stop = feed ? feed : end; // a spare byte stands behind the text
-        *stop = '\0';
-        add_line(line, parameters);
-        line = stop + 1;
-    }
-}
-
 void close_theme() {
     opened.container.reset();
     opened.overrides.clear();
@@ -110,7 +75,8 @@ void open_theme(const std::string &name) {
     std::fprintf(stderr, "OpenTheme: %s\nTheme real name: %s\n", found.path.c_str(), real.c_str());
     drop_extracted_fonts();
     if (!found.container->read_header()) return;
-    parse_parameters(found.container->unpack_parameters());
+    const Block text = found.container->unpack_parameters();
+    read_parameters(reinterpret_cast<char *>(text.bytes.get()), text.size, opened.parameters);
     opened.overrides.find(real);
     opened.container = std::move(found.container);
 }

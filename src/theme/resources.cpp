@@ -11,6 +11,7 @@
 
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
+#include "raster/bitmap_tracker.h"
 #include "theme/builtin.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
@@ -53,9 +54,14 @@ ibitmap *find_variant(const char *name) {
 } // namespace
 
 ibitmap *GetResource(const char *name, ibitmap *deflt) try {
+    const auto &tracker = raster::bitmap_tracker;
     ibitmap *found = name != nullptr ? find_variant(name) : nullptr;
     if (found == nullptr) found = make_blank(deflt);
-    return found != nullptr ? found : deflt;
+    if (found == nullptr && tracker.found != nullptr)
+        found = deflt != nullptr ? CopyBitmapNoTrack(deflt) : NewBitmap(2, 2);
+    if (found == nullptr) return deflt;
+    if (tracker.found != nullptr) tracker.found(found, name);
+    return found;
 } catch (const std::bad_alloc &) {
     return deflt;
 }

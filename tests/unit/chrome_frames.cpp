@@ -10,6 +10,7 @@
 #include "kelvane/frames.h"
 #include "kelvane/pager.h"
 #include "kelvane/theme.h"
+#include "raster/bitmap_tracker.h"
 #include "support/headless.h"
 #include "theme/builtin.h"
 #include "theme/parameters.h"
@@ -61,6 +62,18 @@ TEST_F(Theme, DefaultsComeBackUnchanged) {
         EXPECT_TRUE(blank->width == b.w && blank->height == b.h) << b.deflt;
         EXPECT_EQ(blank->data[0], 0xFF);
     }
+}
+
+TEST_F(Theme, AListenerGetsCopiesOfDefaults) {
+    static std::string heard;
+    raster::bitmap_tracker.found = [](const ibitmap *bm, const char *name) {
+        heard += name + (" " + std::to_string(bm->width)) + ";";
+    };
+    const raster::BitmapPtr deflt(NewBitmap(3, 3)), copy(GetResource("one", deflt.get())),
+        blank(GetResource("two", nullptr));
+    raster::bitmap_tracker.found = nullptr;
+    EXPECT_TRUE(copy && copy != deflt);
+    EXPECT_EQ(heard, "one 3;two 2;");
 }
 
 TEST_F(Theme, RectsCountNegativeValuesFromTheFarEdge) {

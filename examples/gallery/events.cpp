@@ -89,7 +89,7 @@ void draw_entry(const irect &area, int row, const Entry &e, int height) {
     draw_text(area.x + area.w * 22 / 100, y, code, ink, Align::right);
     const char *name = find_name(event_names, e.type);
     draw_text(area.x + area.w * 26 / 100, y, name ? name : "Other", ink);
-    draw_text(area.x + area.w * 64 / 100, y, describe(e), ink);
+    draw_text(area.x + area.w * 64 / 100, y, describe(e).c_str(), ink);
     DrawLineEx(area.x, y + height * 3 / 2, area.x + area.w - 1, y + height * 3 / 2, LGRAY, 2);
 }
 

@@ -44,8 +44,8 @@ void draw_title() {
     const irect area = title_area();
     const Ink heading = {.height = 4 * unit(), .bold = true};
     draw_text(area.x, area.y, pages[size_t(current)]->title, heading);
-    draw_text(area.x + area.w, area.y + unit(), "KELVANE", {.height = 2 * unit(), .color = DGRAY},
-              Align::right);
+    draw_text(area.x + area.w, area.y + unit(), "libkelvane",
+              {.height = 2 * unit(), .color = DGRAY}, Align::right);
     draw_text(area.x, area.y + 6 * unit(), pages[size_t(current)]->hint,
               {.height = 2 * unit(), .color = DGRAY});
 }
@@ -65,7 +65,6 @@ void draw_strip() {
         if (selected) FillAreaRect(&tab, BLACK);
         const Ink ink = {.height = count > 5 ? 7 * unit() / 4 : 9 * unit() / 4,
                          .color = selected ? WHITE : BLACK,
-                         .paper = selected ? BLACK : WHITE,
                          .bold = selected};
         draw_text(tab.x + tab.w / 2, tab.y + (tab.h - ink.height) / 2, pages[size_t(i)]->title, ink,
                   Align::centre);

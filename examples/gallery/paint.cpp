@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <vector>
 
 #include "lettering.h"
@@ -49,7 +50,7 @@ void draw_tool(const irect &area, int index) {
     } else if (index < clear_tool) {
         DrawCircle(r.x + r.w / 2, r.y + r.h / 2, brush(index - color_count), BLACK);
     } else {
-        draw_text(r.x + r.w / 2, r.y + r.h / 2 - unit(), "CLEAR", {.height = 2 * unit()},
+        draw_text(r.x + r.w / 2, r.y + r.h / 2 - unit(), "Clear", {.height = 2 * unit()},
                   Align::centre);
     }
     const bool active = index == color || index == color_count + size;

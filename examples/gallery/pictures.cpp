@@ -2,6 +2,7 @@
 // Pictures: a photograph at several sizes, in fewer and fewer greys, through masks, turned, tiled,
 // and through files.
 #include <algorithm>
+#include <iterator>
 
 #include "lettering.h"
 #include "page.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Greys and every drawing primitive, a cell each.
 #include <algorithm>
+#include <iterator>
 
 #include "lettering.h"
 #include "page.h"

@@ -2,6 +2,7 @@
 // The update modes: each button draws the next picture and shows it in its own mode.
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 #include "lettering.h"
 #include "page.h"
@@ -62,8 +63,7 @@ void draw_sample(const irect &r, int step) {
     char text[16];
     std::snprintf(text, sizeof text, "%d", step % 100);
     draw_text(x, r.y + r.h / 2 - radius / 3, text,
-              {.height = radius * 2 / 3, .color = WHITE, .paper = BLACK, .bold = true},
-              Align::centre);
+              {.height = radius * 2 / 3, .color = WHITE, .bold = true}, Align::centre);
     DrawRect(r.x, r.y, r.w, r.h, BLACK);
 }
 
@@ -108,12 +108,9 @@ void draw_button(const irect &area, int index) {
     FillAreaRect(&r, active ? BLACK : WHITE);
     if (!active) DrawBorder(&r, 2 + unit() / 8, ROUND_ALL, unit(), DGRAY);
     const bool upright = area.h > area.w;
-    const Ink name = {.height = std::min(2 * unit(), r.h / 3),
-                      .color = active ? WHITE : BLACK,
-                      .paper = active ? BLACK : WHITE,
-                      .bold = true};
-    const Ink note = {
-        .height = name.height * 3 / 4, .color = active ? LGRAY : DGRAY, .paper = name.paper};
+    const Ink name = {
+        .height = std::min(2 * unit(), r.h / 3), .color = active ? WHITE : BLACK, .bold = true};
+    const Ink note = {.height = name.height * 3 / 4, .color = active ? LGRAY : DGRAY};
     // The note stands at the right end, or below the name where the button is narrow.
     const int left = r.x + 2 * unit(), middle = r.y + (r.h - name.height) / 2;
     draw_text(left, upright ? middle : r.y + unit(), modes[index].name, name);

@@ -1,13 +1,29 @@
 // SPDX-License-Identifier: MIT
 // Groups of parameters that components read at once.
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
 
 #include "kelvane/bitmaps.h"
+#include "kelvane/events.h"
 #include "kelvane/theme.h"
 #include "theme/builtin.h"
 
 namespace {
+
+// A default in pixels that is meant for a screen 600 wide, in proportion to the shorter side of a
+// larger one.
+int scaled(int length) {
+    constexpr int64_t designed_for = 600;
+    const int64_t side = std::min(ScreenWidth(), ScreenHeight());
+    return static_cast<int>(std::max(designed_for, side) * length / designed_for);
+}
+
+ifont *load_scaled_font(const char *name, const char *face, int size, const char *color) {
+    const std::string deflt = std::string(face) + "," + std::to_string(scaled(size)) + "," + color;
+    return GetThemeFont(name, deflt.c_str());
+}
 
 // The caller owns what it gets, so a built-in picture is copied.
 ibitmap *load_icon(const char *name) {
@@ -31,7 +47,8 @@ iselection_style load_style(const std::string &prefix, const iselection_style &d
 
 irect load_title_rect(const char *name) {
     irect r;
-    kv_getthemerect(name, &r, 10, 0, -11, 0, ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS);
+    const int indent = scaled(10);
+    kv_getthemerect(name, &r, indent, 0, -1 - indent, 0, ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS);
     return r;
 }
 
@@ -73,32 +90,36 @@ icontext_menu_properties LoadContextMenuProperties() {
     const auto value = [](const char *name, int deflt) {
         return GetThemeInt((std::string("context_menu.") + name).c_str(), deflt);
     };
-    const auto font = [](const char *name, const char *deflt) {
-        return GetThemeFont((std::string("context_menu.font.") + name).c_str(), deflt);
+    const auto length = [&value](const char *name, int deflt) {
+        return value(name, scaled(deflt));
+    };
+    const auto font = [](const char *name, const char *face, const char *color) {
+        return load_scaled_font((std::string("context_menu.font.") + name).c_str(), face, 20,
+                                color);
     };
     icontext_menu_properties p{};
-    p.font_normal = font("normal", "default,20,0");
-    p.font_selected = font("selected", "defaultb,20,0");
-    p.font_disabled = font("disabled", "default,20,0x555555");
+    p.font_normal = font("normal", "default", "0");
+    p.font_selected = font("selected", "defaultb", "0");
+    p.font_disabled = font("disabled", "default", "0x555555");
     p.background_color_normal = value("background.color.normal", WHITE);
     p.background_color_disabled = value("background.color.disabled", WHITE);
     p.blackout = value("blackout", 0);
-    p.item_height = value("item.height", 46);
-    p.item_border_indent_horizontal = value("item.border.indent.horizontal", 18);
-    p.item_border_indent_vertical = value("item.border.indent.vertical", 6);
-    p.separator_indent_horizontal = value("separator.indent.horizontal", 12);
+    p.item_height = length("item.height", 46);
+    p.item_border_indent_horizontal = length("item.border.indent.horizontal", 18);
+    p.item_border_indent_vertical = length("item.border.indent.vertical", 6);
+    p.separator_indent_horizontal = length("separator.indent.horizontal", 12);
     p.separator_indent_vertical = value("separator.indent.vertical", 0);
-    p.separator_height = value("separator.height", 1);
+    p.separator_height = length("separator.height", 1);
     p.separator_style = value("separator.style", 0);
     p.separator_color = value("separator.color", DGRAY);
     p.separator_frequency = value("separator.frequency", 2);
-    p.marker_height = value("marker.height", 3);
-    p.marker_indent_horizontal = value("marker.indent.horizontal", 12);
+    p.marker_height = length("marker.height", 3);
+    p.marker_indent_horizontal = length("marker.indent.horizontal", 12);
     p.marker_style = value("marker.style", 0);
     p.marker_color = value("marker.color", BLACK);
-    p.border_size = value("border.size", GetThemeInt("border.size", 3));
-    p.border_radius = value("border.radius", GetThemeInt("border.radius", 5));
-    p.title_height = value("title.height", GetThemeInt("dialog.title.height", 52));
+    p.border_size = value("border.size", GetThemeInt("border.size", scaled(3)));
+    p.border_radius = value("border.radius", GetThemeInt("border.radius", scaled(5)));
+    p.title_height = value("title.height", GetThemeInt("dialog.title.height", scaled(52)));
     p.enable_pointer = value("pointer.enable", 1);
     p.font_normal_color = value("font.normal.color", BLACK);
     p.font_selected_color = value("font.selected.color", BLACK);
@@ -124,8 +145,8 @@ ipager LoadPagerProperties() {
 }
 
 icaption_properties LoadApplicationCaptionProperties() {
-    return {GetThemeFont("application.caption.font", "defaultb,18,0"),
-            GetThemeInt("application.caption.height", 36),
+    return {load_scaled_font("application.caption.font", "defaultb", 18, "0"),
+            GetThemeInt("application.caption.height", scaled(36)),
             GetThemeInt("application.caption.color.background", WHITE),
             load_title_rect("application.caption.title.position.landscape"),
             load_title_rect("application.caption.title.position.portrait"),

@@ -23,14 +23,18 @@ inline void link(const std::filesystem::path &file, const std::string &as) {
     std::filesystem::create_symlink(file, "system/fonts/" + as);
 }
 
+inline void link_all() {
+    for (const char *name :
+         {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSans-Oblique", "DejaVuSans-BoldOblique"})
+        link(dejavu / (std::string(name) + ".ttf"), std::string(name) + ".ttf");
+    link(droid / "DroidSansFallbackFull.ttf", "fireflysung.ttf");
+}
+
 // A working directory with the fonts of a device, and settings that smooth them. No screen is open.
 struct Folder {
     TempDir dir;
     Folder() {
-        for (const char *name :
-             {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSans-Oblique", "DejaVuSans-BoldOblique"})
-            link(dejavu / (std::string(name) + ".ttf"), std::string(name) + ".ttf");
-        link(droid / "DroidSansFallbackFull.ttf", "fireflysung.ttf");
+        link_all();
         kvstate.antialiasing = 1;
     }
     ~Folder() {

@@ -1,5 +1,5 @@
 # The pictures under cimages/ become a C++ table inside the library; see tools/cimages.cpp.
-add_executable(kelvane_cimages ${PROJECT_SOURCE_DIR}/tools/cimages.cpp)
+add_executable(kelvane_cimages tools/cimages.cpp tools/picture.cpp)
 target_link_libraries(kelvane_cimages PRIVATE kelvane_flags PNG::PNG)
 set_target_properties(kelvane_cimages PROPERTIES OUTPUT_NAME cimages)
 

@@ -1,5 +1,5 @@
 # What `cmake --install` puts down: the shared object, the headers as sources include them,
-# a pkg-config file and a CMake package.
+# a pkg-config file, a CMake package, the theme tool and the themes.
 include(CMakePackageConfigHelpers)
 
 set(KELVANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kelvane)
@@ -7,6 +7,13 @@ set(KELVANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kelvane)
 install(TARGETS kelvane EXPORT kelvaneTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES src/kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES ${KELVANE_HEADERS} src/hw.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane)
+
+# An installed tree may be moved: the program finds the library by its own place.
+file(RELATIVE_PATH KELVANE_LIBDIR_FROM_BIN ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set_target_properties(kelvane_theme PROPERTIES INSTALL_RPATH "\$ORIGIN/${KELVANE_LIBDIR_FROM_BIN}")
+install(TARGETS kelvane_theme RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES ${KELVANE_THEME_FILES} DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane/themes)
+install(FILES man/kelvane-theme.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
 install(EXPORT kelvaneTargets NAMESPACE kelvane:: DESTINATION ${KELVANE_PACKAGE_DIR})
 configure_package_config_file(cmake/kelvaneConfig.cmake.in kelvaneConfig.cmake

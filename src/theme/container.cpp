@@ -9,13 +9,7 @@
 namespace theme {
 namespace {
 
-constexpr std::string_view magic = "MarrowleafTheme";
-constexpr uint8_t version = 1;
-constexpr uint32_t fixed_size = 32;  // before the index
-constexpr size_t entry_numbers = 12; // before the name of an entry
 constexpr size_t spare_bytes = 4;
-// What unpacks to more is no picture, font or text of a theme.
-constexpr uint32_t largest_header = 16 << 20, largest_resource = 64 << 20;
 
 uint32_t read_u32(std::string_view bytes, size_t at) {
     uint32_t value = 0;
@@ -47,29 +41,43 @@ std::unique_ptr<Container> Container::open(const std::string &path) {
 bool Container::read_header() {
     if (kv_fseek(file_.get(), 0, SEEK_END) != 0) return false;
     file_size_ = static_cast<uint64_t>(std::max(kv_ftell(file_.get()), 0L));
-    const std::string fixed = read_at(file_.get(), 0, fixed_size);
-    if (!fixed.starts_with(magic) || fixed[magic.size()] != version) return false;
+    const std::string fixed = read_at(file_.get(), 0, file_fixed_size);
+    if (!fixed.starts_with(file_magic) || fixed[file_magic.size()] != file_version) return false;
     header_size_ = read_u32(fixed, 16);
-    if (header_size_ < fixed_size || header_size_ > std::min<uint64_t>(file_size_, largest_header))
+    if (header_size_ < file_fixed_size ||
+        header_size_ > std::min<uint64_t>(file_size_, largest_header))
         return false;
     parameters_ = {read_u32(fixed, 20), read_u32(fixed, 24), read_u32(fixed, 28)};
     const std::string header = read_at(file_.get(), 0, header_size_);
     if (header.empty()) return false;
-    read_index(std::string_view(header).substr(fixed_size));
+    read_index(std::string_view(header).substr(file_fixed_size));
     return true;
 }
 
 // Of two entries with one name the first counts. The index ends at an entry that is cut off.
 void Container::read_index(std::string_view index) {
-    while (index.size() > entry_numbers) {
-        const std::string_view rest = index.substr(entry_numbers);
+    while (index.size() > file_entry_numbers) {
+        const std::string_view rest = index.substr(file_entry_numbers);
         const size_t length = rest.find('\0');
-        const size_t field = length / 4 * 4 + 4;
+        const size_t field = file_name_field(length);
         if (length == rest.npos || field > rest.size()) return;
         const Packed entry{read_u32(index, 0), read_u32(index, 4), read_u32(index, 8)};
-        if (is_inside(entry)) resources_.try_emplace(to_lower(rest.substr(0, length)), entry);
-        index.remove_prefix(entry_numbers + field);
+        add(rest.substr(0, length), entry);
+        index.remove_prefix(file_entry_numbers + field);
     }
+}
+
+void Container::add(std::string_view name, const Packed &entry) {
+    if (is_inside(entry) && resources_.try_emplace(to_lower(name), entry).second)
+        names_.emplace_back(name);
+    else
+        ++left_out_;
+}
+
+uint64_t Container::unpacked_size() const {
+    uint64_t size = parameters_.unpacked_size;
+    for (const auto &[name, entry] : resources_) size += entry.unpacked_size;
+    return size;
 }
 
 // Compressed bytes lie behind the header and in the file, and unpack to a bearable size.

@@ -10,10 +10,22 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "kelvane/files.h"
 
 namespace theme {
+
+// The parts of a file that do not depend on what is packed.
+inline constexpr std::string_view file_magic = "MarrowleafTheme";
+inline constexpr uint8_t file_version = 1;
+inline constexpr uint32_t file_fixed_size = 32;  // before the index
+inline constexpr size_t file_entry_numbers = 12; // before the name of an entry
+inline constexpr size_t file_name_field(size_t length) {
+    return length / 4 * 4 + 4;
+}
+// What unpacks to more is no picture, font or text of a theme.
+inline constexpr uint32_t largest_header = 16 << 20, largest_resource = 64 << 20;
 
 struct Free {
     void operator()(void *block) const { std::free(block); }
@@ -38,6 +50,12 @@ class Container {
     bool has(std::string_view name) const;
     // A resource as it is; none when it is not there or does not unpack.
     Block unpack(std::string_view name) const;
+    // The resources that lie inside the file as the index names them, in its order.
+    const std::vector<std::string> &names() const { return names_; }
+    // How many others the index has: outside the file, too large, or of a name it had before.
+    size_t left_out() const { return left_out_; }
+    // What everything takes when it is unpacked.
+    uint64_t unpacked_size() const;
 
   private:
     struct Packed {
@@ -49,6 +67,7 @@ class Container {
 
     explicit Container(std::FILE *file) : file_(file) {}
     void read_index(std::string_view index);
+    void add(std::string_view name, const Packed &entry);
     bool is_inside(const Packed &entry) const;
     Block unpack(const Packed &entry) const;
 
@@ -57,6 +76,8 @@ class Container {
     uint32_t header_size_ = 0;
     Packed parameters_{};
     std::unordered_map<std::string, Packed> resources_; // by name in lower case
+    std::vector<std::string> names_;
+    size_t left_out_ = 0;
 };
 
 } // namespace theme

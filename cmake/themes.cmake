@@ -1,0 +1,22 @@
+# The theme tool, and the themes that it packs from their folders under themes/.
+file(GLOB KELVANE_THEME_TOOL CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/theme/*.cpp)
+add_executable(kelvane_theme ${KELVANE_THEME_TOOL} tools/picture.cpp src/theme/container.cpp)
+target_compile_definitions(kelvane_theme PRIVATE KELVANE_VERSION="${PROJECT_VERSION}")
+target_link_libraries(kelvane_theme PRIVATE kelvane kelvane_flags ZLIB::ZLIB PNG::PNG)
+set_target_properties(kelvane_theme PROPERTIES OUTPUT_NAME kelvane-theme)
+
+set(KELVANE_THEMES_DIR ${PROJECT_BINARY_DIR}/themes)
+file(MAKE_DIRECTORY ${KELVANE_THEMES_DIR})
+set(KELVANE_THEME_FILES)
+foreach(theme default contrast)
+  file(GLOB_RECURSE files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/themes/${theme}/*)
+  set(packed ${KELVANE_THEMES_DIR}/${theme}.tqt)
+  add_custom_command(
+    OUTPUT ${packed}
+    COMMAND kelvane_theme pack ${PROJECT_SOURCE_DIR}/themes/${theme} ${packed}
+    DEPENDS kelvane_theme ${files}
+    COMMENT "Packing the theme ${theme}"
+    VERBATIM)
+  list(APPEND KELVANE_THEME_FILES ${packed})
+endforeach()
+add_custom_target(kelvane_themes ALL DEPENDS ${KELVANE_THEME_FILES})

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "folder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+namespace tool {
+namespace fs = std::filesystem;
+
+std::string read_whole(const fs::path &file) {
+    std::ifstream in(file, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    if (!in.is_open() || in.bad())
+        throw std::system_error(errno, std::generic_category(), file.string());
+    return bytes;
+}
+
+std::vector<fs::path> files_of(const fs::path &folder) {
+    std::vector<fs::path> files;
+    if (!fs::exists(folder)) return files;
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder))
+        if (!entry.path().filename().string().starts_with('.')) files.push_back(entry.path());
+    std::ranges::sort(files);
+    return files;
+}
+
+Theme read_folder(const fs::path &folder, Mistakes &mistakes) {
+    const bool is_theme = std::ranges::any_of(
+        std::initializer_list{parameter_file, picture_folder, font_folder, translation_folder},
+        [&folder](const char *part) { return fs::exists(folder / part); });
+    if (!is_theme) {
+        mistakes.add({folder}, "is no theme's folder; it needs the file parameters.txt or a folder "
+                               "pictures, fonts or translations");
+        return {};
+    }
+    return {read_text(folder, mistakes), read_resources(folder, mistakes)};
+}
+
+} // namespace tool

@@ -8,7 +8,7 @@ namespace {
 
 std::string message(const Place &place, const std::string &what) {
     std::string line = place.file.string();
-    if (place.line > 0) line += ":" + std::to_string(place.line);
+    if (place.line > 0) line.append(":").append(std::to_string(place.line));
     return line + ": " + what;
 }
 

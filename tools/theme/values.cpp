@@ -167,20 +167,22 @@ std::string font_fault(std::string_view value) {
     return {};
 }
 
+std::string quoted(std::string_view value) {
+    std::string text = "\"";
+    text.append(value).append("\" ");
+    return text;
+}
+
 std::string rectangle_fault(std::string_view value) {
     if (value.empty()) return {}; // the default
     const auto parts = fields(value);
     if (parts.size() > 5) return "more than four numbers and flags";
     for (size_t i = 0; i < std::min<size_t>(parts.size(), 4); ++i)
         if (!is_number(parts[i], INT_MIN, INT_MAX, 0))
-            return "\"" + std::string(parts[i]) + "\" is not a number";
+            return quoted(parts[i]) + "is not a number";
     const bool other_flags =
         parts.size() == 5 && parts[4].find_first_not_of("BCDEFLMRSVbcdeflmrsv") != value.npos;
     return other_flags ? "a flag is none of B C D E F L M R S V" : "";
-}
-
-std::string quoted(std::string_view value) {
-    return "\"" + std::string(value) + "\" ";
 }
 
 // Letters to insert, to drop or to replace before one text becomes the other.

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: MIT */
-/* Says what its device is like, and ends. */
+/* Says what its device is like, and ends. The themes have separators of their own: 1 and 3. */
 #include <stdio.h>
 
 #include "hw.h"

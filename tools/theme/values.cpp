@@ -178,8 +178,7 @@ std::string rectangle_fault(std::string_view value) {
     const auto parts = fields(value);
     if (parts.size() > 5) return "more than four numbers and flags";
     for (size_t i = 0; i < std::min<size_t>(parts.size(), 4); ++i)
-        if (!is_number(parts[i], INT_MIN, INT_MAX, 0))
-            return quoted(parts[i]) + "is not a number";
+        if (!is_number(parts[i], INT_MIN, INT_MAX, 0)) return quoted(parts[i]) + "is not a number";
     const bool other_flags =
         parts.size() == 5 && parts[4].find_first_not_of("BCDEFLMRSVbcdeflmrsv") != value.npos;
     return other_flags ? "a flag is none of B C D E F L M R S V" : "";

@@ -51,6 +51,7 @@ inline const uint8_t *mask_of(const ibitmap &bm) {
 // their last pixels are then the first ones of the next row, or spare bytes.
 inline int rows_inside(const ibitmap &bm, int64_t columns) {
     const int64_t row_bytes = (columns * depth_of(bm) + 7) / 8;
+    if (row_bytes <= bm.scanline) return bm.height;
     const int64_t last = static_cast<int64_t>(pixel_bytes(bm) + bitmap_spare_bytes) - row_bytes;
     if (last < 0) return 0;
     return bm.scanline == 0

@@ -96,26 +96,39 @@ bool is_short_row(int width) {
     return width >= 32 && width <= 256;
 }
 
+template <size_t size>
+using Word [[gnu::vector_size(size)]] = uint8_t;
+
+// A copy of known size is not always one move of a register; a word's is.
+template <size_t size>
+[[gnu::always_inline]] inline void copy_word(uint8_t *to, const uint8_t *from) {
+    Word<size> word;
+    std::memcpy(&word, from, size);
+    std::memcpy(to, &word, size);
+}
+
 // The last word of a row may overlap the one before.
 template <size_t word>
 [[gnu::always_inline]] inline void copy_words(const kv_img_conv &conv) {
     const auto *src = static_cast<const uint8_t *>(conv.src);
     auto *dest = static_cast<uint8_t *>(conv.dest);
     const ptrdiff_t last = conv.width - static_cast<ptrdiff_t>(word);
-    for (int y = 0; y < conv.height; ++y) {
-        for (ptrdiff_t i = 0; i < last; i += word) std::memcpy(dest + i, src + i, word);
-        std::memcpy(dest + last, src + last, word);
-        src += conv.src_scanline, dest += conv.dest_scanline;
+    const bool is_pair = last <= static_cast<ptrdiff_t>(word);
+    for (int y = 0; y < conv.height; ++y, src += conv.src_scanline, dest += conv.dest_scanline) {
+        copy_word<word>(dest, src);
+        if (!is_pair)
+            for (ptrdiff_t i = word; i < last; i += word) copy_word<word>(dest + i, src + i);
+        copy_word<word>(dest + last, src + last);
     }
 }
 
 #ifdef __x86_64__
-[[gnu::target("avx")]] void copy_wide_words(const kv_img_conv &conv) {
+[[gnu::target("avx2")]] void copy_wide_words(const kv_img_conv &conv) {
     copy_words<32>(conv);
 }
 
 void copy_short_rows(const kv_img_conv &conv) {
-    __builtin_cpu_supports("avx") ? copy_wide_words(conv) : copy_words<16>(conv);
+    __builtin_cpu_supports("avx2") ? copy_wide_words(conv) : copy_words<16>(conv);
 }
 #else
 void copy_short_rows(const kv_img_conv &conv) {

@@ -11,10 +11,8 @@ const AdvanceCache::Page nothing_known{};
 
 } // namespace
 
-AdvanceCache::AdvanceCache() : kerning_(2 * columns, unknown_kerning) {
+AdvanceCache::AdvanceCache() : steps_(2 * columns, unknown) {
     pages_.fill(nothing_known.data());
-    std::fill_n(kerning_.begin(), columns, int16_t{0});
-    kerning_[AdvanceEntry::unnumbered] = unknown_kerning;
 }
 
 AdvanceEntry &AdvanceCache::own_entry(uint16_t c) {
@@ -26,28 +24,30 @@ AdvanceEntry &AdvanceCache::own_entry(uint16_t c) {
     return (*page)[c & 255];
 }
 
-void AdvanceCache::add_number(uint16_t c, bool breaks_after) {
+void AdvanceCache::add_number(uint16_t c) {
     AdvanceEntry &entry = own_entry(c);
-    const size_t number = kerning_.size() / columns;
+    const size_t number = steps_.size() / columns;
     if (entry.number != AdvanceEntry::unnumbered || number >= columns) return;
-    kerning_.resize(kerning_.size() + columns, unknown_kerning);
+    steps_.resize(steps_.size() + columns, unknown);
     entry.number = static_cast<uint8_t>(number);
-    entry.breaks_after = breaks_after;
+    steps_[AdvanceEntry::line_start * columns + number] = entry.width;
 }
 
 int16_t AdvanceCache::find_kerning(uint16_t first, uint16_t second) const {
-    const uint8_t row = entry(first).number, column = entry(second).number;
-    if (row != AdvanceEntry::unnumbered && column != AdvanceEntry::unnumbered)
-        return kerning_[row * columns + column];
-    if (pairs_.empty()) return unknown_kerning;
+    const AdvanceEntry left = entry(first), right = entry(second);
+    if (left.number != AdvanceEntry::unnumbered && right.number != AdvanceEntry::unnumbered) {
+        const int16_t step = steps_[left.number * columns + right.number];
+        return step != unknown ? static_cast<int16_t>(step - right.width) : unknown;
+    }
+    if (pairs_.empty()) return unknown;
     const Pair &pair = pairs_[slot_of(key(first, second))];
-    return pair.key != 0 ? static_cast<int16_t>(pair.kerning) : unknown_kerning;
+    return pair.key != 0 ? static_cast<int16_t>(pair.kerning) : unknown;
 }
 
 void AdvanceCache::set_kerning(uint16_t first, uint16_t second, int16_t kerning) {
-    const uint8_t row = entry(first).number, column = entry(second).number;
-    if (row != AdvanceEntry::unnumbered && column != AdvanceEntry::unnumbered) {
-        kerning_[row * columns + column] = kerning;
+    const AdvanceEntry left = entry(first), right = entry(second);
+    if (left.number != AdvanceEntry::unnumbered && right.number != AdvanceEntry::unnumbered) {
+        steps_[left.number * columns + right.number] = static_cast<int16_t>(kerning + right.width);
         return;
     }
     make_room();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How far the pen moves from character to character, remembered so that a step of the layout is two
-// look-ups: the entry of a character, and the kerning of the pair by the numbers of both entries.
+// look-ups: the number of a character, and the step by the numbers of both characters.
 #pragma once
 
 #include <array>
@@ -10,8 +10,8 @@
 
 namespace text {
 
-// A character in the order of lines: advance, number, and whether a line may break after it.
-struct alignas(4) AdvanceEntry {
+// What is known of one character.
+struct AdvanceEntry {
     static constexpr uint8_t unknown_width = 255;
     // Of the start of a line, with which nothing kerns; of characters that have no number of their
     // own, whose steps are never found in the table.
@@ -19,14 +19,14 @@ struct alignas(4) AdvanceEntry {
 
     uint8_t width = unknown_width; // modulo 256; one of 255 is measured each time
     uint8_t number = unnumbered;
-    bool breaks_after = false;
 };
 
-// Invariants: pages that hold nothing are one shared page; the kerning table has a row of 256
-// columns for each number that was given out, and unknown kerning in row and column `unnumbered`.
+// A step is the kerning of a pair and the width of its second character. Invariants: pages that
+// hold nothing are one shared page; the table of steps has a row of 256 columns for each number
+// that was given out, and unknown steps in row and column `unnumbered`.
 class AdvanceCache {
   public:
-    static constexpr int16_t unknown_kerning = INT16_MIN;
+    static constexpr int16_t unknown = INT16_MIN;
     using Page = std::array<AdvanceEntry, 256>;
 
     AdvanceCache();
@@ -34,13 +34,14 @@ class AdvanceCache {
     // Page c >> 8 has the entry of c at c & 255.
     const AdvanceEntry *const *pages() const { return pages_.data(); }
     // Row by the number of the first character, column by that of the second.
-    const int16_t *kerning() const { return kerning_.data(); }
+    const int16_t *steps() const { return steps_.data(); }
 
     const AdvanceEntry &entry(uint16_t c) const { return pages_[c >> 8][c & 255]; }
     void set_width(uint16_t c, uint8_t width) { own_entry(c).width = width; }
     // Gives a character with a known width a number, if there is one left.
-    void add_number(uint16_t c, bool breaks_after);
+    void add_number(uint16_t c);
 
+    // `unknown` until it is set.
     int16_t find_kerning(uint16_t first, uint16_t second) const;
     void set_kerning(uint16_t first, uint16_t second, int16_t kerning);
 
@@ -58,7 +59,7 @@ class AdvanceCache {
 
     std::array<const AdvanceEntry *, 256> pages_;
     std::array<std::unique_ptr<Page>, 256> own_pages_;
-    std::vector<int16_t> kerning_;
+    std::vector<int16_t> steps_;
     std::vector<Pair> pairs_; // a power of two, at most half of it used
     size_t pair_count_ = 0;
 };

@@ -19,9 +19,13 @@ unsigned may_run_right_to_left(unsigned c) {
     return (c - 0x590U < 0x900U - 0x590U) | (c - 0x200FU < 0x2070U - 0x200FU) | (c >= 0xFB1DU);
 }
 
-// Without an early end, so that it looks at many characters at once.
+// Without early ends, so that the loops look at many characters at once. Most texts have no bit that
+// the first right-to-left block has not.
 bool has_any(const uint16_t *text, int len) {
     unsigned found = 0;
+    uint16_t all = 0;
+    for (int i = 0; i < len; ++i) all |= text[i];
+    if (all < 0x590U) return false;
     for (int i = 0; i < len; ++i) found |= may_run_right_to_left(text[i]);
     return found != 0;
 }

@@ -50,63 +50,105 @@ class RectLayout {
         line.next = skip_to_next_line(line.next);
         trim(line);
         if (is_last && (flags_ & TEXT_DOTS) != 0 && line.next < len_) append_dots(line);
-        walker_.restart();
         return line;
     }
     int64_t linespacing() const { return linespacing_; }
 
   private:
+    // Where the search for a line's end is, and the step to the character there once it is known.
+    struct Scan {
+        Pace pace;
+        int at, width = 0, step = 0;
+    };
+    enum class Stop { text_end, unknown, overflow };
+
     Line break_line(int begin, bool is_last);
-    Line cut_line(int begin, const Cut &last_break, const Cut &overflow, bool is_last);
-    Advance careful_step(Pace &pace, uint16_t &c);
+    LineEnd find_end(int begin, Scan &scan);
+    Stop run(Scan &scan);
+    Line cut_line(int begin, const Cut &overflow, bool is_last);
+    Cut go_back(int begin, const Cut &overflow) const;
+    int careful_step(Pace &pace, uint16_t &c);
     int skip_to_next_line(int at) const;
     void trim(Line &line) const;
     void append_dots(Line &line);
 
     uint16_t *const text_;
     const int len_, flags_;
-    const int64_t w_, h_, linespacing_, dots_width_;
+    const int w_;
+    const int64_t h_, linespacing_, dots_width_;
     Walker walker_;
+    std::array<int, 256> widths_; // of the line up to and with each of its last characters
 };
 
-// All that measuring a page takes is this loop, in which a known step is two look-ups. Whether a
-// line may break after a character is not to be guessed, so that choice is a move and not a branch.
-Line RectLayout::break_line(int begin, bool is_last) {
-    const int len = len_;
-    const int64_t most = w_;
-    uint16_t *const text = text_;
-    Cut last_break;
-    Pace pace = walker_.start_line();
-    int at = begin;
-    int64_t width = 0;
-    for (; at < len && text[at] != newline; ++at) {
-        Advance advance;
-        if (!pace.find(text[at], advance)) {
-            Pace after = pace; // so that the loop's own one stays in registers
-            advance = careful_step(after, text[at]);
-            pace = after;
+// Goes on to the first character that the tables do not know or that does not fit. All that
+// measuring a page takes is this loop, in which a step is two look-ups; it is a function of its own
+// so that it stays in registers. Where a line may break is found afterwards, from its end.
+[[gnu::noinline]] RectLayout::Stop RectLayout::run(Scan &scan) {
+    const int len = len_, most = w_;
+    const uint16_t *const text = text_;
+    Pace pace = scan.pace;
+    int at = scan.at, width = scan.width, step = 0;
+    Stop stop = Stop::text_end;
+    for (; at < len; ++at) {
+        if (!pace.find(text[at], step)) {
+            stop = Stop::unknown;
+            break;
         }
-        const int64_t widened = width + advance.total();
-        if (widened > most && at > begin) return cut_line(begin, last_break, {at, width}, is_last);
-        width = widened;
-        last_break.at = advance.breaks_after ? at + 1 : last_break.at;
-        last_break.width = advance.breaks_after ? width : last_break.width;
+        if (width + step > most) {
+            stop = Stop::overflow;
+            break;
+        }
+        width += step;
+        widths_[static_cast<size_t>(at) % widths_.size()] = width;
     }
-    return {begin, at, at, width, at < len ? LineEnd::newline : LineEnd::text};
+    scan = {pace, at, width, step};
+    return stop;
+}
+
+LineEnd RectLayout::find_end(int begin, Scan &scan) {
+    for (;; ++scan.at) {
+        const Stop stop = run(scan);
+        if (stop == Stop::text_end) return LineEnd::text;
+        if (stop == Stop::unknown) {
+            if (text_[scan.at] == newline) return LineEnd::newline;
+            scan.step = careful_step(scan.pace, text_[scan.at]);
+        }
+        if (scan.width + scan.step > w_ && scan.at > begin) return LineEnd::overflow;
+        scan.width += scan.step;
+        widths_[static_cast<size_t>(scan.at) % widths_.size()] = scan.width;
+    }
+}
+
+Line RectLayout::break_line(int begin, bool is_last) {
+    Scan scan{walker_.start_line(), begin};
+    const LineEnd end = find_end(begin, scan);
+    walker_.end_line();
+    if (end == LineEnd::overflow) return cut_line(begin, {scan.at, scan.width}, is_last);
+    return {begin, scan.at, scan.at, scan.width, end};
 }
 
 // The line when the character at `overflow` is too much.
-Line RectLayout::cut_line(int begin, const Cut &last_break, const Cut &overflow, bool is_last) {
+Line RectLayout::cut_line(int begin, const Cut &overflow, bool is_last) {
     const bool may_go_back =
         !is_last || ((flags_ & ALIGN_JUSTIFY) != 0 && (flags_ & TEXT_DOTS) == 0);
-    Cut cut = may_go_back && last_break.at >= 0 ? last_break : overflow;
-    walker_.restart();
+    const Cut cut = may_go_back ? go_back(begin, overflow) : overflow;
     if ((flags_ & ALIGN_RIGHT) != 0 && text_[cut.at - 1] == ' ')
-        cut.width = measure(text_ + begin, cut.at - 1 - begin);
+        return {begin, cut.at, cut.at, measure(text_ + begin, cut.at - 1 - begin),
+                LineEnd::overflow};
     return {begin, cut.at, cut.at, cut.width, LineEnd::overflow};
 }
 
-Advance RectLayout::careful_step(Pace &pace, uint16_t &c) {
+// The last place where the line may break, or the overflow.
+Cut RectLayout::go_back(int begin, const Cut &overflow) const {
+    int at = overflow.at;
+    while (at > begin && !breaks_after(text_[at - 1])) --at;
+    if (at == begin) return overflow;
+    if (overflow.at - at < static_cast<int>(widths_.size()))
+        return {at, widths_[static_cast<size_t>(at - 1) % widths_.size()]};
+    return {at, measure(text_ + begin, at - begin)};
+}
+
+int RectLayout::careful_step(Pace &pace, uint16_t &c) {
     SubstBrokenChar(&c);
     return walker_.slow_step(pace, c);
 }
@@ -130,6 +172,7 @@ void RectLayout::append_dots(Line &line) {
         if (width + dots_width_ <= w_) fitting = at, fitting_width = width;
     }
     if (fitting < line.end) line.next = fitting;
+    walker_.end_line();
     line.end = fitting;
     line.width = fitting_width + dots_width_;
     line.has_dots = true;

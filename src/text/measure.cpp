@@ -17,13 +17,13 @@ int64_t measure(const uint16_t *text, int len) {
     Pace pace = walker.start_line();
     int64_t width = 0;
     for (int i = 0; i < len; ++i) {
-        Advance advance;
-        if (!pace.find(text[i], advance)) {
+        int step;
+        if (!pace.find(text[i], step)) {
             Pace after = pace; // so that the loop's own one stays in registers
-            advance = walker.slow_step(after, text[i]);
+            step = walker.slow_step(after, text[i]);
             pace = after;
         }
-        width += advance.total();
+        width += step;
     }
     return width;
 }

@@ -54,7 +54,9 @@ int SizeCache::load_kerning(Mode mode, uint16_t first, uint16_t second) {
     if (FT_HAS_KERNING(face_.ft()) && face_.has(left) && face_.has(right) &&
         face_.set_size(pixels_))
         FT_Get_Kerning(face_.ft(), left.index(), right.index(), FT_KERNING_DEFAULT, &kerning);
-    const FT_Pos pixels = std::clamp<FT_Pos>(kerning.x >> 6, -INT16_MAX, INT16_MAX);
+    // With the width of a character it is still a step.
+    constexpr FT_Pos most = INT16_MAX - UINT8_MAX;
+    const FT_Pos pixels = std::clamp<FT_Pos>(kerning.x >> 6, -most, most);
     of(mode).advances.set_kerning(first, second, static_cast<int16_t>(pixels));
     return static_cast<int>(pixels);
 }

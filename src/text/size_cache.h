@@ -35,12 +35,10 @@ class SizeCache {
     }
     int kerning(Mode mode, uint16_t first, uint16_t second) {
         const int16_t found = of(mode).advances.find_kerning(first, second);
-        return found != AdvanceCache::unknown_kerning ? found : load_kerning(mode, first, second);
+        return found != AdvanceCache::unknown ? found : load_kerning(mode, first, second);
     }
     // Lets advances() find a character whose width was asked for.
-    void add_number(Mode mode, uint16_t c, bool breaks_after) {
-        of(mode).advances.add_number(c, breaks_after);
-    }
+    void add_number(Mode mode, uint16_t c) { of(mode).advances.add_number(c); }
     // The picture of a character; null when it has none.
     const Glyph *glyph(Mode mode, uint16_t c);
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "text/walker.h"
 
-#include <array>
-
 namespace text {
 namespace {
 
@@ -12,28 +10,16 @@ bool needs_care(uint16_t c) {
     return c < first_printable || c == soft_hyphen || c == 0x02CC || c == 0x02D0 || is_cjk(c);
 }
 
-constexpr auto break_table = [] {
-    std::array<bool, 128> breaks{};
-    for (size_t c = 0; c < '0'; ++c) breaks[c] = true;
-    for (unsigned char c : {'"', '\'', '(', ')', '.'}) breaks[c] = false;
-    for (size_t c = '['; c <= '_'; ++c) breaks[c] = true;
-    return breaks;
-}();
-
 // What is in the tables when every step needs care: nothing.
 const AdvanceCache no_tables;
 
 } // namespace
 
-bool breaks_after(uint16_t c) {
-    return c < break_table.size() && break_table[c];
-}
-
 void Walker::load_tables() {
     const bool is_plain = current.cache != nullptr && !cjk_is_used();
     const AdvanceCache &advances = is_plain ? current.cache->advances(current.mode) : no_tables;
     pace_.pages = advances.pages();
-    pace_.kerning = advances.kerning();
+    pace_.steps = advances.steps();
 }
 
 void Walker::end_pair() {
@@ -48,7 +34,7 @@ void Walker::load_font() {
 
 // Other walks since the last line may have added to the tables, or dropped them.
 void Walker::restart() {
-    if (switched_ || kvstate.current_font != line_font_) return_to_line_font();
+    end_line();
     load_font();
 }
 
@@ -76,9 +62,9 @@ void Walker::choose_cjk(uint16_t c) {
 // Measures a character, and enters it into the tables if it may be there.
 Advance Walker::character_step(uint16_t c) {
     SizeCache &cache = *current.cache;
-    Advance advance = {0, cache.width(current.mode, c), breaks_after(c)};
+    Advance advance = {0, cache.width(current.mode, c)};
     if (!needs_care(c) && advance.width != AdvanceEntry::unknown_width)
-        cache.add_number(current.mode, c, advance.breaks_after);
+        cache.add_number(current.mode, c);
     if (pace_.previous != 0) advance.kerning = cache.kerning(current.mode, pace_.previous, c);
     load_tables();
     pace_.previous = c;
@@ -87,16 +73,15 @@ Advance Walker::character_step(uint16_t c) {
 }
 
 Advance Walker::slow_step(uint16_t c) {
-    const bool breaks = breaks_after(c);
     if (is_font_code(c)) {
         switch_font(c);
-        return {0, 0, breaks};
+        return {0, 0};
     }
-    if (is_invisible(c)) return {0, 0, breaks};
-    if (!has_face()) return {0, 10, breaks};
+    if (is_invisible(c)) return {0, 0};
+    if (!has_face()) return {0, 10};
     if (c < first_printable) {
         end_pair();
-        return {0, control_width(), breaks};
+        return {0, control_width()};
     }
     choose_cjk(c);
     return character_step(c);

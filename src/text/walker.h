@@ -5,6 +5,7 @@
 // fonts current; the end of its scope restores the font and colour.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "text/current.h"
@@ -32,12 +33,21 @@ inline int control_width() {
 }
 
 // After which characters a line may break.
-bool breaks_after(uint16_t c);
+inline constexpr auto break_table = [] {
+    std::array<bool, 128> breaks{};
+    for (size_t c = 0; c < '0'; ++c) breaks[c] = true;
+    for (unsigned char c : {'"', '\'', '(', ')', '.'}) breaks[c] = false;
+    for (size_t c = '['; c <= '_'; ++c) breaks[c] = true;
+    return breaks;
+}();
+
+inline bool breaks_after(uint16_t c) {
+    return c < break_table.size() && break_table[c];
+}
 
 // The pen moves by the kerning before the character and by its width after it.
 struct Advance {
     int kerning, width;
-    bool breaks_after;
     int total() const { return kerning + width; }
 };
 
@@ -45,18 +55,18 @@ struct Advance {
 // local variable.
 struct Pace {
     const AdvanceEntry *const *pages = nullptr;
-    const int16_t *kerning = nullptr;
+    const int16_t *steps = nullptr;
     uint8_t number = AdvanceEntry::line_start; // of the character before
     uint16_t previous = 0;                     // that character; 0: the next one kerns with none
 
     // The step to a character, if the tables know it.
-    bool find(uint16_t c, Advance &advance) {
-        const AdvanceEntry entry = pages[c >> 8][c & 255];
-        const int16_t kern = kerning[number << 8 | entry.number];
-        if (kern == AdvanceCache::unknown_kerning) [[unlikely]]
+    bool find(uint16_t c, int &step) {
+        const uint8_t next = pages[c >> 8][c & 255].number;
+        const int16_t found = steps[number << 8 | next];
+        if (found == AdvanceCache::unknown) [[unlikely]]
             return false;
-        advance = {kern, entry.width, entry.breaks_after};
-        number = entry.number;
+        step = found;
+        number = next;
         previous = c;
         return true;
     }
@@ -68,8 +78,10 @@ class Walker {
 
     // The advance of the next character of the line.
     Advance step(uint16_t c) {
-        Advance advance;
-        return pace_.find(c, advance) ? advance : slow_step(c);
+        int step;
+        if (!pace_.find(c, step)) return slow_step(c);
+        const int width = pace_.pages[c >> 8][c & 255].width;
+        return {step - width, width};
     }
     // For loops that step by their own copy of the pace: begins a line, and makes the step that
     // the tables do not know.
@@ -77,14 +89,18 @@ class Walker {
         restart();
         return pace_;
     }
-    Advance slow_step(Pace &pace, uint16_t c) {
+    int slow_step(Pace &pace, uint16_t c) {
         pace_ = pace;
         const Advance advance = slow_step(c);
         pace = pace_;
-        return advance;
+        return advance.total();
     }
     // A new line begins, in the font in which the walk began.
     void restart();
+    // The font in which the walk began is current again.
+    void end_line() {
+        if (switched_ || kvstate.current_font != line_font_) return_to_line_font();
+    }
     // A code of the line has switched the font.
     bool is_switched() const { return switched_; }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fribidi/fribidi.h>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "ground/utf8.h"
 #include "support/fonts.h"
@@ -156,6 +157,32 @@ TEST(Utf8, BrokenTextBecomesReplacementCharacters) {
         s = row.bytes;
         EXPECT_EQ(utf8::next(s, s + bytes), row.text[0]);
         EXPECT_EQ(utf8::skip(row.bytes, row.bytes + bytes, 1), s);
+    }
+}
+
+// Long texts are decoded in blocks, to the same characters as one by one.
+TEST(Utf8, BlocksGiveWhatSingleCharactersGive) {
+    constexpr const char *pieces[] = {
+        "a",    " ",    "\xD0\xB6", "\xC2\xA0",        "\xDF\xBF", "\xE2\x80\x99",
+        "\xD1", "\x80", "\xC1\xBF", "\xF0\x9F\x98\x80"};
+    std::mt19937 random(5);
+    for (int round = 0; round < 2000; ++round) {
+        // Mostly letters of two bytes and spaces; the rest is rarer in some texts than in others.
+        const size_t strangers = random() % 3 * 100;
+        std::string text;
+        while (text.size() < random() % 120)
+            text +=
+                pieces[random() % 400 < strangers ? random() % std::size(pieces) : random() % 4];
+        const char *const end = text.data() + text.size();
+        Units expected;
+        for (const char *s = text.data(); s < end;) expected += utf8::next(s, end);
+        const size_t room = random() % 2 != 0 ? expected.size() : random() % 100;
+        std::vector<uint16_t> out(room);
+        const char *s = text.data();
+        const size_t count = utf8::decode(s, end, out.data(), room);
+        EXPECT_EQ(Units(out.begin(), out.begin() + static_cast<ptrdiff_t>(count)),
+                  expected.substr(0, room));
+        EXPECT_EQ(s, utf8::skip(text.data(), end, count));
     }
 }
 

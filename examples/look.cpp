@@ -37,14 +37,26 @@ void write(const irect &r, const char *text, int flags) {
     DrawTextRect(r.x, r.y, r.w, r.h, text, flags);
 }
 
-void draw_button(const char *picture, const char *font_name, int x, int y, const char *text) {
+// Draws a button that ends at `bottom`. Returns its height.
+int draw_button(const char *picture, const char *font_name, int x, int bottom, const char *text) {
     ibitmap *button = GetResource(picture, nullptr);
-    if (button == nullptr) return;
+    if (button == nullptr) return 0;
+    const int height = button->height, y = bottom - height;
     const Free font{GetThemeFont(font_name, "#defaultb,18,0")};
+    ifont *before = GetFont();
     SetFont(font.font, -1);
     DrawBitmap(x, y, button);
-    DrawTextRect(x, y, button->width, button->height, text, ALIGN_CENTER | VALIGN_MIDDLE);
+    DrawTextRect(x, y, button->width, height, text, ALIGN_CENTER | VALIGN_MIDDLE);
+    SetFont(before, -1);
     std::free(button);
+    return height;
+}
+
+int draw_buttons(const irect &r) {
+    const int bottom = r.y + r.h;
+    return std::max(
+        draw_button("button_normal", "button.font.normal", r.x, bottom, "Button"),
+        draw_button("button_selected", "button.font.active", r.x + r.w / 2, bottom, "Selected"));
 }
 
 void draw_window(const irect &r, const char *title, const char *text, int flags) {
@@ -52,11 +64,9 @@ void draw_window(const irect &r, const char *title, const char *text, int flags)
     DrawFrame(r.x, r.y, r.w, r.h, nullptr, title, flags, &inside);
     const Free font{GetThemeFont("window.font", "default,20,0")};
     SetFont(font.font, -1);
-    write(inset(inside, unit()), text, ALIGN_LEFT | TEXT_DOTS);
-    if ((flags & FRAME_BUTTONS) == 0) return;
-    const int y = inside.y + inside.h / 2;
-    draw_button("button_normal", "button.font.normal", inside.x + unit(), y, "Button");
-    draw_button("button_selected", "button.font.active", inside.x + inside.w / 2, y, "Selected");
+    irect room = inset(inside, unit());
+    if ((flags & FRAME_BUTTONS) != 0) room.h -= draw_buttons(room);
+    write(room, text, ALIGN_LEFT | TEXT_DOTS);
 }
 
 void draw_windows(const irect &area) {
@@ -66,7 +76,7 @@ void draw_windows(const irect &area) {
         const char *title, *text;
         int flags;
     } const windows[] = {
-        {"A window with buttons", "Whatever opens above the page has such a frame.",
+        {"Window", "Whatever opens above the page has such a frame.",
          FRAME_BUTTON_CLOSE | FRAME_BUTTON_MOVEUP | FRAME_BUTTON_MOVEDOWN},
         {"A dictionary", "A word and what it means.", FRAME_DICTIONARY | FRAME_HEADER},
         {nullptr, "A frame without a title.", 0},
@@ -103,7 +113,8 @@ void draw_borders(const irect &area) {
     constexpr int styles = ROUND_BOTTOM_RIGHT, columns = int(std::size(radii));
     for (int i = 0; i < styles * columns; i++) {
         const irect cell = inset(cell_of(area, columns, styles, i), unit() * 3 / 2);
-        DrawBorder(&cell, 2 + i / columns % 3, 1 + i / columns, radii[i % columns], BLACK);
+        const int radius = std::min(radii[i % columns], cell.h / 2);
+        DrawBorder(&cell, 2 + i / columns % 3, 1 + i / columns, radius, BLACK);
     }
 }
 

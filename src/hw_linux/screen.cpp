@@ -112,6 +112,13 @@ void lay_canvas() {
     c.addr = screen.memory.get();
 }
 
+// A turned picture leaves the first row or column free, where nothing of the former one is to stay.
+void clear_free_edges(const PixelBuffer &pixels) {
+    std::memset(pixels.data, white, static_cast<size_t>(pixels.width) * 4);
+    for (int y = 0; y < pixels.height; ++y)
+        std::memset(pixels.data + int64_t{y} * pixels.stride, white, 4);
+}
+
 // The device is opened last of all that can fail before anything is shown, except for the files
 // that need its clock.
 bool open_screen() {
@@ -214,6 +221,7 @@ void hw_set_fb_orientation(int orientation) {
     if (!screen.device || orientation < 0 || orientation > 3) return;
     screen.orientation = orientation;
     lay_canvas();
+    clear_free_edges(screen.device->pixels());
 }
 
 int hw_get_fb_orientation() {

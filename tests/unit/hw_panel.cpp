@@ -2,6 +2,7 @@
 // What the panel shows of the framebuffer, in every display mode, orientation and position.
 #include "hw_linux/panel.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -214,6 +215,20 @@ TEST_F(Device, TurningSwapsTheSidesAndOpensTheClip) {
             EXPECT_EQ(canvas.clipx2, canvas.width - 1);
             EXPECT_EQ(canvas.clipy2, canvas.height - 1);
         }
+    }
+}
+
+TEST_F(Device, TurningLeavesNothingOfTheFormerPicture) {
+    icanvas &canvas = open("");
+    for (int orientation : {1, 2, 3}) {
+        std::memset(canvas.addr, 0, static_cast<size_t>(canvas.width) * canvas.height);
+        hw_fullupdate();
+        hw_set_fb_orientation(orientation);
+        std::memset(canvas.addr, 255, static_cast<size_t>(canvas.width) * canvas.height);
+        hw_fullupdate();
+        const PixelBuffer p = hw::device()->pixels();
+        EXPECT_EQ(std::count(p.data, p.data + int64_t{p.height} * p.stride, 0), 0) << orientation;
+        hw_set_fb_orientation(0);
     }
 }
 

@@ -2,9 +2,13 @@
 // Themes beside the work that a look-up cannot do without. x_peer is the peer's time divided by
 // ours.
 #include <benchmark/benchmark.h>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -84,6 +88,40 @@ void theme_picture(benchmark::State &state) {
         });
 }
 BENCHMARK(theme_picture)->UseManualTime();
+
+std::string read_file(const char *path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// All that the peer does: the file is read and its parameter text unpacked.
+void read_and_unpack() {
+    const std::string file = read_file("system/themes/default.tqt");
+    const auto number = [&file](size_t at) {
+        uint32_t value;
+        std::memcpy(&value, file.data() + at, sizeof value);
+        return value;
+    };
+    std::string text(number(20), '\0');
+    uLongf size = text.size();
+    uncompress(reinterpret_cast<Bytef *>(text.data()), &size,
+               reinterpret_cast<const Bytef *>(file.data() + number(24)), number(28));
+    benchmark::DoNotOptimize(text.data());
+}
+
+// The theme that comes with the library, on a device with its fonts.
+void theme_open(benchmark::State &state) {
+    const Theme folder;
+    std::filesystem::copy_file(KELVANE_THEMES "/default.tqt", "system/themes/default.tqt");
+    std::filesystem::create_directories("system/fonts");
+    for (const char *font : {"DejaVuSans.ttf", "DejaVuSans-Bold.ttf"})
+        std::filesystem::create_symlink(std::string("/usr/share/fonts/truetype/dejavu/") + font,
+                                        std::string("system/fonts/") + font);
+    stderr = std::fopen("/dev/null", "w"); // each opening is told of
+    beside(
+        state, "x_peer", [] { OpenTheme("default"); }, read_and_unpack);
+}
+BENCHMARK(theme_open)->UseManualTime();
 
 } // namespace
 

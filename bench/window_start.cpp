@@ -4,6 +4,7 @@
 // X server. The server itself tells when the frame is there.
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -88,6 +89,25 @@ void start_to_first_frame(benchmark::State &state) {
     state.counters["best_of_bare_gtk"] = std::ranges::min(ours) / std::ranges::min(theirs);
 }
 BENCHMARK(start_to_first_frame)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);
+
+// A device with a theme, texts and fonts beside an empty folder.
+void start_on_a_full_device(benchmark::State &state) {
+    desktop::Server server(700, 900);
+    desktop::Sandbox empty, full;
+    if (std::system(
+            (KELVANE_DEVICE_TOOL " --language ru " + full.path("") + " >/dev/null").c_str()) != 0)
+        return state.SkipWithError("the device folder could not be made");
+    Watcher watcher(server.name());
+    std::vector<double> with, without;
+    for (auto _ : state) {
+        without.push_back(start_once(KELVANE_APP, server, watcher, empty));
+        with.push_back(start_once(KELVANE_APP, server, watcher, full));
+        state.SetIterationTime(with.back());
+    }
+    state.counters["median_ms"] = median(with) * 1e3;
+    state.counters["more_ms"] = (median(with) - median(without)) * 1e3;
+}
+BENCHMARK(start_on_a_full_device)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

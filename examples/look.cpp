@@ -144,6 +144,23 @@ void show_caption() {
     CloseFont(caption.font);
 }
 
+// Themes have other sizes for landscape.
+void load_pager() {
+    CloseFont(pager.page_font);
+    std::free(pager.icon_left);
+    std::free(pager.icon_right);
+    const int page = std::max(pager.current_page, 1);
+    pager = LoadPagerProperties();
+    pager.current_page = page;
+    pager.total_pages = int(std::size(pages));
+}
+
+void turn_screen(int orientation) {
+    SetOrientation(orientation);
+    load_pager();
+    Repaint();
+}
+
 int turn_to(int page) {
     if (page < 1 || page > pager.total_pages) return 1;
     pager.current_page = page;
@@ -164,8 +181,7 @@ int key_pressed(int key) {
     case KEY_RIGHT:
         return turn_to(pager.current_page + 1);
     case KEY_MENU:
-        SetOrientation(clockwise[GetOrientation() & 3]);
-        Repaint();
+        turn_screen(clockwise[GetOrientation() & 3]);
         return 1;
     default:
         return 0;
@@ -177,16 +193,13 @@ int handler(int type, int par1, int par2) {
     switch (type) {
     case EVT_INIT:
         show_caption();
-        pager = LoadPagerProperties();
-        pager.current_page = 1;
-        pager.total_pages = int(std::size(pages));
+        load_pager();
         return 1;
     case EVT_SHOW:
         draw();
         return 1;
     case EVT_ORIENTATION:
-        SetOrientation(par1);
-        Repaint();
+        turn_screen(par1);
         return 1;
     case EVT_KEYPRESS:
         return key_pressed(par1);

@@ -15,6 +15,7 @@
 #include "kelvane/files.h"
 #include "kelvane/hash.h"
 #include "lang/language_file.h"
+#include "lang/translations.h"
 
 namespace {
 
@@ -137,6 +138,14 @@ const char *look_up(const char *key, int &depth) {
 
 } // namespace
 
+namespace lang {
+
+hash_filler translation_filler() {
+    return hash_filler(need(texts.current));
+}
+
+} // namespace lang
+
 extern "C" {
 
 char **EnumLanguages(void) try {
@@ -200,12 +209,15 @@ const char *GetCurrentLangText(const char *key) {
 
 const char *GetLangTextF(const char *format, ...) {
     if (!format) return nullptr;
-    static char key[key_buffer];
+    char key[key_buffer];
     va_list arguments;
     va_start(arguments, format);
     std::vsnprintf(key, sizeof key, format, arguments);
     va_end(arguments);
-    return GetLangText(key);
+    const char *text = GetLangText(key);
+    if (text != key) return text;
+    static char kept[key_buffer]; // an argument may lie in it, so nothing is formatted there
+    return std::strcpy(kept, key);
 }
 
 const char *GetLangTextPlural(const char *key, int n) {

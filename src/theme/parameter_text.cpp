@@ -3,17 +3,31 @@
 
 #include <cstring>
 #include <new>
+#include <optional>
 #include <strings.h>
 
 #include "ground/hash_access.h"
 #include "internal.h"
-#include "kelvane/languages.h"
+#include "lang/translations.h"
 
 namespace theme {
 namespace {
 
+struct Tables {
+    hash_filler parameters;
+    std::optional<hash_filler> translations; // made for the first one: few themes have any
+
+    void add(const char *name, const char *value) {
+        if (!parameters.add(name, value)) throw std::bad_alloc();
+    }
+    void add_translation(const char *key, const char *value) {
+        if (!translations) translations = lang::translation_filler();
+        if (!translations->add(key, value)) throw std::bad_alloc();
+    }
+};
+
 // A line of the parameter text: a translation, "de:@Key=text" or "*:@Key=text", or a parameter.
-void add_line(char *line, hash_filler &parameters) {
+void add_line(char *line, Tables &tables) {
     line += std::strspn(line, " \t");
     char *equals = std::strchr(line, '=');
     if (*line == '#' || !equals) return;
@@ -22,25 +36,22 @@ void add_line(char *line, hash_filler &parameters) {
     for (size_t end = std::strlen(value); end > 0 && value[end - 1] == '\r'; end--)
         value[end - 1] = '\0';
     char *colon = std::strchr(line, ':');
-    if (!colon) {
-        if (!parameters.add(line, value)) throw std::bad_alloc();
-        return;
-    }
+    if (!colon) return tables.add(line, value);
     *colon = '\0';
     if (std::strcmp(line, "*") == 0 || strcasecmp(line, kvstate.locale) == 0)
-        AddTranslation(colon + 1, value);
+        tables.add_translation(colon + 1, value);
 }
 
 } // namespace
 
 void read_parameters(char *line, size_t size, ihash table) {
-    hash_filler parameters(table);
+    Tables tables{hash_filler(table), {}};
     char *const end = line + size;
     while (line < end) {
         auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
         char *const stop = feed ? feed : end;
         *stop = '\0';
-        add_line(line, parameters);
+        add_line(line, tables);
         line = stop + 1;
     }
 }

@@ -130,6 +130,7 @@ TEST_F(LanguagesTest, TextsLeadOnToOthers) {
     EXPECT_STREQ(GetLangTextR("@K10", &depth), "@K11");
     EXPECT_STREQ(GetLangTextF("@%c", 'A'), "Hello");
     EXPECT_STREQ(GetLangTextF("%d%s", 7, "up"), "7up");
+    EXPECT_STREQ(GetLangTextF("%s and on", GetLangTextF("%d%s", 7, "up")), "7up and on");
     EXPECT_EQ(std::string(GetLangTextF("%2000d", 1)).size(), 1023U);
 }
 

@@ -34,7 +34,7 @@ struct Box {
     bool empty() const { return w < 1 || h < 1; }
 };
 
-inline constexpr int64_t far = 1 << 30; // beyond any canvas
+inline constexpr int64_t far = (1 << 30) - 1; // beyond any canvas; twice that is an int
 
 // The same pixels of a filled area on any canvas as int coordinates: what is cut off lies far away.
 inline irect to_rect(const Box &box, int flags = 0) {

@@ -69,7 +69,7 @@ void put_row(uint8_t *to, const uint8_t *greys, size_t width, int depth) {
 std::vector<uint8_t> make_file(const ibitmap &bm, const Layout &layout) {
     std::vector<uint8_t> file(layout.size), greys(bm.width);
     put_header(file.data(), bm, layout);
-    const size_t rows = static_cast<size_t>(rows_inside(bm, bm.width));
+    const size_t rows = bm.width > 0 ? static_cast<size_t>(rows_inside(bm, bm.width)) : 0;
     for (size_t y = 0; y < rows; ++y) {
         row_to_grey(bm.data + y * bm.scanline, depth_of(bm), 0, bm.width, greys.data());
         put_row(file.data() + layout.offset + (bm.height - 1 - y) * layout.row, greys.data(),

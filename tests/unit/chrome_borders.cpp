@@ -251,6 +251,12 @@ TEST(Selection, HatchOfAnEndlessMarkerIsCountedFromItsRightEdge) {
     }
 }
 
+TEST(Selection, FarReachingIndentsCoverTheWholeCanvas) {
+    TestCanvas canvas(2, 1);
+    chrome::draw_selection(iRect(0, 0, 2, 1, 0), {0, BLACK, 0, 0, 0, 0, INT_MIN, INT_MIN});
+    EXPECT_EQ(canvas.picture(), "\n##\n");
+}
+
 TEST(Transparent, ReplacesFourBitLevels) {
     struct {
         int percent;

@@ -7,6 +7,7 @@
 #include <ft2build.h>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 #include FT_FREETYPE_H
 
@@ -39,6 +40,7 @@ class Face {
     Face(std::string name, FacePtr face);
 
     const std::string &name() const { return name_; }
+    void rename(std::string name) { name_ = std::move(name); }
     FT_Face ft() const { return face_.get(); }
     size_t glyph_count() const {
         return static_cast<size_t>(std::max(face_->num_glyphs, FT_Long{0}));

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <string>
 #include <sys/stat.h>
+#include <vector>
 
 #include "ground/log.h"
 #include "internal.h"
@@ -11,6 +13,7 @@
 #include "kelvane/hash.h"
 #include "text/face.h"
 #include "text/names.h"
+#include "text/text.h"
 
 namespace text {
 namespace {
@@ -109,6 +112,19 @@ int add_references(const char *, void *face, void *sum) {
     return 0;
 }
 
+int add_to_list(const char *, void *face, void *list) {
+    static_cast<std::vector<Face *> *>(list)->push_back(static_cast<Face *>(face));
+    return 0;
+}
+
+// Keeps a face in the table under a name that nobody asks for.
+void set_aside(Face &face) {
+    static unsigned count = 0;
+    vhash_delete(faces, face.name().c_str());
+    face.rename(face.name() + '\n' + std::to_string(++count));
+    add_to_table(face);
+}
+
 // Fonts that applications have not closed.
 int open_fonts() {
     int references = 0;
@@ -147,6 +163,13 @@ void release_face(Face *face) {
     if (face == nullptr || --face->references > 0) return;
     vhash_delete(faces, face->name().c_str());
     delete face;
+}
+
+void forget_faces_in(const std::string &directory) {
+    std::vector<Face *> all;
+    hash_enumerate(faces, nullptr, add_to_list, &all);
+    for (Face *face : all)
+        if (face->name().starts_with(directory)) set_aside(*face);
 }
 
 void reset_faces() {

@@ -2,6 +2,8 @@
 // What other areas need of fonts and text beyond the public names.
 #pragma once
 
+#include <string>
+
 #include "kelvane/text.h"
 
 namespace text {
@@ -21,6 +23,10 @@ struct Hooks {
     int (*is_rtl)() = nullptr;
 };
 extern Hooks hooks;
+
+// The files whose names begin so have been deleted: what is open stays, and what is opened from now
+// on is read anew. Throws bad_alloc.
+void forget_faces_in(const std::string &directory);
 
 // Closes what the library itself opened and forgets everything, once the screen is closed. While
 // applications still hold fonts, all faces stay.

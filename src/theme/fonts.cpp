@@ -8,6 +8,7 @@
 
 #include "kelvane/files.h"
 #include "kelvane/theme.h"
+#include "text/text.h"
 #include "theme/opened.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
@@ -27,6 +28,12 @@ bool write_font(const std::string &path, const Block &font) {
     return (kv_fclose(file) == 0) && written;
 }
 
+// A relative name of a font would be looked for elsewhere.
+std::string full_path(const std::string &path) {
+    std::error_code error;
+    return fs::absolute(path, error).string();
+}
+
 // The value of a name, in landscape of its own variant first.
 const char *find_value(const char *name) {
     if (!name) return nullptr;
@@ -37,13 +44,17 @@ const char *find_value(const char *name) {
 
 } // namespace
 
-void drop_extracted_fonts() {
+void make_font_folder() {
     if (mkdir("./system/tmp", open_to_all) == 0 || errno == EEXIST) mkdir(folder, open_to_all);
+}
+
+void drop_extracted_fonts() {
     std::error_code error;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
         std::error_code ignored;
         if (!at->is_directory(ignored)) fs::remove(at->path(), ignored);
     }
+    text::forget_faces_in(full_path(folder) + "/");
 }
 
 std::string extract_font(const std::string &face) {
@@ -58,7 +69,7 @@ std::string extract_font(const std::string &face) {
             return {};
         }
     }
-    return fs::absolute(path, error).string(); // a relative name would be looked for elsewhere
+    return full_path(path);
 }
 
 } // namespace theme

@@ -6,7 +6,8 @@
 
 namespace theme {
 
-// Makes the folder and deletes what an earlier theme left in it.
+void make_font_folder();
+// Deletes what an earlier theme left there. Fonts that are open stay as they are.
 void drop_extracted_fonts();
 // The path of a theme's font; empty when the theme has none of that name.
 std::string extract_font(const std::string &face);

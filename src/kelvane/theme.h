@@ -86,7 +86,7 @@ KELVANE_API char **EnumThemes(void);
 /**
  * Opens "./system/themes/NAME.tqt", or ".default.tqt" there, in place of the theme that is open,
  * and reloads what the library keeps of a theme. A file that is no theme leaves none open. Texts of
- * GetThemeString() end here; pictures and fonts stay with whom they were given to.
+ * GetThemeString() end here; pictures and fonts stay with whom they were given to. Null is ignored.
  */
 KELVANE_API void OpenTheme(const char *name);
 
@@ -94,7 +94,8 @@ KELVANE_API void OpenTheme(const char *name);
  * The picture of a name: in landscape "^name:4" and "^name", then "name:4" and "name", in each case
  * from the archive or directories that replace pictures before the theme itself.
  * @param deflt the answer when there is none. One that is really a text "*(W,H)" gives a new white
- *              bitmap of that size, each side at least 1; without H it is as high as wide
+ *              bitmap of that size, each side at least 1; without H it is as high as wide. Null for
+ * a size that no bitmap has
  * @return a new bitmap, freed by the caller with free(3), or @p deflt itself
  */
 KELVANE_API ibitmap *GetResource(const char *name, ibitmap *deflt);
@@ -120,9 +121,9 @@ KELVANE_API int GetThemeInt(const char *name, int deflt);
 KELVANE_API ifont *GetThemeFont(const char *name, const char *deflt);
 
 /**
- * The rectangle of a parameter "X,Y,W,H[,FLAGS]" over the given one, field by field. Flags are
- * letters that add up: b bottom, c centre, d dots, e 0x2000, f justify, l mirror, m middle, r
- * right, s 0x1000, v rotate.
+ * The rectangle of a parameter "X,Y,W,H[,FLAGS]" over the given one, field by field; those
+ * missing at the end stay. Flags are letters that add up: b bottom, c centre, d dots, e 0x2000, f
+ * justify, l mirror, m middle, r right, s 0x1000, v rotate.
  */
 KELVANE_API void kv_getthemerect(const char *name, irect *out, int x, int y, int w, int h,
                                  int flags);

@@ -17,7 +17,7 @@ bool is_style(int style) {
     return style >= keys && style <= (keys | touch);
 }
 
-// The style of all applications, kept once it is known.
+// The style of applications that have none of their own, kept once it is known.
 int common_style() {
     static int style = 0;
     if (style == 0) style = GetThemeInt("application.style", GetDefaultAppStyle());
@@ -34,9 +34,9 @@ int GetDefaultAppStyle(void) {
 }
 
 int GetAppStyle(const char *app) try {
-    int style = common_style();
-    if (app && std::strcmp(app, "default") != 0)
-        style = GetThemeInt((std::string(app) + ".application.style").c_str(), style);
+    const bool is_common = !app || std::strcmp(app, "default") == 0;
+    const std::string prefix = is_common ? "" : std::string(app) + ".";
+    const int style = GetThemeInt((prefix + "application.style").c_str(), common_style());
     return is_style(style) ? style : GetDefaultAppStyle();
 } catch (const std::bad_alloc &) {
     return GetDefaultAppStyle();

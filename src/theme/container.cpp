@@ -2,7 +2,7 @@
 #include "theme/container.h"
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
 #include <cstring>
 #include <zlib.h>
 
@@ -27,6 +27,7 @@ std::string to_lower(std::string_view name) {
 // Bytes of the file, all of them or none.
 std::string read_at(std::FILE *file, uint32_t offset, size_t size) {
     std::string bytes(size, '\0');
+    errno = 0; // a seek takes an old EIO for its own
     if (kv_fseek(file, offset, SEEK_SET) != 0) return {};
     return kv_fread(bytes.data(), 1, size, file) == size ? bytes : std::string();
 }
@@ -39,6 +40,7 @@ std::unique_ptr<Container> Container::open(const std::string &path) {
 }
 
 bool Container::read_header() {
+    errno = 0;
     if (kv_fseek(file_.get(), 0, SEEK_END) != 0) return false;
     file_size_ = static_cast<uint64_t>(std::max(kv_ftell(file_.get()), 0L));
     const std::string fixed = read_at(file_.get(), 0, file_fixed_size);
@@ -80,23 +82,27 @@ uint64_t Container::unpacked_size() const {
     return size;
 }
 
-// Compressed bytes lie behind the header and in the file, and unpack to a bearable size.
+// Compressed bytes lie behind the header and in the file, and they and what they unpack to are of a
+// bearable size.
 bool Container::is_inside(const Packed &entry) const {
-    return entry.offset >= header_size_ && entry.unpacked_size <= largest_resource &&
+    return entry.offset >= header_size_ &&
+           std::max(entry.unpacked_size, entry.packed_size) <= largest_resource &&
            uint64_t{entry.offset} + entry.packed_size <= file_size_;
 }
 
 Block Container::unpack_parameters() const {
-    return is_inside(parameters_) ? unpack(parameters_) : Block{};
+    const bool is_text = is_inside(parameters_) && parameters_.unpacked_size <= largest_text;
+    return is_text ? unpack(parameters_) : Block{};
 }
 
 bool Container::has(std::string_view name) const {
     return resources_.contains(to_lower(name));
 }
 
-Block Container::unpack(std::string_view name) const {
+Block Container::unpack(std::string_view name, uint32_t most) const {
     const auto found = resources_.find(to_lower(name));
-    return found != resources_.end() ? unpack(found->second) : Block{};
+    const bool fits = found != resources_.end() && found->second.unpacked_size <= most;
+    return fits ? unpack(found->second) : Block{};
 }
 
 Block Container::unpack(const Packed &entry) const {

@@ -24,8 +24,12 @@ inline constexpr size_t file_entry_numbers = 12; // before the name of an entry
 inline constexpr size_t file_name_field(size_t length) {
     return length / 4 * 4 + 4;
 }
-// What unpacks to more is no picture, font or text of a theme.
+// What unpacks to more is no resource of a theme.
 inline constexpr uint32_t largest_header = 16 << 20, largest_resource = 64 << 20;
+// A theme that exceeds these would cost more memory and time than a device has: a few pictures are
+// unpacked whenever a theme is opened, and each line of the text is kept. A picture may fill the
+// largest display in 24 bits.
+inline constexpr uint32_t largest_picture = 8 << 20, largest_text = 4 << 20;
 
 struct Free {
     void operator()(void *block) const { std::free(block); }
@@ -48,8 +52,8 @@ class Container {
     Block unpack_parameters() const;
     // Names are compared whatever their case.
     bool has(std::string_view name) const;
-    // A resource as it is; none when it is not there or does not unpack.
-    Block unpack(std::string_view name) const;
+    // A resource as it is; none when it is not there, is larger than `most` or does not unpack.
+    Block unpack(std::string_view name, uint32_t most = UINT32_MAX) const;
     // The resources that lie inside the file as the index names them, in its order.
     const std::vector<std::string> &names() const { return names_; }
     // How many others the index has: outside the file, too large, or of a name it had before.

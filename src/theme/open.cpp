@@ -19,6 +19,7 @@
 #include "theme/parameter_text.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
+#include "theme/variants.h"
 
 namespace theme {
 namespace {
@@ -63,6 +64,7 @@ std::string real_name(const Found &found, const std::string &name) {
 void close_theme() {
     opened.container.reset();
     opened.overrides.clear();
+    drop_extracted_fonts();
     if (!opened.parameters) opened.parameters = hash_new(buckets);
     if (!opened.parameters) throw std::bad_alloc();
     hash_clear(opened.parameters);
@@ -73,7 +75,7 @@ void open_theme(const std::string &name) {
     if (!found.container) return;
     const std::string real = real_name(found, name);
     std::fprintf(stderr, "OpenTheme: %s\nTheme real name: %s\n", found.path.c_str(), real.c_str());
-    drop_extracted_fonts();
+    make_font_folder();
     if (!found.container->read_header()) return;
     const Block text = found.container->unpack_parameters();
     read_parameters(reinterpret_cast<char *>(text.bytes.get()), text.size, opened.parameters);
@@ -100,14 +102,14 @@ ibitmap *find_picture(const char *name) try {
         std::string_view(name).substr(0, std::string_view(name).rfind(':'));
     if (raster::BitmapPtr picture = opened.overrides.load(std::string(base)))
         return picture.release();
-    Block block = opened.container->unpack(name);
+    Block block = opened.container->unpack(name, largest_picture);
     return is_whole(block) ? reinterpret_cast<ibitmap *>(block.bytes.release()) : nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;
 }
 
 bool has_in_file(const std::string &name) {
-    return (hw_depth() > deepest_of_four_greys && opened.container->has(name + ":4")) ||
+    return (hw_depth() > deepest_of_four_greys && opened.container->has(deep_name(name))) ||
            opened.container->has(name);
 }
 
@@ -127,8 +129,9 @@ char **EnumThemes(void) {
 }
 
 void OpenTheme(const char *name) {
+    if (!name) return;
     try {
-        const std::string wanted = name ? name : "";
+        const std::string wanted = name; // it may be a value of the theme that is closed
         theme::source = {theme::find_picture, theme::find_text};
         theme::close_theme();
         theme::open_theme(wanted);
@@ -142,7 +145,7 @@ int IsResourcePresent(const char *name) try {
     using theme::opened;
     if (!name || !opened.container) return 0;
     const std::string plain = name;
-    return (theme::is_landscape() && theme::has_in_file("^" + plain)) ||
+    return (theme::is_landscape() && theme::has_in_file(theme::turned_name(plain))) ||
            theme::has_in_file(plain) || opened.overrides.has(plain);
 } catch (const std::bad_alloc &) {
     return 0;

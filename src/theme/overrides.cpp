@@ -26,7 +26,7 @@ void Overrides::clear() {
     if (archive_) unzClose(archive_);
     archive_ = nullptr;
     archived_.clear();
-    directories_.clear();
+    files_.clear();
 }
 
 void Overrides::find(const std::string &theme) {
@@ -51,26 +51,27 @@ void Overrides::find_in_archive(const std::string &path) {
 }
 
 void Overrides::find_in_directory(const std::string &path) {
-    std::error_code error;
+    std::error_code error, ignored;
     for (std::filesystem::directory_iterator at(path, error), end; !error && at != end;
          at.increment(error))
-        if (const auto name = picture_name(at->path().filename().native()))
-            directories_[*name] = path;
+        if (const auto name = picture_name(at->path().filename().native());
+            name && at->is_regular_file(ignored)) // a pipe would be waited for
+            files_[*name] = at->path();
 }
 
 bool Overrides::has(const std::string &name) const {
-    return archived_.contains(name) || directories_.contains(name);
+    return archived_.contains(name) || files_.contains(name);
 }
 
 raster::BitmapPtr Overrides::load(const std::string &name) {
-    const std::string file = name + std::string(extension);
     if (const auto found = archived_.find(name); found != archived_.end()) {
+        const std::string file = name + std::string(extension);
         if (raster::BitmapPtr picture{zLoadBitmap(archive_, file.c_str())}) return picture;
         archived_.erase(found);
     }
-    if (const auto found = directories_.find(name); found != directories_.end()) {
-        if (raster::BitmapPtr picture{LoadBitmap((found->second + file).c_str())}) return picture;
-        directories_.erase(found);
+    if (const auto found = files_.find(name); found != files_.end()) {
+        if (raster::BitmapPtr picture{LoadBitmap(found->second.c_str())}) return picture;
+        files_.erase(found);
     }
     return nullptr;
 }

@@ -29,7 +29,7 @@ class Overrides {
 
     void *archive_ = nullptr; // an unzFile
     std::unordered_set<std::string> archived_;
-    std::unordered_map<std::string, std::string> directories_; // by picture
+    std::unordered_map<std::string, std::string> files_; // by picture
 };
 
 } // namespace theme

@@ -15,6 +15,7 @@
 #include "theme/builtin.h"
 #include "theme/parameters.h"
 #include "theme/source.h"
+#include "theme/variants.h"
 
 namespace {
 
@@ -22,11 +23,15 @@ int parse_side(const char *text) {
     return static_cast<int>(std::clamp(std::strtol(text, nullptr, 10), 1L, long{INT_MAX}));
 }
 
-// A new bitmap for a default that is really a text "*(W,H)"; the height is the width when it is
-// left out. Null for any other default.
-ibitmap *make_blank(const ibitmap *deflt) {
-    const char *start = reinterpret_cast<const char *>(deflt);
-    if (start == nullptr || start[0] != '*' || start[1] != '(') return nullptr;
+// Whether a default is really the size of a blank bitmap, a text "*(W,H)".
+bool is_size(const ibitmap *deflt) {
+    const char *text = reinterpret_cast<const char *>(deflt);
+    return text != nullptr && text[0] == '*' && text[1] == '(';
+}
+
+// The height is the width when it is left out. Null for a size that no bitmap has.
+ibitmap *make_blank(const ibitmap *size) {
+    const char *start = reinterpret_cast<const char *>(size);
     char text[32 + 1] = {}; // a bitmap that begins so is longer, and need not contain a zero
     memccpy(text, start, '\0', sizeof text - 1);
     const char *comma = std::strchr(text, ',');
@@ -35,35 +40,34 @@ ibitmap *make_blank(const ibitmap *deflt) {
 }
 
 // The picture for landscape, if the screen is held so, then the common one; each for many greys
-// first. Names are cut where the variants have always cut them.
+// first.
 ibitmap *find_variant(const char *name) {
-    constexpr size_t longest_turned = 62, longest_deep = 61;
     const auto find_depth = [](const std::string &plain) {
-        ibitmap *found = theme::source.picture((plain.substr(0, longest_deep) + ":4").c_str());
+        ibitmap *found = theme::source.picture(theme::deep_name(plain).c_str());
         return found != nullptr ? found : theme::source.picture(plain.c_str());
     };
     ibitmap *found = nullptr;
-    if (theme::is_landscape()) {
-        std::string turned = "^";
-        turned += std::string_view(name).substr(0, longest_turned);
-        found = find_depth(turned);
-    }
+    if (theme::is_landscape()) found = find_depth(theme::turned_name(name));
     return found != nullptr ? found : find_depth(name);
+}
+
+ibitmap *find_or_make(const char *name, const ibitmap *deflt) {
+    ibitmap *found = name != nullptr ? find_variant(name) : nullptr;
+    if (found != nullptr) return found;
+    if (is_size(deflt)) return make_blank(deflt);
+    if (raster::bitmap_tracker.found == nullptr) return nullptr;
+    return deflt != nullptr ? CopyBitmapNoTrack(deflt) : NewBitmap(2, 2);
 }
 
 } // namespace
 
 ibitmap *GetResource(const char *name, ibitmap *deflt) try {
-    const auto &tracker = raster::bitmap_tracker;
-    ibitmap *found = name != nullptr ? find_variant(name) : nullptr;
-    if (found == nullptr) found = make_blank(deflt);
-    if (found == nullptr && tracker.found != nullptr)
-        found = deflt != nullptr ? CopyBitmapNoTrack(deflt) : NewBitmap(2, 2);
-    if (found == nullptr) return deflt;
-    if (tracker.found != nullptr) tracker.found(found, name);
+    ibitmap *found = find_or_make(name, deflt);
+    if (found == nullptr) return is_size(deflt) ? nullptr : deflt;
+    if (raster::bitmap_tracker.found != nullptr) raster::bitmap_tracker.found(found, name);
     return found;
 } catch (const std::bad_alloc &) {
-    return deflt;
+    return is_size(deflt) ? nullptr : deflt;
 }
 
 namespace theme {

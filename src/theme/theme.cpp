@@ -59,12 +59,12 @@ int parse_flags(const char *letters) {
     return flags;
 }
 
-// Overrides the fields that the text has, in order; one that is not a number keeps its default.
+// Overrides the fields that the text has, in order: those missing at its end keep their defaults.
 void parse_rect(const char *text, irect &r) {
     for (int *field : {&r.x, &r.y, &r.w, &r.h}) {
+        if (*text == '\0') return;
         char *end;
-        const int value = parse_int(text, &end);
-        if (end != text) *field = value;
+        *field = parse_int(text, &end);
         text = std::strchr(end, ',');
         if (text == nullptr) return;
         ++text;

@@ -62,6 +62,8 @@ TEST_F(Theme, DefaultsComeBackUnchanged) {
         EXPECT_TRUE(blank->width == b.w && blank->height == b.h) << b.deflt;
         EXPECT_EQ(blank->data[0], 0xFF);
     }
+    char too_wide[] = "*(70000,1)"; // no bitmap, and no text in place of one
+    EXPECT_EQ(GetResource("missing", reinterpret_cast<ibitmap *>(too_wide)), nullptr);
 }
 
 TEST_F(Theme, AListenerGetsCopiesOfDefaults) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Theme files, and what replaces their pictures, as they lie on a device.
+#include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
@@ -101,7 +102,7 @@ TEST_F(ThemeTest, Parameters) {
     EXPECT_EQ(r.h, 50);
     EXPECT_EQ(r.flags, ALIGN_CENTER | VALIGN_MIDDLE);
     kv_getthemerect("short", &r, 1, 2, 3, 4, 5);
-    EXPECT_EQ(std::tie(r.x, r.y, r.w, r.h, r.flags), std::tuple(5, 2, 7, 4, 5));
+    EXPECT_EQ(std::tie(r.x, r.y, r.w, r.h, r.flags), std::tuple(5, 0, 7, 4, 5));
 }
 
 TEST(ThemeOfPartner, GoesFirst) {
@@ -131,6 +132,10 @@ TEST_F(ThemeTest, AliasesAndStyles) {
     EXPECT_EQ(GetAppStyle("odd"), 3);
     EXPECT_EQ(GetAppStyle(nullptr), 3);
     EXPECT_EQ(GetAppGlobalStyle(), 3);
+    open(ThemeFile("application.style=1\n"));
+    EXPECT_EQ(GetAppStyle("default"), 1);
+    EXPECT_EQ(GetAppStyle("reader"), 3) << "as it was at first";
+    EXPECT_EQ(GetAppGlobalStyle(), 3);
 }
 
 TEST_F(ThemeTest, PictureVariants) {
@@ -144,12 +149,20 @@ TEST_F(ThemeTest, PictureVariants) {
     theme.add("small", std::string("\1\0\1\0\4\0\2\0x", 9)); // a row more than it has bytes
     theme.add("a", ThemeFile::picture(0x70));
     theme.add("damaged", "text that is no picture");
+    const std::string longest(80, 'n'); // variants are found by the start of such a name
+    theme.add(longest.substr(0, 61) + ":4", ThemeFile::picture(0x80));
+    theme.add("^" + longest.substr(0, 62), ThemeFile::picture(0x90));
     open(theme);
     const struct {
         const char *name;
         int portrait, landscape;
-    } pictures[] = {{"a", 1, 1}, {"A", 1, 1},       {"b", 3, 4},
-                    {"c", 5, 6}, {"small", -1, -1}, {"d", -1, -1}};
+    } pictures[] = {{"a", 1, 1},
+                    {"A", 1, 1},
+                    {"b", 3, 4},
+                    {"c", 5, 6},
+                    {"small", -1, -1},
+                    {"d", -1, -1},
+                    {longest.c_str(), 8, 9}};
     for (int orientation : {0, 2}) {
         SetOrientation(orientation);
         for (const auto &p : pictures) {
@@ -160,6 +173,8 @@ TEST_F(ThemeTest, PictureVariants) {
         }
     }
     SetOrientation(0);
+    OpenTheme(nullptr); // changes nothing
+    errno = EIO;        // of something else, before
     ibitmap *other = NewBitmap(2, 2), *kept = GetResource("a", other);
     EXPECT_EQ(GetResource("d", other), other);
     ibitmap *keyed = GetKeyResource("key", nullptr);
@@ -185,11 +200,14 @@ TEST_F(ThemeTest, ReplacedPictures) {
     write_file("system/themes/t/late.bmp", bmp(5));
     write_file("system/themes/t/config.txt", "parameter=value\n");
     write_file("system/resources/t/late.bmp", bmp(6));
+    write_file("system/themes/t/upper.bmp", bmp(8));
+    write_file("system/resources/t/upper.BMP", bmp(9));
+    fs::create_directory("system/resources/t/folder.bmp");
     write_file("system/resources/t/y.bmp", bmp(7));
     open(theme);
-    const std::pair<const char *, int> pictures[] = {{"archived", 2}, {"x", 3},     {"broken", 1},
-                                                     {"late", 6},     {"y", 7},     {"plain", 1},
-                                                     {"empty", -1},   {"notes", -1}};
+    const std::pair<const char *, int> pictures[] = {
+        {"archived", 2}, {"x", 3},      {"broken", 1}, {"late", 6},  {"y", 7},
+        {"plain", 1},    {"empty", -1}, {"notes", -1}, {"upper", 9}, {"folder", -1}};
     for (auto [name, level] : pictures) {
         EXPECT_EQ(IsResourcePresent(name), level >= 0) << name;
         EXPECT_EQ(grey(name), level) << name;
@@ -232,6 +250,28 @@ TEST_F(ThemeTest, FontsOfTheTheme) {
     EXPECT_EQ(GetThemeFont("missing", nullptr), nullptr);
 }
 
+TEST_F(ThemeTest, FontsOfOneNameInTwoThemes) {
+    const std::string faces[] = {"DejaVuSans", "DejaVuSerif"};
+    for (const std::string &face : faces) {
+        ThemeFile theme("window.font=own,20\n");
+        theme.add("own", read_file("/usr/share/fonts/truetype/dejavu/" + face + ".ttf"));
+        write_file("system/themes/" + face + ".tqt", theme.bytes());
+    }
+    OpenTheme("DejaVuSans");
+    ifont *former = GetThemeFont("window.font", nullptr);
+    OpenTheme("DejaVuSerif");
+    ifont *present = GetThemeFont("window.font", nullptr);
+    ASSERT_TRUE(former && present);
+    EXPECT_STREQ(former->family, "DejaVu Sans");
+    EXPECT_STREQ(present->family, "DejaVu Serif");
+    SetFont(former, BLACK);
+    EXPECT_GT(StringWidth("text"), 0) << "its file is gone";
+    CloseFont(former);
+    CloseFont(present);
+    OpenTheme("none");
+    EXPECT_EQ(GetThemeFont("window.font", "own,20"), nullptr);
+}
+
 // Damaged files give what is whole in them, or nothing, and soon.
 TEST_F(ThemeTest, DamagedFiles) {
     ThemeFile theme("name=value\n");
@@ -265,6 +305,15 @@ TEST_F(ThemeTest, DamagedFiles) {
     EXPECT_EQ(grey("pic"), 1);
     EXPECT_EQ(IsResourcePresent("e99999"), 1);
     for (const char *name : {"header", "bomb"}) EXPECT_EQ(grey(name), -1) << name;
+    ThemeFile large(std::string("name=too much\n").append(5 << 20, '#'));
+    large.add("pic", ThemeFile::picture(0x10));
+    large.add("picture", std::string("\xFF\xFF\x90\0\4\0\xFF\xFF", 8).append(0xFFFF * 0x90, 'x'));
+    large.add_entry("wide", 9, 0, 1 << 30); // begins as "pic" does
+    open(large);
+    fs::resize_file("system/themes/t.tqt", (1 << 30) + (1 << 20)); // takes no room
+    OpenTheme("t");
+    EXPECT_STREQ(GetThemeString("name", "-"), "-");
+    for (const char *name : {"picture", "wide"}) EXPECT_EQ(grey(name), -1) << name;
 }
 
 TEST_F(ThemeTest, ChangesLeaveNothingBehind) {

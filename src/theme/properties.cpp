@@ -2,7 +2,9 @@
 // Groups of parameters that components read at once.
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "kelvane/bitmaps.h"
@@ -20,9 +22,17 @@ int scaled(int length) {
     return static_cast<int>(std::max(designed_for, side) * length / designed_for);
 }
 
+// A short text, made without memory that could be missing.
+struct ShortText {
+    char text[64];
+    template <class... Parts>
+    explicit ShortText(const char *format, Parts... parts) {
+        std::snprintf(text, sizeof text, format, parts...);
+    }
+};
+
 ifont *load_scaled_font(const char *name, const char *face, int size, const char *color) {
-    const std::string deflt = std::string(face) + "," + std::to_string(scaled(size)) + "," + color;
-    return GetThemeFont(name, deflt.c_str());
+    return GetThemeFont(name, ShortText("%s,%d,%s", face, scaled(size), color).text);
 }
 
 // The caller owns what it gets, so a built-in picture is copied.
@@ -88,14 +98,13 @@ itaskmgr_properties LoadTaskManagerProperties() {
 
 icontext_menu_properties LoadContextMenuProperties() {
     const auto value = [](const char *name, int deflt) {
-        return GetThemeInt((std::string("context_menu.") + name).c_str(), deflt);
+        return GetThemeInt(ShortText("context_menu.%s", name).text, deflt);
     };
     const auto length = [&value](const char *name, int deflt) {
         return value(name, scaled(deflt));
     };
     const auto font = [](const char *name, const char *face, const char *color) {
-        return load_scaled_font((std::string("context_menu.font.") + name).c_str(), face, 20,
-                                color);
+        return load_scaled_font(ShortText("context_menu.font.%s", name).text, face, 20, color);
     };
     icontext_menu_properties p{};
     p.font_normal = font("normal", "default", "0");
@@ -154,8 +163,14 @@ icaption_properties LoadApplicationCaptionProperties() {
 }
 
 iselection_style LoadSelectionProperties(const char *key) {
-    const iselection_style standard = load_style("", {0, 0, 0, 3, 5, 0, 0, 0});
-    if (key == nullptr || std::strcmp(key, "default") == 0) return standard;
-    return load_style(std::string(key) + ".", standard);
+    iselection_style style = {0, 0, 0, 3, 5, 0, 0, 0};
+    try {
+        style = load_style("", style);
+        if (key != nullptr && std::strcmp(key, "default") != 0)
+            style = load_style(std::string(key) + ".", style);
+    } catch (const std::bad_alloc &) {
+        // What was read before memory ran out counts.
+    }
+    return style;
 }
 }

@@ -19,8 +19,8 @@ unsigned may_run_right_to_left(unsigned c) {
     return (c - 0x590U < 0x900U - 0x590U) | (c - 0x200FU < 0x2070U - 0x200FU) | (c >= 0xFB1DU);
 }
 
-// Without early ends, so that the loops look at many characters at once. Most texts have no bit that
-// the first right-to-left block has not.
+// Without early ends, so that the loops look at many characters at once. Most texts have no bit
+// that the first right-to-left block has not.
 bool has_any(const uint16_t *text, int len) {
     unsigned found = 0;
     uint16_t all = 0;

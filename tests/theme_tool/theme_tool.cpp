@@ -51,12 +51,12 @@ std::vector<std::string> lines(const std::string &text) {
     return out;
 }
 
-// Two rows of grey and alpha.
-void write_png(const fs::path &file, const std::vector<uint8_t> &grey_alpha) {
+// Rows of grey and alpha.
+void write_png(const fs::path &file, const std::vector<uint8_t> &grey_alpha, size_t height = 2) {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(grey_alpha.size() / 4);
-    image.height = 2;
+    image.width = static_cast<png_uint_32>(grey_alpha.size() / 2 / height);
+    image.height = static_cast<png_uint_32>(height);
     image.format = PNG_FORMAT_GA;
     fs::create_directories(file.parent_path());
     ASSERT_TRUE(png_image_write_to_file(&image, file.c_str(), 0, grey_alpha.data(), 0, nullptr));
@@ -216,6 +216,7 @@ TEST(ThemeTool, TellsAllMistakesAtOnce) {
         {"a:8.png", "no colon but in :4"},
         {"Font.png", "does not load"}};
     for (const auto &[name, message] : pictures) write_file("f/pictures/" + name, "no picture");
+    write_png("f/pictures/large.png", std::vector<uint8_t>(2 * 4200 * 4200, 255), 4200);
     const std::pair<std::string, const char *> fonts[] = {{"cut.ttf", "not in TrueType"},
                                                           {"a,b.ttf", "with a comma"},
                                                           {"x.otf", "is no font"},
@@ -229,6 +230,7 @@ TEST(ThemeTool, TellsAllMistakesAtOnce) {
     EXPECT_EQ(read_file("t.tqt"), "as it was");
     std::vector<std::pair<std::string, std::string>> expected{
         {"f/parameters.txt:30: ", "a NUL byte"},
+        {"f/pictures/large.png: ", "only 8 are read"},
         {"f/translations/de.txt:3: ", "@Close is there already, at f/parameters.txt:28"},
         {"f/translations/de.txt:4: ", "no \"=\""},
         {"f/translations/d e.txt: ", "not named after a language"}};

@@ -2,6 +2,7 @@
 #include "folder.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fstream>
 #include <iterator>
@@ -28,9 +29,9 @@ std::vector<fs::path> files_of(const fs::path &folder) {
 }
 
 Theme read_folder(const fs::path &folder, Mistakes &mistakes) {
+    constexpr std::array parts = {parameter_file, picture_folder, font_folder, translation_folder};
     const bool is_theme = std::ranges::any_of(
-        std::initializer_list{parameter_file, picture_folder, font_folder, translation_folder},
-        [&folder](const char *part) { return fs::exists(folder / part); });
+        parts, [&folder](const char *part) { return fs::exists(folder / part); });
     if (!is_theme) {
         mistakes.add({folder}, "is no theme's folder; it needs the file parameters.txt or a folder "
                                "pictures, fonts or translations");

@@ -26,7 +26,7 @@ class ResourceReader {
             return mistakes_.add({file}, "is no picture; save it as .png, .jpg, .bmp or .tif");
         const std::string name = file.stem().string();
         if (accept(file, name, picture_name_fault(name)))
-            add(file, name, read_picture(file, mistakes_));
+            add(file, name, read_picture(file, mistakes_), theme::largest_picture);
     }
     void read_font_file(const fs::path &file) {
         const std::string face = file.stem().string();
@@ -36,7 +36,7 @@ class ResourceReader {
         std::string bytes = read_whole(file);
         if (!is_truetype(bytes))
             return mistakes_.add({file}, "is not in TrueType format; convert it");
-        add(file, face, std::move(bytes));
+        add(file, face, std::move(bytes), theme::largest_resource);
     }
     std::vector<Resource> take() {
         std::vector<Resource> out;
@@ -57,9 +57,12 @@ class ResourceReader {
                                       ", as names are the same in any case; rename one of the two");
         return is_new;
     }
-    void add(const fs::path &file, const std::string &name, std::string bytes) {
-        if (bytes.size() > theme::largest_resource)
-            return mistakes_.add({file}, "takes more than 64 MiB in a theme; make it smaller");
+    void add(const fs::path &file, const std::string &name, std::string bytes, size_t most) {
+        if (bytes.size() > most)
+            return mistakes_.add({file}, "would take " + std::to_string(bytes.size() >> 20) +
+                                             " MiB in a theme, and only " +
+                                             std::to_string(most >> 20) +
+                                             " are read; make it smaller");
         found_[name] = std::move(bytes);
     }
 

@@ -51,7 +51,7 @@ std::string file_bytes(const Theme &theme) {
     for (const size_t n : {header, text.size(), header + data.size(), packed_text.size()})
         out += u32(n);
     out += index + data + packed_text;
-    if (header > theme::largest_header || text.size() > theme::largest_resource ||
+    if (header > theme::largest_header || text.size() > theme::largest_text ||
         out.size() > UINT32_MAX)
         throw std::runtime_error("the theme is larger than a theme file can be");
     return out;

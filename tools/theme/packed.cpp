@@ -68,7 +68,8 @@ Unpacked read_resource(const theme::Container &container, const std::string &nam
     Unpacked resource;
     resource.block = container.unpack(name);
     if (resource.block.bytes == nullptr) return resource;
-    resource.picture = to_picture({resource.block.bytes.get(), resource.block.size});
+    if (resource.block.size <= theme::largest_picture)
+        resource.picture = to_picture({resource.block.bytes.get(), resource.block.size});
     resource.kind = resource.picture                ? Kind::picture
                     : is_truetype(resource.bytes()) ? Kind::font
                                                     : Kind::unknown;

@@ -105,7 +105,9 @@ int unpack(const fs::path &file, const fs::path &folder) {
         for (const std::string &name : container->names()) {
             const std::string fault =
                 write_resource(read_resource(*container, name), name, made.path());
-            if (!fault.empty()) mistakes.add({file}, "left out " + name + ": " + fault);
+            if (!fault.empty())
+                mistakes.add({file},
+                             std::string("left out ").append(name).append(": ").append(fault));
         }
         made.finish();
     }

@@ -240,7 +240,8 @@ std::string probably_meant(std::string_view name) {
     if (find(name) != nullptr || is_partner_variant(name) || name.size() < shortest) return {};
     name = without_owner(name);
     for (const Known &parameter : known)
-        if (distance(name, parameter.name) <= near) return std::string(parameter.name);
+        if (name.size() <= parameter.name.size() + near && distance(name, parameter.name) <= near)
+            return std::string(parameter.name);
     return {};
 }
 

@@ -12,6 +12,8 @@ namespace tool {
 namespace fs = std::filesystem;
 
 std::string read_whole(const fs::path &file) {
+    if (fs::is_directory(file))
+        throw std::system_error(EISDIR, std::generic_category(), file.string());
     std::ifstream in(file, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(in), {}};
     if (!in.is_open() || in.bad())

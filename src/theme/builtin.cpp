@@ -15,9 +15,4 @@ ibitmap *builtin_image(const char *name) {
     return static_cast<ibitmap *>(const_cast<void *>(found->bitmap));
 }
 
-bool is_builtin_image(const ibitmap *bm) {
-    return std::ranges::any_of(builtin_images,
-                               [bm](const BuiltinImage &image) { return image.bitmap == bm; });
-}
-
 } // namespace theme

@@ -20,6 +20,5 @@ extern const std::span<const BuiltinImage> builtin_images;
 // The built-in picture of that name, or null. It is never freed and never written to; the pointer
 // is not const because it serves as the default of GetResource().
 ibitmap *builtin_image(const char *name);
-bool is_builtin_image(const ibitmap *bm);
 
 } // namespace theme

@@ -10,7 +10,6 @@
 #include "kelvane/bitmaps.h"
 #include "kelvane/events.h"
 #include "kelvane/theme.h"
-#include "theme/builtin.h"
 
 namespace {
 
@@ -35,10 +34,10 @@ ifont *load_scaled_font(const char *name, const char *face, int size, const char
     return GetThemeFont(name, ShortText("%s,%d,%s", face, scaled(size), color).text);
 }
 
-// The caller owns what it gets, so a built-in picture is copied.
+// A theme without arrows gets white ones.
 ibitmap *load_icon(const char *name) {
-    ibitmap *icon = GetResource(name, theme::builtin_image(name));
-    return theme::is_builtin_image(icon) ? CopyBitmap(icon) : icon;
+    alignas(ibitmap) static char white[] = "*(20, 30)";
+    return GetResource(name, reinterpret_cast<ibitmap *>(white));
 }
 
 iselection_style load_style(const std::string &prefix, const iselection_style &deflt) {
@@ -74,8 +73,8 @@ itaskmgr_properties LoadTaskManagerProperties() {
         .button_exit_indent_horizontal = GetThemeInt(
             "taskmgr.button.exit.indent.horizontal",
             GetThemeInt("application.caption.button.right.indent.horizontal", border_size)),
-        .title_font = GetThemeFont("taskmgr.title.font",
-                                   GetThemeString("popup.caption.font", "#defaultb,21,0xffffff")),
+        .title_font = GetThemeFont("popup.caption.font",
+                                   GetThemeString("taskmgr.title.font", "#defaultb,21,0xffffff")),
         .task_font = GetThemeFont("taskmgr.task.font", "#default,19,0"),
         .task_title_font = GetThemeFont("taskmgr.task.title.font", "#defaultb,19,0"),
         .task_height = GetThemeInt("taskmgr.task.height", 48),

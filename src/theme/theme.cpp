@@ -82,7 +82,8 @@ void make_relative(int &start, int &length, int extent) {
 const char *find_for_partner(const char *name) {
     const char *partner = cfg_read_string("partner", nullptr);
     const char *found = nullptr;
-    if (partner != nullptr) found = theme::source.text((std::string(name) + "." + partner).c_str());
+    if (partner != nullptr && *partner != '\0')
+        found = theme::source.text((std::string(name) + "." + partner).c_str());
     return found != nullptr ? found : theme::source.text(name);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Frames, the caption, the pager and the key-lock icon on an open screen, with and without a theme.
 #include <climits>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -313,6 +314,10 @@ class Pager : public Chrome {
     Pager() : p(LoadPagerProperties()) {
         p.current_page = 2;
         p.total_pages = 3;
+        for (ibitmap *icon : {p.icon_left, p.icon_right}) { // without a theme they are white
+            EXPECT_TRUE(icon->width == 20 && icon->height == 30 && icon->data[0] == 0xFF);
+            std::memset(icon->data, 0, raster::pixel_bytes(*icon));
+        }
     }
     ~Pager() override { std::free(p.icon_left), std::free(p.icon_right); }
     void expect_idle() {

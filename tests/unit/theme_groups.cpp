@@ -48,7 +48,8 @@ TEST_F(ThemeGroups, TaskManagerFallsBackInSteps) {
         {"application.caption.button.right.indent.horizontal=11\ntaskmgr.separator.color=1\n"
          "taskmgr.border.color=2\ntaskmgr.title.font=#default,31,8\npopup.caption.font=default,30,"
          "9",
-         11, 1, 2, "#31/8"},
+         11, 1, 2, "30/9"},
+        {"taskmgr.title.font=#default,31,8", 3, 0, 0, "#31/8"},
     };
     for (const auto &c : cases) {
         open(c.parameters);

@@ -8,15 +8,22 @@ set_target_properties(kelvane_theme PROPERTIES OUTPUT_NAME kelvane-theme)
 set(KELVANE_THEMES_DIR ${PROJECT_BINARY_DIR}/themes)
 file(MAKE_DIRECTORY ${KELVANE_THEMES_DIR})
 set(KELVANE_THEME_FILES)
+# Each theme comes in its own size, and twice as large for screens of 300 dots an inch.
 foreach(theme default contrast)
   file(GLOB_RECURSE files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/themes/${theme}/*)
-  set(packed ${KELVANE_THEMES_DIR}/${theme}.tqt)
-  add_custom_command(
-    OUTPUT ${packed}
-    COMMAND kelvane_theme pack ${PROJECT_SOURCE_DIR}/themes/${theme} ${packed}
-    DEPENDS kelvane_theme ${files}
-    COMMENT "Packing the theme ${theme}"
-    VERBATIM)
-  list(APPEND KELVANE_THEME_FILES ${packed})
+  foreach(size "" -large)
+    set(packed ${KELVANE_THEMES_DIR}/${theme}${size}.tqt)
+    set(scale 100)
+    if(size)
+      set(scale 200)
+    endif()
+    add_custom_command(
+      OUTPUT ${packed}
+      COMMAND kelvane_theme pack --scale ${scale} ${PROJECT_SOURCE_DIR}/themes/${theme} ${packed}
+      DEPENDS kelvane_theme ${files}
+      COMMENT "Packing the theme ${theme}${size}"
+      VERBATIM)
+    list(APPEND KELVANE_THEME_FILES ${packed})
+  endforeach()
 endforeach()
 add_custom_target(kelvane_themes ALL DEPENDS ${KELVANE_THEME_FILES})

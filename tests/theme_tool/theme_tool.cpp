@@ -192,6 +192,48 @@ constexpr MistakenLine mistaken_lines[] = {
     {"DE:@Close=zu", "@Close is there already"},
 };
 
+TEST(ThemeTool, ScalesSizesAndNothingElse) {
+    const TempDir place;
+    const struct {
+        const char *name, *before, *after;
+    } rows[] = {
+        {"pager.height", "0x15", "53"},
+        {"^pager.height", "-3", "-8"},
+        {"separator.size", "0", "0"},
+        {"header.font", "#default,9,0xffffff", "#default,23,0xffffff"},
+        {"menu.font.normal", "own", "own,30"},
+        {"application.caption.title.position.portrait", "10,-4,-11,-1,CMD", "25,-10,-26,-1,CMD"},
+        {"mine.selection.border.size", "1", "3"},
+        {"mine.selection.style", "2", "2"},
+        {"window.color", "0xFFFFFF", "0xFFFFFF"},
+        {"of.an.application", "12", "12"}};
+    std::string before, after;
+    for (const auto &row : rows) {
+        before += std::string(row.name) + "=" + row.before + "\n";
+        after += std::string(row.name) + "=" + row.after + "\n";
+    }
+    write_file("f/parameters.txt", before);
+    write_file("f/fonts/own.ttf", small_font);
+    // A step of grey becomes a slope, and a hole a larger one.
+    write_png("f/pictures/step.png", {0, 255, 255, 255}, 1);
+    write_png("f/pictures/hole.png", {0, 255, 0, 0}, 1);
+    EXPECT_EQ(run("pack --scale 250 f t.tqt").output, "");
+    EXPECT_EQ(run("unpack t.tqt g").output, "");
+    EXPECT_EQ(read_file("g/parameters.txt"), after);
+    EXPECT_EQ(read_file("g/fonts/own.ttf"), small_font);
+    fs::create_directories("system/themes");
+    fs::rename("t.tqt", "system/themes/t.tqt");
+    OpenTheme("t");
+    ibitmap *step = GetResource("step", nullptr), *hole = GetResource("hole", nullptr);
+    ASSERT_TRUE(step && hole);
+    EXPECT_EQ(step->width * 100 + step->height, 503);
+    EXPECT_EQ(std::string(step->data, step->data + 3), "\x01\x8D\xF0");
+    EXPECT_EQ(hole->data[hole->scanline * hole->height], 0xE0);
+    std::free(step), std::free(hole);
+    for (const char *percent : {"24", "801", "2x", "", "-100"})
+        EXPECT_EQ(run("pack --scale '" + std::string(percent) + "' f t.tqt").status, 2) << percent;
+}
+
 TEST(ThemeTool, TellsAllMistakesAtOnce) {
     const TempDir place;
     std::string text;

@@ -7,7 +7,8 @@
 
 namespace tool {
 
-int pack(const std::filesystem::path &folder, const std::filesystem::path &file);
+// In percent of the sizes that the folder has.
+int pack(const std::filesystem::path &folder, const std::filesystem::path &file, int percent);
 int list(const std::filesystem::path &file);
 int unpack(const std::filesystem::path &file, const std::filesystem::path &folder);
 

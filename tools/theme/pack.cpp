@@ -10,6 +10,7 @@
 
 #include "commands.h"
 #include "folder.h"
+#include "scale.h"
 #include "theme/container.h"
 
 namespace tool {
@@ -98,11 +99,12 @@ class Replacement {
 
 } // namespace
 
-int pack(const fs::path &folder, const fs::path &file) {
+int pack(const fs::path &folder, const fs::path &file, int percent) {
     Mistakes mistakes;
-    const Theme theme = read_folder(folder, mistakes);
+    Theme theme = read_folder(folder, mistakes);
     mistakes.print();
     if (mistakes.any()) return EXIT_FAILURE;
+    if (percent != 100) scale(theme, percent);
     const std::string bytes = file_bytes(theme);
     Replacement replacement(file);
     replacement.write(bytes);

@@ -4,13 +4,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <vector>
 
 namespace tool {
 namespace {
 
-enum class Kind { number, color, font, rectangle, text };
+enum class Kind { number, length, color, font, rectangle, text };
 
 struct Known {
     std::string_view name;
@@ -18,25 +19,25 @@ struct Known {
 };
 
 constexpr Known known[] = {
-    {"application.caption.button.right.indent.horizontal", Kind::number},
+    {"application.caption.button.right.indent.horizontal", Kind::length},
     {"application.caption.color.background", Kind::color},
     {"application.caption.font", Kind::font},
-    {"application.caption.height", Kind::number},
+    {"application.caption.height", Kind::length},
     {"application.caption.text.uppercase", Kind::number},
     {"application.caption.title.position.landscape", Kind::rectangle},
     {"application.caption.title.position.portrait", Kind::rectangle},
     {"application.style", Kind::number},
     {"border.color", Kind::color},
-    {"border.radius", Kind::number},
-    {"border.size", Kind::number},
+    {"border.radius", Kind::length},
+    {"border.size", Kind::length},
     {"button.font.active", Kind::font},
     {"button.font.normal", Kind::font},
     {"context_menu.background.color.disabled", Kind::color},
     {"context_menu.background.color.normal", Kind::color},
     {"context_menu.background.style", Kind::number},
     {"context_menu.blackout", Kind::number},
-    {"context_menu.border.radius", Kind::number},
-    {"context_menu.border.size", Kind::number},
+    {"context_menu.border.radius", Kind::length},
+    {"context_menu.border.size", Kind::length},
     {"context_menu.bullet.show", Kind::number},
     {"context_menu.bullet.style", Kind::number},
     {"context_menu.font.disabled", Kind::font},
@@ -45,73 +46,73 @@ constexpr Known known[] = {
     {"context_menu.font.normal.color", Kind::color},
     {"context_menu.font.selected", Kind::font},
     {"context_menu.font.selected.color", Kind::color},
-    {"context_menu.item.border.indent.horizontal", Kind::number},
-    {"context_menu.item.border.indent.vertical", Kind::number},
-    {"context_menu.item.height", Kind::number},
+    {"context_menu.item.border.indent.horizontal", Kind::length},
+    {"context_menu.item.border.indent.vertical", Kind::length},
+    {"context_menu.item.height", Kind::length},
     {"context_menu.marker.color", Kind::color},
-    {"context_menu.marker.height", Kind::number},
-    {"context_menu.marker.indent.horizontal", Kind::number},
+    {"context_menu.marker.height", Kind::length},
+    {"context_menu.marker.indent.horizontal", Kind::length},
     {"context_menu.marker.style", Kind::number},
     {"context_menu.pointer.enable", Kind::number},
     {"context_menu.separator.color", Kind::color},
     {"context_menu.separator.frequency", Kind::number},
-    {"context_menu.separator.height", Kind::number},
-    {"context_menu.separator.indent.horizontal", Kind::number},
-    {"context_menu.separator.indent.vertical", Kind::number},
+    {"context_menu.separator.height", Kind::length},
+    {"context_menu.separator.indent.horizontal", Kind::length},
+    {"context_menu.separator.indent.vertical", Kind::length},
     {"context_menu.separator.style", Kind::number},
-    {"context_menu.title.height", Kind::number},
-    {"dialog.title.height", Kind::number},
-    {"dictionary.margin.left", Kind::number},
-    {"dictionary.margin.right", Kind::number},
+    {"context_menu.title.height", Kind::length},
+    {"dialog.title.height", Kind::length},
+    {"dictionary.margin.left", Kind::length},
+    {"dictionary.margin.right", Kind::length},
     {"header.color", Kind::color},
     {"header.font", Kind::font},
-    {"header.margin.left", Kind::number},
-    {"header.margin.right", Kind::number},
+    {"header.margin.left", Kind::length},
+    {"header.margin.right", Kind::length},
     {"hwconfig", Kind::text},
     {"menu.color.disabled", Kind::color},
     {"menu.color.normal", Kind::color},
     {"menu.color.selected", Kind::color},
     {"menu.font.active", Kind::font},
     {"menu.font.normal", Kind::font},
-    {"pager.element.left.width", Kind::number},
-    {"pager.element.page.width", Kind::number},
-    {"pager.element.right.width", Kind::number},
+    {"pager.element.left.width", Kind::length},
+    {"pager.element.page.width", Kind::length},
+    {"pager.element.right.width", Kind::length},
     {"pager.font", Kind::font},
-    {"pager.height", Kind::number},
-    {"pager.indent.horizontal", Kind::number},
+    {"pager.height", Kind::length},
+    {"pager.indent.horizontal", Kind::length},
     {"panel_position", Kind::number},
     {"popup.caption.font", Kind::font},
     {"popup.dialog.caption.to.upper", Kind::number},
     {"selection.background.color", Kind::color},
     {"selection.background.style", Kind::number},
-    {"selection.border.radius", Kind::number},
-    {"selection.border.size", Kind::number},
-    {"selection.indent.horizontal", Kind::number},
-    {"selection.indent.left", Kind::number},
-    {"selection.indent.right", Kind::number},
+    {"selection.border.radius", Kind::length},
+    {"selection.border.size", Kind::length},
+    {"selection.indent.horizontal", Kind::length},
+    {"selection.indent.left", Kind::length},
+    {"selection.indent.right", Kind::length},
     {"selection.style", Kind::number},
     {"separator.color", Kind::color},
-    {"separator.size", Kind::number},
+    {"separator.size", Kind::length},
     {"taskmgr.background_style", Kind::number},
     {"taskmgr.border.color", Kind::color},
-    {"taskmgr.border.size", Kind::number},
-    {"taskmgr.button.exit.indent.horizontal", Kind::number},
-    {"taskmgr.indent_from_border", Kind::number},
+    {"taskmgr.border.size", Kind::length},
+    {"taskmgr.button.exit.indent.horizontal", Kind::length},
+    {"taskmgr.indent_from_border", Kind::length},
     {"taskmgr.profile.font", Kind::font},
-    {"taskmgr.profile.height", Kind::number},
+    {"taskmgr.profile.height", Kind::length},
     {"taskmgr.profile.present", Kind::number},
     {"taskmgr.separator.color", Kind::color},
-    {"taskmgr.separator.size", Kind::number},
+    {"taskmgr.separator.size", Kind::length},
     {"taskmgr.shortcut.font", Kind::font},
-    {"taskmgr.shortcut.height", Kind::number},
-    {"taskmgr.shortcut.width", Kind::number},
+    {"taskmgr.shortcut.height", Kind::length},
+    {"taskmgr.shortcut.width", Kind::length},
     {"taskmgr.style", Kind::number},
     {"taskmgr.task.font", Kind::font},
-    {"taskmgr.task.height", Kind::number},
+    {"taskmgr.task.height", Kind::length},
     {"taskmgr.task.title.font", Kind::font},
     {"taskmgr.title.font", Kind::font},
-    {"taskmgr.title.height", Kind::number},
-    {"taskmgr.width", Kind::number},
+    {"taskmgr.title.height", Kind::length},
+    {"taskmgr.width", Kind::length},
     {"title.style", Kind::number},
     {"use_dithering", Kind::number},
     {"window.color", Kind::color},
@@ -184,6 +185,45 @@ std::string rectangle_fault(std::string_view value) {
     return other_flags ? "a flag is none of B C D E F L M R S V" : "";
 }
 
+std::string scaled_number(std::string_view text, int percent, int base) {
+    const long value = std::strtol(std::string(text).c_str(), nullptr, base);
+    const int64_t scaled = (int64_t{value} * percent + (value < 0 ? -50 : 50)) / 100;
+    // What is thin stays visible.
+    return std::to_string(value > 0 ? std::max<int64_t>(scaled, 1) : scaled);
+}
+
+// A size that counts from the far edge, which -1 reaches.
+std::string scaled_size(std::string_view text, int percent) {
+    const long value = std::strtol(std::string(text).c_str(), nullptr, 0);
+    if (value >= 0) return scaled_number(text, percent, 0);
+    return std::to_string(std::stol(scaled_number(std::to_string(value + 1), percent, 10)) - 1);
+}
+
+std::string joined(const std::vector<std::string> &parts) {
+    std::string text;
+    for (const std::string &part : parts) {
+        if (!text.empty()) text += ',';
+        text += part;
+    }
+    return text;
+}
+
+std::string scaled_font(std::string_view value, int percent) {
+    const auto given = fields(value);
+    std::vector<std::string> parts(given.begin(), given.end());
+    if (parts.size() < 2) parts.emplace_back("12"); // the size without one
+    parts[1] = scaled_number(parts[1], percent, 10);
+    return joined(parts);
+}
+
+std::string scaled_rectangle(std::string_view value, int percent) {
+    const auto given = fields(value);
+    std::vector<std::string> parts(given.begin(), given.end());
+    for (size_t i = 0; i < std::min<size_t>(parts.size(), 4); ++i)
+        parts[i] = i < 2 ? scaled_number(parts[i], percent, 0) : scaled_size(parts[i], percent);
+    return joined(parts);
+}
+
 // Letters to insert, to drop or to replace before one text becomes the other.
 size_t distance(std::string_view a, std::string_view b) {
     std::vector<size_t> row(b.size() + 1);
@@ -214,6 +254,7 @@ std::string value_fault(std::string_view name, std::string_view value) {
     std::string fault;
     switch (parameter->kind) {
     case Kind::number:
+    case Kind::length:
         return is_number(value, INT_MIN, INT_MAX, 0)
                    ? ""
                    : quoted(value) + "is not a number; write one such as 12 or 0x0C";
@@ -232,6 +273,24 @@ std::string value_fault(std::string_view name, std::string_view value) {
         break;
     }
     return {};
+}
+
+std::string scaled_value(std::string_view name, std::string_view value, int percent) {
+    const Known *parameter = find(name);
+    const Kind kind = parameter == nullptr || value.empty() ? Kind::text : parameter->kind;
+    switch (kind) {
+    case Kind::length:
+        return scaled_number(value, percent, 0);
+    case Kind::font:
+        return scaled_font(value, percent);
+    case Kind::rectangle:
+        return scaled_rectangle(value, percent);
+    case Kind::number:
+    case Kind::color:
+    case Kind::text:
+        break;
+    }
+    return std::string(value);
 }
 
 std::string probably_meant(std::string_view name) {

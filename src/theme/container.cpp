@@ -10,6 +10,8 @@ namespace theme {
 namespace {
 
 constexpr size_t spare_bytes = 4;
+// Most themes are read whole at once.
+constexpr size_t head_size = 16 << 10;
 
 uint32_t read_u32(std::string_view bytes, size_t at) {
     uint32_t value = 0;
@@ -24,14 +26,6 @@ std::string to_lower(std::string_view name) {
     return lower;
 }
 
-// Bytes of the file, all of them or none.
-std::string read_at(std::FILE *file, uint32_t offset, size_t size) {
-    std::string bytes(size, '\0');
-    errno = 0; // a seek takes an old EIO for its own
-    if (kv_fseek(file, offset, SEEK_SET) != 0) return {};
-    return kv_fread(bytes.data(), 1, size, file) == size ? bytes : std::string();
-}
-
 } // namespace
 
 std::unique_ptr<Container> Container::open(const std::string &path) {
@@ -39,18 +33,37 @@ std::unique_ptr<Container> Container::open(const std::string &path) {
     return std::unique_ptr<Container>(file ? new Container(file) : nullptr);
 }
 
-bool Container::read_header() {
-    errno = 0;
+// Reads the start of the file, and finds its size.
+bool Container::read_head() {
+    head_.resize(head_size);
+    head_.resize(kv_fread(head_.data(), 1, head_size, file_.get()));
+    file_size_ = head_.size();
+    if (file_size_ < head_size) return true;
+    errno = 0; // a seek takes an old EIO for its own
     if (kv_fseek(file_.get(), 0, SEEK_END) != 0) return false;
     file_size_ = static_cast<uint64_t>(std::max(kv_ftell(file_.get()), 0L));
-    const std::string fixed = read_at(file_.get(), 0, file_fixed_size);
+    return true;
+}
+
+// Bytes of the file, all of them or none.
+std::string Container::read_at(uint32_t offset, size_t size) const {
+    if (offset <= head_.size() && size <= head_.size() - offset) return head_.substr(offset, size);
+    std::string bytes(size, '\0');
+    errno = 0;
+    if (kv_fseek(file_.get(), offset, SEEK_SET) != 0) return {};
+    return kv_fread(bytes.data(), 1, size, file_.get()) == size ? bytes : std::string();
+}
+
+bool Container::read_header() {
+    if (!read_head()) return false;
+    const std::string fixed = read_at(0, file_fixed_size);
     if (!fixed.starts_with(file_magic) || fixed[file_magic.size()] != file_version) return false;
     header_size_ = read_u32(fixed, 16);
     if (header_size_ < file_fixed_size ||
         header_size_ > std::min<uint64_t>(file_size_, largest_header))
         return false;
     parameters_ = {read_u32(fixed, 20), read_u32(fixed, 24), read_u32(fixed, 28)};
-    const std::string header = read_at(file_.get(), 0, header_size_);
+    const std::string header = read_at(0, header_size_);
     if (header.empty()) return false;
     read_index(std::string_view(header).substr(file_fixed_size));
     return true;
@@ -106,7 +119,7 @@ Block Container::unpack(std::string_view name, uint32_t most) const {
 }
 
 Block Container::unpack(const Packed &entry) const {
-    const std::string packed = read_at(file_.get(), entry.offset, entry.packed_size);
+    const std::string packed = read_at(entry.offset, entry.packed_size);
     if (packed.size() != entry.packed_size) return {};
     Block block{std::unique_ptr<uint8_t, Free>(
                     static_cast<uint8_t *>(std::malloc(entry.unpacked_size + spare_bytes))),

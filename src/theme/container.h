@@ -70,12 +70,15 @@ class Container {
     };
 
     explicit Container(std::FILE *file) : file_(file) {}
+    bool read_head();
+    std::string read_at(uint32_t offset, size_t size) const;
     void read_index(std::string_view index);
     void add(std::string_view name, const Packed &entry);
     bool is_inside(const Packed &entry) const;
     Block unpack(const Packed &entry) const;
 
     std::unique_ptr<std::FILE, Close> file_;
+    std::string head_; // the start of the file
     uint64_t file_size_ = 0;
     uint32_t header_size_ = 0;
     Packed parameters_{};

@@ -45,16 +45,18 @@ const char *find_value(const char *name) {
 } // namespace
 
 void make_font_folder() {
-    if (mkdir("./system/tmp", open_to_all) == 0 || errno == EEXIST) mkdir(folder, open_to_all);
+    if (mkdir(folder, open_to_all) == 0 || errno != ENOENT) return;
+    if (mkdir("./system/tmp", open_to_all) == 0) mkdir(folder, open_to_all);
 }
 
 void drop_extracted_fonts() {
     std::error_code error;
+    bool dropped = false;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
         std::error_code ignored;
-        if (!at->is_directory(ignored)) fs::remove(at->path(), ignored);
+        if (!at->is_directory(ignored)) dropped |= fs::remove(at->path(), ignored);
     }
-    text::forget_faces_in(full_path(folder) + "/");
+    if (dropped) text::forget_faces_in(full_path(folder) + "/");
 }
 
 std::string extract_font(const std::string &face) {

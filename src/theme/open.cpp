@@ -138,7 +138,7 @@ void OpenTheme(const char *name) {
     } catch (const std::bad_alloc &) {
         // What was read before memory ran out stays.
     }
-    theme::load_ui_parameters();
+    theme::drop_ui_parameters(); // the new theme's are loaded when something asks
 }
 
 int IsResourcePresent(const char *name) try {

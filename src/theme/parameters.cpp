@@ -61,11 +61,6 @@ void drop_ui_parameters() {
     parameters.reset();
 }
 
-void load_ui_parameters() {
-    drop_ui_parameters();
-    parameters = load();
-}
-
 const UiParameters &ui_parameters() {
     if (!parameters) parameters = load();
     return *parameters;

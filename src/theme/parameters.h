@@ -47,7 +47,7 @@ class Picture {
 
 enum class TitleStyle { standard = 0, low = 1 };
 
-// What most components need, loaded when a theme is opened.
+// What most components need of the open theme.
 struct UiParameters {
     TitleStyle title_style;
     ifont *window_font, *header_font;
@@ -59,8 +59,7 @@ struct UiParameters {
     Picture button_back, button_prev, button_next;
 };
 
-void load_ui_parameters();
-// Loads them at the first use.
+// Loaded at the first use after a theme was opened.
 const UiParameters &ui_parameters();
 // Closes the fonts and frees the pictures.
 void drop_ui_parameters();

@@ -217,7 +217,8 @@ const char *GetLangTextF(const char *format, ...) {
     const char *text = GetLangText(key);
     if (text != key) return text;
     static char kept[key_buffer]; // an argument may lie in it, so nothing is formatted there
-    return std::strcpy(kept, key);
+    std::snprintf(kept, sizeof kept, "%s", key);
+    return kept;
 }
 
 const char *GetLangTextPlural(const char *key, int n) {

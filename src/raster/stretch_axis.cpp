@@ -118,15 +118,16 @@ void finish_rows(const uint32_t *sums, size_t count, int16_t *out) {
 #ifdef __SSE2__
 namespace {
 
-// Products of two neighbouring pixels' next four taps, added up in pairs.
-__m128i products(const int16_t *in0, const int16_t *in1, const uint16_t *weights0,
-                 const uint16_t *weights1) {
-    const auto pair = [](const auto *low, const auto *high) {
-        const __m128i half = _mm_loadl_epi64(reinterpret_cast<const __m128i *>(low));
-        return _mm_castpd_si128(
-            _mm_loadh_pd(_mm_castsi128_pd(half), reinterpret_cast<const double *>(high)));
-    };
-    return _mm_madd_epi16(pair(in0, in1), pair(weights0, weights1));
+// Two pairs of four 16-bit values from anywhere.
+template <class Value>
+__m128i load_pair(const Value *low, const Value *high) {
+    const __m128i half = _mm_loadl_epi64(reinterpret_cast<const __m128i *>(low));
+    return _mm_castpd_si128(
+        _mm_loadh_pd(_mm_castsi128_pd(half), reinterpret_cast<const double *>(high)));
+}
+
+__m128i load(const uint16_t *values) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i *>(values));
 }
 
 // The four sums of neighbouring pairs.
@@ -136,12 +137,31 @@ __m128i add_pairs(__m128i a, __m128i b) {
                          _mm_castps_si128(_mm_shuffle_ps(x, y, _MM_SHUFFLE(3, 1, 3, 1))));
 }
 
+// Four pixels from the sums of their products, each in two parts.
+void put_four(__m128i low, __m128i high, int16_t *out) {
+    const __m128i sums = _mm_add_epi32(add_pairs(low, high), _mm_set1_epi32(columns_one / 2));
+    const __m128i values = _mm_srai_epi32(sums, 14);
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(out), _mm_packs_epi32(values, values));
+}
+
+// As many pixels with four taps as there are whole groups of four.
+size_t blend_four_taps(const StretchAxis &axis, const int16_t *in, int16_t *out) {
+    const size_t count = axis.first.size() / 4 * 4;
+    const int *first = axis.first.data();
+    const uint16_t *weights = axis.weights.data();
+    for (size_t i = 0; i < count; i += 4, weights += 16)
+        put_four(_mm_madd_epi16(load_pair(in + first[i], in + first[i + 1]), load(weights)),
+                 _mm_madd_epi16(load_pair(in + first[i + 2], in + first[i + 3]), load(weights + 8)),
+                 out + i);
+    return count;
+}
+
 } // namespace
 
 // Four pixels at a time: compilers do not make vectors of reads that start anywhere.
 void blend_columns(const StretchAxis &axis, const int16_t *in, int16_t *out) {
     const size_t count = axis.first.size(), taps = static_cast<size_t>(axis.taps);
-    for (size_t i = 0; i < count; i += 4) {
+    for (size_t i = taps == 4 ? blend_four_taps(axis, in, out) : 0; i < count; i += 4) {
         const int16_t *from[4];
         const uint16_t *weights[4];
         for (size_t j = 0; j < 4; ++j) {
@@ -151,14 +171,14 @@ void blend_columns(const StretchAxis &axis, const int16_t *in, int16_t *out) {
         }
         __m128i low = _mm_setzero_si128(), high = low;
         for (size_t k = 0; k < taps; k += column_group) {
-            low = _mm_add_epi32(low,
-                                products(from[0] + k, from[1] + k, weights[0] + k, weights[1] + k));
-            high = _mm_add_epi32(
-                high, products(from[2] + k, from[3] + k, weights[2] + k, weights[3] + k));
+            const auto add = [k](__m128i sum, const int16_t *const *in2, const uint16_t *const *w) {
+                return _mm_add_epi32(sum, _mm_madd_epi16(load_pair(in2[0] + k, in2[1] + k),
+                                                         load_pair(w[0] + k, w[1] + k)));
+            };
+            low = add(low, from, weights);
+            high = add(high, from + 2, weights + 2);
         }
-        const __m128i sums = _mm_add_epi32(add_pairs(low, high), _mm_set1_epi32(columns_one / 2));
-        const __m128i values = _mm_srai_epi32(sums, 14);
-        _mm_storel_epi64(reinterpret_cast<__m128i *>(out + i), _mm_packs_epi32(values, values));
+        put_four(low, high, out + i);
     }
 }
 #else

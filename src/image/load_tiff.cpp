@@ -9,12 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include <tiffio.h>
-
 #include "file/storage.h"
 #include "ground/log.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
+#include "image/tiff_library.h"
 #include "kelvane/pictures.h"
 #include "raster/bitmap_rows.h"
 #include "raster/pixels.h"
@@ -25,13 +24,18 @@ using namespace image;
 
 constexpr const char *function = "LoadTIFF";
 
+// It is there once a file is open.
+const TiffLibrary &libtiff() {
+    return *tiff_library();
+}
+
 struct TiffClose {
-    void operator()(TIFF *tiff) const { TIFFClose(tiff); }
+    void operator()(TIFF *tiff) const { libtiff().TIFFClose(tiff); }
 };
 using TiffPtr = std::unique_ptr<TIFF, TiffClose>;
 
 struct OptionsFree {
-    void operator()(TIFFOpenOptions *options) const { TIFFOpenOptionsFree(options); }
+    void operator()(TIFFOpenOptions *options) const { libtiff().TIFFOpenOptionsFree(options); }
 };
 
 // What libtiff has to say stays unsaid: a loader has its own messages.
@@ -40,13 +44,14 @@ int keep_silent(TIFF *, void *, const char *, const char *, va_list) {
 }
 
 TiffPtr open(const char *path) {
-    const std::unique_ptr<TIFFOpenOptions, OptionsFree> options(TIFFOpenOptionsAlloc());
+    if (tiff_library() == nullptr) return nullptr;
+    const std::unique_ptr<TIFFOpenOptions, OptionsFree> options(libtiff().TIFFOpenOptionsAlloc());
     if (options == nullptr) throw std::bad_alloc();
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes);
-    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_silent, nullptr);
-    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keep_silent, nullptr);
+    libtiff().TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes);
+    libtiff().TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_silent, nullptr);
+    libtiff().TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keep_silent, nullptr);
     safe_wait(path);
-    return TiffPtr(TIFFOpenExt(path, "rM", options.get()));
+    return TiffPtr(libtiff().TIFFOpenExt(path, "rM", options.get()));
 }
 
 enum class Rows {
@@ -78,12 +83,12 @@ Rows Header::rows() const {
 
 Header read_header(TIFF *tiff) {
     Header h;
-    TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &h.width);
-    TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &h.height);
-    TIFFGetFieldDefaulted(tiff, TIFFTAG_BITSPERSAMPLE, &h.bits);
-    TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &h.compression);
-    h.scanline = TIFFScanlineSize(tiff);
-    h.tiled = TIFFIsTiled(tiff) != 0;
+    libtiff().TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &h.width);
+    libtiff().TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &h.height);
+    libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_BITSPERSAMPLE, &h.bits);
+    libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &h.compression);
+    h.scanline = libtiff().TIFFScanlineSize(tiff);
+    h.tiled = libtiff().TIFFIsTiled(tiff) != 0;
     return h;
 }
 
@@ -100,9 +105,9 @@ bool is_bounded(uint16_t compression) {
 // Strips may name the same bytes over and over. There are no more of them than rows.
 bool has_bounded_strips(TIFF *tiff) {
     uint64_t sum = 0;
-    const uint32_t count = TIFFNumberOfStrips(tiff);
+    const uint32_t count = libtiff().TIFFNumberOfStrips(tiff);
     for (uint32_t i = 0; i < count && sum <= max_decoded_bytes; ++i)
-        sum += std::min<uint64_t>(TIFFGetStrileByteCount(tiff, i), max_decoded_bytes + 1);
+        sum += std::min<uint64_t>(libtiff().TIFFGetStrileByteCount(tiff, i), max_decoded_bytes + 1);
     return sum <= max_decoded_bytes;
 }
 
@@ -110,14 +115,15 @@ bool has_bounded_strips(TIFF *tiff) {
 bool has_bounded_scans(TIFF *tiff, const Header &h) {
     if (h.compression != COMPRESSION_JPEG || h.tiled) return true;
     uint32_t rows = h.height;
-    TIFFGetFieldDefaulted(tiff, TIFFTAG_ROWSPERSTRIP, &rows);
+    libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_ROWSPERSTRIP, &rows);
     const int64_t strip_area = int64_t{h.width} * std::min(rows, h.height);
     constexpr std::string_view scan_marker = "\xff\xda";
     int64_t area = 0;
     std::string raw;
-    for (uint32_t i = 0; i < TIFFNumberOfStrips(tiff); ++i) {
-        raw.resize(TIFFGetStrileByteCount(tiff, i));
-        if (TIFFReadRawStrip(tiff, i, raw.data(), static_cast<tmsize_t>(raw.size())) < 0) break;
+    for (uint32_t i = 0; i < libtiff().TIFFNumberOfStrips(tiff); ++i) {
+        raw.resize(libtiff().TIFFGetStrileByteCount(tiff, i));
+        if (libtiff().TIFFReadRawStrip(tiff, i, raw.data(), static_cast<tmsize_t>(raw.size())) < 0)
+            break;
         for (size_t at = 0; (at = raw.find(scan_marker, at)) != raw.npos; ++at) area += strip_area;
     }
     return area <= max_scanned_area;
@@ -151,7 +157,8 @@ bool read_rows(TIFF *tiff, const Header &h, Pipeline &pipeline) {
     const Rows kind = h.rows();
     std::vector<uint8_t> raw(static_cast<size_t>(h.scanline));
     for (uint32_t y = 0; y < h.height; ++y) {
-        if (kind != Rows::unknown && TIFFReadScanline(tiff, raw.data(), y, 0) != 1) return false;
+        if (kind != Rows::unknown && libtiff().TIFFReadScanline(tiff, raw.data(), y, 0) != 1)
+            return false;
         if (pipeline.row_is_used()) to_grey(kind, h, raw.data(), pipeline.row());
         pipeline.row_done();
     }

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "image/tiff_library.h"
+
+#include <dlfcn.h>
+#include <optional>
+
+namespace image {
+namespace {
+
+// Never closed: an application that loads one TIFF file loads others.
+class Loader {
+  public:
+    explicit Loader(const char *name) : handle_(dlopen(name, RTLD_NOW | RTLD_LOCAL)) {}
+    template <class Function>
+    void find(Function *&function, const char *name) {
+        function = handle_ ? reinterpret_cast<Function *>(dlsym(handle_, name)) : nullptr;
+        is_whole_ = is_whole_ && function;
+    }
+    bool is_whole() const { return is_whole_; }
+
+  private:
+    void *handle_;
+    bool is_whole_ = true;
+};
+
+std::optional<TiffLibrary> load() {
+    TiffLibrary tiff{};
+    Loader loader(KELVANE_LIBTIFF);
+    loader.find(tiff.TIFFClose, "TIFFClose");
+    loader.find(tiff.TIFFGetField, "TIFFGetField");
+    loader.find(tiff.TIFFGetFieldDefaulted, "TIFFGetFieldDefaulted");
+    loader.find(tiff.TIFFGetStrileByteCount, "TIFFGetStrileByteCount");
+    loader.find(tiff.TIFFIsTiled, "TIFFIsTiled");
+    loader.find(tiff.TIFFNumberOfStrips, "TIFFNumberOfStrips");
+    loader.find(tiff.TIFFOpenExt, "TIFFOpenExt");
+    loader.find(tiff.TIFFOpenOptionsAlloc, "TIFFOpenOptionsAlloc");
+    loader.find(tiff.TIFFOpenOptionsFree, "TIFFOpenOptionsFree");
+    loader.find(tiff.TIFFOpenOptionsSetErrorHandlerExtR, "TIFFOpenOptionsSetErrorHandlerExtR");
+    loader.find(tiff.TIFFOpenOptionsSetMaxSingleMemAlloc, "TIFFOpenOptionsSetMaxSingleMemAlloc");
+    loader.find(tiff.TIFFOpenOptionsSetWarningHandlerExtR, "TIFFOpenOptionsSetWarningHandlerExtR");
+    loader.find(tiff.TIFFReadRawStrip, "TIFFReadRawStrip");
+    loader.find(tiff.TIFFReadScanline, "TIFFReadScanline");
+    loader.find(tiff.TIFFScanlineSize, "TIFFScanlineSize");
+    return loader.is_whole() ? std::optional(tiff) : std::nullopt;
+}
+
+} // namespace
+
+const TiffLibrary *tiff_library() {
+    static const std::optional<TiffLibrary> tiff = load();
+    return tiff ? &*tiff : nullptr;
+}
+
+} // namespace image

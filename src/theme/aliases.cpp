@@ -2,8 +2,10 @@
 // Parameters that name other parameters, or a setting in a configuration file.
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <new>
 #include <string>
+#include <system_error>
 
 #include "kelvane/config.h"
 #include "kelvane/theme.h"
@@ -30,16 +32,18 @@ std::string follow(const char *name) {
     return text;
 }
 
-// ":FILE:KEY[:DEFAULT]"
+// ":FILE:KEY[:DEFAULT]". No theme makes the folders of a file that is not there, as opening it
+// would, or waits at a pipe.
 bool read_setting(const std::string &place, char *out, int outlen) {
     const size_t key = place.find(':', 1);
     if (key == place.npos) return false;
-    const size_t deflt = std::min(place.find(':', key + 1), place.size());
+    const size_t end = std::min(place.find(':', key + 1), place.size());
+    const char *deflt = end < place.size() ? place.c_str() + end + 1 : "";
     const std::string file = place.substr(1, key - 1);
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) return copy_text(deflt, out, outlen);
     iconfig *config = OpenConfig(file.c_str(), nullptr);
-    const char *value = ReadString(config, place.substr(key + 1, deflt - key - 1).c_str(),
-                                   deflt < place.size() ? place.c_str() + deflt + 1 : "");
-    copy_text(value, out, outlen);
+    copy_text(ReadString(config, place.substr(key + 1, end - key - 1).c_str(), deflt), out, outlen);
     CloseConfigNoSave(config);
     return true;
 }

@@ -120,11 +120,14 @@ TEST(ThemeOfPartner, GoesFirst) {
 TEST_F(ThemeTest, AliasesAndStyles) {
     write_file("x.cfg", "key=value\n");
     open(ThemeFile("a=b\nb=c\nc=d\nd=e\ne=f\nself=self\nset=:x.cfg:key\nfall=:x.cfg:no:other\n"
-                   "bad=:x.cfg\nreader.application.style=2\nodd.application.style=7\n"));
+                   "bad=:x.cfg\ngone=:made/"
+                   "x.cfg:key:none\nreader.application.style=2\nodd.application.style=7\n"));
     const std::pair<const char *, const char *> names[] = {
         {"a", "e"},       {"d", "f"},        {"self", "self"},     {"unknown", "unknown"},
-        {"set", "value"}, {"fall", "other"}, {"bad", "(refused)"}, {nullptr, "(refused)"}};
+        {"set", "value"}, {"fall", "other"}, {"bad", "(refused)"}, {nullptr, "(refused)"},
+        {"gone", "none"}};
     for (auto [name, expected] : names) EXPECT_EQ(resolved(name), expected);
+    EXPECT_FALSE(fs::exists("made"));
     EXPECT_EQ(resolved("unknown", 4), "unk");
     EXPECT_EQ(resolved("a", 0), "(refused)");
     EXPECT_EQ(GetDefaultAppStyle(), 3);

@@ -85,8 +85,10 @@ typedef struct icontext_menu_properties_s {
 KELVANE_API char **EnumThemes(void);
 /**
  * Opens "./system/themes/NAME.tqt", or ".default.tqt" there, in place of the theme that is open,
- * and reloads what the library keeps of a theme. A file that is no theme leaves none open. Texts of
- * GetThemeString() end here; pictures and fonts stay with whom they were given to. Null is ignored.
+ * and drops the fonts, colours and buttons that the library keeps of a theme. The pieces of frames
+ * and borders and the look of the caption stay as they were at their first use, until the screen
+ * closes. A file that is no theme leaves none open. Texts of GetThemeString() end here; pictures
+ * and fonts stay with whom they were given to. Null is ignored.
  */
 KELVANE_API void OpenTheme(const char *name);
 
@@ -135,7 +137,7 @@ KELVANE_API void GetThemeRect(const char *name, irect *out, int x, int y, int w,
 
 /**
  * Follows a parameter that names another one, four names at most. A text ":FILE:KEY[:DEFAULT]" is
- * read from that configuration file.
+ * read from that configuration file; the default, or nothing, counts where there is no such file.
  * @param out gets at most @p outlen bytes, the ending NUL among them
  * @return 1; 0 for null arguments, an @p outlen below 1, or a text ":FILE" without a key
  */

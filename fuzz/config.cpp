@@ -31,7 +31,7 @@ values parse(std::string text, ihash h) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     ihash h = hash_new(101);
     const values first = parse(std::string(data, data + size), h);
-    const config::settings_text saved = config::format_settings(h);
+    const config::SettingsText saved = config::format_settings(h);
     const values second = parse(saved.text, h);
     if (saved.exact != (first == second)) std::abort(); // only a long value may be cut
     for (const auto &[name, value] : first)

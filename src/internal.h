@@ -29,7 +29,7 @@ struct ievent {
 };
 
 // State of one touch slot; `captured` is the slot held by a scrolled area, 0 when free.
-struct touch_slot_state {
+struct TouchSlot {
     int captured;
 };
 
@@ -89,7 +89,7 @@ struct kv_state {
 
     char **fontlist;
     int fontcount;
-    touch_slot_state *tsc; // touch_slots entries
+    TouchSlot *tsc; // touch_slots entries
     void *current_zface;
     unsigned touchdragdeadzone; // compared with a squared distance
     int panel_position;         // 1: the status panel is at the top

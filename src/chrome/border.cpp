@@ -155,7 +155,7 @@ void reset_borders() {
 
 void DrawBorder(const irect *r, int border_size, int style, int radius, int color) {
     if (!edges) edges = load_edges(color);
-    if (r == nullptr || Box(*r).empty()) return;
+    if (!r || Box(*r).empty()) return;
     const Box box(*r);
     const RoundCorners round = radius < 1 ? RoundCorners{} : round_corners(style);
     draw_bars(box, border_size, radius, round, color);

@@ -55,11 +55,11 @@ int GetCaptionHeight() {
 void DrawApplicationCaption(const char *title, const irect *rect) try {
     if (!enabled) return;
     const icaption_properties &p = properties();
-    const bool light_text = p.font != nullptr && p.font->color != 0;
+    const bool light_text = p.font && p.font->color != 0;
     FillArea(0, 0, ScreenWidth(), p.height, light_text ? BLACK : WHITE);
     DrawLine(0, p.height - 1, ScreenWidth() - 1, p.height - 1, BLACK);
-    if (title == nullptr) return;
-    const irect place = rect != nullptr ? *rect : title_place(p);
+    if (!title) return;
+    const irect place = rect ? *rect : title_place(p);
     const std::string text = p.uppercase != 0 ? text::upper_case(title) : title;
     const FontScope font(p.font);
     DrawTextRect2(&place, text.c_str());

@@ -168,11 +168,11 @@ void draw_title_text(const Box &box, const char *title) {
 void draw_title(const Box &f, const Pieces &p, const ibitmap *icon, const char *title) {
     int64_t x = f.x + p.margins.left + 5;
     const int64_t height = p.top.height();
-    if (icon != nullptr) {
+    if (icon) {
         DrawBitmap(saturated(x), saturated(f.y + (height - icon->height) / 2), icon);
         x += icon->width + 10;
     }
-    if (title != nullptr) draw_title_text({x, f.y, title_end(f, p) - x, height}, title);
+    if (title) draw_title_text({x, f.y, title_end(f, p) - x, height}, title);
 }
 
 bool contains(const irect &r, int x, int y) {
@@ -214,7 +214,7 @@ void DrawFrame(int x, int y, int w, int h, const ibitmap *icon, const char *titl
                irect *clientarea) try {
     const Box frame(x, y, w, h);
     const Pieces pieces = pieces_of(flags);
-    if (clientarea != nullptr) *clientarea = client_area(frame, pieces, flags);
+    if (clientarea) *clientarea = client_area(frame, pieces, flags);
     if (frame.empty()) return;
     lay_out_buttons(frame, flags, pieces);
     draw_pieces(frame, pieces);

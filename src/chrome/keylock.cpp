@@ -51,16 +51,16 @@ void reset_keylock() {
 
 bool show_keylock_icon() {
     if (!icon) icon.emplace("keylock");
-    if (!*icon || kvstate.framebuffer == nullptr) return false;
+    if (!*icon || !kvstate.framebuffer) return false;
     const ScreenScope screen;
     under_icon.reset(BitmapFromScreen(icon_left(), icon_top, icon->width(), icon->height()));
-    if (under_icon == nullptr) return false;
+    if (!under_icon) return false;
     DrawBitmap(icon_left(), icon_top, icon->get());
     return true;
 }
 
 void restore_under_keylock_icon() {
-    if (under_icon == nullptr || kvstate.framebuffer == nullptr) return;
+    if (!under_icon || !kvstate.framebuffer) return;
     const ScreenScope screen;
     DrawBitmap(icon_left(), icon_top, under_icon.get());
     under_icon.reset();

@@ -46,7 +46,7 @@ bool contains(const Box &box, int x, int y) {
 }
 
 void draw_icon(const Box &area, const ibitmap *icon) {
-    if (icon == nullptr) return;
+    if (!icon) return;
     DrawBitmap(saturated(area.x + (area.w - icon->width) / 2),
                saturated(area.y + (area.h - icon->height) / 2), icon);
 }
@@ -62,7 +62,7 @@ void draw_counter(const ipager &p, const Box &area) {
 // Dotted columns before x, as many as the separator is thick.
 void draw_separator(const ipager &p, const Box &at, int64_t x) {
     const icanvas *c = GetCanvas();
-    const int64_t end = c != nullptr ? std::min<int64_t>(x + p.separator_size, c->width) : x;
+    const int64_t end = c ? std::min<int64_t>(x + p.separator_size, c->width) : x;
     for (int64_t column = std::max<int64_t>(x, 0); column < end; ++column)
         DrawLineEx(static_cast<int>(column), saturated(at.y + 3), static_cast<int>(column),
                    saturated(at.y + at.h - 3), BLACK, 2);
@@ -139,7 +139,7 @@ void reset_pager() {
 } // namespace chrome
 
 void UpdatePager(ipager *p) {
-    if (p == nullptr) return;
+    if (!p) return;
     const int64_t width =
         int64_t{p->left_width} + p->page_width + p->rigth_width + 4 * separator(*p);
     const int64_t centred = (ScreenWidth() - width) / 2;
@@ -149,7 +149,7 @@ void UpdatePager(ipager *p) {
 }
 
 irect GetPagerRect(ipager *p) {
-    if (p == nullptr) {
+    if (!p) {
         if (!standard_pager) standard_pager = LoadPagerProperties();
         p = &*standard_pager;
     }
@@ -159,11 +159,11 @@ irect GetPagerRect(ipager *p) {
 }
 
 int GetPagerHeight(ipager *p) {
-    return p != nullptr && device_touchpanel() != 0 ? GetPagerRect(p).h : 0;
+    return p && device_touchpanel() != 0 ? GetPagerRect(p).h : 0;
 }
 
 void DrawPager(ipager *p) {
-    if (p == nullptr || p->height < 1) return;
+    if (!p || p->height < 1) return;
     const irect position = GetPagerRect(p);
     FillAreaRect(&position, WHITE);
     const Box at(position);
@@ -174,8 +174,7 @@ void DrawPager(ipager *p) {
 }
 
 int IsPagerEvent(ipager *p, int type, int x, int y) {
-    if (p == nullptr || p->height < 1 || !is_pointer_event(type) || device_touchpanel() == 0)
-        return 0;
+    if (!p || p->height < 1 || !is_pointer_event(type) || device_touchpanel() == 0) return 0;
     const Box at(GetPagerRect(p));
     return contains({at.x, at.y, at.w + 1, at.h + 1}, x, y) ? 1 : 0;
 }

@@ -24,7 +24,7 @@ struct LoadedStyle {
 std::optional<LoadedStyle> loaded;
 
 const iselection_style &style_of(const char *key) {
-    const auto wanted = key != nullptr ? std::optional<std::string>(key) : std::nullopt;
+    const auto wanted = key ? std::optional<std::string>(key) : std::nullopt;
     if (!loaded || loaded->key != wanted)
         loaded = LoadedStyle{wanted, LoadSelectionProperties(key)};
     return loaded->style;
@@ -41,7 +41,7 @@ Box marker_box(const irect &rect, const iselection_style &s) {
 void draw_underline(const Box &m, int size, int color) {
     const icanvas *c = GetCanvas();
     const int64_t bottom = m.y + m.h - 1;
-    const int64_t last = c != nullptr ? std::min<int64_t>(bottom, c->height - 1) : -1;
+    const int64_t last = c ? std::min<int64_t>(bottom, c->height - 1) : -1;
     for (int64_t y = std::max<int64_t>(bottom - size + 1, 0); y <= last; ++y) {
         const int64_t cut = bottom - y;
         DrawLine(saturated(m.x + cut), static_cast<int>(y), saturated(m.x + m.w - cut),
@@ -102,7 +102,7 @@ void draw_selection(const irect &rect, const iselection_style &style) {
 } // namespace chrome
 
 void DrawPickOutEx(const irect *rect, const char *key) try {
-    if (rect != nullptr) draw_selection(*rect, style_of(key));
+    if (rect) draw_selection(*rect, style_of(key));
 } catch (const std::bad_alloc &) {
 }
 

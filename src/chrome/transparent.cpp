@@ -66,9 +66,9 @@ void replace_levels(ibitmap &bm, int percent) {
 
 void Transparent(int x, int y, int w, int h, int percent) try {
     const icanvas *c = GetCanvas();
-    if (c == nullptr || c->depth != depth) return; // bytes hold no levels to replace
+    if (!c || c->depth != depth) return; // bytes hold no levels to replace
     const raster::BitmapPtr copy(BitmapFromScreen(x, y, w, h));
-    if (copy == nullptr || raster::depth_of(*copy) != depth) return;
+    if (!copy || raster::depth_of(*copy) != depth) return;
     chrome::replace_levels(*copy, percent);
     DrawBitmap(x, y, copy.get());
 } catch (const std::bad_alloc &) {

@@ -35,10 +35,10 @@ const char *find(iconfig *c, const char *name) {
 }
 
 void write(iconfig *c, const char *name, const char *value) {
-    const heap_string copy(strdup(name)); // the caller's may be a value that is replaced
+    const HeapString copy(strdup(name)); // the caller's may be a value that is replaced
     if (!copy) return;
     hash_add(c->modified_hash, copy.get(), value);
-    drop_deleted(static_cast<open_config *>(c), copy.get());
+    drop_deleted(static_cast<OpenedConfig *>(c), copy.get());
     c->changed = 1;
     hash_delete(c->vhash, copy.get());
 }
@@ -54,14 +54,14 @@ constexpr int buckets = 101;
 // A save that a kill cuts may leave the settings of two texts, which must be read again.
 constexpr int most_saved = most_settings / 2;
 
-struct handle_closer {
+struct HandleCloser {
     void operator()(iconfig *c) const { CloseConfigNoSave(c); }
 };
-using handle = std::unique_ptr<open_config, handle_closer>;
+using handle = std::unique_ptr<OpenedConfig, HandleCloser>;
 
 // An empty handle. Throws bad_alloc.
 handle make_handle(const char *path) {
-    handle c(new open_config{});
+    handle c(new OpenedConfig{});
     c->filename = strdup(path);
     c->hash = hash_new(buckets);
     c->vhash = hash_new(buckets);
@@ -73,7 +73,7 @@ handle make_handle(const char *path) {
 }
 
 // Puts a file's text in the place of `hash`. False when memory ran out or it is too much.
-bool take_over(open_config *c, const file_text &file) {
+bool take_over(OpenedConfig *c, const FileText &file) {
     if (c->known_text == std::string_view(file.bytes.get(), file.size)) return true;
     c->known_text.reset();
     hash_clear(c->hash);
@@ -83,18 +83,18 @@ bool take_over(open_config *c, const file_text &file) {
 }
 
 // Reads a file under a shared lock. Nothing when it cannot be read.
-std::optional<file_text> read_file(const char *path) {
+std::optional<FileText> read_file(const char *path) {
     kv_buildpath(path);
-    const locked_stream f = open_locked(path, access::read);
+    const LockedStream f = open_locked(path, Access::read);
     return f ? read_all(f.get()) : std::nullopt;
 }
 
 // The locked read, merge and write. Nothing is forgotten before the new text is complete.
-int save(open_config *c) {
+int save(OpenedConfig *c) {
     kv_buildpath(c->filename);
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]Save config %s", static_cast<int>(getpid()),
                   c->filename);
-    locked_stream f = open_locked(c->filename, access::rewrite);
+    LockedStream f = open_locked(c->filename, Access::rewrite);
     if (!f) return 0;
     const auto old = read_all(f.get());
     if (!old || !take_over(c, *old)) return 0;
@@ -102,7 +102,7 @@ int save(open_config *c) {
     if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
     apply_deletions(c);
     if (hash_count(c->hash) > most_saved) return 0;
-    settings_text now = format_settings(c->hash);
+    SettingsText now = format_settings(c->hash);
     if (now.text.size() > longest_text) return 0;
     clear_deleted(c);
     hash_clear(c->modified_hash);
@@ -113,7 +113,7 @@ int save(open_config *c) {
     return written;
 }
 
-int refresh(open_config *c) {
+int refresh(OpenedConfig *c) {
     const auto text = read_file(c->filename);
     if (!text) return 0;
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]marge changes in %s", static_cast<int>(getpid()),
@@ -126,9 +126,9 @@ int refresh(open_config *c) {
 }
 
 // The decimal text of an int.
-struct int_text {
+struct IntText {
     char text[16];
-    explicit int_text(int value) { std::snprintf(text, sizeof text, "%i", value); }
+    explicit IntText(int value) { std::snprintf(text, sizeof text, "%i", value); }
 };
 
 } // namespace
@@ -149,14 +149,14 @@ iconfig *GetGlobalConfig(void) {
 }
 
 int RefreshConfig(iconfig **handle) try {
-    return handle && *handle ? refresh(static_cast<open_config *>(*handle)) : 0;
+    return handle && *handle ? refresh(static_cast<OpenedConfig *>(*handle)) : 0;
 } catch (const std::bad_alloc &) {
     return 0;
 }
 
 int SaveConfig(iconfig *c) try {
     if (!c) return 0;
-    return c->changed ? save(static_cast<open_config *>(c)) : 1;
+    return c->changed ? save(static_cast<OpenedConfig *>(c)) : 1;
 } catch (const std::bad_alloc &) {
     return 0;
 }
@@ -171,7 +171,7 @@ void CloseConfigNoSave(iconfig *c) {
     hash_destroy(c->hash);
     hash_destroy(c->vhash);
     hash_destroy(c->modified_hash);
-    auto *own = static_cast<open_config *>(c);
+    auto *own = static_cast<OpenedConfig *>(c);
     if (c->deleted_keys) clear_deleted(own);
     std::free(c->deleted_keys);
     std::free(c->filename);
@@ -190,27 +190,27 @@ int ReadInt(iconfig *c, const char *name, int deflt) {
 
 void WriteString(iconfig *c, const char *name, const char *value) {
     if (!c || !name || !value) return;
-    if (const heap_string copy{strdup(value)}) write(c, name, copy.get());
+    if (const HeapString copy{strdup(value)}) write(c, name, copy.get());
 }
 
 void WriteInt(iconfig *c, const char *name, int value) {
-    if (c && name) write(c, name, int_text(value).text);
+    if (c && name) write(c, name, IntText(value).text);
 }
 
 void WriteStringVolatile(iconfig *c, const char *name, const char *value) {
     if (!c || !name || !value) return;
-    if (const heap_string copy{strdup(value)}) hash_add(c->vhash, name, copy.get());
+    if (const HeapString copy{strdup(value)}) hash_add(c->vhash, name, copy.get());
 }
 
 void WriteIntVolatile(iconfig *c, const char *name, int value) {
-    if (c && name) hash_add(c->vhash, name, int_text(value).text);
+    if (c && name) hash_add(c->vhash, name, IntText(value).text);
 }
 
 void DeleteString(iconfig *c, const char *name) try {
     if (!c || !name) return;
-    const heap_string copy(strdup(name));
+    const HeapString copy(strdup(name));
     if (!copy) return;
-    auto *own = static_cast<open_config *>(c);
+    auto *own = static_cast<OpenedConfig *>(c);
     push_deleted(own, copy.get());
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
     own->known_text.reset();
@@ -226,7 +226,7 @@ void DeleteInt(iconfig *c, const char *name) {
 void ClearConfig(iconfig *c) {
     if (!c) return;
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_clear(layer);
-    static_cast<open_config *>(c)->known_text.reset();
+    static_cast<OpenedConfig *>(c)->known_text.reset();
     c->changed = 1;
 }
 }

@@ -30,16 +30,16 @@ iconfigedit *convert(const oldconfigedit *old) {
 }
 
 // The tables that the walk is in, the innermost first.
-struct walk {
+struct Walk {
     const iconfigedit *table;
-    const walk *outer;
+    const Walk *outer;
 
     bool is_inside(const iconfigedit *other) const {
         return table == other || (outer && outer->is_inside(other));
     }
 };
 
-void add_table(const walk &here, ihash values) {
+void add_table(const Walk &here, ihash values) {
     for (const iconfigedit *row = here.table; row->type != 0; row++) {
         const int kind = row->type & kind_mask;
         if (kind == kind_nested && row->submenu && !here.is_inside(row->submenu))

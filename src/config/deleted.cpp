@@ -22,11 +22,11 @@ void make_room(iconfig *c, std::size_t n) {
 
 } // namespace
 
-void push_deleted(open_config *c, const char *name) {
+void push_deleted(OpenedConfig *c, const char *name) {
     if (c->deleted_slots.contains(name)) return;
     const std::size_t n = c->deleted_slots.size();
     make_room(c, n);
-    heap_string copy(strdup(name));
+    HeapString copy(strdup(name));
     if (!copy) throw std::bad_alloc();
     c->deleted_slots.emplace(copy.get(), n);
     c->deleted_keys[n] = copy.release();
@@ -34,24 +34,24 @@ void push_deleted(open_config *c, const char *name) {
 }
 
 // The last name takes the place of the one that goes.
-void drop_deleted(open_config *c, const char *name) {
+void drop_deleted(OpenedConfig *c, const char *name) {
     const auto found = c->deleted_slots.find(name);
     if (found == c->deleted_slots.end()) return;
     const std::size_t slot = found->second, last = c->deleted_slots.size() - 1;
-    const heap_string gone(c->deleted_keys[slot]);
+    const HeapString gone(c->deleted_keys[slot]);
     c->deleted_slots.erase(found);
     if (slot != last) c->deleted_slots[c->deleted_keys[last]] = slot;
     c->deleted_keys[slot] = c->deleted_keys[last];
     c->deleted_keys[last] = nullptr;
 }
 
-void clear_deleted(open_config *c) {
+void clear_deleted(OpenedConfig *c) {
     std::for_each_n(c->deleted_keys, c->deleted_slots.size(), std::free);
     c->deleted_slots.clear();
     c->deleted_keys[0] = nullptr;
 }
 
-void apply_deletions(open_config *c) {
+void apply_deletions(OpenedConfig *c) {
     if (c->deleted_slots.empty()) return;
     remove_items_if(c->hash, [&](const char *name) { return c->deleted_slots.contains(name); });
 }

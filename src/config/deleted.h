@@ -13,15 +13,15 @@ namespace config {
 inline constexpr std::size_t deleted_step = 101;
 
 // Adds a copy of a name, unless it is there. Throws bad_alloc and has changed nothing then.
-void push_deleted(open_config *c, const char *name);
+void push_deleted(OpenedConfig *c, const char *name);
 
 // Takes a name off the list. The name may be the list's own, which is freed.
-void drop_deleted(open_config *c, const char *name);
+void drop_deleted(OpenedConfig *c, const char *name);
 
 // Frees every name of the list; the array stays.
-void clear_deleted(open_config *c);
+void clear_deleted(OpenedConfig *c);
 
 // Takes the names of the list out of the file's values.
-void apply_deletions(open_config *c);
+void apply_deletions(OpenedConfig *c);
 
 } // namespace config

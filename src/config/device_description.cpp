@@ -18,7 +18,7 @@ constexpr const char *description_file = "./system/config/device.cfg";
 constexpr int line_buffer = 255;  // a longer line counts as several
 constexpr int most_lines = 10000; // a description has a few dozen
 
-struct closer {
+struct Closer {
     void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
 };
 
@@ -34,7 +34,7 @@ std::string_view trim_right(std::string_view text, unsigned char highest) {
     return text;
 }
 
-void add_line(std::forward_list<device_entry> &entries, std::string_view line) {
+void add_line(std::forward_list<DeviceEntry> &entries, std::string_view line) {
     const size_t equals = line.find('=');
     if (equals == line.npos) return;
     // Spaces at the end belong to a value, but not to a name.
@@ -44,9 +44,9 @@ void add_line(std::forward_list<device_entry> &entries, std::string_view line) {
 }
 
 // What device.cfg says. It is kept for ever: callers hold on to the values.
-const std::forward_list<device_entry> &description() {
+const std::forward_list<DeviceEntry> &description() {
     static const auto &entries =
-        *new std::forward_list<device_entry>(load_device_description(description_file));
+        *new std::forward_list<DeviceEntry>(load_device_description(description_file));
     return entries;
 }
 
@@ -58,17 +58,17 @@ const char *find_value(const char *name) try {
 
 } // namespace
 
-std::forward_list<device_entry> load_device_description(const char *path) {
-    std::forward_list<device_entry> entries;
-    const std::unique_ptr<std::FILE, closer> f(kv_fopen(path, "rbe"));
+std::forward_list<DeviceEntry> load_device_description(const char *path) {
+    std::forward_list<DeviceEntry> entries;
+    const std::unique_ptr<std::FILE, Closer> f(kv_fopen(path, "rbe"));
     char line[line_buffer];
     for (int i = 0; i < most_lines && kv_fgets(line, sizeof line, f.get()); i++)
         add_line(entries, line);
     return entries;
 }
 
-const char *find_in_description(const std::forward_list<device_entry> &entries, const char *name) {
-    const auto same = [name](const device_entry &e) {
+const char *find_in_description(const std::forward_list<DeviceEntry> &entries, const char *name) {
+    const auto same = [name](const DeviceEntry &e) {
         return strcasecmp(e.name.c_str(), name) == 0;
     };
     const auto found = std::find_if(entries.begin(), entries.end(), same);

@@ -7,15 +7,15 @@
 
 namespace config {
 
-struct device_entry {
+struct DeviceEntry {
     std::string name, value;
 };
 
 // The entries of a file's first 10,000 lines, the last one first; none when the file cannot be
 // read.
-std::forward_list<device_entry> load_device_description(const char *path);
+std::forward_list<DeviceEntry> load_device_description(const char *path);
 
 // The value of the first entry of that name, in any case of letters; null when there is none.
-const char *find_in_description(const std::forward_list<device_entry> &entries, const char *name);
+const char *find_in_description(const std::forward_list<DeviceEntry> &entries, const char *name);
 
 } // namespace config

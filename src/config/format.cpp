@@ -44,7 +44,7 @@ char take_escape(const char *&in) {
 }
 
 // Adds the setting of one line, which ends with a NUL.
-bool parse_line(char *line, hash_filler &values) {
+bool parse_line(char *line, HashFiller &values) {
     while (*line == ' ' || *line == '\t') line++;
     if (*line == '#') return true;
     char *equals = std::strchr(line, '=');
@@ -94,9 +94,9 @@ bool is_plain(std::string_view name) {
 }
 
 // Text in a buffer that grows by one step an item; a value that does not fit is cut.
-class writer {
+class Writer {
   public:
-    settings_text out;
+    SettingsText out;
     int items = 0;
 
     void append(std::string_view name, std::string_view value) {
@@ -131,7 +131,7 @@ int compare_names(const char *a, void *, const char *b, void *) {
 
 int append_item(const char *name, void *value, void *userdata) {
     if (!value) throw std::bad_alloc(); // a copy that failed: values are never null
-    static_cast<writer *>(userdata)->append(name, static_cast<const char *>(value));
+    static_cast<Writer *>(userdata)->append(name, static_cast<const char *>(value));
     return 0;
 }
 
@@ -150,7 +150,7 @@ void unescape(char *value) {
 
 bool parse_settings(char *text, size_t size, ihash values) {
     const int limit = hash_count(values) + most_settings;
-    hash_filler filler(values);
+    HashFiller filler(values);
     char *const end = text + size;
     for (char *line = text; line < end;) {
         auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
@@ -164,8 +164,8 @@ bool parse_settings(char *text, size_t size, ihash values) {
     return true;
 }
 
-settings_text format_settings(ihash values) {
-    writer w;
+SettingsText format_settings(ihash values) {
+    Writer w;
     hash_enumerate(values, compare_names, append_item, &w);
     if (w.items != hash_count(values)) throw std::bad_alloc();
     return std::move(w.out);

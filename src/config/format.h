@@ -20,13 +20,13 @@ inline constexpr int most_settings = 500'000;
 // settings; false or bad_alloc when memory runs out.
 bool parse_settings(char *text, size_t size, ihash values);
 
-struct settings_text {
+struct SettingsText {
     std::string text;
     bool exact = true; // it parses into the very values
 };
 
 // The lines of all values, sorted by name. Of a value that is much longer than 16 KiB only the
 // first part is written. Throws bad_alloc when the text would not hold every value.
-settings_text format_settings(ihash values);
+SettingsText format_settings(ihash values);
 
 } // namespace config

@@ -13,7 +13,7 @@
 namespace config {
 
 // Every handle is one of these.
-struct open_config : iconfig {
+struct OpenedConfig : iconfig {
     // The text that the last save wrote, as long as `hash` holds exactly its values: a save that
     // finds it in the file need not take it apart.
     std::optional<std::string> known_text;

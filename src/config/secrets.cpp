@@ -15,11 +15,11 @@ service_request cipher;
 
 // A string that the service turns into another one, in place. The byte behind the service's room
 // ends it in any case.
-struct message {
+struct Message {
     char text[enciphered_size + 1] = {};
     bool answered = false;
 
-    message(const char *value, size_t length, int request) {
+    Message(const char *value, size_t length, int request) {
         if (!cipher) return;
         std::memcpy(text, value, length);
         answered = cipher(request, 0, reinterpret_cast<unsigned char *>(text),
@@ -44,7 +44,7 @@ void WriteSecret(iconfig *c, const char *name, const char *value) {
     const size_t length = strnlen(value, longest_secret + 1);
     if (length > longest_secret) return;
     // What the service has not enciphered must not reach the file.
-    const message secret(value, length, REQUEST_ENCIPHER);
+    const Message secret(value, length, REQUEST_ENCIPHER);
     if (secret.answered) write(c, name, secret.text);
 }
 
@@ -54,7 +54,7 @@ char *ReadSecret(iconfig *c, const char *name, const char *deflt) {
     if (!value) return const_cast<char *>(deflt);
     const size_t length = std::strlen(value);
     if (length >= enciphered_size) return const_cast<char *>(value);
-    const message secret(value, length, REQUEST_DECIPHER);
+    const Message secret(value, length, REQUEST_DECIPHER);
     return secret.answered ? strdup(secret.text) : const_cast<char *>(deflt);
 }
 }

@@ -98,25 +98,25 @@ size_t untorn_size(const char *text, size_t size) {
 
 } // namespace
 
-void stream_closer::operator()(std::FILE *f) const {
+void StreamCloser::operator()(std::FILE *f) const {
     lock(f, LOCK_UN);
     kv_fclose_no_sync(f);
 }
 
-locked_stream open_locked(const char *path, access how) {
-    const char *mode = how == access::read ? "rbe" : "r+be";
+LockedStream open_locked(const char *path, Access how) {
+    const char *mode = how == Access::read ? "rbe" : "r+be";
     std::FILE *f = kv_fopen(path, mode);
-    if (!f && how == access::rewrite) {
+    if (!f && how == Access::rewrite) {
         create(path);
         f = kv_fopen(path, mode);
     }
     if (!f) return nullptr;
     std::setvbuf(f, nullptr, _IONBF, 0); // each write is one system call
-    lock(f, how == access::read ? LOCK_SH : LOCK_EX);
-    return locked_stream(f);
+    lock(f, how == Access::read ? LOCK_SH : LOCK_EX);
+    return LockedStream(f);
 }
 
-std::optional<file_text> read_all(std::FILE *f) {
+std::optional<FileText> read_all(std::FILE *f) {
     struct stat st;
     if (fstat(fileno(f), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
     if (st.st_size > static_cast<off_t>(longest_file)) return std::nullopt;
@@ -124,7 +124,7 @@ std::optional<file_text> read_all(std::FILE *f) {
     auto bytes = std::make_unique_for_overwrite<char[]>(size + 1);
     if (size > 0 && kv_fread(bytes.get(), 1, size, f) != size) return std::nullopt;
     const size_t untorn = untorn_size(bytes.get(), size);
-    return file_text{std::move(bytes), untorn};
+    return FileText{std::move(bytes), untorn};
 }
 
 bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string> &old,
@@ -138,7 +138,7 @@ bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string
     return written && resize(f, text.size());
 }
 
-void sync_and_close(locked_stream f) {
+void sync_and_close(LockedStream f) {
     lock(f.get(), LOCK_UN);
     kv_fclose(f.release());
 }

@@ -10,7 +10,7 @@
 namespace config {
 
 // The bytes of a file, with room for one more behind them.
-struct file_text {
+struct FileText {
     std::unique_ptr<char[]> bytes;
     size_t size = 0;
 };
@@ -21,21 +21,21 @@ inline constexpr size_t longest_file = size_t{32} << 20;
 // A longer text is not written: a save that a kill cuts may leave two texts in the file.
 inline constexpr size_t longest_text = longest_file / 2 - 1;
 
-struct stream_closer {
+struct StreamCloser {
     void operator()(std::FILE *f) const; // releases the lock; does not sync
 };
 // An open and locked configuration file.
-using locked_stream = std::unique_ptr<std::FILE, stream_closer>;
+using LockedStream = std::unique_ptr<std::FILE, StreamCloser>;
 
-enum class access { read, rewrite };
+enum class Access { read, rewrite };
 
 // Opens a file under a shared lock to read it, under an exclusive one to rewrite it; the latter
 // creates the file when it is missing. Waits for the lock. Null when the file cannot be opened.
-locked_stream open_locked(const char *path, access how);
+LockedStream open_locked(const char *path, Access how);
 
 // The file's text; nothing when it cannot be read or is too long. A last line that has no line feed
 // but a NUL was torn by a crash and is left out. Throws bad_alloc.
-std::optional<file_text> read_all(std::FILE *f);
+std::optional<FileText> read_all(std::FILE *f);
 
 // Puts `text`, of at most `longest_text`, in the place of the `old_size` bytes that were read. A
 // process killed on the way leaves a file that reads as the old settings, the new ones, or some of
@@ -45,6 +45,6 @@ bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string
                   const std::string &text);
 
 // Releases the lock, then syncs the file to the disk and closes it.
-void sync_and_close(locked_stream f);
+void sync_and_close(LockedStream f);
 
 } // namespace config

@@ -46,14 +46,14 @@ std::string state_path(std::string_view book, char kind) {
     return state;
 }
 
-enum class purpose { find, create };
+enum class Purpose { find, create };
 
-char *associated_file(const char *path, char kind, purpose why) {
+char *associated_file(const char *path, char kind, Purpose why) {
     if (!path || !*path || !is_kind(kind)) return nullptr;
     try {
         const std::string state = state_path(path, kind);
         struct stat st;
-        if (why == purpose::create)
+        if (why == Purpose::create)
             kv_buildpath(state.c_str());
         else if (kv_stat(state.c_str(), &st) != 0)
             return nullptr;
@@ -68,11 +68,11 @@ char *associated_file(const char *path, char kind, purpose why) {
 extern "C" {
 
 char *CheckAssociatedFile(const char *path, char kind) {
-    return associated_file(path, kind, purpose::find);
+    return associated_file(path, kind, Purpose::find);
 }
 
 char *GetAssociatedFile(const char *path, char kind) {
-    return associated_file(path, kind, purpose::create);
+    return associated_file(path, kind, Purpose::create);
 }
 
 } // extern "C"

@@ -23,9 +23,9 @@ bool copy_stream(FILE *from, FILE *to) {
 template <class Action>
 void for_each_associated(const char *from, const char *to, Action act) {
     for (char kind : associated_kinds) {
-        const heap_string source(CheckAssociatedFile(from, kind));
+        const HeapString source(CheckAssociatedFile(from, kind));
         if (!source) continue;
-        const heap_string target(to ? GetAssociatedFile(to, kind) : nullptr);
+        const HeapString target(to ? GetAssociatedFile(to, kind) : nullptr);
         act(source.get(), target.get());
     }
 }

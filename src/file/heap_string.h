@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <memory>
 
-struct free_deleter {
+struct FreeDeleter {
     void operator()(void *p) const { std::free(p); }
 };
 
-using heap_string = std::unique_ptr<char, free_deleter>;
+using HeapString = std::unique_ptr<char, FreeDeleter>;

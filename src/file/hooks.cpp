@@ -6,7 +6,7 @@
 
 #include "ground/log.h"
 
-file_layer_hooks file_hooks;
+FileHooks file_hooks;
 
 namespace file_defaults {
 

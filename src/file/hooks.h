@@ -16,7 +16,7 @@ long long wall_seconds();
 void pause(long long us);
 } // namespace file_defaults
 
-struct file_layer_hooks {
+struct FileHooks {
     // Shows a message box without waiting for it. Default: a line on standard error.
     void (*message)(int icon, const char *title, const char *text,
                     int timeout_ms) = file_defaults::message;
@@ -36,6 +36,6 @@ struct file_layer_hooks {
     std::FILE *(*open)(const char *path, const char *mode) = std::fopen;
 };
 
-extern file_layer_hooks file_hooks;
+extern FileHooks file_hooks;
 
 inline constexpr int REQUEST_CHECK_FILE_SYSTEM = 263;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t max_names = 1023;
 
-struct name_array {
+struct NameArray {
     char *names[max_names];
     std::size_t count = 0;
 };
@@ -23,14 +23,14 @@ void free_list(char **list) {
     std::free(list);
 }
 
-void add_name(name_array &found, const char *name, bool cut_extension) {
+void add_name(NameArray &found, const char *name, bool cut_extension) {
     char *copy = strdup(name);
     if (!copy) return;
     if (char *dot = cut_extension ? std::strrchr(copy, '.') : nullptr) *dot = 0;
     found.names[found.count++] = copy;
 }
 
-void read_directory(name_array &found, const char *path, const char *exts, bool cut_extension) {
+void read_directory(NameArray &found, const char *path, const char *exts, bool cut_extension) {
     DIR *dir = kv_opendir(path);
     if (!dir) return;
     while (found.count < max_names) {
@@ -44,7 +44,7 @@ void read_directory(name_array &found, const char *path, const char *exts, bool 
 
 // Sorts the names and keeps the last of those that differ only in case. The sort is stable, so
 // that is the one read last.
-void sort_and_unite(name_array &found) {
+void sort_and_unite(NameArray &found) {
     char **const begin = found.names, **const end = begin + found.count;
     std::stable_sort(begin, end,
                      [](const char *a, const char *b) { return kv_strcasecmp(a, b) < 0; });
@@ -59,7 +59,7 @@ void sort_and_unite(name_array &found) {
 }
 
 // The list takes the names over; null when memory runs out.
-char **make_list(name_array &found) {
+char **make_list(NameArray &found) {
     auto **list = static_cast<char **>(std::malloc((found.count + 1) * sizeof(char *)));
     if (!list) {
         std::for_each_n(found.names, found.count, std::free);
@@ -78,7 +78,7 @@ extern "C" char **kv_enum_files(char ***list, const char *dir1, const char *dir2
         free_list(*list);
         *list = nullptr;
     }
-    name_array found;
+    NameArray found;
     for (const char *dir : {dir1, dir2, dir3}) read_directory(found, dir, exts, noext != 0);
     sort_and_unite(found);
     char **result = make_list(found);

@@ -55,7 +55,7 @@ extern "C" {
 
 void kv_buildpath(const char *path) {
     if (!ready_for(path)) return;
-    const heap_string prefix(strdup(path));
+    const HeapString prefix(strdup(path));
     if (!prefix || !*path) return;
     for (char *slash = prefix.get(); (slash = std::strchr(slash + 1, '/'));) {
         *slash = 0;

@@ -13,7 +13,7 @@
 
 namespace {
 
-warning_spacing open_warnings, seek_warnings;
+WarningSpacing open_warnings, seek_warnings;
 
 // Runs `operation` again while it fails with an error that settling storage may explain.
 template <class Operation, class Succeeded>

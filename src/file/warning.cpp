@@ -13,12 +13,12 @@ constexpr int warning_icon = 4;
 constexpr int warning_ms = 10000;
 constexpr int warning_spacing_s = 15;
 
-class errno_keeper {
+class ErrnoKeeper {
   public:
-    errno_keeper() = default;
-    errno_keeper(const errno_keeper &) = delete;
-    errno_keeper &operator=(const errno_keeper &) = delete;
-    ~errno_keeper() { errno = kept; }
+    ErrnoKeeper() = default;
+    ErrnoKeeper(const ErrnoKeeper &) = delete;
+    ErrnoKeeper &operator=(const ErrnoKeeper &) = delete;
+    ~ErrnoKeeper() { errno = kept; }
 
   private:
     int kept = errno;
@@ -32,23 +32,23 @@ void warn(const char *text) {
 
 // The time is noted before the warning is shown: a message box that itself meets the damaged file
 // system must not warn again.
-bool warning_spacing::claim() {
+bool WarningSpacing::claim() {
     const long long now = file_hooks.wall_seconds();
     if (now - last_s <= warning_spacing_s) return false;
     last_s = now;
     return true;
 }
 
-void warn_needs_check(warning_spacing &spacing) {
-    const errno_keeper keeper;
+void warn_needs_check(WarningSpacing &spacing) {
+    const ErrnoKeeper keeper;
     if (spacing.claim()) warn("@FS_need_check");
     file_hooks.system_request(REQUEST_CHECK_FILE_SYSTEM);
 }
 
-void warn_failing_device(warning_spacing &spacing, const char *path, int error) {
-    const errno_keeper keeper;
+void warn_failing_device(WarningSpacing &spacing, const char *path, int error) {
+    const ErrnoKeeper keeper;
     if (!spacing.claim()) return;
-    device_name device{};
+    DeviceName device{};
     if (std::FILE *mounts = file_hooks.open("/proc/mounts", "r")) {
         device = failing_device(mounts, path);
         std::fclose(mounts);
@@ -58,8 +58,8 @@ void warn_failing_device(warning_spacing &spacing, const char *path, int error) 
     warn(text);
 }
 
-device_name failing_device(std::FILE *mounts, const char *path) {
-    device_name device{};
+DeviceName failing_device(std::FILE *mounts, const char *path) {
+    DeviceName device{};
     std::size_t best = 1; // of "/"
     mntent entry;
     char line[4096];

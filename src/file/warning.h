@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdio>
 
-class warning_spacing {
+class WarningSpacing {
   public:
     // True when a warning may be given now, which it then must be.
     bool claim();
@@ -16,17 +16,17 @@ class warning_spacing {
 
 // Tells the user that the file system needs a check, if `spacing` allows, and asks the system for
 // one in any case. Keeps errno.
-void warn_needs_check(warning_spacing &spacing);
+void warn_needs_check(WarningSpacing &spacing);
 
 // Tells the user which device failed with `error`, if `spacing` allows. Keeps errno.
-void warn_failing_device(warning_spacing &spacing, const char *path, int error);
+void warn_failing_device(WarningSpacing &spacing, const char *path, int error);
 
 // A mounted device's name of at most 31 bytes, found in a table in the format of /proc/mounts.
-struct device_name {
+struct DeviceName {
     char text[32];
 };
 
 // The device named for a failure of `path`. The mount with the longest prefix of the path wins, but
 // every mount point longer than the best one so far gives its device's name, prefix or not: the
 // last of those is named. Empty when there is none.
-device_name failing_device(std::FILE *mounts, const char *path);
+DeviceName failing_device(std::FILE *mounts, const char *path);

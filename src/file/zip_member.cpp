@@ -36,7 +36,7 @@ class OpenMember {
     // False when the checksum of what was read is wrong.
     bool close() {
         const unzFile zip = std::exchange(zip_, nullptr);
-        return zip != nullptr && unzCloseCurrentFile(zip) == UNZ_OK;
+        return zip && unzCloseCurrentFile(zip) == UNZ_OK;
     }
 
   private:
@@ -46,8 +46,7 @@ class OpenMember {
 } // namespace
 
 std::optional<std::vector<uint8_t>> read_zip_member(void *zip, const char *name, size_t limit) {
-    if (zip == nullptr || name == nullptr || unzLocateFile(zip, name, any_case) != UNZ_OK)
-        return std::nullopt;
+    if (!zip || !name || unzLocateFile(zip, name, any_case) != UNZ_OK) return std::nullopt;
     unz_file_info64 info;
     if (unzGetCurrentFileInfo64(zip, &info, nullptr, 0, nullptr, 0, nullptr, 0) != UNZ_OK ||
         info.uncompressed_size > limit)

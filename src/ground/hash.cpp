@@ -121,10 +121,10 @@ uint64_t fold(uint64_t a, uint64_t b) {
 }
 
 // Two numbers that nobody who writes a file can know.
-struct secret {
+struct Secret {
     uint64_t seed = 0x243f6a8885a308d3, factor = 0x13198a2e03707344;
 
-    secret() {
+    Secret() {
         // Without a source of chance the constants still spread all names that mean no harm.
         static_cast<void>(getentropy(this, sizeof *this));
         factor |= 1;
@@ -133,7 +133,7 @@ struct secret {
 
 // A hash for which no names can be prepared that meet in one slot, as they can for hash_of().
 uint64_t slot_hash(std::string_view name) {
-    static const secret chosen;
+    static const Secret chosen;
     uint64_t hash = chosen.seed ^ name.size();
     uint64_t word = 0;
     for (; name.size() >= sizeof word; name.remove_prefix(sizeof word)) {
@@ -147,7 +147,7 @@ uint64_t slot_hash(std::string_view name) {
 
 } // namespace
 
-hash_filler::hash_filler(ihash filled) : table(filled), slots(512) {
+HashFiller::HashFiller(ihash filled) : table(filled), slots(512) {
     while (static_cast<size_t>(table->count) * 2 >= slots.size()) slots.resize(slots.size() * 2);
     for (int i = 0; i < table->prime; i++)
         for (ihash_item item = table->items[i]; item; item = item->next)
@@ -155,7 +155,7 @@ hash_filler::hash_filler(ihash filled) : table(filled), slots(512) {
 }
 
 // The slot that holds the item of that name, or the free one where it belongs.
-hash_filler::slot &hash_filler::find_slot(uint64_t hash, const char *name) {
+HashFiller::Slot &HashFiller::find_slot(uint64_t hash, const char *name) {
     const size_t mask = slots.size() - 1;
     size_t i = hash & mask;
     while (slots[i].item && (slots[i].hash != hash || std::strcmp(slots[i].item->name, name) != 0))
@@ -164,25 +164,25 @@ hash_filler::slot &hash_filler::find_slot(uint64_t hash, const char *name) {
 }
 
 // Puts an item that is not there yet into the first free slot.
-void hash_filler::put(const slot &s) {
+void HashFiller::put(const Slot &s) {
     const size_t mask = slots.size() - 1;
     size_t i = s.hash & mask;
     while (slots[i].item) i = (i + 1) & mask;
     slots[i] = s;
 }
 
-void hash_filler::grow() {
-    std::vector<slot> old(slots.size() * 2);
+void HashFiller::grow() {
+    std::vector<Slot> old(slots.size() * 2);
     old.swap(slots);
-    for (const slot &s : old)
+    for (const Slot &s : old)
         if (s.item) put(s);
 }
 
-bool hash_filler::add(std::string_view name, const char *value) {
+bool HashFiller::add(std::string_view name, const char *value) {
     if (static_cast<size_t>(table->count) * 2 >= slots.size()) grow();
     void *stored = const_cast<char *>(value);
     const uint64_t hash = slot_hash(name);
-    slot &s = find_slot(hash, name.data());
+    Slot &s = find_slot(hash, name.data());
     if (s.item) return replace(table, s.item, stored);
     ihash_item *bucket = bucket_of(table, hash_of(name.data()));
     s = {hash, insert(table, bucket, name.data(), stored)};

@@ -30,23 +30,23 @@ void remove_items_if(ihash h, Condition condition) {
 // Adds many items to a table, which nothing else changes meanwhile. The result is that of
 // vhash_add() for each in turn, but no bucket is searched: however few buckets there are and
 // whatever the names, the time grows with the number of items only.
-class hash_filler {
+class HashFiller {
   public:
     // Throws bad_alloc.
-    explicit hash_filler(ihash filled);
+    explicit HashFiller(ihash filled);
     // `name` ends with a NUL. False when memory ran out.
     bool add(std::string_view name, const char *value);
 
   private:
-    struct slot {
+    struct Slot {
         uint64_t hash;
         ihash_item item; // null marks a free slot
     };
 
-    slot &find_slot(uint64_t hash, const char *name);
-    void put(const slot &s);
+    Slot &find_slot(uint64_t hash, const char *name);
+    void put(const Slot &s);
     void grow();
 
     ihash table;
-    std::vector<slot> slots; // open addressing, a power of two, at most half full
+    std::vector<Slot> slots; // open addressing, a power of two, at most half full
 };

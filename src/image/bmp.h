@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The BMP format: the fixed part of a file, which is what both the reader and the writer know.
+// The BMP format: the fixed part of a file, which is what both the reader and the Writer know.
 #pragma once
 
 #include <cstddef>

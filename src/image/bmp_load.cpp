@@ -25,9 +25,9 @@ int max_bmp_size() {
 }
 
 ibitmap *LoadBitmap(const char *path) try {
-    if (path == nullptr) return nullptr;
+    if (!path) return nullptr;
     const image::Stream file(kv_fopen(path, "rb"));
-    if (file == nullptr) {
+    if (!file) {
         kv_warn(__func__, "Cannot open bitmap: %s\n", path);
         return nullptr;
     }

@@ -128,7 +128,7 @@ class RowFiller {
 
 BitmapPtr make_pixels(const Header &header, std::span<const uint8_t> rows, const Palette &palette) {
     BitmapPtr bm = make_bitmap(header.width, header.height, native_depth(), MaskRoom::reserved);
-    if (bm == nullptr) return nullptr;
+    if (!bm) return nullptr;
     std::memset(mask_of(*bm), 0xFF, mask_bytes(*bm));
     RowFiller filler(*bm, palette, header.bits);
     const size_t row = row_bytes(bm->width, header.bits);

@@ -81,7 +81,7 @@ std::vector<uint8_t> make_file(const ibitmap &bm, const Layout &layout) {
 int write_file(const char *path, const std::vector<uint8_t> &bytes) {
     kv_buildpath(path);
     image::Stream file(kv_fopen(path, "wb"));
-    if (file == nullptr) return 0;
+    if (!file) return 0;
     const bool whole = kv_fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     return image::close_written(std::move(file)) && whole;
 }
@@ -89,7 +89,7 @@ int write_file(const char *path, const std::vector<uint8_t> &bytes) {
 } // namespace
 
 int SaveBitmap(const char *path, const ibitmap *bm) try {
-    if (path == nullptr || bm == nullptr) return 0;
+    if (!path || !bm) return 0;
     const int depth = depth_of(*bm);
     if (depth != 2 && depth != 4 && depth != 8) return 0;
     const Layout layout(*bm);

@@ -151,7 +151,7 @@ raster::BitmapPtr damaged() {
 
 raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish) {
     const Stream file = open_picture(function, path);
-    if (file == nullptr) return nullptr;
+    if (!file) return nullptr;
     JpegDecoder decoder;
     if (!decoder.read_header(file.get())) return damaged();
     const Size size = decoder.size();
@@ -169,7 +169,7 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
 } // namespace
 
 ibitmap *LoadJPEG(const char *path, int width, int height, int br, int co, int proportional) try {
-    if (path == nullptr) return nullptr;
+    if (!path) return nullptr;
     const Finish finish{brightness_curve(br, co), take_frame_color(), dithering_levels()};
     const Size wanted{width, height};
     if (!is_request(wanted)) return nullptr;

@@ -107,8 +107,8 @@ class PngDecoder {
 
 PngDecoder::PngDecoder(std::span<const uint8_t> file)
     : unread_(file), png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
-      info_(png_ == nullptr ? nullptr : png_create_info_struct(png_)) {
-    if (info_ != nullptr) return;
+      info_(!png_ ? nullptr : png_create_info_struct(png_)) {
+    if (info_) return;
     png_destroy_read_struct(&png_, nullptr, nullptr);
     throw std::bad_alloc();
 }
@@ -195,7 +195,7 @@ raster::BitmapPtr refused(const char *format, const char *path) {
 
 raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
     const Stream file = open_picture(function, path);
-    if (file == nullptr) return nullptr;
+    if (!file) return nullptr;
     const auto bytes = read_whole(file.get());
     if (!bytes) return refused("error laoding %s\n", path);
     PngDecoder decoder(*bytes);
@@ -220,7 +220,7 @@ ibitmap *LoadPNG(const char *path, int dither) {
 
 ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional, int) try {
     const Size wanted{width, height};
-    if (path == nullptr || !is_request(wanted)) return nullptr;
+    if (!path || !is_request(wanted)) return nullptr;
     return load(path, wanted, scaling_of(proportional)).release();
 } catch (const std::bad_alloc &) {
     kv_warn(function, "cannot allocate memory\n");

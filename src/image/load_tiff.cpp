@@ -44,9 +44,9 @@ int keep_silent(TIFF *, void *, const char *, const char *, va_list) {
 }
 
 TiffPtr open(const char *path) {
-    if (tiff_library() == nullptr) return nullptr;
+    if (!tiff_library()) return nullptr;
     const std::unique_ptr<TIFFOpenOptions, OptionsFree> options(libtiff().TIFFOpenOptionsAlloc());
-    if (options == nullptr) throw std::bad_alloc();
+    if (!options) throw std::bad_alloc();
     libtiff().TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes);
     libtiff().TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_silent, nullptr);
     libtiff().TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keep_silent, nullptr);
@@ -168,7 +168,7 @@ bool read_rows(TIFF *tiff, const Header &h, Pipeline &pipeline) {
 raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish,
                        Header &h) {
     const TiffPtr tiff = open(path);
-    if (tiff == nullptr) {
+    if (!tiff) {
         kv_warn(function, "can't open %s\n", path);
         return nullptr;
     }
@@ -190,7 +190,7 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
 } // namespace
 
 ibitmap *LoadTIFF(const char *path, int width, int height, int br, int co, int proportional) {
-    if (path == nullptr) return nullptr;
+    if (!path) return nullptr;
     const Finish finish{brightness_curve(br, co), take_frame_color(), dithering_levels()};
     const Size wanted{width, height};
     if (!is_request(wanted)) return nullptr;

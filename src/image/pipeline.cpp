@@ -25,7 +25,7 @@ raster::BitmapPtr make_target(Size size) {
     raster::BitmapPtr bm;
     if (is_reasonable(size))
         bm = raster::make_bitmap(size.width, size.height, raster::native_depth());
-    if (bm == nullptr) throw std::bad_alloc();
+    if (!bm) throw std::bad_alloc();
     return bm;
 }
 

@@ -98,9 +98,9 @@ bool write_picture(JpegEncoder &encoder, std::FILE *f, const ibitmap &bm, int qu
 } // namespace
 
 int SaveJPEG(const char *path, const ibitmap *bm, int quality) try {
-    if (path == nullptr || bm == nullptr) return 0;
+    if (!path || !bm) return 0;
     Stream file = create_picture("SaveJPEG", path);
-    if (file == nullptr) return 0;
+    if (!file) return 0;
     JpegEncoder encoder;
     const bool written = write_picture(encoder, file.get(), *bm, quality);
     return close_written(std::move(file)) && written ? 1 : 0;

@@ -45,8 +45,8 @@ class PngEncoder {
 
 PngEncoder::PngEncoder()
     : png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
-      info_(png_ == nullptr ? nullptr : png_create_info_struct(png_)) {
-    if (info_ != nullptr) return;
+      info_(!png_ ? nullptr : png_create_info_struct(png_)) {
+    if (info_) return;
     png_destroy_write_struct(&png_, nullptr);
     throw std::bad_alloc();
 }
@@ -100,9 +100,9 @@ bool write_picture(PngEncoder &encoder, std::FILE *f, const ibitmap &bm) {
 } // namespace
 
 int SavePNG(const char *path, const ibitmap *bm) try {
-    if (path == nullptr || bm == nullptr) return 0;
+    if (!path || !bm) return 0;
     Stream file = create_picture("SavePNG", path);
-    if (file == nullptr) return 0;
+    if (!file) return 0;
     PngEncoder encoder;
     const bool written = write_picture(encoder, file.get(), *bm);
     return close_written(std::move(file)) && written ? 1 : 0;

@@ -13,7 +13,7 @@ namespace {
 
 Stream open(const char *function, const char *path, const char *mode) {
     Stream f(kv_fopen(path, mode));
-    if (f == nullptr) kv_warn(function, "can't open %s\n", path);
+    if (!f) kv_warn(function, "can't open %s\n", path);
     return f;
 }
 

@@ -79,7 +79,7 @@ LanguageFile find_language(const char *code) {
 
 // Fills an empty table; the name that the file gives itself is a text of the current table.
 lang::Direction fill(ihash table, LanguageFile &file, const std::string &code) {
-    hash_filler filler(table);
+    HashFiller filler(table);
     lang::LanguageText text(file.bytes.data(), file.bytes.size());
     const char *name = text.take_name();
     if (!name) return lang::Direction::left_to_right;
@@ -140,8 +140,8 @@ const char *look_up(const char *key, int &depth) {
 
 namespace lang {
 
-hash_filler translation_filler() {
-    return hash_filler(need(texts.current));
+HashFiller translation_filler() {
+    return HashFiller(need(texts.current));
 }
 
 } // namespace lang

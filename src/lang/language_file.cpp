@@ -38,7 +38,7 @@ bool is_own_section(std::string_view header) {
     return false;
 }
 
-void add_line(char *line, const add_translation &add) {
+void add_line(char *line, const AddTranslation &add) {
     char *equals = std::strchr(line, '=');
     if (!equals) return;
     *equals = '\0';
@@ -69,7 +69,7 @@ const char *LanguageText::take_name() {
     return name && *name != '#' ? name : nullptr;
 }
 
-Direction LanguageText::take_translations(const add_translation &add) {
+Direction LanguageText::take_translations(const AddTranslation &add) {
     Direction direction = Direction::left_to_right;
     bool skipping = false;
     while (char *line = take_line(longest_line)) {

@@ -7,7 +7,7 @@
 
 namespace lang {
 
-using add_translation = std::function<void(const char *key, const char *text)>;
+using AddTranslation = std::function<void(const char *key, const char *text)>;
 
 enum class Direction { left_to_right, right_to_left };
 
@@ -21,7 +21,7 @@ class LanguageText {
     // with "#": then nothing in the file counts.
     const char *take_name();
     // Hands on each translation behind the name that holds for this device.
-    Direction take_translations(const add_translation &add);
+    Direction take_translations(const AddTranslation &add);
 
   private:
     char *take_line(size_t longest);

@@ -7,6 +7,6 @@
 namespace lang {
 
 // Adds as AddTranslation() does, while nothing else changes the translations. Throws bad_alloc.
-hash_filler translation_filler();
+HashFiller translation_filler();
 
 } // namespace lang

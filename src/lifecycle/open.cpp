@@ -121,7 +121,7 @@ void start_runtime() {
     reset_power_low_reminder();
     reset_keyboard_rate();
     kvstate.msgtop = ScreenHeight();
-    kvstate.tsc = new (std::nothrow) touch_slot_state[touch_slots]{};
+    kvstate.tsc = new (std::nothrow) TouchSlot[touch_slots]{};
     kvstate.touchdragdeadzone = default_drag_dead_zone;
     kvstate.gsense = hw_gsensor_ready() && hw_gsensor_get_switch();
     hw_usbhostpower(ReadInt(kvstate.cfg, "usbhost", 1));

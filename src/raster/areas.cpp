@@ -46,8 +46,7 @@ void complement_extremes_rgb(const ExtremeLevels extremes, uint8_t *bytes, size_
 }
 
 bool is_empty(const icolor_map *map) {
-    return map == nullptr || map->size < 1 || map->from_color == nullptr ||
-           map->to_color == nullptr;
+    return !map || map->size < 1 || !map->from_color || !map->to_color;
 }
 
 void substitute(const icolor_map &map, uint8_t *pixel) {
@@ -105,7 +104,7 @@ void raster::fill_clipped(const icanvas *c, int64_t x, int64_t y, int64_t w, int
 
 void DrawPixel(int x, int y, int color) {
     const icanvas *c = kvstate.canvas;
-    if (c == nullptr || !writable_bounds(*c).contains(x, y)) return;
+    if (!c || !writable_bounds(*c).contains(x, y)) return;
     put_pixel(*c, pixel_address(*c, x, y), Ink(*c, color));
 }
 
@@ -114,7 +113,7 @@ void FillArea(int x, int y, int w, int h, int color) {
 }
 
 void FillAreaRect(const irect *r, int color) {
-    if (r != nullptr) FillArea(r->x, r->y, r->w, r->h, color);
+    if (r) FillArea(r->x, r->y, r->w, r->h, color);
 }
 
 void InvertArea(int x, int y, int w, int h) {
@@ -138,7 +137,7 @@ icolor_map *ColorMapCreate(int size) {
     const auto count = static_cast<size_t>(size);
     std::unique_ptr<int[]> from(new (std::nothrow) int[count]), to(new (std::nothrow) int[count]);
     auto *map = new (std::nothrow) icolor_map;
-    if (from == nullptr || to == nullptr || map == nullptr) {
+    if (!from || !to || !map) {
         delete map;
         return nullptr;
     }
@@ -149,7 +148,7 @@ icolor_map *ColorMapCreate(int size) {
 }
 
 void ColorMapDestroy(icolor_map **m) {
-    if (m == nullptr || *m == nullptr) return;
+    if (!m || !*m) return;
     delete[](*m)->from_color;
     delete[](*m)->to_color;
     delete *m;

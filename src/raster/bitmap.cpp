@@ -25,7 +25,7 @@ BitmapPtr make_bitmap(int w, int h, int depth, MaskRoom mask) {
                        static_cast<uint16_t>(depth), static_cast<uint16_t>(scanline)};
     const size_t bytes = pixel_bytes(head) + (mask == MaskRoom::reserved ? mask_bytes(head) : 0);
     BitmapPtr bm(static_cast<ibitmap *>(std::malloc(sizeof head + bytes + bitmap_spare_bytes)));
-    if (bm == nullptr) return nullptr;
+    if (!bm) return nullptr;
     std::memcpy(bm.get(), &head, sizeof head);
     std::memset(bm->data + bytes, 0, bitmap_spare_bytes);
     return bm;
@@ -33,7 +33,7 @@ BitmapPtr make_bitmap(int w, int h, int depth, MaskRoom mask) {
 
 BitmapPtr make_white_bitmap(int w, int h) {
     BitmapPtr bm = make_bitmap(w, h, native_depth());
-    if (bm != nullptr) std::memset(bm->data, 0xFF, pixel_bytes(*bm));
+    if (bm) std::memset(bm->data, 0xFF, pixel_bytes(*bm));
     return bm;
 }
 
@@ -51,22 +51,22 @@ ibitmap *NewBitmap(int w, int h) {
 }
 
 ibitmap *CopyBitmapNoTrack(const ibitmap *bm) {
-    if (bm == nullptr) return nullptr;
+    if (!bm) return nullptr;
     const size_t used = sizeof *bm + used_bytes(*bm);
     void *copy = std::calloc(1, used + bitmap_spare_bytes);
-    if (copy == nullptr) return nullptr;
+    if (!copy) return nullptr;
     return static_cast<ibitmap *>(std::memcpy(copy, bm, used));
 }
 
 ibitmap *CopyBitmap(const ibitmap *bm) {
     BitmapPtr copy(CopyBitmapNoTrack(bm));
-    return copy != nullptr ? release_copy(*bm, std::move(copy)) : nullptr;
+    return copy ? release_copy(*bm, std::move(copy)) : nullptr;
 }
 
 void DebugResourceBitmaps_trackBitmapDrawing(const ibitmap *bm, int x, int y) {
-    if (bitmap_tracker.drawn != nullptr) bitmap_tracker.drawn(bm, x, y);
+    if (bitmap_tracker.drawn) bitmap_tracker.drawn(bm, x, y);
 }
 
 void DebugResourceBitmaps_trackBitmapCopy(const ibitmap *from, const ibitmap *to) {
-    if (bitmap_tracker.copied != nullptr) bitmap_tracker.copied(from, to);
+    if (bitmap_tracker.copied) bitmap_tracker.copied(from, to);
 }

@@ -55,8 +55,7 @@ void convert_rows(const icanvas &c, const ibitmap &bm, const Area &to, int sx, i
 
 void put_grey_as_rgb(uint8_t *pixels, const uint8_t *grey, size_t count, const BitRow *mask) {
     for (size_t i = 0; i < count; ++i)
-        if (mask == nullptr || mask->bit(i))
-            pixels[3 * i] = pixels[3 * i + 1] = pixels[3 * i + 2] = grey[i];
+        if (!mask || mask->bit(i)) pixels[3 * i] = pixels[3 * i + 1] = pixels[3 * i + 2] = grey[i];
 }
 
 // Draws one row that has a mask or goes to 24-bit pixels, by way of a buffer of greys.
@@ -67,9 +66,9 @@ void draw_row_buffered(const icanvas &c, uint8_t *pixels, const uint8_t *row, in
     for (size_t done = 0; done < count; done += piece) {
         const size_t n = std::min(piece, count - done);
         row_to_grey(row, depth, sx + done, n, grey);
-        const BitRow mask(mask_row, mask_row != nullptr ? sx + done : 0);
+        const BitRow mask(mask_row, mask_row ? sx + done : 0);
         if (c.depth == 24)
-            put_grey_as_rgb(pixels + 3 * done, grey, n, mask_row != nullptr ? &mask : nullptr);
+            put_grey_as_rgb(pixels + 3 * done, grey, n, mask_row ? &mask : nullptr);
         else
             put_masked(pixels + done, grey, n, mask);
     }
@@ -95,7 +94,7 @@ void draw_rows(const icanvas &c, const ibitmap &bm, const Area &to, int sx, int 
 void raster::draw_bitmap_part(int64_t x, int64_t y, const ibitmap &bm, int64_t sx, int64_t sy,
                               int64_t w, int64_t h) {
     const icanvas *c = GetCanvas();
-    if (c == nullptr || !is_known_depth(depth_of(bm))) return;
+    if (!c || !is_known_depth(depth_of(bm))) return;
     const int64_t left = std::max<int64_t>(-sx, 0), top = std::max<int64_t>(-sy, 0);
     x += left, sx += left, w -= left;
     y += top, sy += top, h -= top;
@@ -104,20 +103,20 @@ void raster::draw_bitmap_part(int64_t x, int64_t y, const ibitmap &bm, int64_t s
     const Area to = clip_area(c, x, y, w, h);
     if (to.empty()) return;
     const int from_x = static_cast<int>(sx + to.x - x), from_y = static_cast<int>(sy + to.y - y);
-    if (is_word_aligned(*c, bm, to, from_x) && converter_of(depth_of(bm)) != nullptr)
+    if (is_word_aligned(*c, bm, to, from_x) && converter_of(depth_of(bm)))
         convert_rows(*c, bm, to, from_x, from_y, converter_of(depth_of(bm)));
     else if (depth_of(bm) != 16)
         draw_rows(*c, bm, to, from_x, from_y);
 }
 
 void DrawBitmap(int x, int y, const ibitmap *bm) {
-    if (bm == nullptr) return;
+    if (!bm) return;
     draw_bitmap_part(x, y, *bm, 0, 0, bm->width, bm->height);
     DebugResourceBitmaps_trackBitmapDrawing(bm, x, y);
 }
 
 void DrawBitmapArea(int x, int y, const ibitmap *bm, int sx, int sy, int w, int h) {
-    if (bm == nullptr || w < 1 || h < 1) return;
+    if (!bm || w < 1 || h < 1) return;
     draw_bitmap_part(x, y, *bm, sx, sy, w, h);
     DebugResourceBitmaps_trackBitmapDrawing(bm, x, y);
 }

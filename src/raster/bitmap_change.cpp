@@ -96,7 +96,7 @@ BitmapPtr copy_with_full_mask(const ibitmap &bm) {
     const size_t pixels = pixel_bytes(bm), mask = mask_bytes(bm);
     BitmapPtr copy(
         static_cast<ibitmap *>(std::calloc(1, sizeof bm + pixels + mask + bitmap_spare_bytes)));
-    if (copy == nullptr) return nullptr;
+    if (!copy) return nullptr;
     std::memcpy(copy.get(), &bm, sizeof bm + pixels);
     copy->depth |= BITMAP_MASK;
     std::memset(mask_of(*copy), 0xFF, mask);
@@ -115,7 +115,7 @@ void rotate_bytes(uint8_t *bytes, int64_t size, int64_t first) {
 // the framebuffer has; rows that nothing comes to stay.
 void move_up(ibitmap &bm, size_t rows) {
     const icanvas *framebuffer = hw_getframebuffer();
-    const size_t limit = framebuffer != nullptr ? static_cast<size_t>(framebuffer->height) : rows;
+    const size_t limit = framebuffer ? static_cast<size_t>(framebuffer->height) : rows;
     const size_t moved = rows * bm.scanline, kept = pixel_bytes(bm) - moved;
     const std::vector<uint8_t> top(bm.data, bm.data + std::min(rows, limit) * bm.scanline);
     std::memmove(bm.data, bm.data + moved, kept);
@@ -125,7 +125,7 @@ void move_up(ibitmap &bm, size_t rows) {
 } // namespace
 
 void MirrorBitmap(ibitmap *bm, int flags) {
-    if (bm == nullptr) return;
+    if (!bm) return;
     if ((flags & MIRROR_VERTICAL) != 0) {
         flip_block(bm->data, bm->scanline, bm->height);
         if (has_mask(*bm)) flip_block(mask_of(*bm), mask_scanline(*bm), bm->height);
@@ -134,21 +134,21 @@ void MirrorBitmap(ibitmap *bm, int flags) {
 }
 
 void SetTransparentColor(ibitmap **bm, int level) {
-    if (bm == nullptr || *bm == nullptr) return;
+    if (!bm || !*bm) return;
     const int depth = depth_of(**bm);
     if (depth != 1 && depth != 2 && depth != 4 && depth != 8) return;
     BitmapPtr fresh = copy_with_full_mask(**bm);
-    if (fresh == nullptr) return;
+    if (!fresh) return;
     clear_level(*fresh, static_cast<unsigned>(level));
     const BitmapPtr old(*bm);
     *bm = release_copy(*old, std::move(fresh));
 }
 
 ibitmap *CopyBitmapDepth4To8(const ibitmap *bm) {
-    if (bm == nullptr || (!has_mask(*bm) && depth_of(*bm) != 4)) return nullptr;
+    if (!bm || (!has_mask(*bm) && depth_of(*bm) != 4)) return nullptr;
     BitmapPtr copy =
         make_bitmap(bm->width, bm->height, 8, has_mask(*bm) ? MaskRoom::reserved : MaskRoom::none);
-    if (copy == nullptr) return nullptr;
+    if (!copy) return nullptr;
     // Rows of other depths may have fewer nibbles than pixels: they go on in what follows.
     const uint8_t *end = bm->data + used_bytes(*bm);
     for (size_t y = 0; y < bm->height; ++y) {
@@ -163,11 +163,11 @@ ibitmap *CopyBitmapDepth4To8(const ibitmap *bm) {
 }
 
 ibitmap *CopyBitmapDepth8To4(const ibitmap *bm) {
-    if (bm == nullptr || bm->depth != 8) return nullptr;
+    if (!bm || bm->depth != 8) return nullptr;
     const ibitmap head{bm->width, bm->height, 4, static_cast<uint16_t>(bm->width / 2)};
     BitmapPtr copy(static_cast<ibitmap *>(
         std::calloc(1, sizeof head + pixel_bytes(head) + bitmap_spare_bytes)));
-    if (copy == nullptr) return nullptr;
+    if (!copy) return nullptr;
     std::memcpy(copy.get(), &head, sizeof head);
     const size_t rows = static_cast<size_t>(rows_inside(*bm, bm->width));
     for (size_t y = 0; y < rows; ++y) {
@@ -180,14 +180,14 @@ ibitmap *CopyBitmapDepth8To4(const ibitmap *bm) {
 }
 
 void MoveBitmapRight(ibitmap *bm, int n) {
-    if (bm == nullptr) return;
+    if (!bm) return;
     const int64_t bytes = int64_t{n} * depth_of(*bm) / 8;
     for (size_t y = 0; y < bm->height; ++y)
         rotate_bytes(bm->data + y * bm->scanline, bm->scanline, -bytes);
 }
 
 void MoveBitmap(ibitmap *bm, int n) try {
-    if (bm == nullptr || bm->height == 0) return;
+    if (!bm || bm->height == 0) return;
     const int64_t rows = n % int64_t{bm->height};
     if (rows >= 0)
         rotate_bytes(bm->data, static_cast<int64_t>(pixel_bytes(*bm)), -rows * bm->scanline);
@@ -197,9 +197,9 @@ void MoveBitmap(ibitmap *bm, int n) try {
 }
 
 void RotateRight(unsigned char *buf, int len, int n) {
-    if (buf != nullptr) rotate_bytes(buf, len, -int64_t{n});
+    if (buf) rotate_bytes(buf, len, -int64_t{n});
 }
 
 void RotateLeft(unsigned char *buf, int len, int n) {
-    if (buf != nullptr) rotate_bytes(buf, len, n);
+    if (buf) rotate_bytes(buf, len, n);
 }

@@ -59,7 +59,7 @@ void stretch_proportionally(int x, int y, int w, int h, const ibitmap &bm, int f
 } // namespace
 
 void TileBitmap(int x, int y, int w, int h, const ibitmap *bm) {
-    if (bm == nullptr || bm->width == 0 || bm->height == 0) return;
+    if (!bm || bm->width == 0 || bm->height == 0) return;
     const Area shown = clip_area(GetCanvas(), x, y, w, h);
     const int64_t right = int64_t{x} + w, bottom = int64_t{y} + h;
     if (shown.empty()) return;
@@ -72,7 +72,7 @@ void TileBitmap(int x, int y, int w, int h, const ibitmap *bm) {
 }
 
 void StretchBitmap(int x, int y, int w, int h, const ibitmap *bm, int flags) {
-    if (bm == nullptr || w < 1 || h < 1) return;
+    if (!bm || w < 1 || h < 1) return;
     kv_stretch(bm->data, depth_of(*bm), 0, 0, bm->width, rows_inside(*bm, bm->width), bm->scanline,
                x, y, w, h, flags, has_mask(*bm) ? mask_of(*bm) : nullptr,
                static_cast<int>(mask_scanline(*bm)));
@@ -80,7 +80,7 @@ void StretchBitmap(int x, int y, int w, int h, const ibitmap *bm, int flags) {
 }
 
 void DrawBitmapRect(int x, int y, int w, int h, const ibitmap *bm, int flags) {
-    if (bm == nullptr || w < 1 || h < 1 || bm->width == 0 || bm->height == 0) return;
+    if (!bm || w < 1 || h < 1 || bm->width == 0 || bm->height == 0) return;
     if ((flags & BITMAP_FIT) != 0)
         stretch_proportionally(x, y, w, h, *bm, flags);
     else if ((flags & BITMAP_STRETCH) != 0)
@@ -92,5 +92,5 @@ void DrawBitmapRect(int x, int y, int w, int h, const ibitmap *bm, int flags) {
 }
 
 void DrawBitmapRect2(const irect *r, const ibitmap *bm) {
-    if (r != nullptr) DrawBitmapRect(r->x, r->y, r->w, r->h, bm, r->flags);
+    if (r) DrawBitmapRect(r->x, r->y, r->w, r->h, bm, r->flags);
 }

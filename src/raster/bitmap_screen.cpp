@@ -97,7 +97,7 @@ ibitmap *BitmapFromScreen(int x, int y, int w, int h) {
 ibitmap *BitmapFromScreenR(int x, int y, int w, int h, int rotate) try {
     BitmapPtr bm = make_white_bitmap(w, h);
     const icanvas *c = GetCanvas();
-    if (bm != nullptr && c != nullptr && is_drawable(*c)) {
+    if (bm && c && is_drawable(*c)) {
         icanvas readable = *c; // rows hold no more than their bytes
         readable.width = std::min(c->width, c->scanline / bytes_per_pixel(*c));
         if (readable.width > 0) copy_part(turned(readable, rotate), x, y, *bm);

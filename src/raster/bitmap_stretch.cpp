@@ -84,12 +84,12 @@ ibitmap *fail(const char *reason) {
 } // namespace
 
 ibitmap *BitmapStretchCopy(const ibitmap *bm, int sx, int sy, int sw, int sh, int dw, int dh) {
-    if (bm == nullptr || sx < 0 || sy < 0) return nullptr;
+    if (!bm || sx < 0 || sy < 0) return nullptr;
     sw = std::min(sw, bm->width - sx);
     sh = std::min(sh, bm->height - sy);
     if (const char *fault = find_fault(*bm, sx, sy, sw, sh)) return fail(fault);
     BitmapPtr result = dw < 2 || dh < 2 ? nullptr : make_bitmap(dw, dh, depth);
-    if (result == nullptr) return fail("!result");
+    if (!result) return fail("!result");
     std::fill_n(result->data, pixel_bytes(*result), 0);
     const Walk walk(*bm, sx, sy, (sw - 1) * one / (dw - 1), (sh - 1) * one / (dh - 1));
     for (int y = 0; y < dh; ++y) walk.make_row(y, result->data + y * result->scanline, dw);

@@ -38,7 +38,7 @@ void fit_to_clip(int &start, int &length, int64_t clip_start, int64_t clip_lengt
 }
 
 void store(int *out, int value) {
-    if (out != nullptr) *out = value;
+    if (out) *out = value;
 }
 
 } // namespace
@@ -48,7 +48,7 @@ irect iRect(int x, int y, int w, int h, int flags) {
 }
 
 void SetCanvas(icanvas *c) {
-    kvstate.canvas = c != nullptr ? c : kvstate.framebuffer;
+    kvstate.canvas = c ? c : kvstate.framebuffer;
 }
 
 icanvas *GetCanvas() {
@@ -57,13 +57,13 @@ icanvas *GetCanvas() {
 
 void ClearScreen() {
     const icanvas *c = kvstate.canvas;
-    if (c == nullptr || !raster::is_drawable(*c)) return;
+    if (!c || !raster::is_drawable(*c)) return;
     std::memset(c->addr, 0xFF, static_cast<size_t>(c->scanline) * static_cast<size_t>(c->height));
 }
 
 void SetClip(int x, int y, int w, int h) {
     icanvas *c = kvstate.canvas;
-    if (c == nullptr) return;
+    if (!c) return;
     const Span columns = span_of(x, w), rows = span_of(y, h);
     c->clipx1 = columns.first;
     c->clipx2 = columns.last;
@@ -80,18 +80,18 @@ void GetClip(int *x, int *y, int *w, int *h) {
 }
 
 void SetClipRect(const irect *r) {
-    if (r != nullptr) SetClip(r->x, r->y, r->w, r->h);
+    if (r) SetClip(r->x, r->y, r->w, r->h);
 }
 
 irect GetClipRect() {
     const icanvas *c = kvstate.canvas;
-    if (c == nullptr) return {};
+    if (!c) return {};
     return {c->clipx1, c->clipy1, length_of(c->clipx1, c->clipx2), length_of(c->clipy1, c->clipy2),
             0};
 }
 
 irect MergeClipRect(const irect *r) {
-    if (r == nullptr) return {};
+    if (!r) return {};
     irect fitted = *r;
     const irect clip = GetClipRect();
     fit_to_clip(fitted.x, fitted.w, clip.x, clip.w);

@@ -31,7 +31,7 @@ inline int bytes_per_pixel(const icanvas &c) {
 }
 
 inline bool is_drawable(const icanvas &c) {
-    return c.addr != nullptr && (c.depth == 8 || c.depth == 24) && c.width > 0 && c.height > 0 &&
+    return c.addr && (c.depth == 8 || c.depth == 24) && c.width > 0 && c.height > 0 &&
            c.scanline > 0;
 }
 
@@ -56,7 +56,7 @@ inline Area clip_area(const Bounds &b, int64_t x, int64_t y, int64_t w, int64_t 
 
 // The same on a canvas; nothing may be written where there is none.
 inline Area clip_area(const icanvas *c, int64_t x, int64_t y, int64_t w, int64_t h) {
-    return c == nullptr ? Area{} : clip_area(writable_bounds(*c), x, y, w, h);
+    return !c ? Area{} : clip_area(writable_bounds(*c), x, y, w, h);
 }
 
 } // namespace raster

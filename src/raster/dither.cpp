@@ -26,7 +26,7 @@ void Dither::row(uint8_t *row, uint8_t *next, size_t width) const {
         row[x] = level_of_[row[x]];
         const bool last = x + 1 == width;
         if (!last) pass(row[x + 1], error * 7);
-        if (next == nullptr) continue;
+        if (!next) continue;
         if (x > 0) pass(next[x - 1], error * 3);
         pass(next[x], error * 5);
         if (!last) pass(next[x + 1], error);

@@ -108,7 +108,7 @@ class SpreadDiffusion {
     }
     void prepare(std::vector<uint8_t> &row) const { replace(row, before_); }
     void finish(std::vector<uint8_t> &row, std::vector<uint8_t> *next) const {
-        dither_.row(row.data(), next != nullptr ? next->data() : nullptr, row.size());
+        dither_.row(row.data(), next ? next->data() : nullptr, row.size());
         replace(row, after_);
     }
 

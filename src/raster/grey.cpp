@@ -18,8 +18,7 @@ namespace {
 using ConvertRow = void (*)(const uint8_t *src, uint8_t *dest, size_t width);
 
 bool is_convertible(const kv_img_conv *conv) {
-    return conv != nullptr && conv->src != nullptr && conv->dest != nullptr && conv->width >= 1 &&
-           conv->height >= 1;
+    return conv && conv->src && conv->dest && conv->width >= 1 && conv->height >= 1;
 }
 
 template <class Row>

@@ -146,7 +146,7 @@ void Line::draw(const Range &range, int64_t stride) const {
 
 void DrawLine(int x1, int y1, int x2, int y2, int color) {
     const icanvas *c = kvstate.canvas;
-    if (c == nullptr) return;
+    if (!c) return;
     if (y1 == y2) {
         const int left = std::min(x1, x2), right = std::max(x1, x2);
         return fill_clipped(c, left, y1, int64_t{right} - left + 1, 1, color);
@@ -158,7 +158,7 @@ void DrawLine(int x1, int y1, int x2, int y2, int color) {
 void DrawLineEx(int x1, int y1, int x2, int y2, int color, int step) {
     assert(step > 0);
     const icanvas *c = kvstate.canvas;
-    if (c == nullptr) return;
+    if (!c) return;
     const Line line(*c, x1, y1, x2, y2, color);
     const Range visible = line.visible();
     line.draw({(visible.first + step - 1) / step * step, visible.last}, step);
@@ -166,7 +166,7 @@ void DrawLineEx(int x1, int y1, int x2, int y2, int color, int step) {
 
 void DrawDashLine(int x1, int y1, int x2, int y2, int color, int fill, int space) {
     const icanvas *c = kvstate.canvas;
-    if (c == nullptr) return;
+    if (!c) return;
     const Line line(*c, x1, y1, x2, y2, color);
     const Range visible = line.visible();
     // A counter that starts below 1 lasts for one pixel.

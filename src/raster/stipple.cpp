@@ -98,7 +98,7 @@ void DrawDiagonalHatch(int x, int y, int w, int h, int step, int color) {
 
 void DrawDiagonalHatchLimits(int x, int y, int w, int h, int step, int color,
                              int (*check)(int x, int y)) {
-    if (check == nullptr) return DrawDiagonalHatch(x, y, w, h, step, color);
+    if (!check) return DrawDiagonalHatch(x, y, w, h, step, color);
     const Area a = hatched_area(kvstate.canvas, x, y, w, h);
     if (step < 1 || a.empty()) return;
     const Diagonals diagonals{step, int64_t{x} + w};

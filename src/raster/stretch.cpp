@@ -163,8 +163,8 @@ void draw_shown(const icanvas &c, const Area &to, Plane &greys, Plane &shown) {
 }
 
 bool is_possible(const uint8_t *pixels, int depth, int w, int h) {
-    return pixels != nullptr && is_known_depth(depth) && w >= 1 && h >= 1 &&
-           w <= most_source_side && h <= most_source_side;
+    return pixels && is_known_depth(depth) && w >= 1 && h >= 1 && w <= most_source_side &&
+           h <= most_source_side;
 }
 
 } // namespace
@@ -176,15 +176,15 @@ void kv_stretch(const unsigned char *src, int depth, int sx, int sy, int sw, int
     const Area to = clip_area(c, dx, dy, dw, dh);
     if (to.empty() || sx < 0 || sy < 0 || !is_possible(src, depth, sw, sh)) return;
     const ptrdiff_t top = sy;
-    if (mask != nullptr) mask += top * mask_scanline;
+    if (mask) mask += top * mask_scanline;
     const Source source{src + top * scanline, depth, sx, scanline, mask, mask_scanline};
     const int skipped_x = static_cast<int>(int64_t{to.x} - dx);
     const int skipped_y = static_cast<int>(int64_t{to.y} - dy);
     const StretchAxis rows = make_row_axis(sh, dh, skipped_y, to.h);
     const StretchAxis columns = make_column_axis(sw, dw, skipped_x, to.w);
     const RowPass pass = row_pass_of(sh, dh);
-    Plane greys(source, mask == nullptr ? Kind::greys : Kind::shown_greys, rows, columns, pass);
-    if (mask == nullptr) return draw_whole(*c, to, greys);
+    Plane greys(source, !mask ? Kind::greys : Kind::shown_greys, rows, columns, pass);
+    if (!mask) return draw_whole(*c, to, greys);
     Plane shown(source, Kind::shown, rows, columns, pass);
     draw_shown(*c, to, greys, shown);
 } catch (const std::bad_alloc &) {

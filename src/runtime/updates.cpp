@@ -26,8 +26,8 @@ struct Area {
 };
 
 struct State {
-    std::array<update_info, scheduled_areas> updates{};
-    update_info refresh_area{};
+    std::array<UpdateInfo, scheduled_areas> updates{};
+    UpdateInfo refresh_area{};
     const char *cause = ""; // the call that the next update belongs to
     bool in_a2_update = false;
     Area a2_area{};
@@ -61,7 +61,7 @@ bool clip_axis(int &start, int &size, int screen) {
     return size > 0;
 }
 
-bool overlaps(const update_info &u, const Area &a) {
+bool overlaps(const UpdateInfo &u, const Area &a) {
     return u.x < a.x + a.w && a.x < u.x + u.w && u.y < a.y + a.h && a.y < u.y + u.h;
 }
 
@@ -103,8 +103,8 @@ int show(const char *cause, const Area &a, int mode, Dynamic dynamic) {
 
 void run_schedule(void *) {
     const int64_t now = hw_boottime_ms();
-    const update_info *earliest = nullptr;
-    for (update_info &u : state.updates) {
+    const UpdateInfo *earliest = nullptr;
+    for (UpdateInfo &u : state.updates) {
         if (!u.await) continue;
         if (u.utime <= now) {
             u.await = 0;
@@ -120,7 +120,7 @@ void run_schedule(void *) {
 
 Area merge_schedule(Area area) {
     const int64_t now = hw_boottime_ms();
-    for (update_info &u : state.updates) {
+    for (UpdateInfo &u : state.updates) {
         if (!u.await || !overlaps(u, area)) continue;
         area = union_of(u, area);
         u.utime = now;
@@ -131,12 +131,12 @@ Area merge_schedule(Area area) {
 }
 
 void clear_schedule() {
-    for (update_info &u : state.updates) u.await = 0;
+    for (UpdateInfo &u : state.updates) u.await = 0;
     ClearTimer(run_schedule);
 }
 
 void run_refresh(void *) {
-    update_info &r = state.refresh_area;
+    UpdateInfo &r = state.refresh_area;
     if (!r.await) return;
     r.await = 0;
     show("deferred refresh", {r.x, r.y, r.w, r.h}, r.bw, DYNAMIC_PARTIAL);
@@ -150,7 +150,7 @@ void clear_deferred_refresh() {
 void defer_refresh(Area area, int mode) {
     if (!clip_axis(area.x, area.w, ScreenWidth()) || !clip_axis(area.y, area.h, ScreenHeight()))
         return;
-    update_info &r = state.refresh_area;
+    UpdateInfo &r = state.refresh_area;
     if (r.await) {
         area = union_of(r, area);
         if (mode != UPDATE_GREY) mode = r.bw;
@@ -244,8 +244,8 @@ void schedule_area(int x, int y, int w, int h, int mode, int delay_ms) {
     if (!clip_axis(area.x, area.w, ScreenWidth()) || !clip_axis(area.y, area.h, ScreenHeight()))
         return;
     const int64_t now = hw_boottime_ms();
-    update_info *oldest = nullptr;
-    for (update_info &u : state.updates) {
+    UpdateInfo *oldest = nullptr;
+    for (UpdateInfo &u : state.updates) {
         const bool usable = !u.await && u.utime < now;
         if (usable && (!oldest || u.utime < oldest->utime)) oldest = &u;
     }

@@ -9,7 +9,7 @@
 struct ibitmap_s;
 
 // One scheduled area.
-struct update_info {
+struct UpdateInfo {
     int x, y, w, h;
     int bw;        // update mode
     int64_t utime; // ms when due

@@ -91,11 +91,11 @@ VisualOrder reorder(const uint16_t *units, int len, Direction direction) {
 }
 
 unsigned short *converted_copy(const uint16_t *text, int len, Direction direction) try {
-    if (text == nullptr || len < 0) return nullptr;
+    if (!text || len < 0) return nullptr;
     const VisualOrder order = reorder(text, len, direction);
     auto *copy = static_cast<unsigned short *>(
         std::malloc(static_cast<size_t>(len + 1) * sizeof(unsigned short)));
-    if (copy == nullptr) return nullptr;
+    if (!copy) return nullptr;
     std::transform(order.text.begin(), order.text.end(), copy,
                    [](FriBidiChar c) { return static_cast<unsigned short>(c); });
     copy[len] = 0;
@@ -176,7 +176,7 @@ std::vector<uint16_t> visual_line(const uint16_t *text, int len, Direction direc
 } // namespace text
 
 int rtl_direction(const unsigned short *text, int len) {
-    return text != nullptr && len > 0 ? static_cast<int>(text::direction_of(text, len)) : 0;
+    return text && len > 0 ? static_cast<int>(text::direction_of(text, len)) : 0;
 }
 
 unsigned short *rtl_convert_l(const unsigned short *text, int len) {
@@ -188,7 +188,7 @@ unsigned short *rtl_convert_r(const unsigned short *text, int len) {
 }
 
 void arabic_shape(unsigned short *text, int len) try {
-    if (text == nullptr) return;
+    if (!text) return;
     for (int begin = 0; begin < len;) {
         const int end = static_cast<int>(std::find(text + begin, text + len, text::newline) - text);
         text::shape_paragraph(text + begin, end - begin);

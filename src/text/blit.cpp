@@ -36,14 +36,14 @@ void blend_rgb(uint8_t *row, const uint8_t *coverage, ptrdiff_t step, int count,
 } // namespace
 
 Target::Target(int color, Run run) : canvas_(kvstate.canvas), run_(run) {
-    if (canvas_ == nullptr) return;
+    if (!canvas_) return;
     bounds_ = raster::writable_bounds(*canvas_);
     if (bounds_.empty()) canvas_ = nullptr;
     set_color(color);
 }
 
 void Target::set_color(int color) {
-    if (canvas_ != nullptr) ink_.emplace(*canvas_, color);
+    if (canvas_) ink_.emplace(*canvas_, color);
 }
 
 inline void Target::blend_row(uint8_t *row, const uint8_t *coverage, ptrdiff_t step,

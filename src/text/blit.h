@@ -21,7 +21,7 @@ class Target {
 
     // Draws a glyph with its origin, on the baseline, at (x, y).
     void draw(const Glyph &glyph, int64_t x, int64_t y) const {
-        if (canvas_ == nullptr || glyph.coverage == nullptr) return;
+        if (!canvas_ || !glyph.coverage) return;
         run_ == Run::across ? draw_glyph(glyph, x, y) : draw_glyph_r(glyph, x, y);
     }
 

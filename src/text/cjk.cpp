@@ -24,7 +24,7 @@ ifont *find_cjk_font(int size, int aa) {
     if (is_missing) return nullptr;
     cjk_fonts.reserve(cjk_fonts.size() + 1);
     ifont *font = OpenFont(cjk_name, size, aa);
-    is_missing = font == nullptr;
+    is_missing = !font;
     if (!is_missing) cjk_fonts.push_back(font);
     return font;
 }
@@ -57,10 +57,10 @@ void select_need_font(unsigned short c, ifont *current, int color) try {
         if (ifont *font = text::put_aside_for_cjk(nullptr)) text::restore_font(font, color);
         return;
     }
-    const bool is_needed = text::before == nullptr && current != nullptr && text::has_face() &&
-                           !text::current.cache->face().has(c);
+    const bool is_needed =
+        !text::before && current && text::has_face() && !text::current.cache->face().has(c);
     ifont *font = is_needed ? text::find_cjk_font(current->size, current->aa) : nullptr;
-    if (font == nullptr) return;
+    if (!font) return;
     text::before = current;
     text::restore_font(font, color);
 } catch (const std::bad_alloc &) {

@@ -50,7 +50,7 @@ std::vector<std::string> font_names() {
 // How many faces a file has; 1 when it cannot be opened.
 int count_faces(const std::string &name) {
     FT_Face face = nullptr;
-    if (library() == nullptr || !match_ext(name.c_str(), "ttc")) return 1;
+    if (!library() || !match_ext(name.c_str(), "ttc")) return 1;
     const std::string path = std::string(font_directory) + '/' + name;
     if (FT_New_Face(library(), path.c_str(), -1, &face) != 0) return 1;
     const FacePtr owner(face);

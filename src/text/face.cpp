@@ -26,7 +26,7 @@ int nearest_strike(FT_Face face, int pixels) {
 
 Face::Face(std::string name, FacePtr face) : name_(std::move(name)), face_(std::move(face)) {
     // Symbol fonts may have no Unicode table.
-    if (ft()->charmap == nullptr && ft()->num_charmaps > 0) FT_Set_Charmap(ft(), ft()->charmaps[0]);
+    if (!ft()->charmap && ft()->num_charmaps > 0) FT_Set_Charmap(ft(), ft()->charmaps[0]);
 }
 
 void Face::set_fallback(Face &fallback) {

@@ -53,7 +53,7 @@ class Face {
     // Where a character's glyph is: here, or in the fallback face, there perhaps glyph 0.
     GlyphRef find(uint16_t c) {
         const GlyphPage *page = pages_[c >> 8].get();
-        const GlyphRef glyph = page != nullptr ? (*page)[c & 255] : GlyphRef();
+        const GlyphRef glyph = page ? (*page)[c & 255] : GlyphRef();
         return glyph.is_known() ? glyph : look_up(c);
     }
     Face &owner(GlyphRef glyph) { return glyph.in_fallback() ? *fallback_ : *this; }

@@ -62,10 +62,10 @@ Style fallback_style(FT_Face face) {
 
 Face *find_fallback(Style style) {
     Face *&fallback = fallbacks[static_cast<size_t>(style)];
-    if (fallback != nullptr) return fallback;
+    if (fallback) return fallback;
     Face *opened = acquire_face(default_font(style));
     // Opening it may have looked for its own fallback, and found itself.
-    if (fallback == nullptr)
+    if (!fallback)
         fallback = opened;
     else
         release_face(opened);
@@ -73,7 +73,7 @@ Face *find_fallback(Style style) {
 }
 
 void add_to_table(Face &face) {
-    if (faces == nullptr) faces = vhash_new(face_buckets, nullptr, nullptr);
+    if (!faces) faces = vhash_new(face_buckets, nullptr, nullptr);
     vhash_add(faces, face.name().c_str(), &face);
     if (vhash_find(faces, face.name().c_str()) != &face) throw std::bad_alloc();
     kvstate.fonthash = faces;
@@ -137,7 +137,7 @@ int open_fonts() {
 } // namespace
 
 FT_Library library() {
-    if (freetype != nullptr) return freetype;
+    if (freetype) return freetype;
     if (const FT_Error error = FT_Init_FreeType(&freetype)) {
         kv_warn("OpenFont", "FT_Init_Freetype: error %i\n", error);
         freetype = nullptr;
@@ -148,9 +148,9 @@ FT_Library library() {
 
 Face *acquire_face(const std::string &name) {
     auto *face = static_cast<Face *>(vhash_find(faces, name.c_str()));
-    if (face == nullptr) {
+    if (!face) {
         face = open_face(name);
-        if (face == nullptr) return nullptr;
+        if (!face) return nullptr;
         ++face->references; // counts while its own fallback is opened
         choose_fallback(*face);
     } else {
@@ -160,7 +160,7 @@ Face *acquire_face(const std::string &name) {
 }
 
 void release_face(Face *face) {
-    if (face == nullptr || --face->references > 0) return;
+    if (!face || --face->references > 0) return;
     vhash_delete(faces, face->name().c_str());
     delete face;
 }
@@ -173,7 +173,7 @@ void forget_faces_in(const std::string &directory) {
 }
 
 void reset_faces() {
-    if (freetype == nullptr || open_fonts() > 0) return;
+    if (!freetype || open_fonts() > 0) return;
     for (Face *&fallback : fallbacks) {
         release_face(fallback);
         fallback = nullptr;

@@ -42,10 +42,10 @@ void describe_face(ifont &font, Face &face) {
     const FT_Face ft = face.ft();
     static char unnamed[] = "";
     font.fdata = &face;
-    font.family = ft->family_name != nullptr ? ft->family_name : unnamed;
+    font.family = ft->family_name ? ft->family_name : unnamed;
     font.isbold = (ft->style_flags & FT_STYLE_FLAG_BOLD) != 0;
     font.isitalic = (ft->style_flags & FT_STYLE_FLAG_ITALIC) != 0;
-    if (ft->charmap != nullptr) font.charset = ft->charmap->encoding_id;
+    if (ft->charmap) font.charset = ft->charmap->encoding_id;
     set_metrics(font, face);
 }
 
@@ -62,14 +62,14 @@ using FontPtr = std::unique_ptr<ifont, FontDeleter>;
 FontPtr make_font(const char *name, int size, int aa) {
     FontPtr font(new ifont{});
     font->name = strdup(name);
-    if (font->name == nullptr) throw std::bad_alloc();
+    if (!font->name) throw std::bad_alloc();
     font->size = size;
     font->aa = aa != 0 && kvstate.antialiasing != 0;
     return font;
 }
 
 FontPtr open_font(const char *name, int size, int aa) {
-    if (library() == nullptr) return nullptr;
+    if (!library()) return nullptr;
     if (strcasecmp(name, "null") == 0) {
         FontPtr font = make_font(name, size, aa);
         font->family = font->name;
@@ -78,7 +78,7 @@ FontPtr open_font(const char *name, int size, int aa) {
     const std::string resolved = resolved_name(name);
     FontPtr font = make_font(resolved.c_str(), size, aa);
     Face *face = acquire_face(resolved);
-    if (face == nullptr) {
+    if (!face) {
         kv_warn("OpenFont", "FT_New_Face: cannot open %s\n", resolved.c_str());
         return nullptr;
     }
@@ -88,9 +88,9 @@ FontPtr open_font(const char *name, int size, int aa) {
 
 // The runtime record tells what is current, too.
 void publish() {
-    Face *face = current.cache != nullptr ? &current.cache->face() : nullptr;
-    kvstate.current_face = face != nullptr ? face->ft() : nullptr;
-    kvstate.current_zface = face != nullptr ? face->fallback().ft() : nullptr;
+    Face *face = current.cache ? &current.cache->face() : nullptr;
+    kvstate.current_face = face ? face->ft() : nullptr;
+    kvstate.current_zface = face ? face->fallback().ft() : nullptr;
     kvstate.current_aa = current.mode == Mode::antialiased;
     kvstate.cw_cache = kvstate.kerning_cache = kvstate.glyph_cache = current.cache;
 }
@@ -99,7 +99,7 @@ void select(ifont *font) try {
     SizeCache *former = current.cache;
     kvstate.current_font = font;
     current = {};
-    if (font != nullptr && font->fdata != nullptr)
+    if (font && font->fdata)
         current = {.cache = &face_of(*font)->cache(font->size, strength, former),
                    .mode = font->aa != 0 ? Mode::antialiased : Mode::mono,
                    .baseline = font->baseline};
@@ -135,13 +135,13 @@ void reset() {
 } // namespace text
 
 ifont *OpenFont(const char *name, int size, int aa) try {
-    return name != nullptr ? text::open_font(name, size, aa).release() : nullptr;
+    return name ? text::open_font(name, size, aa).release() : nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;
 }
 
 void CloseFont(ifont *f) {
-    if (f == nullptr) return;
+    if (!f) return;
     if (kvstate.current_font == f) text::select(nullptr);
     std::replace(std::begin(text::registered), std::end(text::registered), f,
                  static_cast<ifont *>(nullptr));
@@ -150,11 +150,11 @@ void CloseFont(ifont *f) {
 }
 
 void SetFont(const ifont *f, int color) {
-    if (f != nullptr) text::select(const_cast<ifont *>(f));
+    if (f) text::select(const_cast<ifont *>(f));
     const ifont *font = kvstate.current_font;
     if (color != -1)
         kvstate.current_color = color;
-    else if (font != nullptr && font->color != -1)
+    else if (font && font->color != -1)
         kvstate.current_color = font->color;
 }
 
@@ -164,11 +164,11 @@ ifont *GetFont() {
 
 void RegisterFontList(ifont **fonts, int count) {
     std::fill(std::begin(text::registered), std::end(text::registered), nullptr);
-    if (fonts != nullptr && count > 0)
+    if (fonts && count > 0)
         std::copy_n(fonts, std::min(count, text::most_registered), text::registered);
 }
 
 void SetTextStrength(int n) {
     text::strength = std::clamp(n, 0, text::most_strength);
-    if (kvstate.current_font != nullptr) text::select(kvstate.current_font);
+    if (kvstate.current_font) text::select(kvstate.current_font);
 }

@@ -61,7 +61,7 @@ class LinePainter {
             is_symbol_code(c)
                 ? symbol_glyph(symbol_of_code(c), symbol_size(current.baseline), current.mode)
                 : current.cache->glyph(current.mode, c);
-        if (glyph == nullptr) return;
+        if (!glyph) return;
         if (target_.run() == Run::across)
             target_.draw(*glyph, x_ + pen_, y_ + baseline_);
         else
@@ -76,7 +76,7 @@ class LinePainter {
 };
 
 void draw_string(int x, int y, const char *utf8, Run run) try {
-    if (utf8 == nullptr || !has_face()) return;
+    if (!utf8 || !has_face()) return;
     Units units(utf8);
     const Direction direction = join_letters(units.data(), units.size());
     kv_textblock(x, y, 0, units.data(), units.size(), kvstate.current_color, run, direction);

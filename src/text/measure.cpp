@@ -44,7 +44,7 @@ int CharWidth(unsigned short c) try {
 }
 
 int StringWidth(const char *utf8) try {
-    if (utf8 == nullptr) return 0;
+    if (!utf8) return 0;
     if (!text::has_face()) return text::width_without_face(std::strlen(utf8));
     text::Units units(utf8);
     text::join_letters(units.data(), units.size());
@@ -54,7 +54,7 @@ int StringWidth(const char *utf8) try {
 }
 
 int StringWidthExt(const char *utf8, int len) try {
-    if (utf8 == nullptr || len < 1) return 0;
+    if (!utf8 || len < 1) return 0;
     const size_t bytes = strnlen(utf8, static_cast<size_t>(len));
     if (!text::has_face()) return text::width_without_face(bytes);
     text::Units units(utf8, bytes, INT32_MAX);

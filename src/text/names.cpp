@@ -35,7 +35,7 @@ const DefaultName *find_alias(const char *name) {
 // A setting that names an alias again names nothing.
 const char *target(const DefaultName &entry) {
     const char *name = entry.configured;
-    return *name != '\0' && find_alias(name) == nullptr ? name : entry.own;
+    return *name != '\0' && !find_alias(name) ? name : entry.own;
 }
 
 // Takes ":2" off a name; "" and what is no digit mean the first face.
@@ -59,7 +59,7 @@ const char *default_font(Style style) {
 
 std::string resolved_name(const char *name) {
     const DefaultName *alias = find_alias(name);
-    return alias != nullptr ? target(*alias) : name;
+    return alias ? target(*alias) : name;
 }
 
 std::vector<FontFile> font_files(const std::string &name) {

@@ -89,12 +89,12 @@ int multiline_width(Units &units, int maxwidth, int flags) {
 } // namespace text
 
 char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int *height) try {
-    if (height != nullptr) *height = 0;
-    if (utf8 == nullptr) return nullptr;
+    if (height) *height = 0;
+    if (!utf8) return nullptr;
     const size_t bytes = std::strlen(utf8);
     text::Units units(utf8, bytes, text::most_characters);
     const text::Layout layout = text::draw_rect({x, y, w, h, 0}, units, flags);
-    if (height != nullptr) *height = text::saturated(layout.height);
+    if (height) *height = text::saturated(layout.height);
     if (!text::has_face()) return const_cast<char *>(utf8 + bytes);
     return const_cast<char *>(utf8::skip(utf8, utf8 + bytes, static_cast<size_t>(layout.end)));
 } catch (const std::bad_alloc &) {
@@ -106,12 +106,11 @@ char *DrawTextRect(int x, int y, int w, int h, const char *utf8, int flags) {
 }
 
 char *DrawTextRect2(const irect *r, const char *utf8) {
-    return r != nullptr ? DrawTextRect(r->x, r->y, r->w, r->h, utf8, r->flags)
-                        : const_cast<char *>(utf8);
+    return r ? DrawTextRect(r->x, r->y, r->w, r->h, utf8, r->flags) : const_cast<char *>(utf8);
 }
 
 int TextRectHeightEx(int w, int h, const char *utf8, int flags) try {
-    if (utf8 == nullptr) return 0;
+    if (!utf8) return 0;
     text::Units units(utf8, std::strlen(utf8), text::most_characters);
     const text::Direction direction = text::join_letters(units.data(), units.size());
     const text::Layout layout = text::kv_textrect(0, 0, w, h, units.data(), units.size(),
@@ -126,7 +125,7 @@ int TextRectHeight(int w, const char *utf8, int flags) {
 }
 
 int MinimalTextRectWidth(int w, const char *utf8) try {
-    if (utf8 == nullptr) return 0;
+    if (!utf8) return 0;
     const size_t bytes = std::strlen(utf8);
     if (!text::has_face()) return std::clamp(w, 0, text::width_without_face(bytes));
     text::Units units(utf8, bytes, INT32_MAX);
@@ -139,7 +138,7 @@ int MinimalTextRectWidth(int w, const char *utf8) try {
 }
 
 int GetMultilineStringWidth(const char *utf8, int maxwidth, const ifont *font, int flags) try {
-    if (utf8 == nullptr) return 0;
+    if (!utf8) return 0;
     const text::FontScope scope;
     SetFont(font, -1);
     const int width = StringWidth(utf8);

@@ -43,7 +43,7 @@ FT_Face SizeCache::load(Mode mode, uint16_t c) {
 
 uint8_t SizeCache::load_width(Mode mode, uint16_t c) {
     const FT_Face ft = load(mode, c);
-    const int64_t width = ft != nullptr ? (ft->glyph->advance.x + 2 * strength_ + 31) >> 6 : 0;
+    const int64_t width = ft ? (ft->glyph->advance.x + 2 * strength_ + 31) >> 6 : 0;
     of(mode).advances.set_width(c, static_cast<uint8_t>(width));
     return static_cast<uint8_t>(width);
 }

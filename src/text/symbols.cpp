@@ -104,7 +104,7 @@ struct Outline {
 Glyph rasterise(const Shape &shape, int size) {
     Glyph glyph;
     const FT_Library ft = library();
-    if (ft == nullptr) return glyph;
+    if (!ft) return glyph;
     std::vector<uint8_t> pixels(static_cast<size_t>(size) * static_cast<size_t>(size));
     FT_Bitmap bitmap{};
     bitmap.rows = bitmap.width = static_cast<unsigned>(size);
@@ -156,8 +156,7 @@ void DrawSymbol(int x, int y, int symbol) try {
     const int64_t baseline = text::current.baseline;
     const text::Glyph *glyph =
         text::symbol_glyph(symbol, text::symbol_size(baseline), text::current.mode);
-    if (glyph != nullptr)
-        text::Target(kvstate.current_color, text::Run::across).draw(*glyph, x, y + baseline);
+    if (glyph) text::Target(kvstate.current_color, text::Run::across).draw(*glyph, x, y + baseline);
 } catch (const std::bad_alloc &) {
     // Nothing is drawn.
 }

@@ -16,7 +16,7 @@ const AdvanceCache no_tables;
 } // namespace
 
 void Walker::load_tables() {
-    const bool is_plain = current.cache != nullptr && !cjk_is_used();
+    const bool is_plain = current.cache && !cjk_is_used();
     const AdvanceCache &advances = is_plain ? current.cache->advances(current.mode) : no_tables;
     pace_.pages = advances.pages();
     pace_.steps = advances.steps();
@@ -46,7 +46,7 @@ void Walker::return_to_line_font() {
 
 void Walker::switch_font(uint16_t code) {
     ifont *font = code == line_font_code ? line_font_ : registered_font(code);
-    if (font == nullptr) return;
+    if (!font) return;
     put_aside_for_cjk(nullptr);
     restore_font(font, code == line_font_code || font->color == -1 ? line_color_ : font->color);
     switched_ = code != line_font_code;
@@ -90,7 +90,7 @@ Advance Walker::slow_step(uint16_t c) {
 } // namespace text
 
 int SubstBrokenChar(unsigned short *c) {
-    if (c == nullptr) return 0;
+    if (!c) return 0;
     switch (*c) {
     case 0x02D0: // a triangular colon
         return *c = ':';

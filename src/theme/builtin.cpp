@@ -7,7 +7,7 @@
 namespace theme {
 
 ibitmap *builtin_image(const char *name) {
-    if (name == nullptr) return nullptr;
+    if (!name) return nullptr;
     const auto found = std::ranges::lower_bound(
         builtin_images, std::string_view(name), {},
         [](const BuiltinImage &image) { return std::string_view(image.name); });

@@ -14,8 +14,8 @@ namespace theme {
 namespace {
 
 struct Tables {
-    hash_filler parameters;
-    std::optional<hash_filler> translations; // made for the first one: few themes have any
+    HashFiller parameters;
+    std::optional<HashFiller> translations; // made for the first one: few themes have any
 
     void add(const char *name, const char *value) {
         if (!parameters.add(name, value)) throw std::bad_alloc();
@@ -45,7 +45,7 @@ void add_line(char *line, Tables &tables) {
 } // namespace
 
 void read_parameters(char *line, size_t size, ihash table) {
-    Tables tables{hash_filler(table), {}};
+    Tables tables{HashFiller(table), {}};
     char *const end = line + size;
     while (line < end) {
         auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));

@@ -20,10 +20,10 @@ raster::BitmapPtr load_button(const char *name) {
 
 // A theme that lacks one of the two gets a plain pair.
 void complete_buttons(UiParameters &ui) {
-    if (ui.button_normal != nullptr && ui.button_selected != nullptr) return;
+    if (ui.button_normal && ui.button_selected) return;
     ui.button_normal = raster::make_white_bitmap(standard_button_width, standard_button_height);
     ui.button_selected = raster::make_white_bitmap(standard_button_width, standard_button_height);
-    if (ui.button_selected != nullptr)
+    if (ui.button_selected)
         std::memset(ui.button_selected->data, 0xAA, raster::pixel_bytes(*ui.button_selected));
 }
 

@@ -36,8 +36,8 @@ class Picture {
     static Picture or_else(const char *name, const Picture &deflt);
     const ibitmap *get() const { return bitmap_; }
     explicit operator bool() const { return bitmap_ != nullptr; }
-    int width() const { return bitmap_ != nullptr ? bitmap_->width : 0; }
-    int height() const { return bitmap_ != nullptr ? bitmap_->height : 0; }
+    int width() const { return bitmap_ ? bitmap_->width : 0; }
+    int height() const { return bitmap_ ? bitmap_->height : 0; }
 
   private:
     Picture(const char *name, ibitmap *deflt);

@@ -165,7 +165,7 @@ iselection_style LoadSelectionProperties(const char *key) {
     iselection_style style = {0, 0, 0, 3, 5, 0, 0, 0};
     try {
         style = load_style("", style);
-        if (key != nullptr && std::strcmp(key, "default") != 0)
+        if (key && std::strcmp(key, "default") != 0)
             style = load_style(std::string(key) + ".", style);
     } catch (const std::bad_alloc &) {
         // What was read before memory ran out counts.

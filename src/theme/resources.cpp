@@ -26,7 +26,7 @@ int parse_side(const char *text) {
 // Whether a default is really the size of a blank bitmap, a text "*(W,H)".
 bool is_size(const ibitmap *deflt) {
     const char *text = reinterpret_cast<const char *>(deflt);
-    return text != nullptr && text[0] == '*' && text[1] == '(';
+    return text && text[0] == '*' && text[1] == '(';
 }
 
 // The height is the width when it is left out. Null for a size that no bitmap has.
@@ -36,7 +36,7 @@ ibitmap *make_blank(const ibitmap *size) {
     memccpy(text, start, '\0', sizeof text - 1);
     const char *comma = std::strchr(text, ',');
     const int width = parse_side(text + 2);
-    return NewBitmap(width, comma != nullptr ? parse_side(comma + 1) : width);
+    return NewBitmap(width, comma ? parse_side(comma + 1) : width);
 }
 
 // The picture for landscape, if the screen is held so, then the common one; each for many greys
@@ -44,27 +44,27 @@ ibitmap *make_blank(const ibitmap *size) {
 ibitmap *find_variant(const char *name) {
     const auto find_depth = [](const std::string &plain) {
         ibitmap *found = theme::source.picture(theme::deep_name(plain).c_str());
-        return found != nullptr ? found : theme::source.picture(plain.c_str());
+        return found ? found : theme::source.picture(plain.c_str());
     };
     ibitmap *found = nullptr;
     if (theme::is_landscape()) found = find_depth(theme::turned_name(name));
-    return found != nullptr ? found : find_depth(name);
+    return found ? found : find_depth(name);
 }
 
 ibitmap *find_or_make(const char *name, const ibitmap *deflt) {
-    ibitmap *found = name != nullptr ? find_variant(name) : nullptr;
-    if (found != nullptr) return found;
+    ibitmap *found = name ? find_variant(name) : nullptr;
+    if (found) return found;
     if (is_size(deflt)) return make_blank(deflt);
-    if (raster::bitmap_tracker.found == nullptr) return nullptr;
-    return deflt != nullptr ? CopyBitmapNoTrack(deflt) : NewBitmap(2, 2);
+    if (!raster::bitmap_tracker.found) return nullptr;
+    return deflt ? CopyBitmapNoTrack(deflt) : NewBitmap(2, 2);
 }
 
 } // namespace
 
 ibitmap *GetResource(const char *name, ibitmap *deflt) try {
     ibitmap *found = find_or_make(name, deflt);
-    if (found == nullptr) return is_size(deflt) ? nullptr : deflt;
-    if (raster::bitmap_tracker.found != nullptr) raster::bitmap_tracker.found(found, name);
+    if (!found) return is_size(deflt) ? nullptr : deflt;
+    if (raster::bitmap_tracker.found) raster::bitmap_tracker.found(found, name);
     return found;
 } catch (const std::bad_alloc &) {
     return is_size(deflt) ? nullptr : deflt;

@@ -66,7 +66,7 @@ void parse_rect(const char *text, irect &r) {
         char *end;
         *field = parse_int(text, &end);
         text = std::strchr(end, ',');
-        if (text == nullptr) return;
+        if (!text) return;
         ++text;
     }
     r.flags = parse_flags(text);
@@ -82,9 +82,9 @@ void make_relative(int &start, int &length, int extent) {
 const char *find_for_partner(const char *name) {
     const char *partner = cfg_read_string("partner", nullptr);
     const char *found = nullptr;
-    if (partner != nullptr && *partner != '\0')
+    if (partner && *partner != '\0')
         found = theme::source.text((std::string(name) + "." + partner).c_str());
-    return found != nullptr ? found : theme::source.text(name);
+    return found ? found : theme::source.text(name);
 }
 
 } // namespace
@@ -105,41 +105,40 @@ FontSpec parse_font(const char *text) {
     FontSpec spec;
     if (*text == '#') spec.antialias = 0, ++text;
     const char *comma = std::strchr(text, ',');
-    spec.face.assign(text,
-                     comma != nullptr ? static_cast<size_t>(comma - text) : std::strlen(text));
-    if (comma == nullptr) return spec;
+    spec.face.assign(text, comma ? static_cast<size_t>(comma - text) : std::strlen(text));
+    if (!comma) return spec;
     spec.size = clamped(std::strtol(comma + 1, nullptr, 10));
     comma = std::strchr(comma + 1, ',');
-    if (comma != nullptr) spec.color = static_cast<int>(std::strtoul(comma + 1, nullptr, 0));
+    if (comma) spec.color = static_cast<int>(std::strtoul(comma + 1, nullptr, 0));
     return spec;
 }
 
 } // namespace theme
 
 const char *GetThemeString(const char *name, const char *deflt) try {
-    if (name == nullptr) return deflt;
+    if (!name) return deflt;
     const char *found = nullptr;
     if (theme::is_landscape()) found = find_for_partner((std::string("^") + name).c_str());
-    if (found == nullptr) found = find_for_partner(name);
-    return found != nullptr ? found : deflt;
+    if (!found) found = find_for_partner(name);
+    return found ? found : deflt;
 } catch (const std::bad_alloc &) {
     return deflt;
 }
 
 int GetThemeInt(const char *name, int deflt) {
     const char *value = GetThemeString(name, nullptr);
-    return value != nullptr ? parse_int(value, nullptr) : deflt;
+    return value ? parse_int(value, nullptr) : deflt;
 }
 
 void kv_getthemerect(const char *name, irect *out, int x, int y, int w, int h, int flags) {
-    if (out == nullptr) return;
+    if (!out) return;
     *out = iRect(x, y, w, h, flags);
     const char *value = GetThemeString(name, nullptr);
-    if (value != nullptr && *value != '\0') parse_rect(value, *out);
+    if (value && *value != '\0') parse_rect(value, *out);
 }
 
 void GetThemeRect(const char *name, irect *out, int x, int y, int w, int h, int flags) {
-    if (out == nullptr) return;
+    if (!out) return;
     kv_getthemerect(name, out, x, y, w, h, flags);
     *out = theme::screen_relative(*out);
 }

@@ -234,7 +234,7 @@ TEST(Hash, FillerDoesWhatAddingOneByOneDoes) {
         const std::string key = std::to_string(i);
         for (ihash h : {plain.get(), filled.get()}) hash_add(h, key.c_str(), "before");
     }
-    hash_filler filler(filled.get());
+    HashFiller filler(filled.get());
     for (int i = 0; i < 5000; i++) {
         const std::string key = random_key(random) + std::to_string(random() % 900);
         const std::string value = std::to_string(i);

@@ -39,7 +39,7 @@ ThemeText last_values(std::string_view text) {
 
 std::unique_ptr<theme::Container> open_theme(const fs::path &file, Mistakes &mistakes) {
     auto container = theme::Container::open(file.string());
-    if (container == nullptr) {
+    if (!container) {
         mistakes.add({file}, "cannot be opened; check its name and permissions");
     } else if (!container->read_header()) {
         mistakes.add({file}, "is no theme, or its beginning is damaged; pack it again");
@@ -57,7 +57,7 @@ std::unique_ptr<theme::Container> open_theme(const fs::path &file, Mistakes &mis
 
 ThemeText read_text(const fs::path &file, const theme::Container &container, Mistakes &mistakes) {
     const theme::Block block = container.unpack_parameters();
-    if (block.bytes == nullptr) {
+    if (!block.bytes) {
         mistakes.add({file}, "the parameter text is damaged; pack it again");
         return {};
     }
@@ -67,7 +67,7 @@ ThemeText read_text(const fs::path &file, const theme::Container &container, Mis
 Unpacked read_resource(const theme::Container &container, const std::string &name) {
     Unpacked resource;
     resource.block = container.unpack(name);
-    if (resource.block.bytes == nullptr) return resource;
+    if (!resource.block.bytes) return resource;
     if (resource.block.size <= theme::largest_picture)
         resource.picture = to_picture({resource.block.bytes.get(), resource.block.size});
     resource.kind = resource.picture                ? Kind::picture

@@ -63,7 +63,7 @@ Picture to_picture(const ibitmap &bm) {
         const uint8_t *mask =
             raster::has_mask(bm) ? raster::mask_of(bm) + y * raster::mask_scanline(bm) : nullptr;
         for (size_t x = 0; x < picture.width; ++x) {
-            const bool hole = mask != nullptr && (mask[x / 8] & 0x80 >> x % 8) == 0;
+            const bool hole = mask && (mask[x / 8] & 0x80 >> x % 8) == 0;
             picture.grey_alpha.push_back(grey_at(row, x, raster::depth_of(bm)));
             picture.grey_alpha.push_back(hole ? 0 : 255);
         }
@@ -82,7 +82,7 @@ Picture load(const std::filesystem::path &file) {
         bm.reset(LoadJPEG(path.c_str(), own_size, own_size, unchanged, unchanged, 0));
     else
         bm.reset(LoadTIFF(path.c_str(), own_size, own_size, unchanged, unchanged, 0));
-    if (bm == nullptr) throw std::runtime_error("the library refuses it");
+    if (!bm) throw std::runtime_error("the library refuses it");
     return to_picture(*bm);
 }
 

@@ -29,7 +29,7 @@ class NewFolder {
         if (fs::exists(wanted) && !(fs::is_directory(wanted) && fs::is_empty(wanted)))
             throw std::system_error(EEXIST, std::generic_category(), wanted.string());
         std::string name = wanted.string() + ".XXXXXX";
-        if (mkdtemp(name.data()) == nullptr)
+        if (!mkdtemp(name.data()))
             throw std::system_error(errno, std::generic_category(), wanted.string());
         path_ = name;
     }

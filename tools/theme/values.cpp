@@ -243,14 +243,14 @@ size_t distance(std::string_view a, std::string_view b) {
 
 bool is_partner_variant(std::string_view name) {
     const size_t point = name.rfind('.');
-    return point != name.npos && find(name.substr(0, point)) != nullptr;
+    return point != name.npos && find(name.substr(0, point));
 }
 
 } // namespace
 
 std::string value_fault(std::string_view name, std::string_view value) {
     const Known *parameter = find(name);
-    if (parameter == nullptr) return {};
+    if (!parameter) return {};
     std::string fault;
     switch (parameter->kind) {
     case Kind::number:
@@ -277,7 +277,7 @@ std::string value_fault(std::string_view name, std::string_view value) {
 
 std::string scaled_value(std::string_view name, std::string_view value, int percent) {
     const Known *parameter = find(name);
-    const Kind kind = parameter == nullptr || value.empty() ? Kind::text : parameter->kind;
+    const Kind kind = !parameter || value.empty() ? Kind::text : parameter->kind;
     switch (kind) {
     case Kind::length:
         return scaled_number(value, percent, 0);
@@ -296,7 +296,7 @@ std::string scaled_value(std::string_view name, std::string_view value, int perc
 std::string probably_meant(std::string_view name) {
     constexpr size_t near = 2, shortest = 8;
     if (name.starts_with('^')) name.remove_prefix(1);
-    if (find(name) != nullptr || is_partner_variant(name) || name.size() < shortest) return {};
+    if (find(name) || is_partner_variant(name) || name.size() < shortest) return {};
     name = without_owner(name);
     for (const Known &parameter : known)
         if (name.size() <= parameter.name.size() + near && distance(name, parameter.name) <= near)

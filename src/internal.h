@@ -41,7 +41,8 @@ enum : int {
     UI_PLAYER_OPEN = 0x1,
     UI_MODAL_MASK = 0xE, // a modal component is open
     UI_DIALOG_OPEN = 0x4,
-    UI_PANEL_IGNORES_POINTER = 0x10,
+    UI_KEYBOARD_OPEN = 0x10,
+    UI_PANEL_IGNORES_POINTER = UI_KEYBOARD_OPEN,
     UI_QUICK_NAVIGATOR = 0x20,
     UI_NO_EXIT_HOURGLASS = 0x40,
     UI_EXTERNAL = 0x200, // the library must not end the process

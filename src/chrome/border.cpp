@@ -8,11 +8,12 @@
 #include "chrome/chrome.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/frames.h"
+#include "raster/box.h"
 #include "theme/parameters.h"
 
 namespace {
 
-using namespace chrome;
+using namespace raster;
 using theme::Picture;
 
 struct RoundCorners {

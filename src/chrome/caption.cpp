@@ -8,12 +8,11 @@
 #include "kelvane/events.h"
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
+#include "text/font_scope.h"
 #include "text/letter_case.h"
 #include "theme/parameters.h"
 
 namespace {
-
-using namespace chrome;
 
 std::optional<icaption_properties> caption;
 bool enabled = false;
@@ -61,7 +60,7 @@ void DrawApplicationCaption(const char *title, const irect *rect) try {
     if (!title) return;
     const irect place = rect ? *rect : title_place(p);
     const std::string text = p.uppercase != 0 ? text::upper_case(title) : title;
-    const FontScope font(p.font);
+    const text::FontScope font(p.font);
     DrawTextRect2(&place, text.c_str());
 } catch (const std::bad_alloc &) {
 }

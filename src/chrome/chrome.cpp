@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Forgets everything of the area at once.
 #include "chrome/chrome.h"
 
 #include "theme/parameters.h"
@@ -10,8 +11,6 @@ void reset() {
     reset_selection();
     reset_frames();
     reset_caption();
-    reset_pager();
-    reset_keylock();
     theme::drop_ui_parameters();
 }
 

@@ -10,12 +10,14 @@
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
 #include "kelvane/updates.h"
+#include "raster/box.h"
+#include "text/font_scope.h"
 #include "text/letter_case.h"
 #include "theme/parameters.h"
 
 namespace {
 
-using namespace chrome;
+using namespace raster;
 using theme::Picture;
 
 struct TopPieces {
@@ -156,7 +158,7 @@ irect client_area(const Box &f, const Pieces &p, int flags) {
 
 void draw_title_text(const Box &box, const char *title) {
     const theme::UiParameters &ui = theme::ui_parameters();
-    const FontScope font(ui.header_font);
+    const text::FontScope font(ui.header_font);
     const bool low = ui.title_style == theme::TitleStyle::low;
     const bool capitals = low && GetThemeInt("popup.dialog.caption.to.upper", 0) == 1;
     const std::string text = capitals ? text::upper_case(title) : title;

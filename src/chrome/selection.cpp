@@ -8,10 +8,13 @@
 
 #include "chrome/chrome.h"
 #include "kelvane/frames.h"
+#include "raster/box.h"
 
 namespace {
 
-using namespace chrome;
+using namespace raster;
+
+constexpr int hatch_step = 3;
 
 enum Style { SQUARE_BORDER = 1, ROUND_BORDER = 2, UNDERLINE = 3, BAR = 4 };
 enum BackgroundStyle { INVERTED = 1, HATCHED = 2 };
@@ -56,7 +59,7 @@ void draw_background(const Box &m, const iselection_style &s) {
         InvertArea(r.x, r.y, r.w, r.h);
         break;
     case HATCHED:
-        hatch(m, s.background_color);
+        hatch(m, hatch_step, s.background_color);
         break;
     default:
         fill(m, s.background_color);
@@ -102,7 +105,7 @@ void draw_selection(const irect &rect, const iselection_style &style) {
 } // namespace chrome
 
 void DrawPickOutEx(const irect *rect, const char *key) try {
-    if (rect) draw_selection(*rect, style_of(key));
+    if (rect) chrome::draw_selection(*rect, style_of(key));
 } catch (const std::bad_alloc &) {
 }
 

@@ -9,6 +9,7 @@
 #include "hw.h"
 #include "internal.h"
 #include "lifecycle/lifecycle.h"
+#include "runtime/interface_flags.h"
 #include "runtime/loop.h"
 #include "runtime/screens.h"
 
@@ -26,7 +27,7 @@ void exit_actions() {
     kvstate.sleepenable = 0;
     if (kvstate.initialized) {
         kvstate.initialized = 0;
-        if (!(kvstate.uiflags & UI_NO_EXIT_HOURGLASS)) screens.hourglass();
+        if (!has_interface_flag(UI_NO_EXIT_HOURGLASS)) screens.hourglass();
         if (kvstate.mainhproc) kvstate.mainhproc(EVT_EXIT, 0, 0);
     }
     unlink(current_file);
@@ -50,7 +51,7 @@ void restore_signal_handlers() {
 
 void kv_exit_handler() {
     if (!kvstate.isopen || getpid() != kvstate.pid) return;
-    const bool external = kvstate.uiflags & UI_EXTERNAL;
+    const bool external = has_interface_flag(UI_EXTERNAL);
     exit_actions();
     if (external) {
         if (kvstate.isopen) close_screen(); // the handler of EVT_EXIT may have done so
@@ -76,5 +77,5 @@ void ClearOnExit() {
 }
 
 void DisableExitHourglass() {
-    kvstate.uiflags |= UI_NO_EXIT_HOURGLASS;
+    set_interface_flags(UI_NO_EXIT_HOURGLASS);
 }

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
-#include "chrome/keylock.h"
 #include "chrome/panel.h"
 #include "file/hooks.h"
 #include "hw.h"
@@ -16,9 +15,12 @@
 #include "kelvane/languages.h"
 #include "kelvane/theme.h"
 #include "keyboard/keyboard.h"
+#include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
+#include "pager/pager.h"
 #include "runtime/handlers.h"
 #include "runtime/input.h"
+#include "runtime/interface_flags.h"
 #include "runtime/loop.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
@@ -46,7 +48,7 @@ void install_hooks() {
     hw::hooks.post_to_main = post_to_main;
     hw::hooks.run_exit = kv_exit_handler;
     hw::hooks.panel_height = PanelHeight;
-    update_hooks = {chrome::show_keylock_icon, chrome::restore_under_keylock_icon};
+    update_hooks = {keylock::show_icon, keylock::restore_under_icon};
     file_hooks.system_request = [](int request) { kv_ipc_request(request, 0, nullptr, 0, 0); };
     file_hooks.translate = GetLangText;
     text::hooks.is_rtl = IsRTL;
@@ -145,9 +147,9 @@ void own_process(Ownership ownership) {
     kvstate.initialized = 0;
     kvstate.pid = getpid();
     install_signal_handlers();
-    kvstate.uiflags |= UI_OPENED;
+    set_interface_flags(UI_OPENED);
     if (ownership == Ownership::external) {
-        kvstate.uiflags |= UI_EXTERNAL;
+        set_interface_flags(UI_EXTERNAL);
         DisableExitHourglass();
         delay_power_low_reminder(first_low_battery_reminder_ms);
     }
@@ -176,6 +178,8 @@ void close_screen() {
     pointer_reset();
     loop_start();
     remove_hooks();
+    keylock::reset();
+    pager::reset();
     chrome::reset();
     text::reset();
     CloseConfigNoSave(kvstate.cfg);

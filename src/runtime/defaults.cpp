@@ -7,6 +7,7 @@
 #include "hw.h"
 #include "internal.h"
 #include "runtime/delivery.h"
+#include "runtime/interface_flags.h"
 #include "runtime/screens.h"
 #include "runtime/tasks.h"
 #include "runtime/wake.h"
@@ -40,7 +41,7 @@ void report_bitmaps() {
 }
 
 void toggle_player() {
-    if (kvstate.uiflags & UI_PLAYER_OPEN)
+    if (has_interface_flag(UI_PLAYER_OPEN))
         screens.close_player();
     else
         screens.open_player();
@@ -115,7 +116,7 @@ void volume_key(int key) {
 }
 
 void key_action(const ievent &event) {
-    if (MultitaskingSupported() || (kvstate.uiflags & UI_MODAL_MASK)) return;
+    if (MultitaskingSupported() || has_interface_flag(UI_MODAL_MASK)) return;
     switch (event.type) {
     case EVT_KEYRELEASE:
         key_released_unhandled(event.par1, event.par2);

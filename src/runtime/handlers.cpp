@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Which handler is current, and what a change of it ends.
 #include "runtime/handlers.h"
 
 #include "internal.h"
 #include "runtime/input.h"
+#include "runtime/interface_flags.h"
 
 namespace {
 
@@ -19,6 +21,10 @@ void drop_held_input() {
 }
 
 } // namespace
+
+KeyRate key_rate() {
+    return {kvstate.keytime1, kvstate.keytime2};
+}
 
 void reset_keyboard_rate() {
     SetKeyboardRate(first_repeat_ms, next_repeat_ms);
@@ -45,7 +51,7 @@ kv_handler SetEventHandler(kv_handler h) {
 kv_handler kv_seteventhandler(kv_handler h) {
     const kv_handler old = kvstate.hproc;
     kvstate.hproc = h;
-    kvstate.uiflags &= ~UI_QUICK_NAVIGATOR;
+    clear_interface_flags(UI_QUICK_NAVIGATOR);
     drop_held_input();
     SendEvent(h, EVT_RESTORE, 0, 0);
     return old;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "hw.h"
 #include "internal.h"
+#include "runtime/handlers.h"
 #include "runtime/input.h"
+#include "runtime/interface_flags.h"
 #include "runtime/screens.h"
 
 namespace {
@@ -34,19 +36,19 @@ int turn_page_key(int key, int orientation) {
     return swapped ? KEY_PREV + KEY_NEXT - key : key;
 }
 
-void kv_key_timer(void *) {
+void repeat_key(void *) {
     if (!hw_keystate(kvstate.currentkey)) return;
     kvstate.keyrepeats++;
     kv_enqueue(kvstate.hproc, EVT_KEYREPEAT, kv_transform_key(kvstate.currentkey),
                kvstate.keyrepeats);
-    SetWeakTimer("KEY_TIMER", kv_key_timer, kvstate.keytime2);
+    SetWeakTimer("KEY_TIMER", repeat_key, key_rate().next_ms);
 }
 
 void key_pressed(int key) {
     kvstate.allowkeyup = 1;
     kvstate.keyrepeats = 0;
     kv_enqueue(kvstate.hproc, EVT_KEYPRESS, key, 0);
-    SetHardTimer("KEY_TIMER", kv_key_timer, kvstate.keytime1);
+    SetHardTimer("KEY_TIMER", repeat_key, key_rate().first_ms);
 }
 
 void key_released(int key) {
@@ -66,13 +68,13 @@ int kv_transform_key(int key) {
 }
 
 void stop_key_repeat() {
-    ClearTimer(kv_key_timer);
+    ClearTimer(repeat_key);
 }
 
 void key_input(int type, int raw_key) {
     kvstate.currentkey = type == EVT_KEYPRESS ? raw_key : 0;
     const int key = kv_transform_key(raw_key);
-    if ((kvstate.uiflags & UI_QUICK_NAVIGATOR) && screens.navigator_key(type, key)) return;
+    if (has_interface_flag(UI_QUICK_NAVIGATOR) && screens.navigator_key(type, key)) return;
     if (type == EVT_KEYPRESS)
         key_pressed(key);
     else

@@ -8,6 +8,7 @@
 #include "hw_linux/device.h"
 #include "runtime/delivery.h"
 #include "runtime/input.h"
+#include "runtime/orientation.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
 #include "runtime/tasks.h"
@@ -86,8 +87,7 @@ bool must_stay_awake(int64_t now) {
 void check_orientation_sensor() {
     if (!kvstate.gsense) return;
     const int before = std::exchange(state.orientation, hw_read_gsensor());
-    if (before >= 0 && before != state.orientation)
-        kv_enqueue(kvstate.hproc, EVT_ORIENTATION, state.orientation, 0);
+    if (before >= 0 && before != state.orientation) queue_orientation_change(state.orientation, 0);
 }
 
 void check_user_query() {

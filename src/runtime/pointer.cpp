@@ -5,6 +5,7 @@
 #include "hw_linux/device.h"
 #include "internal.h"
 #include "runtime/input.h"
+#include "runtime/interface_flags.h"
 #include "runtime/screens.h"
 
 namespace {
@@ -41,7 +42,7 @@ void record_touch(const hw_event_s &event, int x, int y) {
 }
 
 bool panel_takes(int type, int x, int y) {
-    if (!kvstate.isopen || (kvstate.uiflags & UI_PANEL_IGNORES_POINTER)) return false;
+    if (!kvstate.isopen || has_interface_flag(UI_PANEL_IGNORES_POINTER)) return false;
     if (kvstate.tsc[0].captured || !screens.panel_pointer(type, x, y)) return false;
     kvstate.allowkeyup = 0;
     return true;

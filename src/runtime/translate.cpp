@@ -2,6 +2,7 @@
 #include "hw.h"
 #include "internal.h"
 #include "runtime/input.h"
+#include "runtime/orientation.h"
 #include "runtime/wake.h"
 
 void kv_process_event(const hw_event_s &event) {
@@ -26,6 +27,8 @@ void kv_process_event(const hw_event_s &event) {
         touch_sync(common.par2);
         break;
     case EVT_ORIENTATION:
+        queue_orientation_change(common.par1, common.par2);
+        break;
     case 40:
     case 41:
     case 42:

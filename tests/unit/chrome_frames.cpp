@@ -6,13 +6,14 @@
 #include <string>
 
 #include "chrome/chrome.h"
-#include "chrome/keylock.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/frames.h"
 #include "kelvane/pager.h"
 #include "kelvane/theme.h"
+#include "keylock/keylock.h"
 #include "raster/bitmap_tracker.h"
 #include "support/headless.h"
+#include "text/font_scope.h"
 #include "theme/builtin.h"
 #include "theme/parameters.h"
 #include "unit/theme_support.h"
@@ -466,11 +467,11 @@ TEST_F(Pager, AbsurdGeometry) {
 TEST_F(Chrome, DrawingLeavesTheFontSelectionAsItWas) {
     ifont *font = OpenFont("null", 20, 1), *other = OpenFont("null", 20, 1);
     font->color = DGRAY;
-    { const chrome::FontScope scope(font); }
+    { const text::FontScope scope(font); }
     EXPECT_EQ(GetFont(), nullptr);
     SetFont(other, LGRAY);
     {
-        const chrome::FontScope scope(font);
+        const text::FontScope scope(font);
         EXPECT_TRUE(GetFont() == font && kvstate.current_color == DGRAY);
     }
     EXPECT_TRUE(GetFont() == other && kvstate.current_color == LGRAY);
@@ -484,11 +485,11 @@ TEST_F(Chrome, KeylockIconComesAndGoes) {
     SetClip(0, 0, 1, 1);
     DrawLine(0, 0, 599, 799, BLACK);
     const std::vector<uint8_t> before = screen();
-    ASSERT_TRUE(chrome::show_keylock_icon());
+    ASSERT_TRUE(keylock::show_icon());
     EXPECT_EQ(grey(512 + 24, 32), 0); // 600 - 48 - 32 is 520, down to a multiple of 16
     EXPECT_EQ(grey(511, 50), 255);
     EXPECT_EQ(kvstate.canvas->clipx2, 0);
-    chrome::restore_under_keylock_icon();
+    keylock::restore_under_icon();
     EXPECT_EQ(screen(), before);
 }
 

@@ -3,11 +3,13 @@
 // lifecycle hands these functions to the screen updates.
 #pragma once
 
-namespace chrome {
+namespace keylock {
 
-// Draws the icon onto the screen canvas; false when there is none, and nothing was drawn.
-bool show_keylock_icon();
+// Draws the icon onto the screen; false when there is none, and nothing was drawn.
+bool show_icon();
 // Puts back what was there before.
-void restore_under_keylock_icon();
+void restore_under_icon();
+// Forgets the theme's icon.
+void reset();
 
-} // namespace chrome
+} // namespace keylock

@@ -1,20 +1,27 @@
 // SPDX-License-Identifier: MIT
 // The strip with the page counter and the arrows of a touch screen.
+#include "pager/pager.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
 
-#include "chrome/chrome.h"
 #include "chrome/panel.h"
 #include "hw.h"
 #include "kelvane/events.h"
 #include "kelvane/pager.h"
 #include "kelvane/theme.h"
 #include "kelvane/updates.h"
+#include "modal/input.h"
+#include "raster/box.h"
+#include "text/font_scope.h"
 
 namespace {
 
-using namespace chrome;
+using namespace raster;
+
+constexpr int hatch_step = 3;
 
 std::optional<ipager> standard_pager; // of the theme's properties
 bool press_pending = false;           // an arrow's area is hatched
@@ -41,10 +48,6 @@ bool has_next(const ipager &p) {
     return p.current_page < p.total_pages;
 }
 
-bool contains(const Box &box, int x, int y) {
-    return x >= box.x && x < box.x + box.w && y >= box.y && y < box.y + box.h;
-}
-
 void draw_icon(const Box &area, const ibitmap *icon) {
     if (!icon) return;
     DrawBitmap(saturated(area.x + (area.w - icon->width) / 2),
@@ -54,7 +57,7 @@ void draw_icon(const Box &area, const ibitmap *icon) {
 void draw_counter(const ipager &p, const Box &area) {
     char text[20];
     std::snprintf(text, sizeof text, "%d / %d", p.current_page, p.total_pages);
-    const FontScope font(p.page_font);
+    const text::FontScope font(p.page_font);
     const irect r = to_rect(area, ALIGN_CENTER | VALIGN_MIDDLE);
     DrawTextRect2(&r, text);
 }
@@ -77,24 +80,19 @@ void draw_separators(const ipager &p, const Box &at) {
     draw_separator(p, at, right_area(p, at).x + p.rigth_width);
 }
 
-void update(const Box &box) {
-    const irect r = to_rect(box);
-    PartialUpdate(r.x, r.y, r.w, r.h);
-}
-
 void redraw(ipager &p, const Box &at) {
     DrawPager(&p);
-    update(at);
+    modal::update(at);
 }
 
 // Shows that an arrow is pressed.
 void press(const ipager &p, Box area) {
     area.y += p.separator_size;
     area.h -= p.separator_size;
-    hatch(area, BLACK);
+    modal::draw_pressed(area, hatch_step);
     WaitForUpdateComplete();
     ++area.w; // the hatch reaches one column further
-    update(area);
+    modal::update(area);
     press_pending = true;
 }
 
@@ -103,30 +101,14 @@ void release(ipager &p, const Box &at, int x, int y) {
     const bool left = contains(left_area(p, at), x, y), right = contains(right_area(p, at), x, y);
     press_pending = false;
     redraw(p, at);
-    if (left || right) SendEvent(GetEventHandler(), EVT_KEYPRESS, left ? KEY_PREV : KEY_NEXT, 0);
-}
-
-bool is_pointer_event(int type) {
-    switch (type) {
-    case EVT_POINTERUP:
-    case EVT_POINTERDOWN:
-    case EVT_POINTERMOVE:
-    case EVT_POINTERLONG:
-    case EVT_POINTERHOLD:
-    case EVT_MTSYNC:
-    case EVT_POINTERDRAG:
-    case EVT_POINTERDRAG + 1:
-        return true; // the end of a drag
-    default:
-        return false;
-    }
+    if (left || right) modal::send_key(EVT_KEYPRESS, left ? KEY_PREV : KEY_NEXT);
 }
 
 } // namespace
 
-namespace chrome {
+namespace pager {
 
-void reset_pager() {
+void reset() {
     if (standard_pager) {
         CloseFont(standard_pager->page_font);
         std::free(standard_pager->icon_left);
@@ -136,7 +118,7 @@ void reset_pager() {
     press_pending = false;
 }
 
-} // namespace chrome
+} // namespace pager
 
 void UpdatePager(ipager *p) {
     if (!p) return;
@@ -174,7 +156,7 @@ void DrawPager(ipager *p) {
 }
 
 int IsPagerEvent(ipager *p, int type, int x, int y) {
-    if (!p || p->height < 1 || !is_pointer_event(type) || device_touchpanel() == 0) return 0;
+    if (!p || p->height < 1 || !modal::is_pointer_event(type) || device_touchpanel() == 0) return 0;
     const Box at(GetPagerRect(p));
     return contains({at.x, at.y, at.w + 1, at.h + 1}, x, y) ? 1 : 0;
 }

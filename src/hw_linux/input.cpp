@@ -12,7 +12,6 @@
 #include "hw_linux/device.h"
 #include "hw_linux/recorder.h"
 #include "hw_linux/screen.h"
-#include "internal.h"
 #include "kelvane/events.h"
 
 namespace hw {
@@ -128,17 +127,15 @@ void pointer_input(int type, int x, int y) {
 
 using namespace hw;
 
-extern "C" {
-
 int hw_nextevent(hw_event *event) {
     if (!event) return 0;
     std::memset(event, 0, sizeof *event); // both forms of it
     if (closing() == 1) {
         closing() = 2;
-        kvstate.exiting = EXIT_REQUESTED;
+        hooks.end_loop();
         return 0;
     }
-    if (device()) device()->pump();
+    let_work();
     RingEntry entry;
     if (!take_input(entry)) return 0;
     event->type = entry.type;
@@ -158,5 +155,3 @@ int kv_key(int mask) {
         if (mask == 1 << bit) return key_codes[bit];
     return 0;
 }
-
-} // extern "C"

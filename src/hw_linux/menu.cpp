@@ -8,15 +8,10 @@
 #include "hw_linux/display_mode.h"
 #include "hw_linux/recorder.h"
 #include "hw_linux/settings.h"
-#include "internal.h"
 #include "kelvane/events.h"
 
 namespace hw {
 namespace {
-
-void post_to_main(int type, int par1, int par2) {
-    if (hooks.post_to_main) hooks.post_to_main(type, par1, par2);
-}
 
 void set_position(int stored) {
     store_setting("orientation", stored);
@@ -52,31 +47,30 @@ void run_command(int command) {
     if (in_range(command, command_orientation, command_orientation + 3))
         turn_device(command - command_orientation);
     if (in_range(command, 2100, 2110))
-        post_to_main(EVT_AVRCP_COMMAND, AVRCP_SET_VOLUME, 10 * (command - 2100));
+        hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_SET_VOLUME, 10 * (command - 2100));
     switch (command) {
     case 701:
-        return post_to_main(EVT_FOREGROUND, 0, 0);
+        return hooks.post_to_main(EVT_FOREGROUND, 0, 0);
     case 702:
-        return post_to_main(EVT_BACKGROUND, 0, 0);
+        return hooks.post_to_main(EVT_BACKGROUND, 0, 0);
     case 703:
-        return post_to_main(EVT_SDIN, 0, 0);
+        return hooks.post_to_main(EVT_SDIN, 0, 0);
     case 704:
-        return post_to_main(EVT_SDOUT, 0, 0);
+        return hooks.post_to_main(EVT_SDOUT, 0, 0);
     case 2001:
-        return post_to_main(EVT_AVRCP_COMMAND, AVRCP_PLAY, 0);
+        return hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_PLAY, 0);
     case 2002:
-        return post_to_main(EVT_AVRCP_COMMAND, AVRCP_PAUSE, 0);
+        return hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_PAUSE, 0);
     case 2003:
-        return post_to_main(EVT_AVRCP_COMMAND, AVRCP_PLAY_PAUSE, 0);
+        return hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_PLAY_PAUSE, 0);
     case 2004:
-        return post_to_main(EVT_AVRCP_COMMAND, AVRCP_STOP, 0);
+        return hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_STOP, 0);
     case 2005:
-        return post_to_main(EVT_AVRCP_COMMAND, AVRCP_NEXT, 0);
+        return hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_NEXT, 0);
     case 2006:
-        return post_to_main(EVT_AVRCP_COMMAND, AVRCP_PREVIOUS, 0);
+        return hooks.post_to_main(EVT_AVRCP_COMMAND, AVRCP_PREVIOUS, 0);
     case command_quit:
-        kvstate.exiting = EXIT_REQUESTED;
-        return;
+        return hooks.end_loop();
     default:
         return;
     }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Chooses actions at random, the same ones for the same seed.
 #include "hw_linux/monkey.h"
 
 #include <iterator>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Turns, shifts and scales grey pixels into what a person sees.
 #include "hw_linux/panel.h"
 
 #include <algorithm>

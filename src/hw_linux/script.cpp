@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads scripts line by line and says what is wrong with them.
 #include "hw_linux/script.h"
 
 #include <algorithm>

@@ -144,6 +144,12 @@ HashFiller translation_filler() {
     return HashFiller(need(texts.current));
 }
 
+void reset() {
+    for (ihash table : {texts.current, texts.english})
+        if (table) hash_destroy(table);
+    texts = {};
+}
+
 } // namespace lang
 
 extern "C" {

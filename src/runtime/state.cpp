@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The runtime record itself, and the questions of the screen it answers.
 #include "hw.h"
 #include "internal.h"
 

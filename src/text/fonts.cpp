@@ -126,7 +126,6 @@ void reset() {
     select(nullptr);
     std::fill(std::begin(registered), std::end(registered), nullptr);
     strength = 0;
-    hooks = {};
     reset_cjk();
     reset_enumeration();
     reset_faces();

@@ -240,7 +240,7 @@ class RectPainter {
 
 // Text that is not aligned otherwise is aligned to the left.
 int mirrored(int flags) {
-    const bool is_rtl = hooks.is_rtl && hooks.is_rtl() != 0;
+    const bool is_rtl = hooks.is_rtl() != 0;
     if ((flags & TEXT_RTL_MIRROR) == 0 || !is_rtl || (flags & ALIGN_CENTER) != 0) return flags;
     const int other = (flags & ALIGN_RIGHT) != 0 ? ALIGN_LEFT : ALIGN_RIGHT;
     return (flags & ~(ALIGN_LEFT | ALIGN_RIGHT)) | other;

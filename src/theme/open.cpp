@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "hw.h"
 #include "internal.h"
@@ -114,6 +115,14 @@ bool has_in_file(const std::string &name) {
 }
 
 } // namespace
+
+void reset() {
+    opened.container.reset();
+    opened.overrides.clear();
+    if (opened.parameters) hash_destroy(std::exchange(opened.parameters, nullptr));
+    source = {};
+    drop_ui_parameters();
+}
 
 Block unpack_resource(const std::string &name) {
     return opened.container ? opened.container->unpack(name) : Block{};

@@ -384,16 +384,13 @@ TEST_F(Config, SecretsGoThroughTheSystemService) {
     free(code);
     DeleteString(h, "code");
     ASSERT_EQ(SaveConfig(h), 1);
-    // What nobody enciphers is not kept: no service, one that does not answer.
-    for (const config::service_request none :
-         {config::service_request(), +[](int, int, unsigned char *, int, int) { return 0; }}) {
-        config::set_cipher(none);
-        WriteSecret(h, "pin", "lost");
-        EXPECT_EQ(h.c->changed, 0);
-        WriteStringVolatile(h, "kept", "x");
-        EXPECT_STREQ(ReadSecret(h, "kept", "d"), "d");
-    }
-    config::set_cipher(rot13);
+    // What nobody enciphers is not kept: the service does not answer.
+    config::hooks.service = [](int, int, unsigned char *, int, int) { return 0; };
+    WriteSecret(h, "pin", "lost");
+    EXPECT_EQ(h.c->changed, 0);
+    WriteStringVolatile(h, "kept", "x");
+    EXPECT_STREQ(ReadSecret(h, "kept", "d"), "d");
+    config::hooks.service = rot13;
     WriteStringVolatile(h, "pin", "x");
     WriteSecret(h, "pin", "hello");
     WriteSecret(h, "pin", nullptr);
@@ -410,13 +407,13 @@ TEST_F(Config, SecretsGoThroughTheSystemService) {
 
     WriteString(h, "long", std::string(160, 'x').c_str());
     EXPECT_EQ(ReadSecret(h, "long", nullptr), ReadString(h, "long", nullptr));
-    config::set_cipher([](int, int, unsigned char *data, int, int out) {
+    config::hooks.service = [](int, int, unsigned char *data, int, int out) {
         memset(data, 'y', out); // an answer without an end
         return out;
-    });
+    };
     WriteSecret(h, "pin", "a");
     EXPECT_EQ(h.get("pin"), std::string(160, 'y'));
-    config::set_cipher(nullptr);
+    config::hooks = {};
     EXPECT_STREQ(ReadSecret(h, "absent", "d"), "d");
     EXPECT_EQ(ReadString(h, "absent", nullptr), nullptr);
 }

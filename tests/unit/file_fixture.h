@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "file/hooks.h"
+#include "ground/message.h"
 #include "internal.h"
 #include "kelvane/files.h"
 
@@ -63,7 +64,7 @@ class FileTest : public testing::Test {
         const long long later = device.now_s + 1000; // past the warnings of the test before
         device = {};
         device.now_s = later;
-        file_hooks.message = [](int icon, const char *title, const char *text, int ms) {
+        message_hooks.show = [](int icon, const char *title, const char *text, int ms) {
             device.warnings.push_back(std::to_string(icon) + title + " " + text + " " +
                                       std::to_string(ms));
             errno = ENOTTY; // as a message box may
@@ -81,6 +82,7 @@ class FileTest : public testing::Test {
     }
     void TearDown() override {
         file_hooks = {};
+        message_hooks = {};
         std::filesystem::current_path("/");
         std::filesystem::remove_all(root);
     }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "ground/message.h"
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "internal.h"
@@ -444,7 +445,7 @@ TEST_F(Runtime, APlayerKeepsTheDeviceOnAndAnEmptyBatteryIsSaid) {
     headless::advance(25000);
     EXPECT_EQ(kvstate.sleepenable, 1);
     hw_mp_stop();
-    screens.message = [](int, const char *title, const char *text, int ms) {
+    message_hooks.show = [](int, const char *title, const char *text, int ms) {
         actions += std::string(title) + text + std::to_string(ms);
     };
     hw::emulated().battery = 0;

@@ -60,6 +60,28 @@ int open_files() {
     return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
 }
 
+TEST_F(ThemeTest, ThemeAndLanguageCloseWithTheScreen) {
+    const int closed = open_files();
+    ThemeFile theme("a=first\n");
+    theme.add("pic", ThemeFile::picture(0x10));
+    open(theme, "default");
+    write_file("system/language/en.txt", "English\n@Yes=Of course\n");
+    LoadLanguage("en");
+    AddTranslation("@Added", "by hand");
+    EXPECT_STREQ(GetThemeString("a", "none"), "first");
+    ClearOnExit();
+    EXPECT_LE(open_files(), closed) << "the theme's file is closed";
+    EXPECT_STREQ(GetThemeString("a", "none"), "none");
+    EXPECT_EQ(grey("pic"), -1);
+    EXPECT_STREQ(GetLangText("@Added"), "@Added");
+    EXPECT_STREQ(GetLangText("@Yes"), "@Yes");
+
+    write_file("system/themes/default.tqt", ThemeFile("a=second\n").bytes());
+    ASSERT_EQ(OpenScreenExt(), 1);
+    EXPECT_STREQ(GetThemeString("a", "none"), "second") << "the new screen loads what is there now";
+    EXPECT_STREQ(GetLangText("@Yes"), "Of course");
+}
+
 } // namespace
 
 TEST_F(ThemeTest, Parameters) {

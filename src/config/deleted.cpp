@@ -6,8 +6,8 @@
 #include <cstring>
 #include <new>
 
-#include "file/heap_string.h"
 #include "ground/hash_access.h"
+#include "ground/heap.h"
 
 namespace config {
 namespace {

@@ -3,7 +3,7 @@
 #include "kelvane/files.h"
 
 #include "file/associated.h"
-#include "file/heap_string.h"
+#include "ground/heap.h"
 
 namespace {
 

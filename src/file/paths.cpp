@@ -10,9 +10,9 @@
 #include <unistd.h>
 
 #include "file/fold.h"
-#include "file/heap_string.h"
 #include "file/hooks.h"
 #include "file/storage.h"
+#include "ground/heap.h"
 #include "internal.h"
 
 namespace {

@@ -121,9 +121,9 @@ Block Container::unpack(std::string_view name, uint32_t most) const {
 Block Container::unpack(const Packed &entry) const {
     const std::string packed = read_at(entry.offset, entry.packed_size);
     if (packed.size() != entry.packed_size) return {};
-    Block block{std::unique_ptr<uint8_t, Free>(
-                    static_cast<uint8_t *>(std::malloc(entry.unpacked_size + spare_bytes))),
-                entry.unpacked_size};
+    Block block{
+        HeapPtr<uint8_t>(static_cast<uint8_t *>(std::malloc(entry.unpacked_size + spare_bytes))),
+        entry.unpacked_size};
     if (!block.bytes) return {};
     uLongf size = entry.unpacked_size;
     if (uncompress(block.bytes.get(), &size, reinterpret_cast<const Bytef *>(packed.data()),

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "ground/heap.h"
 #include "kelvane/files.h"
 
 namespace theme {
@@ -31,13 +31,9 @@ inline constexpr uint32_t largest_header = 16 << 20, largest_resource = 64 << 20
 // largest display in 24 bits.
 inline constexpr uint32_t largest_picture = 8 << 20, largest_text = 4 << 20;
 
-struct Free {
-    void operator()(void *block) const { std::free(block); }
-};
-
 // Unpacked bytes, with four spare zero bytes behind them.
 struct Block {
-    std::unique_ptr<uint8_t, Free> bytes;
+    HeapPtr<uint8_t> bytes;
     size_t size = 0;
 };
 

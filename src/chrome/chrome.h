@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdint>
 
+#include "ground/number.h"
 #include "internal.h"
 #include "kelvane/canvas.h"
 #include "text/text.h"
@@ -22,9 +23,7 @@ void reset_caption();
 void reset_pager();
 void reset_keylock();
 
-inline int saturated(int64_t v) {
-    return static_cast<int>(std::clamp<int64_t>(v, INT_MIN, INT_MAX));
-}
+using ground::saturated;
 
 // A rectangle whose edges may lie beyond the range of int.
 struct Box {

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <memory>
 
+namespace ground {
+
 struct FreeDeleter {
     void operator()(void *block) const { std::free(block); }
 };
@@ -12,3 +14,5 @@ struct FreeDeleter {
 template <class T>
 using HeapPtr = std::unique_ptr<T, FreeDeleter>;
 using HeapString = HeapPtr<char>;
+
+} // namespace ground

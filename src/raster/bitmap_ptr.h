@@ -7,6 +7,6 @@
 
 namespace raster {
 
-using BitmapPtr = HeapPtr<ibitmap>;
+using BitmapPtr = ground::HeapPtr<ibitmap>;
 
 } // namespace raster

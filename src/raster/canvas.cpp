@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Which canvas is drawn on, and its clip.
 #include <algorithm>
-#include <climits>
 #include <cstdint>
 #include <cstring>
 
+#include "ground/number.h"
 #include "internal.h"
 #include "raster/clip.h"
 
 namespace {
 
-int saturated(int64_t v) {
-    return static_cast<int>(std::clamp<int64_t>(v, INT_MIN, INT_MAX));
-}
+using ground::saturated;
 
 struct Span {
     int first, last; // inclusive

@@ -11,8 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "file/stream.h"
 #include "ground/heap.h"
-#include "kelvane/files.h"
 
 namespace theme {
 
@@ -33,7 +33,7 @@ inline constexpr uint32_t largest_picture = 8 << 20, largest_text = 4 << 20;
 
 // Unpacked bytes, with four spare zero bytes behind them.
 struct Block {
-    HeapPtr<uint8_t> bytes;
+    ground::HeapPtr<uint8_t> bytes;
     size_t size = 0;
 };
 
@@ -61,9 +61,6 @@ class Container {
     struct Packed {
         uint32_t unpacked_size, offset, packed_size;
     };
-    struct Close {
-        void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
-    };
 
     explicit Container(std::FILE *file) : file_(file) {}
     bool read_head();
@@ -73,7 +70,7 @@ class Container {
     bool is_inside(const Packed &entry) const;
     Block unpack(const Packed &entry) const;
 
-    std::unique_ptr<std::FILE, Close> file_;
+    file::Stream file_;
     std::string head_; // the start of the file
     uint64_t file_size_ = 0;
     uint32_t header_size_ = 0;

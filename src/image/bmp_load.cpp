@@ -36,8 +36,8 @@ ibitmap *LoadBitmap(const char *path) try {
         kv_warn(__func__, "Bitmap is too large: %s\n", path);
         return nullptr;
     }
-    const auto bytes = image::read_whole(file.get());
-    return bytes ? image::bmp::parse(__func__, path, *bytes).release() : nullptr;
+    const auto bytes = file::read_whole(file.get(), image::max_file_bytes);
+    return bytes ? image::bmp::parse(__func__, path, bytes->raw()).release() : nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;
 }

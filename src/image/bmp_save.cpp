@@ -83,7 +83,7 @@ int write_file(const char *path, const std::vector<uint8_t> &bytes) {
     image::Stream file(kv_fopen(path, "wb"));
     if (!file) return 0;
     const bool whole = kv_fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    return image::close_written(std::move(file)) && whole;
+    return file::close_written(std::move(file)) && whole;
 }
 
 } // namespace

@@ -196,9 +196,9 @@ raster::BitmapPtr refused(const char *format, const char *path) {
 raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
     const Stream file = open_picture(function, path);
     if (!file) return nullptr;
-    const auto bytes = read_whole(file.get());
+    const auto bytes = file::read_whole(file.get(), max_file_bytes);
     if (!bytes) return refused("error laoding %s\n", path);
-    PngDecoder decoder(*bytes);
+    PngDecoder decoder(bytes->raw());
     if (!decoder.read_header()) return refused("error reading file info %s\n", path);
     if (decoder.is_interlaced()) return refused("number_passes>1 - error\n", path);
     const Size size = decoder.size();

@@ -5,11 +5,12 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <string>
 
+#include "file/stream.h"
 #include "ground/hash_access.h"
+#include "ground/lines.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/files.h"
@@ -35,11 +36,6 @@ struct Texts {
 
 Texts texts;
 
-struct Closer {
-    void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
-};
-using File = std::unique_ptr<std::FILE, Closer>;
-
 // A language's file as it is; empty when it cannot be read. More than any language has is not read.
 struct LanguageFile {
     std::string code;
@@ -51,7 +47,7 @@ LanguageFile read_language(std::string code) {
     constexpr size_t most_bytes = 8 << 20;
     LanguageFile read{std::move(code), {}};
     const std::string path = std::string(folder) + "/" + read.code + ".txt";
-    const File in(kv_fopen(path.c_str(), "rbe"));
+    const file::Stream in(kv_fopen(path.c_str(), "rbe"));
     if (!in) return read;
     read.found = true;
     for (size_t size = 0; size < most_bytes;) {
@@ -80,7 +76,7 @@ LanguageFile find_language(const char *code) {
 // Fills an empty table; the name that the file gives itself is a text of the current table.
 lang::Direction fill(ihash table, LanguageFile &file, const std::string &code) {
     HashFiller filler(table);
-    lang::LanguageText text(file.bytes.data(), file.bytes.size());
+    lang::LanguageText text(file.bytes);
     const char *name = text.take_name();
     if (!name) return lang::Direction::left_to_right;
     if (table == texts.current)
@@ -107,8 +103,7 @@ bool is_word(const char *text) {
 // The key that a text leads on to, which is the text itself or what `trimmed` gets; else null.
 const char *target_of(const char *text, std::string &trimmed) {
     if (is_word(text + 1)) return text;
-    trimmed = text;
-    while (!trimmed.empty() && static_cast<signed char>(trimmed.back()) <= ' ') trimmed.pop_back();
+    trimmed = ground::trim_right(text, [](char c) { return static_cast<signed char>(c) <= ' '; });
     return is_word(trimmed.c_str() + 1) ? trimmed.c_str() : nullptr;
 }
 
@@ -159,7 +154,7 @@ char **EnumLanguages(void) try {
     kv_enum_files(&codes, folder, nullptr, nullptr, "txt", 1);
     for (char **code = codes; code && *code; code++) {
         LanguageFile file = read_language(*code);
-        lang::LanguageText text(file.bytes.data(), file.bytes.size());
+        lang::LanguageText text(file.bytes);
         AddTranslation(*code, text.take_name());
     }
     return codes;

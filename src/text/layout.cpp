@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "ground/number.h"
 #include "hw.h"
 #include "text/bidi.h"
 #include "text/line.h"
@@ -227,9 +228,11 @@ class RectPainter {
         const int64_t offset = int64_t{current.baseline} + 1;
         const int color = kvstate.current_color;
         if (run == Run::across)
-            FillArea(saturated(x), saturated(y + offset), saturated(length), 1, color);
+            FillArea(ground::saturated(x), ground::saturated(y + offset), ground::saturated(length),
+                     1, color);
         else
-            FillArea(saturated(x + offset), saturated(y - length + 1), 1, saturated(length), color);
+            FillArea(ground::saturated(x + offset), ground::saturated(y - length + 1), 1,
+                     ground::saturated(length), color);
     }
 
     const int64_t x_, y_;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "ground/number.h"
 #include "text/layout.h"
 #include "text/measure.h"
 #include "text/units.h"
@@ -94,7 +95,7 @@ char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int
     const size_t bytes = std::strlen(utf8);
     text::Units units(utf8, bytes, text::most_characters);
     const text::Layout layout = text::draw_rect({x, y, w, h, 0}, units, flags);
-    if (height) *height = text::saturated(layout.height);
+    if (height) *height = ground::saturated(layout.height);
     if (!text::has_face()) return const_cast<char *>(utf8 + bytes);
     return const_cast<char *>(utf8::skip(utf8, utf8 + bytes, static_cast<size_t>(layout.end)));
 } catch (const std::bad_alloc &) {
@@ -115,7 +116,7 @@ int TextRectHeightEx(int w, int h, const char *utf8, int flags) try {
     const text::Direction direction = text::join_letters(units.data(), units.size());
     const text::Layout layout = text::kv_textrect(0, 0, w, h, units.data(), units.size(),
                                                   flags & ~TEXT_ROTATE, direction, text::Draw::no);
-    return text::saturated(layout.height);
+    return ground::saturated(layout.height);
 } catch (const std::bad_alloc &) {
     return 0;
 }
@@ -132,7 +133,7 @@ int MinimalTextRectWidth(int w, const char *utf8) try {
     text::SingleLines lines(units, w, ALIGN_JUSTIFY);
     int64_t widest = 0;
     while (lines.next()) widest = std::max(widest, lines.width());
-    return text::saturated(widest);
+    return ground::saturated(widest);
 } catch (const std::bad_alloc &) {
     return 0;
 }

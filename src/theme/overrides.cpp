@@ -5,7 +5,8 @@
 #include <minizip/unzip.h>
 #include <optional>
 #include <string_view>
-#include <strings.h>
+
+#include "ground/fold.h"
 
 namespace theme {
 namespace {
@@ -15,9 +16,9 @@ constexpr size_t longest_name = 1024;
 
 std::optional<std::string> picture_name(std::string_view file) {
     if (file.size() <= extension.size()) return {};
-    const std::string_view end = file.substr(file.size() - extension.size());
-    if (strncasecmp(end.data(), extension.data(), extension.size()) != 0) return {};
-    return std::string(file.substr(0, file.size() - extension.size()));
+    const size_t stem = file.size() - extension.size();
+    if (!ground::equal_folded(file.substr(stem), extension)) return {};
+    return std::string(file.substr(0, stem));
 }
 
 } // namespace

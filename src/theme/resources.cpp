@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Pictures by name.
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -9,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "ground/number.h"
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
 #include "raster/bitmap_tracker.h"
@@ -20,7 +20,7 @@
 namespace {
 
 int parse_side(const char *text) {
-    return static_cast<int>(std::clamp(std::strtol(text, nullptr, 10), 1L, long{INT_MAX}));
+    return std::max(ground::parse_int(text, nullptr, 10), 1);
 }
 
 // Whether a default is really the size of a blank bitmap, a text "*(W,H)".

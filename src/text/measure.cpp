@@ -58,7 +58,7 @@ int StringWidthExt(const char *utf8, int len) try {
     if (!utf8 || len < 1) return 0;
     const size_t bytes = strnlen(utf8, static_cast<size_t>(len));
     if (!text::has_face()) return text::width_without_face(bytes);
-    text::Units units(utf8, bytes, INT32_MAX);
+    text::Units units(utf8, bytes);
     return ground::saturated(text::measure(units.data(), units.size()));
 } catch (const std::bad_alloc &) {
     return 0;

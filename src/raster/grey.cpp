@@ -11,6 +11,7 @@
 #include <cstring>
 #include <limits>
 
+#include "ground/vectors.h"
 #include "kelvane/canvas.h"
 
 namespace {
@@ -60,7 +61,7 @@ void rgb24_row(const uint8_t *src, uint8_t *dest, size_t width) {
     rgb24_loop(src, dest, width);
 }
 
-#ifdef __x86_64__
+#ifdef KELVANE_X86_64
 [[gnu::target("ssse3")]] void rgb24_row_ssse3(const uint8_t *src, uint8_t *dest, size_t width) {
     rgb24_loop(src, dest, width);
 }
@@ -122,7 +123,7 @@ template <size_t word>
     }
 }
 
-#ifdef __x86_64__
+#ifdef KELVANE_X86_64
 [[gnu::target("avx2")]] void copy_wide_words(const kv_img_conv &conv) {
     copy_words<32>(conv);
 }

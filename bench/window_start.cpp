@@ -87,6 +87,7 @@ void start_both(benchmark::State &state, Start &first, Start &second) {
 
 void start_to_first_frame(benchmark::State &state) {
     Start bare{BARE_APP, {}, {}}, ours{KELVANE_APP, {}, {}};
+    state.SetLabel("the limit has the server fill one colour; ours sends it every pixel");
     start_both(state, bare, ours);
     // What is left when other work on the machine is out of the way.
     state.counters["best_over_best"] =
@@ -100,6 +101,7 @@ void start_on_a_full_device(benchmark::State &state) {
     const std::string make = KELVANE_DEVICE_TOOL " --language ru " + full.folder.path("");
     if (std::system((make + " >/dev/null").c_str()) != 0)
         return state.SkipWithError("the device folder could not be made");
+    state.SetLabel("the limit is our own start in an empty folder");
     start_both(state, empty, full);
 }
 BENCHMARK(start_on_a_full_device)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);

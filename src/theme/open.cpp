@@ -12,6 +12,7 @@
 #include "kelvane/files.h"
 #include "kelvane/hash.h"
 #include "kelvane/theme.h"
+#include "raster/bitmap.h"
 #include "theme/container.h"
 #include "theme/fonts.h"
 #include "theme/opened.h"

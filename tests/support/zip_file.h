@@ -15,8 +15,8 @@ inline void write_zip(const std::string &path, const ZipMembers &members) {
         std::filesystem::create_directories(folder);
     zipFile zip = zipOpen(path.c_str(), APPEND_STATUS_CREATE);
     for (const auto &[name, bytes] : members) {
-        zipOpenNewFileInZip(zip, name.c_str(), nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
-                            9);
+        zipOpenNewFileInZip(zip, name.c_str(), nullptr, nullptr, 0, nullptr, 0, nullptr,
+                            bytes.empty() ? 0 : Z_DEFLATED, 9);
         zipWriteInFileInZip(zip, bytes.data(), static_cast<unsigned>(bytes.size()));
         zipCloseFileInZip(zip);
     }

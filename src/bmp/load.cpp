@@ -2,12 +2,12 @@
 // BMP files from disk and from archives.
 #include <cstddef>
 #include <cstdio>
-#include <new>
 #include <sys/stat.h>
 
 #include "bmp/bmp.h"
 #include "file/archive.h"
 #include "file/stream.h"
+#include "ground/guard.h"
 #include "ground/log.h"
 #include "hw.h"
 #include "kelvane/bitmaps.h"
@@ -49,14 +49,14 @@ int max_bmp_size() {
     return device_display_height() * device_display_width() * 3 + 1024;
 }
 
-ibitmap *LoadBitmap(const char *path) try {
-    return path ? load_file(__func__, path).release() : nullptr;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+ibitmap *LoadBitmap(const char *path) {
+    return ground::guarded(nullptr, [&]() -> ibitmap * {
+        return path ? load_file("LoadBitmap", path).release() : nullptr;
+    });
 }
 
-ibitmap *zLoadBitmap(void *zip, const char *name) try {
-    return parse_member(name, file::read_member(zip, name, largest_member)).release();
-} catch (const std::bad_alloc &) {
-    return nullptr;
+ibitmap *zLoadBitmap(void *zip, const char *name) {
+    return ground::guarded(nullptr, [&]() -> ibitmap * {
+        return parse_member(name, file::read_member(zip, name, largest_member)).release();
+    });
 }

@@ -16,6 +16,7 @@
 #include "config/format.h"
 #include "config/handle.h"
 #include "config/storage.h"
+#include "ground/guard.h"
 #include "ground/hash_access.h"
 #include "ground/heap.h"
 #include "ground/log.h"
@@ -135,30 +136,30 @@ struct IntText {
 
 extern "C" {
 
-iconfig *OpenConfig(const char *path, iconfigedit *defaults) try {
-    handle c = make_handle(path ? path : "");
-    add_defaults(defaults, c->hash);
-    if (const auto text = read_file(c->filename)) take_over(c.get(), *text);
-    return c.release();
-} catch (const std::bad_alloc &) {
-    return nullptr;
+iconfig *OpenConfig(const char *path, iconfigedit *defaults) {
+    return ground::guarded(nullptr, [&]() -> iconfig * {
+        handle c = make_handle(path ? path : "");
+        add_defaults(defaults, c->hash);
+        if (const auto text = read_file(c->filename)) take_over(c.get(), *text);
+        return c.release();
+    });
 }
 
 iconfig *GetGlobalConfig(void) {
     return kvstate.cfg;
 }
 
-int RefreshConfig(iconfig **handle) try {
-    return handle && *handle ? refresh(static_cast<OpenedConfig *>(*handle)) : 0;
-} catch (const std::bad_alloc &) {
-    return 0;
+int RefreshConfig(iconfig **handle) {
+    return ground::guarded(0, [&]() -> int {
+        return handle && *handle ? refresh(static_cast<OpenedConfig *>(*handle)) : 0;
+    });
 }
 
-int SaveConfig(iconfig *c) try {
-    if (!c) return 0;
-    return c->changed ? save(static_cast<OpenedConfig *>(c)) : 1;
-} catch (const std::bad_alloc &) {
-    return 0;
+int SaveConfig(iconfig *c) {
+    return ground::guarded(0, [&]() -> int {
+        if (!c) return 0;
+        return c->changed ? save(static_cast<OpenedConfig *>(c)) : 1;
+    });
 }
 
 void CloseConfig(iconfig *c) {
@@ -206,17 +207,18 @@ void WriteIntVolatile(iconfig *c, const char *name, int value) {
     if (c && name) hash_add(c->vhash, name, IntText(value).text);
 }
 
-void DeleteString(iconfig *c, const char *name) try {
-    if (!c || !name) return;
-    const ground::HeapString copy(strdup(name));
-    if (!copy) return;
-    auto *own = static_cast<OpenedConfig *>(c);
-    push_deleted(own, copy.get());
-    for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
-    own->known_text.reset();
-    c->changed = 1;
-} catch (const std::bad_alloc &) {
+void DeleteString(iconfig *c, const char *name) {
     // The name stays everywhere.
+    ground::guarded([&] {
+        if (!c || !name) return;
+        const ground::HeapString copy(strdup(name));
+        if (!copy) return;
+        auto *own = static_cast<OpenedConfig *>(c);
+        push_deleted(own, copy.get());
+        for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
+        own->known_text.reset();
+        c->changed = 1;
+    });
 }
 
 void DeleteInt(iconfig *c, const char *name) {

@@ -2,11 +2,11 @@
 #include "config/device_description.h"
 
 #include <algorithm>
-#include <new>
 #include <string_view>
 
 #include "file/stream.h"
 #include "ground/fold.h"
+#include "ground/guard.h"
 #include "ground/lines.h"
 #include "ground/number.h"
 #include "kelvane/config.h"
@@ -48,10 +48,10 @@ const std::forward_list<DeviceEntry> &description() {
     return entries;
 }
 
-const char *find_value(const char *name) try {
-    return name ? find_in_description(description(), name) : nullptr;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+const char *find_value(const char *name) {
+    return ground::guarded(nullptr, [&]() -> const char * {
+        return name ? find_in_description(description(), name) : nullptr;
+    });
 }
 
 } // namespace

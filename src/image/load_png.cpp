@@ -10,6 +10,7 @@
 
 #include <png.h>
 
+#include "ground/guard.h"
 #include "ground/log.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
@@ -218,11 +219,15 @@ ibitmap *LoadPNG(const char *path, int dither) {
     return LoadPNGStretch(path, -1, -1, 0, dither);
 }
 
-ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional, int) try {
-    const Size wanted{width, height};
-    if (!path || !is_request(wanted)) return nullptr;
-    return load(path, wanted, scaling_of(proportional)).release();
-} catch (const std::bad_alloc &) {
-    kv_warn(function, "cannot allocate memory\n");
-    return nullptr;
+ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional, int) {
+    return ground::guarded_or(
+        [&]() -> ibitmap * {
+            const Size wanted{width, height};
+            if (!path || !is_request(wanted)) return nullptr;
+            return load(path, wanted, scaling_of(proportional)).release();
+        },
+        [&]() -> ibitmap * {
+            kv_warn(function, "cannot allocate memory\n");
+            return nullptr;
+        });
 }

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "file/stream.h"
+#include "ground/guard.h"
 #include "ground/hash_access.h"
 #include "ground/lines.h"
 #include "hw.h"
@@ -149,51 +150,55 @@ void reset() {
 
 extern "C" {
 
-char **EnumLanguages(void) try {
-    static char **codes = nullptr;
-    kv_enum_files(&codes, folder, nullptr, nullptr, "txt", 1);
-    for (char **code = codes; code && *code; code++) {
-        LanguageFile file = read_language(*code);
-        lang::LanguageText text(file.bytes);
-        AddTranslation(*code, text.take_name());
-    }
-    return codes;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+char **EnumLanguages(void) {
+    return ground::guarded(nullptr, [&]() -> char ** {
+        static char **codes = nullptr;
+        kv_enum_files(&codes, folder, nullptr, nullptr, "txt", 1);
+        for (char **code = codes; code && *code; code++) {
+            LanguageFile file = read_language(*code);
+            lang::LanguageText text(file.bytes);
+            AddTranslation(*code, text.take_name());
+        }
+        return codes;
+    });
 }
 
-void LoadLanguage(const char *code) try {
-    if (!code) return;
-    LanguageFile file = find_language(code); // first: the code may be a text of the table
-    hash_clear(need(texts.current));
-    std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
-    texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
-    if (!file.found || texts.english) return;
-    // The first language that is loaded goes by the name that English gives itself.
-    LanguageFile english = read_language(english_code);
-    fill(need(texts.english), english, file.code);
-} catch (const std::bad_alloc &) {
+void LoadLanguage(const char *code) {
     // What was read before memory ran out stays.
+    ground::guarded([&] {
+        if (!code) return;
+        LanguageFile file = find_language(code); // first: the code may be a text of the table
+        hash_clear(need(texts.current));
+        std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
+        texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
+        if (!file.found || texts.english) return;
+        // The first language that is loaded goes by the name that English gives itself.
+        LanguageFile english = read_language(english_code);
+        fill(need(texts.english), english, file.code);
+    });
 }
 
-void AddTranslation(const char *key, const char *text) try {
-    if (key && text) hash_add(need(texts.current), key, text);
-} catch (const std::bad_alloc &) {
+void AddTranslation(const char *key, const char *text) {
     // The key stays without a translation.
+    ground::guarded([&] {
+        if (key && text) hash_add(need(texts.current), key, text);
+    });
 }
 
 const char *GetLangText(const char *key) {
     return GetLangTextR(key, nullptr);
 }
 
-const char *GetLangTextR(const char *key, int *depth) try {
-    if (!key) return nullptr;
-    int own_depth = 0;
-    if (!depth) depth = &own_depth;
-    const char *text = look_up(key, *depth);
-    return text ? text : key;
-} catch (const std::bad_alloc &) {
-    return GetLangTextS(key);
+const char *GetLangTextR(const char *key, int *depth) {
+    return ground::guarded_or(
+        [&]() -> const char * {
+            if (!key) return nullptr;
+            int own_depth = 0;
+            if (!depth) depth = &own_depth;
+            const char *text = look_up(key, *depth);
+            return text ? text : key;
+        },
+        [&]() -> const char * { return GetLangTextS(key); });
 }
 
 const char *GetLangTextS(const char *key) {

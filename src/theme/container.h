@@ -4,11 +4,11 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "file/stream.h"
@@ -75,7 +75,8 @@ class Container {
     uint64_t file_size_ = 0;
     uint32_t header_size_ = 0;
     Packed parameters_{};
-    std::unordered_map<std::string, Packed> resources_; // by name in lower case
+    std::map<std::string, Packed>
+        resources_; // by name in lower case; a hash could be made to collide
     std::vector<std::string> names_;
     size_t left_out_ = 0;
 };

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "ground/guard.h"
 #include "ground/number.h"
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
@@ -61,13 +61,15 @@ ibitmap *find_or_make(const char *name, const ibitmap *deflt) {
 
 } // namespace
 
-ibitmap *GetResource(const char *name, ibitmap *deflt) try {
-    ibitmap *found = find_or_make(name, deflt);
-    if (!found) return is_size(deflt) ? nullptr : deflt;
-    if (raster::bitmap_tracker.found) raster::bitmap_tracker.found(found, name);
-    return found;
-} catch (const std::bad_alloc &) {
-    return is_size(deflt) ? nullptr : deflt;
+ibitmap *GetResource(const char *name, ibitmap *deflt) {
+    return ground::guarded_or(
+        [&]() -> ibitmap * {
+            ibitmap *found = find_or_make(name, deflt);
+            if (!found) return is_size(deflt) ? nullptr : deflt;
+            if (raster::bitmap_tracker.found) raster::bitmap_tracker.found(found, name);
+            return found;
+        },
+        [&]() -> ibitmap * { return is_size(deflt) ? nullptr : deflt; });
 }
 
 namespace theme {

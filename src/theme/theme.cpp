@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 
+#include "ground/guard.h"
 #include "ground/number.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -110,14 +110,14 @@ FontSpec parse_font(const char *text) {
 
 } // namespace theme
 
-const char *GetThemeString(const char *name, const char *deflt) try {
-    if (!name) return deflt;
-    const char *found = nullptr;
-    if (theme::is_landscape()) found = find_for_partner((std::string("^") + name).c_str());
-    if (!found) found = find_for_partner(name);
-    return found ? found : deflt;
-} catch (const std::bad_alloc &) {
-    return deflt;
+const char *GetThemeString(const char *name, const char *deflt) {
+    return ground::guarded(deflt, [&]() -> const char * {
+        if (!name) return deflt;
+        const char *found = nullptr;
+        if (theme::is_landscape()) found = find_for_partner((std::string("^") + name).c_str());
+        if (!found) found = find_for_partner(name);
+        return found ? found : deflt;
+    });
 }
 
 int GetThemeInt(const char *name, int deflt) {

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
-#include <minizip/zip.h>
 #include <string>
 
 #include "kelvane/config.h"
@@ -13,6 +12,7 @@
 #include "support/headless.h"
 #include "support/tempdir.h"
 #include "support/theme_file.h"
+#include "support/zip_file.h"
 
 namespace {
 
@@ -42,18 +42,6 @@ std::string bmp(int level) {
     bm->data[0] = static_cast<uint8_t>(level * 0x11);
     SaveBitmap("saved.bmp", bm.get());
     return read_file("saved.bmp");
-}
-
-void write_zip(const std::string &path,
-               std::initializer_list<std::pair<const char *, std::string>> files) {
-    fs::create_directories(fs::path(path).parent_path());
-    zipFile zip = zipOpen(path.c_str(), APPEND_STATUS_CREATE);
-    for (const auto &[name, bytes] : files) {
-        zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9);
-        zipWriteInFileInZip(zip, bytes.data(), static_cast<unsigned>(bytes.size()));
-        zipCloseFileInZip(zip);
-    }
-    zipClose(zip, nullptr);
 }
 
 int open_files() {

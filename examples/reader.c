@@ -75,7 +75,7 @@ static void save_settings(void) {
     WriteInt(settings, "text.size", text_size);
     WriteInt(settings, "night", night);
     WriteInt(settings, "position", starts[page]);
-    SaveConfig(settings);
+    CloseConfig(settings); /* saves first */
 }
 
 static void open_fonts(void) {

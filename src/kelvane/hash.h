@@ -113,9 +113,8 @@ KELVANE_API ihash hash_copy(ihash src);
 /**
  * Copies the items of @p a and then those of @p b into @p dst, so that the values of @p b win.
  * @p dst may be @p a, which then only receives @p b; it may also be @p b, whose own values are
- * replaced by those of @p a. Values from @p a are made by its addproc and those from @p b by that
- * of
- * @p b, but in the end @p dst has the procedures of @p a: its delproc releases them all.
+ * replaced by those of @p a. The addproc of each table makes the values that come from it, but in
+ * the end @p dst has the procedures of @p a: the delproc of @p a releases them all.
  * @return 0; -1 when a copy fails as hash_copy_to() does
  */
 KELVANE_API int hash_merge_to(ihash a, ihash b, ihash dst);

@@ -59,7 +59,7 @@ TEST_F(Config, LinesBecomeValues) {
     };
     for (const auto &c : cases) {
         put(c.text);
-        EXPECT_EQ(read_file(path), c.expected) << c.rule;
+        EXPECT_EQ(settings_in(path), c.expected) << c.rule;
         // What is saved reads back as the same, and saving again changes nothing. The empty name
         // sorts first.
         handle h(path);
@@ -67,7 +67,7 @@ TEST_F(Config, LinesBecomeValues) {
         ASSERT_EQ(SaveConfig(h), 1) << c.rule;
         values with = c.expected;
         with["zz"] = "1";
-        EXPECT_EQ(read_file(path), with) << c.rule;
+        EXPECT_EQ(settings_in(path), with) << c.rule;
         const std::string text = file();
         WriteInt(h, "zz", 1);
         ASSERT_EQ(SaveConfig(h), 1) << c.rule;
@@ -104,7 +104,7 @@ TEST_F(Config, LongValuesAreCut) {
         WriteString(h, "b", "whole");
         ASSERT_EQ(SaveConfig(h), 1);
         const std::string expected(c.kept, c.filler);
-        EXPECT_EQ(read_file(path), (values{{"a", expected}, {"b", "whole"}})) << c.length;
+        EXPECT_EQ(settings_in(path), (values{{"a", expected}, {"b", "whole"}})) << c.length;
         EXPECT_EQ(h.get("a").size(), c.length) << "the handle keeps the whole";
     }
     // Many values of a few kilobytes are not cut, nor are names of any length.
@@ -118,7 +118,7 @@ TEST_F(Config, LongValuesAreCut) {
         WriteString(h, name.c_str(), all[name].c_str());
     }
     ASSERT_EQ(SaveConfig(h), 1);
-    EXPECT_EQ(read_file(path), all);
+    EXPECT_EQ(settings_in(path), all);
 }
 
 TEST_F(Config, LayersHideOneAnother) {
@@ -261,7 +261,7 @@ TEST_F(Config, AnyNumberOfDeletions) {
     while (h.c->deleted_keys[900]) // a name from the list itself
         WriteInt(h, h.c->deleted_keys[900], 3);
     EXPECT_EQ(SaveConfig(h), 1);
-    const values left = read_file(path);
+    const values left = settings_in(path);
     EXPECT_EQ(left.size(), 101u) << "99 taken back, k500, kept";
     EXPECT_EQ(left.at("k500") + left.at("kept"), "21");
     EXPECT_EQ(h.c->deleted_keys[0], nullptr);

@@ -6,9 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,17 +15,10 @@
 #include "file/hooks.h"
 #include "internal.h"
 #include "kelvane/files.h"
-
-inline void put(const std::string &path, const std::string &text) {
-    std::filesystem::path file(path);
-    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
+#include "support/tempdir.h"
 
 inline std::string contents(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return "(none)";
-    return {std::istreambuf_iterator<char>(in), {}};
+    return std::filesystem::exists(path) ? read_file(path) : "(none)";
 }
 
 struct FakeDevice {
@@ -58,8 +49,6 @@ inline FILE *fake_open(const char *path, const char *mode) {
 class FileTest : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_NE(mkdtemp(root), nullptr);
-        std::filesystem::current_path(root);
         const long long later = device.now_s + 1000; // past the warnings of the test before
         device = {};
         device.now_s = later;
@@ -79,11 +68,7 @@ class FileTest : public testing::Test {
         file_hooks.open = fake_open;
         kvstate.waketime = 0;
     }
-    void TearDown() override {
-        file_hooks = {};
-        std::filesystem::current_path("/");
-        std::filesystem::remove_all(root);
-    }
+    void TearDown() override { file_hooks = {}; }
     // The device has just been woken; storage comes back after `ms`.
     void wake(long long ms) {
         kvstate.waketime = device.now_ms;
@@ -91,5 +76,5 @@ class FileTest : public testing::Test {
         device.pauses = 0;
     }
 
-    char root[32] = "/tmp/kelvane-file-XXXXXX";
+    TempDir folder;
 };

@@ -86,7 +86,7 @@ void patch(const std::string &path, const std::string &old, const std::string &f
     std::string text = contents(path);
     const size_t at = text.find(old);
     ASSERT_NE(at, std::string::npos);
-    put(path, text.replace(at, fresh.size(), fresh));
+    write_file(path, text.replace(at, fresh.size(), fresh));
 }
 
 std::string little_endian(uint16_t a, uint16_t b, uint32_t c, uint32_t d) {
@@ -111,18 +111,18 @@ void put_jpeg_strip(const char *path, uint32_t w, uint32_t h, std::string strip)
 
 TEST_F(HostilePictures, EachRefusalSaysWhy) {
     const std::string grey_row = chunk("IDAT", packed(std::string(2, 0)));
-    put("empty.png", ""), put("empty.jpg", ""), put("empty.tiff", "");
+    write_file("empty.png", ""), write_file("empty.jpg", ""), write_file("empty.tiff", "");
     std::filesystem::create_directory("folder.png");
-    put("text.png", "not a picture at all"), put("text.jpg", "not a picture at all");
+    write_file("text.png", "not a picture at all"), write_file("text.jpg", "not a picture at all");
     write_png("interlaced.png", 10, 10, {8, PNG_COLOR_TYPE_RGB, true}, Bytes(300));
-    put("no pixels.png", png_of(1, 1, "\x08\x00", ""));
-    put("no palette.png", png_of(1, 1, "\x08\x03", grey_row));
-    put("bad sum.png", png_of(1, 1, "\x08\x00", grey_row));
+    write_file("no pixels.png", png_of(1, 1, "\x08\x00", ""));
+    write_file("no palette.png", png_of(1, 1, "\x08\x03", grey_row));
+    write_file("bad sum.png", png_of(1, 1, "\x08\x00", grey_row));
     patch("bad sum.png", "IDAT", "IDAU");
-    put("empty size.png", png_of(0, 1, "\x08\x00", grey_row));
-    put("high.png", png_of(1, 0x7FFFFFFF, "\x08\x00", grey_row));
-    put("overflow.png", png_of(1000000, 1000000, "\x10\x06", grey_row));
-    put("bytes.png", png_of(6000, 6000, "\x10\x06", grey_row));
+    write_file("empty size.png", png_of(0, 1, "\x08\x00", grey_row));
+    write_file("high.png", png_of(1, 0x7FFFFFFF, "\x08\x00", grey_row));
+    write_file("overflow.png", png_of(1000000, 1000000, "\x10\x06", grey_row));
+    write_file("bytes.png", png_of(6000, 6000, "\x10\x06", grey_row));
     write_jpeg("cmyk.jpg", 10, 10, {4, JCS_CMYK}, Bytes(400));
     write_jpeg("huge.jpg", 10, 10, {}, Bytes(300));
     patch("huge.jpg", std::string("\x08\0\x0a\0\x0a", 5), "\x08\xff\xdc\xff\xdc");
@@ -131,7 +131,7 @@ TEST_F(HostilePictures, EachRefusalSaysWhy) {
     const size_t first = scans.find("\xff\xda");
     std::string repeated = scans.substr(0, scans.size() - 2);
     for (int i = 0; i < 200; ++i) repeated += scans.substr(first, scans.size() - 2 - first);
-    put("scans.jpg", repeated + "\xff\xd9");
+    write_file("scans.jpg", repeated + "\xff\xd9");
     write_tiff("side.tiff", 10, 10, {}, Bytes(100));
     patch("side.tiff", little_endian(256, 3, 1, 10), little_endian(256, 4, 1, 0xFFFFFFFF));
     write_tiff("area.tiff", 10, 10, {}, Bytes(100));
@@ -271,16 +271,16 @@ long peak_kb() {
 // Files of a few kilobytes that stand for as much as is accepted, or more.
 TEST_F(HostilePictures, BombsStaySmall) {
     const std::string rows = packed(std::string(10000 * 10001, 0));
-    put("grey.png", png_of(10000, 10000, "\x08\x00", chunk("IDAT", rows)));
+    write_file("grey.png", png_of(10000, 10000, "\x08\x00", chunk("IDAT", rows)));
     const std::string text("comment\0\0", 9);
-    put("text.png", png_of(1, 1, "\x08\x00",
-                           chunk("zTXt", text + rows) + chunk("iCCP", text + rows) +
-                               chunk("IDAT", packed(std::string(2, 0)))));
+    write_file("text.png", png_of(1, 1, "\x08\x00",
+                                  chunk("zTXt", text + rows) + chunk("iCCP", text + rows) +
+                                      chunk("IDAT", packed(std::string(2, 0)))));
     write_tiff("strips.tiff", 1000, 1000, {8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_PACKBITS},
                Bytes(1000 * 1000));
-    put("palette.png",
-        png_of(1, 1, "\x01\x03",
-               chunk("PLTE", std::string(9, 1)) + chunk("IDAT", packed(std::string(2, 0)))));
+    write_file("palette.png",
+               png_of(1, 1, "\x01\x03",
+                      chunk("PLTE", std::string(9, 1)) + chunk("IDAT", packed(std::string(2, 0)))));
     write_jpeg("grey.jpg", 9999, 9999, {1, JCS_GRAYSCALE, false, true}, Bytes(9999 * 9999, 9));
     std::ofstream("/proc/self/clear_refs") << 5; // the peak starts anew
     EXPECT_NE(load("grey.png", 50, 50), nullptr);

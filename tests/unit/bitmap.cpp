@@ -49,8 +49,8 @@ void plain_draw(const icanvas &c, int x, int y, const ibitmap &bm, int sx, int s
 TEST(Bitmap, Making) {
     struct {
         int depth_of_panel, w, h, scanline;
-    } const cases[] = {
-        {4, 3, 1, 2}, {4, 4, 7, 2}, {4, 65535, 1, 32768}, {2, 5, 2, 2}, {2, 4, 1, 1}};
+    } const cases[] = {{4, 3, 1, 2},     {4, 4, 7, 2}, {4, 65535, 1, 32768},
+                       {4, 1, 65535, 1}, {2, 5, 2, 2}, {2, 4, 1, 1}};
     for (const auto &c : cases) {
         loadHwConfigEmulator(c.depth_of_panel == 2 ? "0x0010111101013021" : "0x0010111101013041");
         const BitmapPtr bm(NewBitmap(c.w, c.h));
@@ -60,7 +60,7 @@ TEST(Bitmap, Making) {
         EXPECT_EQ(std::count(bm->data, bm->data + c.scanline * c.h, 0xFF), c.scanline * c.h);
     }
     for (const auto &[w, h] :
-         {std::pair{0, 5}, {5, 0}, {-1, 5}, {65536, 1}, {1, INT_MAX}, {INT_MIN, 1}})
+         {std::pair{0, 5}, {5, 0}, {-1, 5}, {65536, 1}, {1, 65536}, {1, INT_MAX}, {INT_MIN, 1}})
         EXPECT_EQ(NewBitmap(w, h), nullptr) << w << 'x' << h;
 }
 

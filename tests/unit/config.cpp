@@ -86,6 +86,28 @@ TEST_F(Config, SavesSortedEscapedLines) {
     EXPECT_EQ(handle(path).get("b"), "line1\nline2\r\t\\=#");
 }
 
+// Names that WriteString takes and a file cannot hold: the next save finds what the line says.
+TEST_F(Config, NamesThatReadBackAsOthers) {
+    const struct {
+        const char *name, *saved, *saved_again;
+    } cases[] = {
+        {"#x", "#x=1\n", "zz=2\n"},          {" x", " x=1\n", "x=1\nzz=2\n"},
+        {"\tx", "\tx=1\n", "x=1\nzz=2\n"},   {"y\nx", "y\nx=1\n", "x=1\nzz=2\n"},
+        {"x=y", "x=y=1\n", "x=y=1\nzz=2\n"}, {"x#", "x#=1\n", "x#=1\nzz=2\n"},
+    };
+    for (const auto &c : cases) {
+        fs::remove(path);
+        handle h(path);
+        WriteInt(h, c.name, 1);
+        ASSERT_EQ(SaveConfig(h), 1);
+        EXPECT_EQ(file(), c.saved);
+        WriteInt(h, "zz", 2);
+        ASSERT_EQ(SaveConfig(h), 1);
+        EXPECT_EQ(file(), c.saved_again);
+        EXPECT_EQ(h.get(c.name), std::string(c.name) == "x#" ? "1" : "(none)") << c.name;
+    }
+}
+
 // The text is written into a buffer that grows by one step of 16384 an item: a value that is longer
 // than the room is cut, never in the middle of an escape, and what follows it is whole.
 TEST_F(Config, LongValuesAreCut) {

@@ -195,6 +195,13 @@ TEST_F(HostilePictures, SizesThatCannotBe) {
     EXPECT_EQ(LoadPNG(nullptr, 0), nullptr);
     EXPECT_EQ(LoadJPEG(nullptr, 1, 1, 100, 100, 0), nullptr);
     EXPECT_EQ(LoadTIFF(nullptr, 1, 1, 100, 100, 0), nullptr);
+    constexpr uint32_t most = 1'000'000;
+    EXPECT_EQ(load(write_tiff("wide.tiff", most, 1, {}, Bytes(most)), 9, 9)->width, 9);
+    EXPECT_EQ(refusal(write_tiff("wide.tiff", most + 1, 1, {}, Bytes(most + 1)), 9, 9),
+              "cannot allocate memory (1000001 x 1)\n");
+    write_tiff("a.tiff", 10, 1, {}, Bytes(10));
+    patch("a.tiff", little_endian(257, 3, 1, 1), little_endian(257, 4, 1, most + 1));
+    EXPECT_EQ(refusal("a.tiff", 9, 9), "cannot allocate memory (10 x 1000001)\n");
     // As wide as asked for, a picture of one row would have no height.
     write_png("line.png", 1000, 1, {8, PNG_COLOR_TYPE_GRAY}, Bytes(1000));
     SetLoadImageFlags(LOAD_FIT_WIDTH);

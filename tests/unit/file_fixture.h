@@ -6,9 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,17 +16,10 @@
 #include "ground/message.h"
 #include "internal.h"
 #include "kelvane/files.h"
-
-inline void put(const std::string &path, const std::string &text) {
-    std::filesystem::path file(path);
-    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
+#include "support/tempdir.h"
 
 inline std::string contents(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return "(none)";
-    return {std::istreambuf_iterator<char>(in), {}};
+    return std::filesystem::exists(path) ? read_file(path) : "(none)";
 }
 
 struct FakeDevice {
@@ -59,8 +50,6 @@ inline FILE *fake_open(const char *path, const char *mode) {
 class FileTest : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_NE(mkdtemp(root), nullptr);
-        std::filesystem::current_path(root);
         const long long later = device.now_s + 1000; // past the warnings of the test before
         device = {};
         device.now_s = later;
@@ -83,8 +72,6 @@ class FileTest : public testing::Test {
     void TearDown() override {
         file_hooks = {};
         message_hooks = {};
-        std::filesystem::current_path("/");
-        std::filesystem::remove_all(root);
     }
     // The device has just been woken; storage comes back after `ms`.
     void wake(long long ms) {
@@ -93,5 +80,5 @@ class FileTest : public testing::Test {
         device.pauses = 0;
     }
 
-    char root[32] = "/tmp/kelvane-file-XXXXXX";
+    TempDir folder;
 };

@@ -251,6 +251,12 @@ TEST_F(Runtime, MultiTouchFrames) {
               "31:0,0 44:0,0 39:3,0 ")
         << "a frame at the origin counts only as the last one";
     EXPECT_FALSE(GetTouch(-1, 0) || GetTouch(16, 0) || GetTouch(0, 3));
+    loadHwConfigEmulator("0x0010111101012041"); // a panel that knows one finger
+    EXPECT_EQ(heard([&] {
+                  finger(EVT_POINTERDOWN, 1, 30, 40);
+                  hw::push_input(EVT_MTSYNC, 0, 0, 1);
+              }),
+              "30:30,40 ");
 }
 
 TEST_F(Runtime, DeviceEventsPassOrDrop) {

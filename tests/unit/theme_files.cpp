@@ -161,6 +161,7 @@ TEST_F(ThemeTest, PictureVariants) {
     theme.add("^c:4", ThemeFile::picture(0x60));
     theme.add("small", std::string("\1\0\1\0\4\0\2\0x", 9)); // a row more than it has bytes
     theme.add("a", ThemeFile::picture(0x70));
+    theme.add("AZ@[`{", ThemeFile::picture(0xA0)); // both letters, and what stands beside letters
     theme.add("damaged", "text that is no picture");
     const std::string longest(80, 'n'); // variants are found by the start of such a name
     theme.add(longest.substr(0, 61) + ":4", ThemeFile::picture(0x80));
@@ -169,13 +170,11 @@ TEST_F(ThemeTest, PictureVariants) {
     const struct {
         const char *name;
         int portrait, landscape;
-    } pictures[] = {{"a", 1, 1},
-                    {"A", 1, 1},
-                    {"b", 3, 4},
-                    {"c", 5, 6},
-                    {"small", -1, -1},
-                    {"d", -1, -1},
-                    {longest.c_str(), 8, 9}};
+    } pictures[] = {{"a", 1, 1},        {"A", 1, 1},
+                    {"b", 3, 4},        {"c", 5, 6},
+                    {"small", -1, -1},  {"d", -1, -1},
+                    {"az@[`{", 10, 10}, {"az`[`{", -1, -1},
+                    {"az@{`{", -1, -1}, {longest.c_str(), 8, 9}};
     for (int orientation : {0, 2}) {
         SetOrientation(orientation);
         for (const auto &p : pictures) {

@@ -276,6 +276,11 @@ TEST_F(Runtime, ComponentsSeeInputFirst) {
               "25:10,0 26:10,0 ");
     screens.panel_pointer = [](int type, int, int y) { return type != EVT_MTSYNC && y > 700; };
     EXPECT_EQ(heard([] { headless::tap(5, 750); }, 500).find("30:"), std::string::npos);
+    screens.panel_pointer = [](int, int, int) { return true; };
+    const auto sync = [] { hw::push_input(EVT_MTSYNC, 0, 0, 0); };
+    EXPECT_EQ(heard(sync), "");
+    kvstate.tsc[0].captured = 1;
+    EXPECT_EQ(heard(sync).substr(0, 3), "39:") << "a captured finger is nobody else's";
     kvstate.uiflags |= UI_PANEL_IGNORES_POINTER;
     EXPECT_NE(heard([] { headless::tap(5, 750); }).find("30:5,750 "), std::string::npos);
 }

@@ -317,14 +317,20 @@ TEST_F(ThemeTest, DamagedFiles) {
     EXPECT_EQ(grey("pic"), 1);
     EXPECT_EQ(IsResourcePresent("e99999"), 1);
     for (const char *name : {"header", "bomb"}) EXPECT_EQ(grey(name), -1) << name;
-    ThemeFile large(std::string("name=too much\n").append(5 << 20, '#'));
+    for (const size_t too_much : {0, 1}) {
+        ThemeFile full(std::string("name=x\n").append((4 << 20) - 7 + too_much, '#'));
+        full.add("pic", ThemeFile::picture(0x10).append((8 << 20) - 9 + too_much, 'x'));
+        open(full);
+        EXPECT_STREQ(GetThemeString("name", "-"), too_much ? "-" : "x");
+        EXPECT_EQ(grey("pic"), too_much ? -1 : 1);
+    }
+    ThemeFile large("");
     large.add("pic", ThemeFile::picture(0x10));
     large.add("picture", std::string("\xFF\xFF\x90\0\4\0\xFF\xFF", 8).append(0xFFFF * 0x90, 'x'));
     large.add_entry("wide", 9, 0, 1 << 30); // begins as "pic" does
     open(large);
     fs::resize_file("system/themes/t.tqt", (1 << 30) + (1 << 20)); // takes no room
     OpenTheme("t");
-    EXPECT_STREQ(GetThemeString("name", "-"), "-");
     for (const char *name : {"picture", "wide"}) EXPECT_EQ(grey(name), -1) << name;
 }
 

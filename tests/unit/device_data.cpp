@@ -14,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 using Texts = std::map<std::string, std::string>;
 
-const fs::path tree = fs::path(__FILE__).parent_path() / "../..";
+const fs::path tree = SOURCE_DIR;
 
 std::vector<fs::path> files_in(const fs::path &folder, const std::string &extension) {
     std::vector<fs::path> found;

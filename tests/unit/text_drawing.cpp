@@ -253,7 +253,7 @@ void write_grey_png(const std::filesystem::path &file, const Canvas &canvas) {
 
 // A picture is changed by looking at the new one and copying it, never by this test.
 TEST_F(Drawing, PicturesAreAsExpected) {
-    const auto expected = std::filesystem::path(__FILE__).parent_path() / "text_pictures";
+    const auto expected = std::filesystem::path(SOURCE_DIR "/tests/unit/text_pictures");
     const auto drawn = std::filesystem::temp_directory_path() / "kelvane-text-pictures";
     for (const Picture &picture : pictures) {
         const Font font(picture.font, picture.size, picture.aa);

@@ -105,8 +105,7 @@ TEST_F(Fonts, AFaceOfACollectionIsChosenByItsNumber) {
 }
 
 TEST_F(Fonts, AFaceOfBitmapsTakesItsNearestSize) {
-    const auto seeds =
-        std::filesystem::path(__FILE__).parent_path() / "../../fuzz/corpus/font_file";
+    const auto seeds = std::filesystem::path(SOURCE_DIR "/fuzz/corpus/font_file");
     fonts::link(std::filesystem::canonical(seeds / "tiny.bdf"), "tiny");
     for (const int size : {3, 8, 300}) {
         const Font font("tiny", size);

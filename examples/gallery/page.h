@@ -20,8 +20,10 @@ extern const Page shapes_page, pictures_page, text_page, prose_page, updates_pag
 
 // The page on the screen.
 const Page &current_page();
-// A hundredth of the shorter side of the screen: everything is measured in it.
+// What everything is measured in: 4 pixels, or more on a denser screen.
 int unit();
+// The thinnest line.
+int hairline();
 
 inline bool inside(const irect &r, int x, int y) {
     return x >= r.x && x < r.x + r.w && y >= r.y && y < r.y + r.h;

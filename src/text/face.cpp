@@ -45,6 +45,12 @@ GlyphRef Face::look_up(uint16_t c) {
 }
 
 bool Face::choose_size(int pixels) {
+    const bool is_chosen = try_size(pixels);
+    check_freetype_memory();
+    return is_chosen;
+}
+
+bool Face::try_size(int pixels) {
     if (!FT_IS_SCALABLE(ft()))
         return ft()->num_fixed_sizes > 0 && FT_Select_Size(ft(), nearest_strike(ft(), pixels)) == 0;
     if (pixels < 1 || pixels > largest_size) return false;
@@ -53,6 +59,7 @@ bool Face::choose_size(int pixels) {
 
 bool Face::set_size(int pixels) {
     if (pixels != pixels_ || !size_is_set_) {
+        size_is_set_ = false;
         size_is_set_ = choose_size(pixels);
         pixels_ = pixels;
     }

@@ -2,6 +2,7 @@
 #include "text/face.h"
 
 #include <cstdlib>
+#include FT_SIZES_H
 
 #include "text/names.h"
 
@@ -45,9 +46,18 @@ GlyphRef Face::look_up(uint16_t c) {
 }
 
 bool Face::choose_size(int pixels) {
-    const bool is_chosen = try_size(pixels);
-    check_freetype_memory();
+    FT_Size size = ft()->size;
+    if (!size && FT_New_Size(ft(), &size) == 0) FT_Activate_Size(size);
+    const bool is_chosen = ft()->size && try_size(pixels);
+    check_memory();
     return is_chosen;
+}
+
+void Face::check_memory() try { check_freetype_memory(); } catch (...) {
+    // What FreeType half made is in the size, and it would trip over that.
+    if (ft()->size) FT_Done_Size(ft()->size);
+    size_is_set_ = false;
+    throw;
 }
 
 bool Face::try_size(int pixels) {

@@ -58,6 +58,10 @@ class Face {
     // bad_alloc.
     bool set_size(int pixels);
 
+    // To be called when FreeType has loaded or drawn a glyph: throws bad_alloc when it ran out of
+    // memory over that.
+    void check_memory();
+
     // The cache of a size. Valid until another one is asked for that is not there yet, except that
     // `kept` stays.
     SizeCache &cache(int pixels, int strength, const SizeCache *kept);

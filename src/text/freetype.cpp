@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "text/freetype.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <iterator>
 #include <new>
 #include <sys/stat.h>
 #include <utility>
@@ -24,25 +29,54 @@ struct FileCloser {
 
 FT_Library freetype;
 
-// FreeType does without much that it has no memory for, and a face would lack it for good: so it is
-// noted when that happens.
+// FreeType does without much that it has no memory for, a face would lack it for good, and what it
+// cannot do without it does not always look for. So what the system does not give comes from a
+// reserve for the rest of the call, and it is noted.
+class Reserve {
+  public:
+    bool has(const void *block) const {
+        return std::less_equal<>()(std::begin(bytes_), block) &&
+               std::less<>()(block, std::end(bytes_));
+    }
+    void *allocate(size_t size) {
+        const size_t room = (size + alignment - 1) / alignment * alignment;
+        if (room < size || room > sizeof bytes_ - used_) return nullptr;
+        ++blocks_;
+        return bytes_ + std::exchange(used_, used_ + room);
+    }
+    void release() {
+        if (--blocks_ == 0) used_ = 0;
+    }
+
+  private:
+    static constexpr size_t alignment = alignof(std::max_align_t);
+    alignas(alignment) char bytes_[1 << 18]; // costs nothing while it is not used
+    size_t used_, blocks_;
+};
+Reserve reserve;
 bool ran_out;
 
-void *noted(void *block) {
-    if (!block) ran_out = true;
-    return block;
-}
-
 void *allocate(FT_Memory, long size) {
-    return noted(std::malloc(static_cast<size_t>(size)));
+    if (void *block = std::malloc(static_cast<size_t>(size))) return block;
+    ran_out = true;
+    return reserve.allocate(static_cast<size_t>(size));
 }
 
 void release(FT_Memory, void *block) {
-    std::free(block);
+    if (reserve.has(block))
+        reserve.release();
+    else
+        std::free(block);
 }
 
-void *reallocate(FT_Memory, long, long size, void *block) {
-    return noted(std::realloc(block, static_cast<size_t>(size)));
+void *reallocate(FT_Memory memory, long old_size, long size, void *block) {
+    if (!reserve.has(block))
+        if (void *moved = std::realloc(block, static_cast<size_t>(size))) return moved;
+    void *moved = allocate(memory, size);
+    if (!moved) return nullptr;
+    std::memcpy(moved, block, static_cast<size_t>(std::min(old_size, size)));
+    release(memory, block);
+    return moved;
 }
 
 FT_MemoryRec_ memory = {nullptr, allocate, release, reallocate};

@@ -81,7 +81,7 @@ TEST_F(ThemeGroups, DefaultsSuitTheDotsAnInch) {
         const char *description;
         int dpi, caption, item, border, font, indent;
     } const panels[] = {{"0x1", 167, 48, 48, 3, 20, 24},
-                        {"0x2", 212, 60, 60, 4, 25, 30, 36},
+                        {"0x2", 212, 60, 60, 4, 25, 30},
                         {"0xb", 227, 72, 72, 5, 30, 36},
                         {"0x8", 300, 84, 84, 5, 35, 42}};
     for (const auto &s : panels) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Allocations that fail on purpose: all of a program's, those of the C++ library and of every
-// shared library too. One source of a program includes this, as it defines malloc() and its kin.
+// Allocations that fail on purpose: all of a program's, those of every shared library too. One
+// source of a program includes this, as it defines malloc() and its kin.
 //
 //     for (long k = 0;; ++k) {
 //         FailingMemory memory(k, FailingMemory::once);
@@ -47,6 +47,16 @@ class FailingMemory {
     static inline std::atomic<Times> times_;
 };
 
+// Sanitizers start before any malloc() of ours could: with them only C++'s operators fail.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline void *fallible_malloc(size_t size) {
+    return FailingMemory::fails_now() ? nullptr : std::malloc(size);
+}
+#else
+inline void *fallible_malloc(size_t size) {
+    return std::malloc(size);
+}
+
 // The next definition of a function, which this one stands before.
 template <class Function>
 Function *next_definition(const char *name, std::atomic<Function *> &found) {
@@ -68,11 +78,12 @@ extern "C" {
     return FailingMemory::fails_now() ? nullptr : next_definition("realloc", next)(block, size);
 }
 }
+#endif
 
-// Replaced as well, as sanitizers have operators that do not go through malloc(). Not inlined, so
-// that the compiler does not take them for a mismatch.
+// Sanitizers' operators do not go through malloc(). Not inlined, so that the compiler does not take
+// these for a mismatch.
 [[gnu::noinline]] inline void *allocate_or_throw(size_t size) {
-    if (void *block = std::malloc(size)) return block;
+    if (void *block = fallible_malloc(size)) return block;
     throw std::bad_alloc();
 }
 [[gnu::noinline]] inline void release_block(void *block) {
@@ -85,10 +96,10 @@ void *operator new[](size_t size) {
     return allocate_or_throw(size);
 }
 void *operator new(size_t size, const std::nothrow_t &) noexcept {
-    return std::malloc(size);
+    return fallible_malloc(size);
 }
 void *operator new[](size_t size, const std::nothrow_t &) noexcept {
-    return std::malloc(size);
+    return fallible_malloc(size);
 }
 void operator delete(void *block) noexcept {
     release_block(block);

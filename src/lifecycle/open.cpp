@@ -7,6 +7,7 @@
 
 #include "chrome/chrome.h"
 #include "chrome/panel.h"
+#include "dialogs/stack.h"
 #include "file/hooks.h"
 #include "hw.h"
 #include "hw_linux/device.h"
@@ -50,6 +51,7 @@ void install_hooks() {
     hw::hooks.panel_height = PanelHeight;
     update_hooks = {keylock::show_icon, keylock::restore_under_icon};
     file_hooks.system_request = [](int request) { kv_ipc_request(request, 0, nullptr, 0, 0); };
+    file_hooks.message = screens.message = Message;
     file_hooks.translate = GetLangText;
     text::hooks.is_rtl = IsRTL;
     file_hooks.storage_ready = hw_usbready;
@@ -178,6 +180,7 @@ void close_screen() {
     pointer_reset();
     loop_start();
     remove_hooks();
+    dialogs::reset();
     keylock::reset();
     pager::reset();
     chrome::reset();

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// The message box, which waits at the device itself.
+#include <cstdio>
+#include <new>
+
+#include "dialogs/input.h"
+#include "dialogs/stack.h"
+#include "hw.h"
+#include "hw_linux/device.h"
+#include "internal.h"
+
+namespace dialogs {
+namespace {
+
+constexpr int step_ms = 50;
+
+// Nothing serves a process without a screen on this device.
+void print_message(const char *title, const char *text) {
+    std::fprintf(stderr, "Message: '%s' '%s'\n", title ? title : "", text ? text : "");
+    std::fprintf(stderr, "[%s]: ERROR: cant sent request\n", "Message");
+}
+
+// A key ends the wait, and so does a finger that was put down inside the box and is lifted
+// anywhere.
+class Ending {
+  public:
+    explicit Ending(const irect &box) : box_(box) {}
+    bool ends(const RawEvent &event) {
+        if (event.type == EVT_POINTERDOWN && is_inside(box_, event.par1, event.par2)) armed_ = true;
+        return event.type == EVT_KEYPRESS || (event.type == EVT_POINTERUP && armed_);
+    }
+
+  private:
+    irect box_;
+    bool armed_ = false;
+};
+
+// Pauses end early when input arrives, which does not make the wait shorter. A clock that stands
+// still ends it.
+void wait_at(const irect &box, int timeout_ms) {
+    Ending ending(box);
+    const int exiting = kvstate.exiting;
+    const int64_t end_us =
+        hw::device()->clock_us() + int64_t{timeout_ms / step_ms} * step_ms * 1000;
+    int64_t now_us = hw::device()->clock_us();
+    while (now_us < end_us && kvstate.exiting == exiting) {
+        RawEvent event;
+        const bool came = take_raw_event(event);
+        if (came && ending.ends(event)) return;
+        const int64_t before_us = now_us;
+        hw_pause(std::min<int64_t>(step_ms * 1000, end_us - now_us));
+        now_us = hw::device()->clock_us();
+        if (now_us == before_us && !came) return;
+    }
+}
+
+void show_message(int flags, const char *text, int timeout_ms) try {
+    OpenBox box = make_box(Kind::message, flags, text, {});
+    box.stays = (flags & NO_DISMISS) != 0;
+    const irect place = box.layout.box;
+    const unsigned id = open(std::move(box), nullptr);
+    wait_at(place, timeout_ms);
+    if (top_id() == id) close_top(Close::answered);
+} catch (const std::bad_alloc &) {
+}
+
+} // namespace
+} // namespace dialogs
+
+void Message(int icon, const char *title, const char *text, int timeout) {
+    if (kvstate.isopen)
+        dialogs::show_message(icon, text, timeout);
+    else
+        dialogs::print_message(title, text);
+}

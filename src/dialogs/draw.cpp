@@ -40,10 +40,11 @@ const irect &place_of(const OpenBox &box, int button) {
     return box.layout.buttons[static_cast<size_t>(button - 1)];
 }
 
-irect frame_inside(const irect &r, int w, int h, int flags) {
-    irect inside;
-    DrawFrame(r.x, r.y, w, h, nullptr, "", flags, &inside);
-    return inside;
+// The client area that DrawFrame() tells. A frame without size is not drawn.
+irect frame_inside(const irect &r, int flags) {
+    irect sizeless;
+    DrawFrame(0, 0, 0, 0, nullptr, "", flags, &sizeless);
+    return {r.x + sizeless.x, r.y + sizeless.y, r.w + sizeless.w, r.h + sizeless.h, 0};
 }
 
 // What the frame leaves to the buttons: all but its sides. In its lower corners it curves.
@@ -52,21 +53,20 @@ struct ButtonArea {
     int corner; // radius of the curve
 };
 
-// How far the lower corners of the frame reach over its sides. Nothing is drawn for a frame
-// without size.
-int corner_radius(const irect &r) {
+// How far the lower corners of the frame reach over its sides.
+int corner_radius(const irect &r, const irect &inside) {
     if (GetThemeInt("dialog.corner.use_raunding", 1) == 0) return 0;
-    const irect by_corners = frame_inside(r, 0, 0, 0);
-    const irect by_sides = frame_inside(r, 0, 0, FRAME_INNER_SIDES);
-    return std::max(bottom_of(by_sides) - bottom_of(by_corners), 0);
+    return std::max(bottom_of(inside) - bottom_of(frame_inside(r, 0)), 0);
 }
 
 // A row below the box has no frame to spare.
-ButtonArea button_area(const Layout &l, const irect &inside) {
+ButtonArea button_area(const Layout &l) {
+    const irect inside = frame_inside(l.box, FRAME_INNER_SIDES);
     const int top = l.row.y + std::clamp(GetThemeInt("dialog.button.header.size", 3), 0, l.row.h);
     const bool framed = l.row.y < bottom_of(l.box);
     const int bottom = framed ? std::min(bottom_of(l.row), bottom_of(inside)) : bottom_of(l.row);
-    return {between(inside.x, top, right_of(inside), bottom), framed ? corner_radius(l.box) : 0};
+    return {between(inside.x, top, right_of(inside), bottom),
+            framed ? corner_radius(l.box, inside) : 0};
 }
 
 // The part of a button that is its own to fill.
@@ -133,12 +133,12 @@ int border_limits(int x, int y) {
     return x >= right_of(hatched) - cut || y < hatched.y || y >= bottom_of(hatched);
 }
 
-void hatch_icon(const OpenBox &box, const irect &inside) {
+void hatch_icon(const OpenBox &box) {
     const irect &column = box.layout.icon;
     if (column.w < 1 || GetThemeInt("dialog.icon.hatch", 1) == 0) return;
     const int margin = box.button_count() == 0 ? foot_margin : 0;
-    hatched = between(column.x, std::max(column.y, inside.y), right_of(column),
-                      bottom_of(column) - margin);
+    const int top = frame_inside(box.layout.box, FRAME_INNER_SIDES).y;
+    hatched = between(column.x, top, right_of(column), bottom_of(column) - margin);
     DrawDiagonalHatchLimits(column.x, column.y, column.w, column.h, hatch_step, BLACK,
                             border_limits);
 }
@@ -185,11 +185,11 @@ void draw_selector(const OpenBox &box, const ButtonArea &area) {
 void draw(const OpenBox &box) {
     const raster::ScreenScope screen;
     const irect &r = box.layout.box;
-    const irect inside = frame_inside(r, r.w, r.h, FRAME_INNER_SIDES);
-    const ButtonArea area = button_area(box.layout, inside);
+    DrawFrame(r.x, r.y, r.w, r.h, nullptr, "", 0, nullptr);
+    const ButtonArea area = button_area(box.layout);
     const bool has_buttons = box.button_count() > 0;
     if (has_buttons) draw_row(box, area);
-    hatch_icon(box, inside);
+    hatch_icon(box);
     draw_body(box);
     if (!has_buttons) return;
     draw_labels(box, area);
@@ -197,12 +197,12 @@ void draw(const OpenBox &box) {
 }
 
 void draw_hatched_button(const OpenBox &box, int button) {
-    const raster::Box place(place_of(box, button));
+    const irect &place = place_of(box, button);
     {
         const raster::ScreenScope screen;
-        modal::draw_pressed(place);
+        modal::draw_pressed(raster::Box(face_of(place, button_area(box.layout))));
     }
-    modal::update(place);
+    modal::update(raster::Box(place));
 }
 
 void draw_pressed_button(const OpenBox &box) {

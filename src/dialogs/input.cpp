@@ -100,4 +100,12 @@ bool take_raw_event(RawEvent &event) {
     return true;
 }
 
+// The device may not rest while it has something to do at this very moment.
+void rest_ms(int64_t ms) {
+    constexpr int64_t ms_us = 1000;
+    const int64_t before_us = hw::device()->clock_us();
+    hw_pause(ms * ms_us);
+    if (hw::device()->clock_us() == before_us) hw::device()->pause(ms_us);
+}
+
 } // namespace dialogs

@@ -2,6 +2,8 @@
 // What keys and places mean to a box.
 #pragma once
 
+#include <cstdint>
+
 #include "dialogs/layout.h"
 
 namespace dialogs {
@@ -30,5 +32,8 @@ struct RawEvent {
 };
 // False when none waits.
 bool take_raw_event(RawEvent &event);
+
+// Rests for a while, or less when input arrives; some time passes in any case.
+void rest_ms(int64_t ms);
 
 } // namespace dialogs

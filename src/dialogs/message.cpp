@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The message box, which waits at the device itself.
+#include <algorithm>
 #include <cstdio>
 #include <new>
 
 #include "dialogs/input.h"
 #include "dialogs/stack.h"
 #include "hw.h"
-#include "hw_linux/device.h"
 #include "internal.h"
 
 namespace dialogs {
@@ -35,22 +35,15 @@ class Ending {
     bool armed_ = false;
 };
 
-// Pauses end early when input arrives, which does not make the wait shorter. A clock that stands
-// still ends it.
+// Input that arrives early does not make the wait shorter.
 void wait_at(const irect &box, int timeout_ms) {
     Ending ending(box);
     const int exiting = kvstate.exiting;
-    const int64_t end_us =
-        hw::device()->clock_us() + int64_t{timeout_ms / step_ms} * step_ms * 1000;
-    int64_t now_us = hw::device()->clock_us();
-    while (now_us < end_us && kvstate.exiting == exiting) {
+    const int64_t end = hw_boottime_ms() + int64_t{timeout_ms / step_ms} * step_ms;
+    while (hw_boottime_ms() < end && kvstate.exiting == exiting) {
         RawEvent event;
-        const bool came = take_raw_event(event);
-        if (came && ending.ends(event)) return;
-        const int64_t before_us = now_us;
-        hw_pause(std::min<int64_t>(step_ms * 1000, end_us - now_us));
-        now_us = hw::device()->clock_us();
-        if (now_us == before_us && !came) return;
+        if (take_raw_event(event) && ending.ends(event)) return;
+        rest_ms(std::min<int64_t>(step_ms, end - hw_boottime_ms()));
     }
 }
 

@@ -7,7 +7,6 @@
 #include "dialogs/draw.h"
 #include "dialogs/input.h"
 #include "dialogs/stack.h"
-#include "hw.h"
 #include "internal.h"
 #include "kelvane/languages.h"
 #include "modal/input.h"
@@ -18,7 +17,7 @@ namespace {
 constexpr int default_button_mask = 0x3000;
 constexpr int cancelled = -1;
 constexpr int unanswered = -2;
-constexpr int synchro_pause_us = 50000;
+constexpr int synchro_rest_ms = 50;
 
 struct Question {
     int flags;
@@ -107,7 +106,7 @@ bool acts(int type, int code) {
 void wait_for(unsigned id, const int &result) {
     while (result == unanswered && find(id)) {
         if (ProcessEventLoop() != KELVANE_CONTINUE) return;
-        if (result == unanswered) hw_pause(synchro_pause_us);
+        if (result == unanswered) rest_ms(synchro_rest_ms);
     }
 }
 

@@ -51,7 +51,6 @@ kv_handler handler_beneath(const OpenBox &box) {
 // Where there was no memory for the picture of what lay beneath, or the screen was turned since,
 // the application draws it anew.
 void put_screen_back(OpenBox &box) {
-    if (box.orientation != GetOrientation()) box.taken.under.drop();
     {
         const raster::ScreenScope screen;
         FillAreaRect(&box.layout.box, WHITE);
@@ -111,7 +110,6 @@ unsigned open(OpenBox &&made, kv_handler handler) {
     stack.push_back(std::move(made));
     OpenBox &box = stack.back();
     box.id = ++last_id;
-    box.orientation = GetOrientation();
     box.taken.under.save(whole_screen());
     dim_screen();
     if (handler) box.taken.take_input(handler, 0);

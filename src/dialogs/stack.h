@@ -7,6 +7,7 @@
 #include <string>
 
 #include "dialogs/layout.h"
+#include "kelvane/bitmaps.h"
 #include "kelvane/dialogs.h"
 #include "modal/takeover.h"
 
@@ -25,7 +26,6 @@ struct Listener {
 struct OpenBox {
     unsigned id = 0;
     Kind kind = Kind::message;
-    int orientation = 0; // of the screen when it was opened
     modal::Takeover taken;
     Listener listener;
     const ibitmap *icon = nullptr;

@@ -6,6 +6,7 @@
 #include "dialogs_support.h"
 #include "kelvane/timers.h"
 #include "runtime/handlers.h"
+#include "support/theme_file.h"
 
 using namespace boxes;
 
@@ -165,7 +166,6 @@ TEST_F(Dialogs, WhatLiesBeneathIsWholeAgain) {
 }
 
 TEST_F(Dialogs, ADialogMayStayOnTheScreenAfterItsAnswer) {
-    const std::vector<uint8_t> before = screen();
     open_three(NO_DISMISS);
     const std::vector<uint8_t> with_box = screen();
     headless::clear_updates();
@@ -174,10 +174,11 @@ TEST_F(Dialogs, ADialogMayStayOnTheScreenAfterItsAnswer) {
     EXPECT_EQ(screen(), with_box);
     EXPECT_EQ(update_calls(), "");
     EXPECT_EQ(GetDialogShow(), 0);
-    draw_page();
+    ClearScreen();
+    const std::vector<uint8_t> white = screen();
     open_three(NO_DISMISS);
     CloseDialog();
-    EXPECT_EQ(screen(), before) << "closed by a call it goes";
+    EXPECT_EQ(screen(), white) << "closed by a call it goes";
     EXPECT_EQ(answers, "1 ");
 }
 
@@ -213,8 +214,9 @@ TEST_F(Dialogs, ThreeBoxesCloseInTheReverseOrder) {
     pictures.push_back(screen());
     OpenProgressbar(0, "", "Working", 10, answer);
     pictures.push_back(screen());
-    Dialog(0, "", "A longer text that makes the upper box higher than the others, in three lines "
-                  "at least",
+    Dialog(0, "",
+           "A longer text that makes the upper box higher than the others, in three lines "
+           "at least",
            "Yes", "No", answer);
     EXPECT_EQ(GetDialogShow(), 3);
     Dialog(0, "", "", "Another", nullptr, answer);
@@ -248,14 +250,13 @@ TEST_F(Dialogs, TheRowFollowsTheBoxBefore) {
     OpenProgressbar(0, "", "", 0, nullptr);
     open_three();
     // The box ends where the screen does; its row lies below, as far as a finger reaches.
-    const size_t left_of_row = 600 * 640 + 20;
-    EXPECT_EQ(screen()[left_of_row], before[left_of_row]) << "150 rows without a row of buttons";
+    EXPECT_EQ(above(650), std::vector(before.begin(), before.begin() + 600 * 650));
     headless::tap(300, 795);
     EXPECT_EQ(answers, "2 ");
     CloseProgressbar();
     EXPECT_EQ(screen(), before);
     open_three();
-    EXPECT_NE(screen()[left_of_row], before[left_of_row]);
+    EXPECT_NE(above(650), std::vector(before.begin(), before.begin() + 600 * 650));
     CloseDialog();
 }
 
@@ -272,7 +273,8 @@ TEST_F(Dialogs, CallbacksTimersAndHandlersOpenBoxes) {
     EXPECT_EQ(GetDialogShow(), 1);
     headless::tap(150, row_middle);
     EXPECT_EQ(answers, "2 1 ");
-    SetHardTimer("opens", [](void *) { open_three(); }, 100);
+    SetHardTimer(
+        "opens", [](void *) { open_three(); }, 100);
     headless::advance(200);
     headless::press(KEY_BACK);
     EXPECT_EQ(answers, "2 1 -1 ");
@@ -297,17 +299,33 @@ TEST_F(Dialogs, AScreenThatIsTurnedUnderABoxIsDrawnAnew) {
     EXPECT_EQ(headless::events(), "SHOW RESTORE ");
 }
 
-TEST_F(Dialogs, ASelectedButtonIsBlackWhereTheThemeSaysSo) {
-    const auto at = [](int x, int y) { return screen()[static_cast<size_t>(600 * y + x)]; };
+uint8_t at(int x, int y) {
+    return screen()[static_cast<size_t>(600 * y + x)];
+}
+
+TEST_F(Dialogs, TheThemeSaysHowASelectionLooks) {
+    constexpr int inside_one = 100, inside_two = 300, y = row_y + 8;
     open_three();
-    EXPECT_EQ(at(100, row_y + 12), 255);
+    const std::vector<uint8_t> marked = screen();
+    headless::press(KEY_RIGHT);
+    EXPECT_NE(screen(), marked) << "a marker";
     CloseDialog();
-    write_file("system/themes/default.tqt.txt", "");
     use_multi_touch();
     open_three();
-    const std::vector<uint8_t> unmarked = screen();
-    headless::press(KEY_RIGHT);
-    EXPECT_EQ(screen(), unmarked) << "a finger needs no marker";
+    EXPECT_NE(screen(), marked) << "a finger needs none";
+    CloseDialog();
+    use_keys();
+    ThemeFile theme("selection.background.style=1\npanel.height=0\n");
+    write_file("system/themes/black.tqt", theme.bytes());
+    OpenTheme("black");
+    open_three();
+    EXPECT_EQ(at(inside_one, y), 0);
+    EXPECT_EQ(at(inside_two, y), 255);
+    headless::clear_updates();
+    headless::pointer(EVT_POINTERDOWN, inside_two, row_middle);
+    EXPECT_EQ(at(inside_one, y), 255);
+    EXPECT_EQ(at(inside_two, y), 0);
+    EXPECT_EQ(update_calls(), "PartialUpdateBW ") << "black already";
     CloseDialog();
 }
 
@@ -328,7 +346,7 @@ TEST_F(Dialogs, AnApplicationMayEndWhileABoxIsOpen) {
 class Synchro : public boxes::Test {
   protected:
     // Calls DialogSynchro() with this timer running.
-    static int ask(timer_proc when_due, int ms = 300) {
+    static int ask(kv_timerproc when_due, int ms = 300) {
         SetHardTimer("during", when_due, ms);
         return DialogSynchro(ICON_QUESTION, "Title", "Text", "Yes", "No", nullptr);
     }
@@ -379,7 +397,8 @@ TEST_F(Synchro, ClosesTheBoxBeneathWithItsAnswer) {
 TEST_F(Synchro, EachOfTwoGetsItsOwnAnswer) {
     const int outer = ask([](void *) {
         OpenProgressbar(0, "", "", 10, nullptr);
-        SetHardTimer("inner", [](void *) { push_key(KEY_BACK); }, 200);
+        SetHardTimer(
+            "inner", [](void *) { push_key(KEY_BACK); }, 200);
         answer(DialogSynchro(0, "", "", "Inner", nullptr, nullptr));
         push_key(KEY_OK);
     });

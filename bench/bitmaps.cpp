@@ -1,7 +1,7 @@
 // peers: pixman-1 libswscale
 // SPDX-License-Identifier: MIT
 // Drawing, copying and scaling bitmaps of a whole screen, beside general libraries and beside plain
-// loops of one pixel after the other.
+// loops of one pixel after the other, of which the compiler makes what it makes of ours.
 extern "C" {
 #include <libswscale/swscale.h>
 }
@@ -9,9 +9,10 @@ extern "C" {
 
 #include <cstring>
 
+#include "beside.h"
+#include "canvas.h"
 #include "kelvane/bitmaps.h"
 #include "raster/bitmap.h"
-#include "raster_common.h"
 
 namespace {
 
@@ -74,8 +75,7 @@ class Swscale {
 };
 
 // What the blitter means, for bitmaps of depth 4.
-[[gnu::noinline, gnu::optimize("no-tree-vectorize")]] void
-plain_nibbles(const icanvas &c, const ibitmap &bm, int x, int y) {
+[[gnu::noinline]] void plain_nibbles(const icanvas &c, const ibitmap &bm, int x, int y) {
     const bool masked = raster::has_mask(bm);
     const int w = std::min<int>(bm.width, c.width - x), h = std::min<int>(bm.height, c.height - y);
     for (int r = 0; r < h; ++r) {
@@ -91,57 +91,72 @@ plain_nibbles(const icanvas &c, const ibitmap &bm, int x, int y) {
 // The fast path wants scanlines that are multiples of 4, and so does the peer.
 void grey_and_pixman(benchmark::State &state) {
     const int w = static_cast<int>(state.range(0)), h = static_cast<int>(state.range(1));
-    const bool whole = w == width;
     BenchCanvas canvas(width + 2, height);
     const auto bm = noise((w + 3) & ~3, h, 8);
     const PixmanImage from(PIXMAN_a8, w, h), to(PIXMAN_a8, width, height);
-    side_by_side(
-        state, whole ? Ratio::COST_OVER_PEER : Ratio::TIMES_FASTER, whole ? 4 : 200,
-        [&] { DrawBitmap(0, 0, bm.get()); }, [&] { to.draw(from, w, h); });
+    state.SetLabel("the peer chooses among all its formats and operators at each call");
+    beside(
+        state, Against::peer, [&] { DrawBitmap(0, 0, bm.get()); }, [&] { to.draw(from, w, h); });
 }
-BENCHMARK(grey_and_pixman)->Args({width, height})->Args({64, 64});
+BENCHMARK(grey_and_pixman)->Args({width, height})->Args({64, 64})->UseManualTime();
+
+// Rows of a bitmap and of the canvas, as the blitter must copy them.
+void grey_and_memcpy(benchmark::State &state) {
+    const int w = static_cast<int>(state.range(0)), h = static_cast<int>(state.range(1));
+    BenchCanvas canvas(width + 2, height);
+    const auto bm = noise(w, h, 8);
+    beside(
+        state, Against::limit, [&] { DrawBitmap(0, 0, bm.get()); },
+        [&] {
+            for (int y = 0; y < h; ++y)
+                std::memcpy(canvas.addr + y * canvas.scanline, bm->data + y * bm->scanline,
+                            static_cast<size_t>(w));
+        });
+}
+BENCHMARK(grey_and_memcpy)->Args({width + 2, height})->Args({64, 64})->UseManualTime();
 
 void nibbles_and_pixman(benchmark::State &state) {
     BenchCanvas canvas(width, height);
     const auto bm = noise(width, height, 4);
     const PixmanImage from(PIXMAN_a4, width, height), to(PIXMAN_a8, width, height);
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 1, [&] { DrawBitmap(0, 0, bm.get()); },
+    beside(
+        state, Against::peer, [&] { DrawBitmap(0, 0, bm.get()); },
         [&] { to.draw(from, width, height); });
 }
-BENCHMARK(nibbles_and_pixman);
+BENCHMARK(nibbles_and_pixman)->UseManualTime();
 
 // The peer and the goal are the same for a whole screen, with a mask and from odd places.
 void nibbles_and_plain(benchmark::State &state, raster::MaskRoom mask, int x) {
     BenchCanvas canvas(width, height);
     const auto bm = noise(width, height, 4, mask);
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 1, [&] { DrawBitmap(x, x, bm.get()); },
+    beside(
+        state, Against::peer, [&] { DrawBitmap(x, x, bm.get()); },
         [&] { plain_nibbles(canvas, *bm, x, x); });
 }
-BENCHMARK_CAPTURE(nibbles_and_plain, whole, raster::MaskRoom::none, 0);
-BENCHMARK_CAPTURE(nibbles_and_plain, off, raster::MaskRoom::none, 3);
-BENCHMARK_CAPTURE(nibbles_and_plain, masked, raster::MaskRoom::reserved, 0);
-BENCHMARK_CAPTURE(nibbles_and_plain, masked_off, raster::MaskRoom::reserved, 3);
+BENCHMARK_CAPTURE(nibbles_and_plain, whole, raster::MaskRoom::none, 0)->UseManualTime();
+BENCHMARK_CAPTURE(nibbles_and_plain, off, raster::MaskRoom::none, 3)->UseManualTime();
+BENCHMARK_CAPTURE(nibbles_and_plain, masked, raster::MaskRoom::reserved, 0)->UseManualTime();
+BENCHMARK_CAPTURE(nibbles_and_plain, masked_off, raster::MaskRoom::reserved, 3)->UseManualTime();
 
 void rgb_and_swscale(benchmark::State &state) {
     BenchCanvas canvas(width + 2, height); // rows of whole words
     const auto bm = noise(width + 2, height, 24);
     Swscale peer(AV_PIX_FMT_RGB24, width + 2, height, width + 2, height, SWS_POINT);
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 1, [&] { DrawBitmap(0, 0, bm.get()); },
+    state.SetLabel("the peer multiplies by exact weights");
+    beside(
+        state, Against::peer, [&] { DrawBitmap(0, 0, bm.get()); },
         [&] { peer.run(bm->data, bm->scanline); });
 }
-BENCHMARK(rgb_and_swscale);
+BENCHMARK(rgb_and_swscale)->UseManualTime();
 
 void from_screen_and_memcpy(benchmark::State &state) {
     BenchCanvas canvas(width, height);
     std::vector<uint8_t> copy(canvas.memory.size());
-    side_by_side(
-        state, Ratio::COST_OVER_PEER, 4, [&] { std::free(BitmapFromScreen(0, 0, width, height)); },
+    beside(
+        state, Against::limit, [&] { std::free(BitmapFromScreen(0, 0, width, height)); },
         [&] { std::memcpy(copy.data(), canvas.addr, copy.size()); });
 }
-BENCHMARK(from_screen_and_memcpy);
+BENCHMARK(from_screen_and_memcpy)->UseManualTime();
 
 constexpr int photo_width = 1600, photo_height = 1200;
 
@@ -154,21 +169,21 @@ void stretch_and_pixman(benchmark::State &state) {
                                 pixman_double_to_fixed(double{photo_height} / height));
     pixman_image_set_transform(from.get(), &scale);
     pixman_image_set_filter(from.get(), PIXMAN_FILTER_BILINEAR, nullptr, 0);
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 1, [&] { StretchBitmap(0, 0, width, height, bm.get(), 0); },
+    beside(
+        state, Against::peer, [&] { StretchBitmap(0, 0, width, height, bm.get(), 0); },
         [&] { to.draw(from, width, height); });
 }
-BENCHMARK(stretch_and_pixman);
+BENCHMARK(stretch_and_pixman)->UseManualTime();
 
 void stretch_and_swscale(benchmark::State &state) {
     BenchCanvas canvas(width, height);
     const auto bm = noise(photo_width, photo_height, 8);
     Swscale peer(AV_PIX_FMT_GRAY8, photo_width, photo_height, width, height, SWS_BILINEAR);
-    side_by_side(
-        state, Ratio::COST_OVER_PEER, 1, [&] { StretchBitmap(0, 0, width, height, bm.get(), 0); },
+    beside(
+        state, Against::peer, [&] { StretchBitmap(0, 0, width, height, bm.get(), 0); },
         [&] { peer.run(bm->data, bm->scanline); });
 }
-BENCHMARK(stretch_and_swscale);
+BENCHMARK(stretch_and_swscale)->UseManualTime();
 
 } // namespace
 

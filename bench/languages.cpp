@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Texts beside the hash finds that they take, and a language file beside a configuration file of
-// the same bytes. x_peer is the peer's time divided by ours.
+// the same bytes.
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <filesystem>
@@ -36,7 +36,7 @@ void look_up(benchmark::State &state) {
             hash_add(peer, all[step][i].c_str(), text.c_str());
         }
     beside(
-        state, "x_peer",
+        state, Against::limit,
         [&] {
             for (const auto &k : all[0]) benchmark::DoNotOptimize(GetLangText(k.c_str()));
         },
@@ -62,7 +62,7 @@ void load(benchmark::State &state) {
     // Like the language, the settings of the last turn make room for those of the next.
     iconfig *peer = nullptr;
     beside(
-        state, "x_peer", [] { LoadLanguage("de"); },
+        state, Against::limit, [] { LoadLanguage("de"); },
         [&] {
             CloseConfigNoSave(peer);
             peer = OpenConfig("peer.cfg", nullptr);

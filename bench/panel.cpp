@@ -1,19 +1,17 @@
 // peers: sdl2
 // SPDX-License-Identifier: MIT
-// A grey frame on its way into the window's four-channel buffer, beside a memset of that buffer and
-// SDL's conversion from a palette of 8 bits to 32.
+// A grey frame on its way into the window's four-channel buffer, upright and turned, beside a
+// memset of that buffer and SDL's conversion from a palette of 8 bits to 32.
 #include <SDL.h>
-#include <algorithm>
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstring>
+#include <utility>
 #include <vector>
 
+#include "beside.h"
 #include "hw_linux/panel.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 struct Frame {
     Frame(int width, int height)
@@ -57,43 +55,48 @@ class SdlBlit {
     SDL_Surface *from_, *to_;
 };
 
-template <typename Work>
-double seconds(Work work) {
-    const auto start = Clock::now();
-    work();
-    benchmark::ClobberMemory();
-    return std::chrono::duration<double>(Clock::now() - start).count();
+// The panel of a turned frame has the frame's sides in turn.
+void show(benchmark::State &state, Frame &frame) {
+    const auto turn = static_cast<int>(state.range(2));
+    const hw::PanelView view{hw::Zoom::full, turn, 0};
+    hw::PixelBuffer pixels = frame.pixels;
+    if (turn == 1 || turn == 2) {
+        std::swap(pixels.width, pixels.height);
+        pixels.stride = pixels.width * 4;
+    }
+    hw::eink_waveform(view, frame.canvas, {0, 0, frame.canvas.width, frame.canvas.height, 0},
+                      pixels);
 }
 
-// The three take turns, so that a busy machine slows all of them alike; medians are compared.
-void grey_to_window(benchmark::State &state) {
-    const auto width = static_cast<int>(state.range(0)), height = static_cast<int>(state.range(1));
-    Frame frame(width, height);
-    SdlBlit blit(frame);
-    const hw::PanelView view{hw::Zoom::full, static_cast<int>(state.range(2)), 0};
-    std::vector<double> ours, memset_times, sdl_times;
-    for (auto _ : state) {
-        ours.push_back(seconds([&] {
-            hw::eink_waveform(view, frame.canvas, {0, 0, width, height, 0}, frame.pixels);
-        }));
-        memset_times.push_back(
-            seconds([&] { std::memset(frame.rgba.data(), 255, frame.rgba.size()); }));
-        sdl_times.push_back(seconds([&] { blit.run(); }));
-        state.SetIterationTime(ours.back());
-    }
-    const auto median = [](std::vector<double> &times) {
-        std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-        return times[times.size() / 2];
-    };
-    state.counters["x_memset"] = median(ours) / median(memset_times);
-    state.counters["faster_than_sdl"] = median(sdl_times) / median(ours);
+Frame frame_of(const benchmark::State &state) {
+    return {static_cast<int>(state.range(0)), static_cast<int>(state.range(1))};
 }
-BENCHMARK(grey_to_window)
-    ->ArgNames({"w", "h", "turn"})
-    ->Args({758, 1024, 0})
-    ->Args({1404, 1872, 0})
-    ->Args({1024, 758, 1})
-    ->UseManualTime();
+
+void grey_to_window_and_memset(benchmark::State &state) {
+    Frame frame = frame_of(state);
+    beside(
+        state, Against::limit, [&] { show(state, frame); },
+        [&] { std::memset(frame.rgba.data(), 255, frame.rgba.size()); });
+}
+
+void grey_to_window_and_sdl(benchmark::State &state) {
+    Frame frame = frame_of(state);
+    SdlBlit blit(frame);
+    if (state.range(2) != 0) state.SetLabel("the peer does not turn the frame");
+    beside(
+        state, Against::peer, [&] { show(state, frame); }, [&] { blit.run(); });
+}
+
+void frames(benchmark::internal::Benchmark *b) {
+    b->ArgNames({"w", "h", "turn"})->UseManualTime();
+    for (const int turn : {0, 1, 2, 3})
+        for (const auto &[w, h] : {std::pair{758, 1024}, {1404, 1872}}) {
+            const bool lies = turn == 1 || turn == 2;
+            b->Args({lies ? h : w, lies ? w : h, turn});
+        }
+}
+BENCHMARK(grey_to_window_and_memset)->Apply(frames);
+BENCHMARK(grey_to_window_and_sdl)->Apply(frames);
 
 } // namespace
 

@@ -146,12 +146,13 @@ void load_by_imlib(const std::string &path) {
 }
 
 void jpeg_and_libjpeg(benchmark::State &state) {
+    state.SetLabel("the limit does not scale");
     const std::string path =
         jpeg_file(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     const auto denominator = static_cast<unsigned>(state.range(2));
     beside(
-        state, "cost_over_peer", [&] { decode_by_libjpeg(path, denominator); },
-        [&] { load_ours(path); });
+        state, Against::limit, [&] { load_ours(path); },
+        [&] { decode_by_libjpeg(path, denominator); });
 }
 BENCHMARK(jpeg_and_libjpeg)
     ->ArgNames({"w", "h", "reduced"})
@@ -161,10 +162,11 @@ BENCHMARK(jpeg_and_libjpeg)
 
 template <void (*load_by_peer)(const std::string &)>
 void jpeg_and(benchmark::State &state) {
+    state.SetLabel("the peer makes colours");
     const std::string path =
         jpeg_file(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     beside(
-        state, "times_faster", [&] { load_ours(path); }, [&] { load_by_peer(path); });
+        state, Against::peer, [&] { load_ours(path); }, [&] { load_by_peer(path); });
 }
 BENCHMARK(jpeg_and<load_by_gdk>)->ArgNames({"w", "h"})->Args({3000, 4000})->UseManualTime();
 BENCHMARK(jpeg_and<load_by_imlib>)
@@ -190,6 +192,7 @@ std::string packed_pixels(const std::string &path) {
 }
 
 void png_and_inflate(benchmark::State &state) {
+    state.SetLabel("the limit neither undoes the filters of rows nor scales");
     constexpr int width = 1200, height = 1600;
     const std::string path = png_file(width, height), packed = packed_pixels(path);
     std::vector<uint8_t> pixels((width * 3 + 1) * height);
@@ -198,15 +201,16 @@ void png_and_inflate(benchmark::State &state) {
         check(uncompress(pixels.data(), &size, reinterpret_cast<const Bytef *>(packed.data()),
                          packed.size()) == Z_OK);
     };
-    beside(state, "cost_over_peer", inflate_all, [&] { load_ours(path); });
-    state.counters["packed_MB"] = static_cast<double>(packed.size()) * 1e-6;
+    beside(
+        state, Against::limit, [&] { load_ours(path); }, inflate_all);
 }
 BENCHMARK(png_and_inflate)->UseManualTime();
 
 void png_and_imlib(benchmark::State &state) {
+    state.SetLabel("the peer makes colours");
     const std::string path = png_file(1200, 1600);
     beside(
-        state, "times_faster", [&] { load_ours(path); }, [&] { load_by_imlib(path); });
+        state, Against::peer, [&] { load_ours(path); }, [&] { load_by_imlib(path); });
 }
 BENCHMARK(png_and_imlib)->UseManualTime();
 
@@ -229,7 +233,8 @@ void jpeg_peak_memory(benchmark::State &state) {
         load_ours(path);
         peak = std::max(peak, memory("VmHWM:") - before);
     }
-    state.counters["of_grey_picture"] = peak / (width * height);
+    state.SetLabel("bytes, beside those of the whole grey picture");
+    count(state, Against::limit, peak, width * height);
 }
 BENCHMARK(jpeg_peak_memory)->Unit(benchmark::kMillisecond);
 

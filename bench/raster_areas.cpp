@@ -4,8 +4,10 @@
 #include <cairo.h>
 #include <cstring>
 #include <pixman.h>
+#include <vector>
 
-#include "raster_common.h"
+#include "beside.h"
+#include "canvas.h"
 
 namespace {
 
@@ -16,29 +18,29 @@ void copy_all(const BenchCanvas &canvas, std::vector<uint8_t> &target) {
 void fill_screen_and_memset(benchmark::State &state) {
     const int w = static_cast<int>(state.range(0)), h = static_cast<int>(state.range(1));
     BenchCanvas canvas(w, h);
-    side_by_side(
-        state, Ratio::COST_OVER_PEER, 4, [&] { FillArea(0, 0, w, h, LGRAY); },
+    beside(
+        state, Against::limit, [&] { FillArea(0, 0, w, h, LGRAY); },
         [&] { std::memset(canvas.addr, 0xAA, canvas.memory.size()); });
 }
-BENCHMARK(fill_screen_and_memset)->Args({758, 1024})->Args({1404, 1872});
+BENCHMARK(fill_screen_and_memset)->Args({758, 1024})->Args({1404, 1872})->UseManualTime();
 
 void fill_100x100_and_pixman(benchmark::State &state) {
     BenchCanvas canvas(760, 1024); // pixman's rows are whole words
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 200, [] { FillArea(33, 77, 100, 100, LGRAY); },
+    beside(
+        state, Against::peer, [] { FillArea(33, 77, 100, 100, LGRAY); },
         [&] {
             pixman_fill(reinterpret_cast<uint32_t *>(canvas.addr), 760 / 4, 8, 33, 77, 100, 100,
                         0xAA);
         });
 }
-BENCHMARK(fill_100x100_and_pixman);
+BENCHMARK(fill_100x100_and_pixman)->UseManualTime();
 
 // A whole-screen operation beside a copy of the same bytes.
 template <void (*operation)()>
 void screen_and_memcpy(benchmark::State &state) {
     BenchCanvas canvas(758, 1024);
     std::vector<uint8_t> target(canvas.memory.size());
-    side_by_side(state, Ratio::COST_OVER_PEER, 4, operation, [&] { copy_all(canvas, target); });
+    beside(state, Against::limit, operation, [&] { copy_all(canvas, target); });
 }
 void invert_screen() {
     InvertArea(0, 0, 758, 1024);
@@ -50,22 +52,22 @@ template <int step>
 void hatch_screen() {
     DrawDiagonalHatch(0, 0, 758, 1024, step, BLACK);
 }
-BENCHMARK(screen_and_memcpy<invert_screen>);
-BENCHMARK(screen_and_memcpy<dim_screen>);
-BENCHMARK(screen_and_memcpy<hatch_screen<3>>);
-BENCHMARK(screen_and_memcpy<hatch_screen<16>>);
-BENCHMARK(screen_and_memcpy<hatch_screen<17>>);
+BENCHMARK(screen_and_memcpy<invert_screen>)->UseManualTime();
+BENCHMARK(screen_and_memcpy<dim_screen>)->UseManualTime();
+BENCHMARK(screen_and_memcpy<hatch_screen<3>>)->UseManualTime();
+BENCHMARK(screen_and_memcpy<hatch_screen<16>>)->UseManualTime();
+BENCHMARK(screen_and_memcpy<hatch_screen<17>>)->UseManualTime();
 
 void invert_screen_and_cairo(benchmark::State &state) {
     BenchCanvas canvas(758, 1024);
     cairo_surface_t *surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 758, 1024);
     cairo_t *cairo = cairo_create(surface);
     cairo_set_operator(cairo, CAIRO_OPERATOR_XOR);
-    side_by_side(state, Ratio::TIMES_FASTER, 1, invert_screen, [&] { cairo_paint(cairo); });
+    beside(state, Against::peer, invert_screen, [&] { cairo_paint(cairo); });
     cairo_destroy(cairo);
     cairo_surface_destroy(surface);
 }
-BENCHMARK(invert_screen_and_cairo);
+BENCHMARK(invert_screen_and_cairo)->UseManualTime();
 
 } // namespace
 

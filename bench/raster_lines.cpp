@@ -3,9 +3,12 @@
 // 1000 random lines on a grey canvas of 758x1024.
 #include <SDL.h>
 #include <cairo.h>
+#include <cstdlib>
 #include <random>
+#include <vector>
 
-#include "raster_common.h"
+#include "beside.h"
+#include "canvas.h"
 
 namespace {
 
@@ -53,8 +56,8 @@ template <void (*line)(const icanvas &, Segment, uint8_t)>
 void lines_and_bare(benchmark::State &state) {
     BenchCanvas canvas(758, 1024);
     const auto segments = random_segments();
-    side_by_side(
-        state, Ratio::COST_OVER_PEER, 1,
+    beside(
+        state, Against::limit,
         [&] {
             for (const Segment &s : segments) DrawLine(s.x1, s.y1, s.x2, s.y2, BLACK);
         },
@@ -62,8 +65,8 @@ void lines_and_bare(benchmark::State &state) {
             for (const Segment &s : segments) line(canvas, s, 0);
         });
 }
-BENCHMARK(lines_and_bare<bresenham>);
-BENCHMARK(lines_and_bare<bresenham_by_axis>);
+BENCHMARK(lines_and_bare<bresenham>)->UseManualTime();
+BENCHMARK(lines_and_bare<bresenham_by_axis>)->UseManualTime();
 
 void lines_and_sdl(benchmark::State &state) {
     BenchCanvas canvas(758, 1024);
@@ -72,8 +75,9 @@ void lines_and_sdl(benchmark::State &state) {
         SDL_CreateRGBSurfaceWithFormat(0, 758, 1024, 32, SDL_PIXELFORMAT_ARGB8888);
     SDL_Renderer *renderer = SDL_CreateSoftwareRenderer(surface);
     SDL_SetRenderDrawColor(renderer, 0, 0, 0, 255);
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 1,
+    state.SetLabel("the peer collects the lines first, and writes four bytes a pixel");
+    beside(
+        state, Against::peer,
         [&] {
             for (const Segment &s : segments) DrawLine(s.x1, s.y1, s.x2, s.y2, BLACK);
         },
@@ -84,7 +88,7 @@ void lines_and_sdl(benchmark::State &state) {
     SDL_DestroyRenderer(renderer);
     SDL_FreeSurface(surface);
 }
-BENCHMARK(lines_and_sdl);
+BENCHMARK(lines_and_sdl)->UseManualTime();
 
 void lines_and_cairo(benchmark::State &state) {
     BenchCanvas canvas(758, 1024);
@@ -93,8 +97,9 @@ void lines_and_cairo(benchmark::State &state) {
     cairo_t *cairo = cairo_create(surface);
     cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
     cairo_set_line_width(cairo, 1);
-    side_by_side(
-        state, Ratio::TIMES_FASTER, 1,
+    state.SetLabel("the peer fills polygons");
+    beside(
+        state, Against::peer,
         [&] {
             for (const Segment &s : segments) DrawLine(s.x1, s.y1, s.x2, s.y2, BLACK);
         },
@@ -108,7 +113,7 @@ void lines_and_cairo(benchmark::State &state) {
     cairo_destroy(cairo);
     cairo_surface_destroy(surface);
 }
-BENCHMARK(lines_and_cairo);
+BENCHMARK(lines_and_cairo)->UseManualTime();
 
 } // namespace
 

@@ -131,64 +131,49 @@ int lay_out(const std::string &text) {
     return TextRectHeight(bench_width, text.c_str(), ALIGN_LEFT);
 }
 
-template <class Peer>
-void warm(benchmark::State &state, const char *counter, const std::string &text, Peer peer) {
+template <class Other>
+void warm(benchmark::State &state, Against against, const std::string &text, Other other) {
     lay_out(text);
     beside(
-        state, counter, [&] { benchmark::DoNotOptimize(lay_out(text)); },
-        [&] { benchmark::DoNotOptimize(peer(text)); });
+        state, against, [&] { benchmark::DoNotOptimize(lay_out(text)); },
+        [&] { benchmark::DoNotOptimize(other(text)); });
 }
 
 void layout_and_pango(benchmark::State &state, Language language) {
     const BenchFont font;
     PangoText pango;
-    warm(state, "times_faster", prose(language, characters),
+    state.SetLabel("the peer shapes any script");
+    warm(state, Against::peer, prose(language, characters),
          [&](const std::string &text) { return pango.height(text); });
 }
 
 void layout_and_harfbuzz(benchmark::State &state, Language language) {
     const BenchFont font;
     HarfBuzzText harfbuzz;
-    warm(state, "times_faster", prose(language, characters),
+    state.SetLabel("the peer shapes any script, and breaks at spaces only");
+    warm(state, Against::peer, prose(language, characters),
          [&](const std::string &text) { return harfbuzz.lines(text); });
 }
 
 void layout_and_advance_table(benchmark::State &state, Language language) {
     const BenchFont font;
     const AdvanceTable table;
-    double own = 0, bare = 0;
-    const std::string text = prose(language, characters);
-    lay_out(text);
-    for (auto _ : state) {
-        const double start = thread_seconds();
-        benchmark::DoNotOptimize(lay_out(text));
-        const double middle = thread_seconds();
-        benchmark::DoNotOptimize(table.lines(text));
-        const double end = thread_seconds();
-        state.SetIterationTime(middle - start);
-        own += middle - start;
-        bare += end - middle;
-    }
-    state.counters["cost_over_peer"] = own / bare;
+    state.SetLabel("the limit breaks at spaces only");
+    warm(state, Against::limit, prose(language, characters),
+         [&](const std::string &text) { return table.lines(text); });
 }
 
-// The font is opened anew for each run; Pango keeps what it knows.
+// The font is opened anew for each run.
 void layout_cold_and_pango(benchmark::State &state, Language language) {
     PangoText pango;
     const std::string text = prose(language, characters);
-    double own = 0, peer = 0;
+    state.SetLabel("the peer keeps what it knows of the font");
+    Turns turns(state, Against::peer);
     for (auto _ : state) {
         const BenchFont font;
-        const double start = thread_seconds();
-        benchmark::DoNotOptimize(lay_out(text));
-        const double middle = thread_seconds();
-        benchmark::DoNotOptimize(pango.height(text));
-        const double end = thread_seconds();
-        state.SetIterationTime(middle - start);
-        own += middle - start;
-        peer += end - middle;
+        turns.ours([&] { benchmark::DoNotOptimize(lay_out(text)); });
+        turns.other([&] { benchmark::DoNotOptimize(pango.height(text)); });
     }
-    state.counters["times_faster"] = peer / own;
 }
 
 void add(const char *name, void (*run)(benchmark::State &, Language)) {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Themes beside the work that a look-up cannot do without. x_peer is the peer's time divided by
-// ours.
+// Themes beside the work that a look-up cannot do without.
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <cstdio>
@@ -63,7 +62,7 @@ void theme_int(benchmark::State &state) {
         names.push_back(name(state.range(0) != 0 ? i : i + parameters));
     }
     beside(
-        state, "x_peer",
+        state, Against::limit,
         [&] {
             for (const auto &n : names) benchmark::DoNotOptimize(GetThemeInt(n.c_str(), 0));
         },
@@ -78,7 +77,7 @@ void theme_picture(benchmark::State &state) {
     const Theme theme;
     const std::string bytes = picture(), packed = ThemeFile::pack(bytes);
     beside(
-        state, "x_peer", [] { std::free(GetResource("picture", nullptr)); },
+        state, Against::limit, [] { std::free(GetResource("picture", nullptr)); },
         [&] {
             std::string unpacked(bytes.size(), '\0');
             uLongf size = unpacked.size();
@@ -119,7 +118,7 @@ void theme_open(benchmark::State &state) {
                                         std::string("system/fonts/") + font);
     stderr = std::fopen("/dev/null", "w"); // each opening is told of
     beside(
-        state, "x_peer", [] { OpenTheme("default"); }, read_and_unpack);
+        state, Against::limit, [] { OpenTheme("default"); }, read_and_unpack);
 }
 BENCHMARK(theme_open)->UseManualTime();
 

@@ -1,5 +1,5 @@
 # What `cmake --install` puts down: the shared object, the headers as sources include them,
-# a pkg-config file, a CMake package, the theme tool and the themes.
+# a pkg-config file, a CMake package, the theme tool and the themes, the pages and the examples.
 include(CMakePackageConfigHelpers)
 
 set(KELVANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kelvane)
@@ -29,3 +29,8 @@ file(RELATIVE_PATH KELVANE_PC_INCLUDEDIR ${CMAKE_INSTALL_FULL_LIBDIR}
 configure_file(cmake/kelvane.pc.in kelvane.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelvane.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The pages link to each other and to the examples, so both keep their places in the tree.
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  PATTERN CMakeLists.txt EXCLUDE)

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "bmp/bmp.h"
 #include "hw.h"
-#include "image/bmp.h"
 #include "picture_file.h"
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const bool two_bits = size > 0 && data[size - 1] % 2 != 0;
     loadHwConfigEmulator(two_bits ? "0x0010111101013021" : "0x0010111101013041");
-    const auto bm = image::bmp::parse("fuzz", "fuzz", {data, size});
+    const auto bm = bmp::parse("fuzz", "fuzz", {data, size});
     if (bm == nullptr) return 0;
     if (bm->width == 0 || bm->height == 0 || raster::depth_of(*bm) != (two_bits ? 2 : 4))
         std::abort();

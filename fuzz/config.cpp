@@ -19,7 +19,7 @@ int note(const char *name, void *value, void *out) {
 
 values parse(std::string text, ihash h) {
     hash_clear(h);
-    if (!config::parse_settings(text.data(), text.size(), h)) std::abort();
+    if (!config::parse_settings(text, h)) std::abort();
     values all;
     hash_enumerate(h, nullptr, note, &all);
     if (all.size() != static_cast<size_t>(hash_count(h))) std::abort();

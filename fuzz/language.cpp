@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     LoadLanguage("none");
     std::set<std::string> keys;
     std::string bytes(data, data + size);
-    lang::LanguageText text(bytes.data(), bytes.size());
+    lang::LanguageText text(bytes);
     if (text.take_name())
         text.take_translations([&](const char *key, const char *value) {
             AddTranslation(key, value);

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <minizip/unzip.h>
 
-#include "file/zip_member.h"
+#include "file/archive.h"
 #include "kelvane/bitmaps.h"
 #include "picture_file.h"
 
@@ -19,7 +19,7 @@ void read_current(unzFile zip) {
     if (unzGetCurrentFileInfo64(zip, &info, name, sizeof name, nullptr, 0, nullptr, 0) != UNZ_OK)
         return;
     name[sizeof name - 1] = '\0';
-    const auto bytes = read_zip_member(zip, name, limit);
+    const auto bytes = file::read_member(zip, name, limit);
     if (bytes && bytes->size() > limit) std::abort();
     std::free(zLoadBitmap(zip, name));
 }

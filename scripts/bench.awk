@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Reads bench/goals.txt, then the JSON of a benchmark program, which has one member a line: prints a
-# line a benchmark with its median time and counters, and behind each counter that has a goal
-# whether it is met.
+# line a benchmark with our median time and its counters, behind each counter that has a goal
+# whether it is met, and in what the two sides differ.
 
 function verdict(name, counter, value,    i) {
     for (i = 1; i <= goals; i++) {
@@ -23,16 +23,18 @@ FILENAME == ARGV[1] {
 }
 
 function start_of_run() {
-    kind = ""
+    kind = label = ours_us = ""
     counters = 0
 }
 
 function end_of_run(    i, line) {
     if (kind != "median") return
-    line = sprintf("  %-44s %12.1f %s", run_name, time, unit)
+    sub(/\/manual_time$/, "", run_name)
+    sub(/\/iterations:[0-9]+$/, "", run_name)
+    line = sprintf("  %-48s %12s", run_name, ours_us == "" ? "" : sprintf("%.2f us", ours_us))
     for (i = 1; i <= counters; i++)
         line = line sprintf("  %s %.3g%s", counter[i], value[i], verdict(run_name, counter[i], value[i]))
-    print line
+    print line (label ? "  [" label "]" : "")
 }
 
 /^ *{/ { start_of_run() }
@@ -46,9 +48,9 @@ function end_of_run(    i, line) {
     sub(/^ *"[^"]*": */, "", number)
     if (key == "run_name") run_name = text
     else if (key == "aggregate_name") kind = text
-    else if (key == "time_unit") unit = text
-    else if (key == "real_time") time = number + 0
-    else if (key !~ /^(cpu_time|iterations|repetitions|repetition_index|threads|family_index|per_family_instance_index)$/ && number ~ /^[-0-9]/) {
+    else if (key == "label") label = text
+    else if (key == "ours_us") ours_us = number + 0
+    else if (key !~ /^(real_time|cpu_time|iterations|repetitions|repetition_index|threads|family_index|per_family_instance_index)$/ && number ~ /^[-0-9]/) {
         counter[++counters] = key
         value[counters] = number + 0
     }

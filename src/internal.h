@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The runtime record and the few names that every area shares. Not installed.
 //
-// kvstate is the only global state that areas share. It is plain data, written by the area that a
-// field is about and by the lifecycle, which clears it when the screen closes. Everything runs on
-// the application's thread, except that SendEvent may add to the event ring (under its mutex) and
-// a signal may set `exiting`.
+// kvstate is the only global state that areas share. It is plain data. The queue clears all of it
+// when the screen closes; apart from that each field is written by the areas that its comment
+// names. Everything runs on the application's thread, except that SendEvent may add to the event
+// ring (under its mutex) and a signal may set `exiting`.
 #pragma once
 
 #include <csignal>
@@ -53,50 +53,69 @@ enum : int {
 enum : int { RUNNING = 0, EXIT_REQUESTED = 1, EXIT_BY_SIGNAL = 2 };
 
 struct kv_state {
-    int isopen;
+    int isopen; // lifecycle
+
+    // lifecycle, from the settings
     char theme[64], lang[16], kbdlang[16];
     uint8_t pwract1, pwract2; // power key: short press, double press
-    uint8_t timeformat, gsense, showclock, reserved1, keylock, demo, antialiasing, uiquery,
-        canbedefaultfont, reserved2;
-    pid_t pid; // the process that opened the screen
-    kv_handler hproc, mainhproc;
-    icanvas *framebuffer, *canvas; // the screen, and the canvas being drawn on
-    int orientation;
-    iconfig_s *cfg; // the global configuration
+    uint8_t timeformat;
+    uint8_t gsense; // lifecycle, from the device
+    uint8_t showclock, reserved1, keylock;
+    uint8_t demo; // nobody
+    uint8_t antialiasing;
+    uint8_t uiquery;                     // runtime
+    uint8_t canbedefaultfont, reserved2; // nobody
 
-    // Owned by text.
+    pid_t pid;            // lifecycle: the process that opened the screen
+    kv_handler hproc;     // runtime; lifecycle at a start
+    kv_handler mainhproc; // lifecycle
+    icanvas *framebuffer; // lifecycle: the screen. Drawing on it changes its clip
+    icanvas *canvas;      // raster: the canvas being drawn on; lifecycle at a start
+    int orientation;      // runtime
+    iconfig_s *cfg;       // lifecycle: the global configuration
+
+    // text
     void *ftlibrary;
     ihash_s *fonthash;
     ifont_s *current_font;
     void *current_face;
     int current_color, current_aa;
     void *cw_cache, *kerning_cache, *glyph_cache;
-    char font[128], fontb[128], fonti[128], fontbi[128];
+    char font[128], fontb[128], fonti[128], fontbi[128]; // lifecycle, from the settings
 
-    int keylocktm, powerofftm; // ms
-    int allowkeyup;            // a press was delivered, its release may be
-    int currentkey, keyrepeats;
-    int initialized; // between the delivery of EVT_INIT and EVT_EXIT
-    volatile std::sig_atomic_t exiting;
-    int usbmode, uiflags, taskid, needupdate, poweroffenable, sleepenable;
-    int64_t waketime, sleeptime, measuretime; // boot clock ms
+    int keylocktm, powerofftm;  // ms; lifecycle, from the settings
+    int allowkeyup;             // runtime; lifecycle at a start. A press was delivered, its release
+                                // may be
+    int currentkey, keyrepeats; // runtime
+    int initialized;            // runtime when EVT_INIT is delivered; lifecycle clears it
+    volatile std::sig_atomic_t exiting; // lifecycle
+    int usbmode;                        // lifecycle, from the settings
+    int uiflags;                        // runtime, through interface_flags.h
+    int taskid;                         // nobody
+    int needupdate;                     // runtime
+    int poweroffenable, sleepenable;    // runtime; lifecycle at a start and at the end
+    int64_t waketime;                   // runtime; boot clock ms, as the next two
+    int64_t sleeptime;                  // runtime; lifecycle at a start
+    int64_t measuretime;                // nobody
 
-    itimer *timers; // owned by timers
+    // runtime
+    itimer *timers;
     int ntimers;
-    ievent *events; // owned by the queue, under its mutex
+    ievent *events; // under the mutex of the queue
     int evtstart, evtend;
-    int keytime1, keytime2; // ms
-    int msgtop, ptrx, ptry;
+    int keytime1, keytime2; // ms, through handlers.h
+    int msgtop;             // lifecycle
+    int ptrx, ptry;
 
-    char **fontlist;
+    char **fontlist; // text
     int fontcount;
-    TouchSlot *tsc; // touch_slots entries
-    void *current_zface;
-    unsigned touchdragdeadzone; // compared with a squared distance
-    int panel_position;         // 1: the status panel is at the top
-    int64_t adjtime_ts;
-    char locale[16];
-    int audio_app_type;
+    TouchSlot *tsc;             // touch_slots entries: runtime; lifecycle makes them
+    void *current_zface;        // text
+    unsigned touchdragdeadzone; // lifecycle; compared with a squared distance
+    int panel_position;         // lifecycle, from the theme. 1: the status panel is at the top
+    int64_t adjtime_ts;         // nobody
+    char locale[16];            // lang
+    int audio_app_type;         // nobody
 };
 
 extern kv_state kvstate;

@@ -2,8 +2,6 @@
 // Forgets everything of the area at once.
 #include "chrome/chrome.h"
 
-#include "theme/parameters.h"
-
 namespace chrome {
 
 void reset() {
@@ -11,7 +9,6 @@ void reset() {
     reset_selection();
     reset_frames();
     reset_caption();
-    theme::drop_ui_parameters();
 }
 
 } // namespace chrome

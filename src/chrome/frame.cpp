@@ -158,7 +158,7 @@ irect client_area(const Box &f, const Pieces &p, int flags) {
 
 void draw_title_text(const Box &box, const char *title) {
     const theme::UiParameters &ui = theme::ui_parameters();
-    const text::FontScope font(ui.header_font);
+    const text::FontScope font(ui.header_font.get());
     const bool low = ui.title_style == theme::TitleStyle::low;
     const bool capitals = low && GetThemeInt("popup.dialog.caption.to.upper", 0) == 1;
     const std::string text = capitals ? text::upper_case(title) : title;

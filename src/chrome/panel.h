@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The status panel, as far as layouts must know of it.
 #pragma once
 
 extern "C" {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Markers in a style that is given rather than looked up.
 #pragma once
 
 #include "kelvane/theme.h"

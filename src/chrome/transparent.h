@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The change of levels behind Transparent(), for tests of every level.
 #pragma once
 
 #include "kelvane/bitmaps.h"

@@ -15,11 +15,12 @@
 #include "config/deleted.h"
 #include "config/format.h"
 #include "config/handle.h"
-#include "config/number.h"
 #include "config/storage.h"
-#include "file/heap_string.h"
+#include "ground/guard.h"
 #include "ground/hash_access.h"
+#include "ground/heap.h"
 #include "ground/log.h"
+#include "ground/number.h"
 #include "internal.h"
 #include "kelvane/files.h"
 
@@ -35,7 +36,7 @@ const char *find(iconfig *c, const char *name) {
 }
 
 void write(iconfig *c, const char *name, const char *value) {
-    const HeapString copy(strdup(name)); // the caller's may be a value that is replaced
+    const ground::HeapString copy(strdup(name)); // the caller's may be a value that is replaced
     if (!copy) return;
     hash_add(c->modified_hash, copy.get(), value);
     drop_deleted(static_cast<OpenedConfig *>(c), copy.get());
@@ -73,20 +74,20 @@ handle make_handle(const char *path) {
 }
 
 // Puts a file's text in the place of `hash`. False when memory ran out or it is too much.
-bool take_over(OpenedConfig *c, const FileText &file) {
-    if (c->known_text == std::string_view(file.bytes.get(), file.size)) return true;
+bool take_over(OpenedConfig *c, const file::Contents &text) {
+    if (c->known_text == text.view()) return true;
     c->known_text.reset();
     hash_clear(c->hash);
-    if (parse_settings(file.bytes.get(), file.size, c->hash)) return true;
+    if (parse_settings(text.text(), c->hash)) return true;
     hash_clear(c->hash);
     return false;
 }
 
 // Reads a file under a shared lock. Nothing when it cannot be read.
-std::optional<FileText> read_file(const char *path) {
+std::optional<file::Contents> read_file(const char *path) {
     kv_buildpath(path);
     const LockedStream f = open_locked(path, Access::read);
-    return f ? read_all(f.get()) : std::nullopt;
+    return f ? read_settings(f.get()) : std::nullopt;
 }
 
 // The locked read, merge and write. Nothing is forgotten before the new text is complete.
@@ -96,7 +97,7 @@ int save(OpenedConfig *c) {
                   c->filename);
     LockedStream f = open_locked(c->filename, Access::rewrite);
     if (!f) return 0;
-    const auto old = read_all(f.get());
+    const auto old = read_settings(f.get());
     if (!old || !take_over(c, *old)) return 0;
     const auto known = std::exchange(c->known_text, std::nullopt);
     if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
@@ -119,7 +120,7 @@ int refresh(OpenedConfig *c) {
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]marge changes in %s", static_cast<int>(getpid()),
                   c->filename);
     c->known_text.reset();
-    if (!parse_settings(text->bytes.get(), text->size, c->hash)) return 0;
+    if (!parse_settings(text->text(), c->hash)) return 0;
     apply_deletions(c);
     clear_deleted(c);
     return 1;
@@ -135,30 +136,30 @@ struct IntText {
 
 extern "C" {
 
-iconfig *OpenConfig(const char *path, iconfigedit *defaults) try {
-    handle c = make_handle(path ? path : "");
-    add_defaults(defaults, c->hash);
-    if (const auto text = read_file(c->filename)) take_over(c.get(), *text);
-    return c.release();
-} catch (const std::bad_alloc &) {
-    return nullptr;
+iconfig *OpenConfig(const char *path, iconfigedit *defaults) {
+    return ground::guarded(nullptr, [&]() -> iconfig * {
+        handle c = make_handle(path ? path : "");
+        add_defaults(defaults, c->hash);
+        if (const auto text = read_file(c->filename)) take_over(c.get(), *text);
+        return c.release();
+    });
 }
 
 iconfig *GetGlobalConfig(void) {
     return kvstate.cfg;
 }
 
-int RefreshConfig(iconfig **handle) try {
-    return handle && *handle ? refresh(static_cast<OpenedConfig *>(*handle)) : 0;
-} catch (const std::bad_alloc &) {
-    return 0;
+int RefreshConfig(iconfig **handle) {
+    return ground::guarded(0, [&]() -> int {
+        return handle && *handle ? refresh(static_cast<OpenedConfig *>(*handle)) : 0;
+    });
 }
 
-int SaveConfig(iconfig *c) try {
-    if (!c) return 0;
-    return c->changed ? save(static_cast<OpenedConfig *>(c)) : 1;
-} catch (const std::bad_alloc &) {
-    return 0;
+int SaveConfig(iconfig *c) {
+    return ground::guarded(0, [&]() -> int {
+        if (!c) return 0;
+        return c->changed ? save(static_cast<OpenedConfig *>(c)) : 1;
+    });
 }
 
 void CloseConfig(iconfig *c) {
@@ -185,12 +186,12 @@ char *ReadString(iconfig *c, const char *name, const char *deflt) {
 
 int ReadInt(iconfig *c, const char *name, int deflt) {
     const char *value = c && name ? find(c, name) : nullptr;
-    return value ? parse_int(value) : deflt;
+    return value ? ground::parse_int(value) : deflt;
 }
 
 void WriteString(iconfig *c, const char *name, const char *value) {
     if (!c || !name || !value) return;
-    if (const HeapString copy{strdup(value)}) write(c, name, copy.get());
+    if (const ground::HeapString copy{strdup(value)}) write(c, name, copy.get());
 }
 
 void WriteInt(iconfig *c, const char *name, int value) {
@@ -199,24 +200,25 @@ void WriteInt(iconfig *c, const char *name, int value) {
 
 void WriteStringVolatile(iconfig *c, const char *name, const char *value) {
     if (!c || !name || !value) return;
-    if (const HeapString copy{strdup(value)}) hash_add(c->vhash, name, copy.get());
+    if (const ground::HeapString copy{strdup(value)}) hash_add(c->vhash, name, copy.get());
 }
 
 void WriteIntVolatile(iconfig *c, const char *name, int value) {
     if (c && name) hash_add(c->vhash, name, IntText(value).text);
 }
 
-void DeleteString(iconfig *c, const char *name) try {
-    if (!c || !name) return;
-    const HeapString copy(strdup(name));
-    if (!copy) return;
-    auto *own = static_cast<OpenedConfig *>(c);
-    push_deleted(own, copy.get());
-    for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
-    own->known_text.reset();
-    c->changed = 1;
-} catch (const std::bad_alloc &) {
+void DeleteString(iconfig *c, const char *name) {
     // The name stays everywhere.
+    ground::guarded([&] {
+        if (!c || !name) return;
+        const ground::HeapString copy(strdup(name));
+        if (!copy) return;
+        auto *own = static_cast<OpenedConfig *>(c);
+        push_deleted(own, copy.get());
+        for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_delete(layer, copy.get());
+        own->known_text.reset();
+        c->changed = 1;
+    });
 }
 
 void DeleteInt(iconfig *c, const char *name) {

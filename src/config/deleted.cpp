@@ -6,8 +6,8 @@
 #include <cstring>
 #include <new>
 
-#include "file/heap_string.h"
 #include "ground/hash_access.h"
+#include "ground/heap.h"
 
 namespace config {
 namespace {
@@ -26,7 +26,7 @@ void push_deleted(OpenedConfig *c, const char *name) {
     if (c->deleted_slots.contains(name)) return;
     const std::size_t n = c->deleted_slots.size();
     make_room(c, n);
-    HeapString copy(strdup(name));
+    ground::HeapString copy(strdup(name));
     if (!copy) throw std::bad_alloc();
     c->deleted_slots.emplace(copy.get(), n);
     c->deleted_keys[n] = copy.release();
@@ -38,7 +38,7 @@ void drop_deleted(OpenedConfig *c, const char *name) {
     const auto found = c->deleted_slots.find(name);
     if (found == c->deleted_slots.end()) return;
     const std::size_t slot = found->second, last = c->deleted_slots.size() - 1;
-    const HeapString gone(c->deleted_keys[slot]);
+    const ground::HeapString gone(c->deleted_keys[slot]);
     c->deleted_slots.erase(found);
     if (slot != last) c->deleted_slots[c->deleted_keys[last]] = slot;
     c->deleted_keys[slot] = c->deleted_keys[last];

@@ -2,12 +2,13 @@
 #include "config/device_description.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
 #include <string_view>
-#include <strings.h>
 
-#include "config/number.h"
+#include "file/stream.h"
+#include "ground/fold.h"
+#include "ground/guard.h"
+#include "ground/lines.h"
+#include "ground/number.h"
 #include "kelvane/config.h"
 #include "kelvane/files.h"
 
@@ -18,28 +19,25 @@ constexpr const char *description_file = "./system/config/device.cfg";
 constexpr int line_buffer = 255;  // a longer line counts as several
 constexpr int most_lines = 10000; // a description has a few dozen
 
-struct Closer {
-    void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
-};
-
-std::string_view trim_left(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-    return text;
+bool is_indent(char c) {
+    return c == ' ' || c == '\t';
 }
-
-// Drops bytes from the end up to and including `highest`.
-std::string_view trim_right(std::string_view text, unsigned char highest) {
-    while (!text.empty() && static_cast<unsigned char>(text.back()) <= highest)
-        text.remove_suffix(1);
-    return text;
+bool is_control(char c) {
+    return static_cast<unsigned char>(c) < ' ';
+}
+bool is_white(char c) {
+    return c == ' ' || is_control(c);
 }
 
 void add_line(std::forward_list<DeviceEntry> &entries, std::string_view line) {
     const size_t equals = line.find('=');
     if (equals == line.npos) return;
+    using namespace ground;
     // Spaces at the end belong to a value, but not to a name.
-    const std::string_view name = trim_right(trim_left(line.substr(0, equals)), ' ');
-    const std::string_view value = trim_right(trim_left(line.substr(equals + 1)), ' ' - 1);
+    const std::string_view name =
+        trim_right(trim_left(line.substr(0, equals), is_indent), is_white);
+    const std::string_view value =
+        trim_right(trim_left(line.substr(equals + 1), is_indent), is_control);
     entries.push_front({std::string(name), std::string(value)});
 }
 
@@ -50,17 +48,17 @@ const std::forward_list<DeviceEntry> &description() {
     return entries;
 }
 
-const char *find_value(const char *name) try {
-    return name ? find_in_description(description(), name) : nullptr;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+const char *find_value(const char *name) {
+    return ground::guarded(nullptr, [&]() -> const char * {
+        return name ? find_in_description(description(), name) : nullptr;
+    });
 }
 
 } // namespace
 
 std::forward_list<DeviceEntry> load_device_description(const char *path) {
     std::forward_list<DeviceEntry> entries;
-    const std::unique_ptr<std::FILE, Closer> f(kv_fopen(path, "rbe"));
+    const file::Stream f(kv_fopen(path, "rbe"));
     char line[line_buffer];
     for (int i = 0; i < most_lines && kv_fgets(line, sizeof line, f.get()); i++)
         add_line(entries, line);
@@ -69,7 +67,7 @@ std::forward_list<DeviceEntry> load_device_description(const char *path) {
 
 const char *find_in_description(const std::forward_list<DeviceEntry> &entries, const char *name) {
     const auto same = [name](const DeviceEntry &e) {
-        return strcasecmp(e.name.c_str(), name) == 0;
+        return ground::compare_folded(e.name.c_str(), name) == 0;
     };
     const auto found = std::find_if(entries.begin(), entries.end(), same);
     return found == entries.end() ? nullptr : found->value.c_str();
@@ -86,6 +84,6 @@ const char *cfg_read_string(const char *name, const char *deflt) {
 
 int cfg_read_int(const char *name, int deflt) {
     const char *value = config::find_value(name);
-    return value ? config::parse_int(value) : deflt;
+    return value ? ground::parse_int(value) : deflt;
 }
 }

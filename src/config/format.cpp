@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "ground/hash_access.h"
+#include "ground/lines.h"
 
 namespace config {
 namespace {
@@ -148,20 +149,17 @@ void unescape(char *value) {
     *out = '\0';
 }
 
-bool parse_settings(char *text, size_t size, ihash values) {
+bool parse_settings(std::span<char> text, ihash values) {
     const int limit = hash_count(values) + most_settings;
     HashFiller filler(values);
-    char *const end = text + size;
-    for (char *line = text; line < end;) {
-        auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
-        char *stop = feed ? feed : end;
-        char *next = feed ? feed + 1 : end;
-        if (feed && feed > line && feed[-1] == '\r') stop--;
-        *stop = '\0';
-        if (!parse_line(line, filler) || hash_count(values) > limit) return false;
-        line = next;
+    for (std::span<char> rest = text;;) {
+        const std::span<char> line = ground::take_line(rest);
+        if (!line.data()) return true;
+        const bool is_cut =
+            line.data() + line.size() == text.data() + text.size(); // no line feed ends it
+        if (!is_cut && !line.empty() && line.back() == '\r') line.back() = '\0';
+        if (!parse_line(line.data(), filler) || hash_count(values) > limit) return false;
     }
-    return true;
 }
 
 SettingsText format_settings(ihash values) {

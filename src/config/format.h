@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 
 #include "kelvane/hash.h"
@@ -18,7 +19,7 @@ inline constexpr int most_settings = 500'000;
 // Adds the settings of a text to `values`; the text is taken apart in place, and the byte behind
 // its end is written. A NUL ends its line's name or value. False when the text holds too many
 // settings; false or bad_alloc when memory runs out.
-bool parse_settings(char *text, size_t size, ihash values);
+bool parse_settings(std::span<char> text, ihash values);
 
 struct SettingsText {
     std::string text;

@@ -8,9 +8,14 @@ namespace config {
 // bytes comes back in their place. The result is above 0 when the service has answered.
 using service_request = int (*)(int cmd, int param, unsigned char *data, int insize, int outsize);
 
-// Installs the way to the service that enciphers and deciphers secrets. The runtime does so when
-// the library is loaded; null means that there is none: secrets are then neither written nor read.
-void set_cipher(service_request request);
+// The service as the device gives it, for which no screen needs to be open. The runtime defines it.
+int system_service(int cmd, int param, unsigned char *data, int insize, int outsize);
+
+struct Hooks {
+    // Enciphers and deciphers secrets. What gets no answer is neither written nor read.
+    service_request service = system_service;
+};
+extern Hooks hooks;
 
 inline constexpr int REQUEST_ENCIPHER = 260;
 inline constexpr int REQUEST_DECIPHER = 261;

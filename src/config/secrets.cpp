@@ -6,12 +6,13 @@
 #include "kelvane/config.h"
 
 namespace config {
+
+Hooks hooks;
+
 namespace {
 
 constexpr size_t longest_secret = 64;
 constexpr size_t enciphered_size = 160;
-
-service_request cipher;
 
 // A string that the service turns into another one, in place. The byte behind the service's room
 // ends it in any case.
@@ -20,19 +21,14 @@ struct Message {
     bool answered = false;
 
     Message(const char *value, size_t length, int request) {
-        if (!cipher) return;
         std::memcpy(text, value, length);
-        answered = cipher(request, 0, reinterpret_cast<unsigned char *>(text),
-                          static_cast<int>(length + 1), enciphered_size) > 0;
+        answered = hooks.service(request, 0, reinterpret_cast<unsigned char *>(text),
+                                 static_cast<int>(length + 1), enciphered_size) > 0;
         text[enciphered_size] = '\0';
     }
 };
 
 } // namespace
-
-void set_cipher(service_request request) {
-    cipher = request;
-}
 
 } // namespace config
 

@@ -3,11 +3,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -91,14 +89,14 @@ bool overwrite_difference(std::FILE *f, std::string_view old, std::string_view t
 }
 
 // The length of a text without a torn last line.
-size_t untorn_size(const char *text, size_t size) {
-    const size_t last_line = std::string_view(text, size).rfind('\n') + 1;
-    return std::memchr(text + last_line, '\0', size - last_line) ? last_line : size;
+size_t untorn_size(std::string_view text) {
+    const size_t last_line = text.rfind('\n') + 1;
+    return text.find('\0', last_line) == text.npos ? text.size() : last_line;
 }
 
 } // namespace
 
-void StreamCloser::operator()(std::FILE *f) const {
+void UnlockingCloser::operator()(std::FILE *f) const {
     lock(f, LOCK_UN);
     kv_fclose_no_sync(f);
 }
@@ -116,15 +114,10 @@ LockedStream open_locked(const char *path, Access how) {
     return LockedStream(f);
 }
 
-std::optional<FileText> read_all(std::FILE *f) {
-    struct stat st;
-    if (fstat(fileno(f), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
-    if (st.st_size > static_cast<off_t>(longest_file)) return std::nullopt;
-    const auto size = static_cast<size_t>(st.st_size);
-    auto bytes = std::make_unique_for_overwrite<char[]>(size + 1);
-    if (size > 0 && kv_fread(bytes.get(), 1, size, f) != size) return std::nullopt;
-    const size_t untorn = untorn_size(bytes.get(), size);
-    return FileText{std::move(bytes), untorn};
+std::optional<file::Contents> read_settings(std::FILE *f) {
+    auto all = file::read_whole(f, longest_file);
+    if (all) all->size = untorn_size(all->view());
+    return all;
 }
 
 bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string> &old,

@@ -7,13 +7,9 @@
 #include <optional>
 #include <string>
 
-namespace config {
+#include "file/stream.h"
 
-// The bytes of a file, with room for one more behind them.
-struct FileText {
-    std::unique_ptr<char[]> bytes;
-    size_t size = 0;
-};
+namespace config {
 
 // A longer file is not read, and not written over. It bounds the memory that a file can take.
 inline constexpr size_t longest_file = size_t{32} << 20;
@@ -21,11 +17,11 @@ inline constexpr size_t longest_file = size_t{32} << 20;
 // A longer text is not written: a save that a kill cuts may leave two texts in the file.
 inline constexpr size_t longest_text = longest_file / 2 - 1;
 
-struct StreamCloser {
-    void operator()(std::FILE *f) const; // releases the lock; does not sync
+struct UnlockingCloser {
+    void operator()(std::FILE *f) const; // does not sync
 };
 // An open and locked configuration file.
-using LockedStream = std::unique_ptr<std::FILE, StreamCloser>;
+using LockedStream = std::unique_ptr<std::FILE, UnlockingCloser>;
 
 enum class Access { read, rewrite };
 
@@ -35,7 +31,7 @@ LockedStream open_locked(const char *path, Access how);
 
 // The file's text; nothing when it cannot be read or is too long. A last line that has no line feed
 // but a NUL was torn by a crash and is left out. Throws bad_alloc.
-std::optional<FileText> read_all(std::FILE *f);
+std::optional<file::Contents> read_settings(std::FILE *f);
 
 // Puts `text`, of at most `longest_text`, in the place of the `old_size` bytes that were read. A
 // process killed on the way leaves a file that reads as the old settings, the new ones, or some of

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "hw.h"
-#include "hw_linux/device.h"
+#include "hw_seam.h"
 #include "kelvane/events.h"
 
 namespace dialogs {
@@ -103,9 +103,9 @@ bool take_raw_event(RawEvent &event) {
 // The device may not rest while it has something to do at this very moment.
 void rest_ms(int64_t ms) {
     constexpr int64_t ms_us = 1000;
-    const int64_t before_us = hw::device()->clock_us();
+    const int64_t before_us = hw::boot_time_us();
     hw_pause(ms * ms_us);
-    if (hw::device()->clock_us() == before_us) hw::device()->pause(ms_us);
+    if (hw::boot_time_us() == before_us) hw::pass_time(ms_us);
 }
 
 } // namespace dialogs

@@ -28,7 +28,8 @@ Look load() {
             .bar_left_empty = Picture("progress_left_empty"),
             .bar_right_empty = Picture("progress_right_empty"),
             .bar_middle = Picture("progress_bar"),
-            .label_font = GetThemeFont("button.font.normal.little_bit_smaller", nullptr)};
+            .label_font =
+                text::FontPtr(GetThemeFont("button.font.normal.little_bit_smaller", nullptr))};
 }
 
 } // namespace
@@ -39,18 +40,16 @@ const Look &look() {
 }
 
 void drop_look() {
-    if (!loaded) return;
-    CloseFont(loaded->label_font);
     loaded.reset();
 }
 
 const ifont *window_font() {
-    return theme::ui_parameters().window_font;
+    return theme::ui_parameters().window_font.get();
 }
 
 const ifont *label_font() {
-    const ifont *own = look().label_font;
-    return own ? own : theme::ui_parameters().button_font_normal;
+    const ifont *own = look().label_font.get();
+    return own ? own : theme::ui_parameters().button_font_normal.get();
 }
 
 const ibitmap *icon_of(int flags) {

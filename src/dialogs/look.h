@@ -14,7 +14,7 @@ struct Look {
     int separator_color;
     std::array<theme::Picture, 5> icons;
     theme::Picture bar_left, bar_right, bar_left_empty, bar_right_empty, bar_middle;
-    ifont *label_font; // null where the theme's button font serves
+    text::FontPtr label_font; // null where the theme's button font serves
 };
 const Look &look();
 void drop_look();

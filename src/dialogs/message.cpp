@@ -2,10 +2,11 @@
 // The message box, which waits at the device itself.
 #include <algorithm>
 #include <cstdio>
-#include <new>
+#include <utility>
 
 #include "dialogs/input.h"
 #include "dialogs/stack.h"
+#include "ground/guard.h"
 #include "hw.h"
 #include "internal.h"
 
@@ -15,7 +16,7 @@ namespace {
 constexpr int step_ms = 50;
 
 // Nothing serves a process without a screen on this device.
-void print_message(const char *title, const char *text) {
+void print_unsent(const char *title, const char *text) {
     std::fprintf(stderr, "Message: '%s' '%s'\n", title ? title : "", text ? text : "");
     std::fprintf(stderr, "[%s]: ERROR: cant sent request\n", "Message");
 }
@@ -47,14 +48,13 @@ void wait_at(const irect &box, int timeout_ms) {
     }
 }
 
-void show_message(int flags, const char *text, int timeout_ms) try {
+void show_message(int flags, const char *text, int timeout_ms) {
     OpenBox box = make_box(Kind::message, flags, text, {});
     box.stays = (flags & NO_DISMISS) != 0;
     const irect place = box.layout.box;
     const unsigned id = open(std::move(box), nullptr);
     wait_at(place, timeout_ms);
     if (top_id() == id) close_top(Close::answered);
-} catch (const std::bad_alloc &) {
 }
 
 } // namespace
@@ -62,7 +62,7 @@ void show_message(int flags, const char *text, int timeout_ms) try {
 
 void Message(int icon, const char *title, const char *text, int timeout) {
     if (kvstate.isopen)
-        dialogs::show_message(icon, text, timeout);
+        ground::guarded([&] { dialogs::show_message(icon, text, timeout); });
     else
-        dialogs::print_message(title, text);
+        dialogs::print_unsent(title, text);
 }

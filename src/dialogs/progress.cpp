@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Progress bars, which can be cancelled while the application is too busy to run its loop.
 #include <algorithm>
-#include <new>
+#include <utility>
 
 #include "dialogs/draw.h"
 #include "dialogs/input.h"
 #include "dialogs/stack.h"
+#include "ground/guard.h"
 #include "internal.h"
 #include "kelvane/languages.h"
 #include "kelvane/updates.h"
@@ -35,7 +36,7 @@ int progress_handler(int type, int par1, int par2) {
     return 1;
 }
 
-void open_bar(int flags, const char *text, int percent, kv_dialoghandler proc) try {
+void open_bar(int flags, const char *text, int percent, kv_dialoghandler proc) {
     if (!kvstate.isopen) return;
     OpenBox bar = make_box(Kind::progress, flags, text, {proc != nullptr, false, false});
     bar.listener.proc = proc;
@@ -43,7 +44,6 @@ void open_bar(int flags, const char *text, int percent, kv_dialoghandler proc) t
     bar.percent = percent;
     bar.selected = cancel_button;
     open(std::move(bar), progress_handler);
-} catch (const std::bad_alloc &) {
 }
 
 // The bar that has the input; null when there is none.
@@ -70,14 +70,12 @@ bool change(OpenBox &bar, const char *text, int percent) {
     return true;
 }
 
-int update_bar(const char *text, int percent) try {
+int update_bar(const char *text, int percent) {
     OpenBox *bar = current_bar();
     if (!bar || !hear_input(bar->id)) return 1;
     if (!change(*bar, text, percent)) return 0;
     PartialUpdate(0, 0, ScreenWidth(), ScreenHeight());
     redraw(*bar, Show::news);
-    return 0;
-} catch (const std::bad_alloc &) {
     return 0;
 }
 
@@ -85,9 +83,10 @@ int update_bar(const char *text, int percent) try {
 } // namespace dialogs
 
 void OpenProgressbar(int icon, const char *, const char *text, int percent, kv_dialoghandler proc) {
-    dialogs::open_bar(icon, text, percent, proc);
+    ground::guarded([&] { dialogs::open_bar(icon, text, percent, proc); });
 }
 
 int UpdateProgressbar(const char *text, int percent) {
-    return dialogs::update_bar(text, std::clamp(percent, 0, 100));
+    const int shown = std::clamp(percent, 0, 100);
+    return ground::guarded(0, [&] { return dialogs::update_bar(text, shown); });
 }

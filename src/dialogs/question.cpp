@@ -2,11 +2,12 @@
 // Dialogs: one to three buttons, answered through the event loop.
 #include "dialogs/question.h"
 
-#include <new>
+#include <utility>
 
 #include "dialogs/draw.h"
 #include "dialogs/input.h"
 #include "dialogs/stack.h"
+#include "ground/guard.h"
 #include "internal.h"
 #include "kelvane/languages.h"
 #include "modal/input.h"
@@ -36,19 +37,23 @@ int first_selected(int flags, const Present &present) {
     return 1;
 }
 
-// The id of the dialog; 0 when none could be opened.
-unsigned open_question(const Question &q, Listener listener) try {
-    if (!kvstate.isopen || GetEventHandler() == question_handler) return 0;
-    const Present present = present_of(q);
+OpenBox make_question(const Question &q, const Present &present) {
     OpenBox box = make_box(Kind::question, q.flags, q.text, present);
-    box.listener = listener;
     for (size_t i = 0; i < present.size(); ++i)
         if (present[i]) box.labels[i] = q.buttons[i] ? GetLangText(q.buttons[i]) : "";
     box.selected = first_selected(q.flags, present);
     box.stays = (q.flags & NO_DISMISS) != 0;
-    return open(std::move(box), question_handler);
-} catch (const std::bad_alloc &) {
-    return 0;
+    return box;
+}
+
+// The id of the dialog; 0 when none could be opened.
+unsigned open_question(const Question &q, Listener listener) {
+    return ground::guarded(0, [&] {
+        if (!kvstate.isopen || GetEventHandler() == question_handler) return 0U;
+        OpenBox box = make_question(q, present_of(q));
+        box.listener = listener;
+        return open(std::move(box), question_handler);
+    });
 }
 
 void select(OpenBox &box, int button) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "ground/guard.h"
 #include "kelvane/files.h"
 
 namespace {
@@ -50,7 +51,7 @@ enum class Purpose { find, create };
 
 char *associated_file(const char *path, char kind, Purpose why) {
     if (!path || !*path || !is_kind(kind)) return nullptr;
-    try {
+    return ground::guarded(nullptr, [&]() -> char * {
         const std::string state = state_path(path, kind);
         struct stat st;
         if (why == Purpose::create)
@@ -58,9 +59,7 @@ char *associated_file(const char *path, char kind, Purpose why) {
         else if (kv_stat(state.c_str(), &st) != 0)
             return nullptr;
         return strdup(state.c_str());
-    } catch (...) {
-        return nullptr;
-    }
+    });
 }
 
 } // namespace

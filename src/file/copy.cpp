@@ -3,7 +3,7 @@
 #include "kelvane/files.h"
 
 #include "file/associated.h"
-#include "file/heap_string.h"
+#include "ground/heap.h"
 
 namespace {
 
@@ -23,9 +23,9 @@ bool copy_stream(FILE *from, FILE *to) {
 template <class Action>
 void for_each_associated(const char *from, const char *to, Action act) {
     for (char kind : associated_kinds) {
-        const HeapString source(CheckAssociatedFile(from, kind));
+        const ground::HeapString source(CheckAssociatedFile(from, kind));
         if (!source) continue;
-        const HeapString target(to ? GetAssociatedFile(to, kind) : nullptr);
+        const ground::HeapString target(to ? GetAssociatedFile(to, kind) : nullptr);
         act(source.get(), target.get());
     }
 }

@@ -4,15 +4,9 @@
 #include <ctime>
 #include <unistd.h>
 
-#include "ground/log.h"
-
 FileHooks file_hooks;
 
 namespace file_defaults {
-
-void message(int, const char *title, const char *text, int) {
-    kv_warn("file", "%s: %s\n", title, text);
-}
 
 void system_request(int) {}
 

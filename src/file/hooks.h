@@ -7,7 +7,6 @@
 
 // The functions that stand in until something better is installed.
 namespace file_defaults {
-void message(int icon, const char *title, const char *text, int timeout_ms);
 void system_request(int request);
 const char *translate(const char *key);
 int storage_ready();
@@ -17,9 +16,6 @@ void pause(long long us);
 } // namespace file_defaults
 
 struct FileHooks {
-    // Shows a message box without waiting for it. Default: a line on standard error.
-    void (*message)(int icon, const char *title, const char *text,
-                    int timeout_ms) = file_defaults::message;
     // Sends a request without data to the system. Default: nothing.
     void (*system_request)(int request) = file_defaults::system_request;
     // Translates a key. Default: the key itself.

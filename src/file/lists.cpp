@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "file/heap_string.h"
+#include "ground/heap.h"
 
 namespace {
 

@@ -2,13 +2,12 @@
 // Names of files: comparison, extensions, validation and labels.
 #include "kelvane/files.h"
 
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
 
-#include "file/fold.h"
 #include "file/hooks.h"
+#include "ground/fold.h"
 
 namespace {
 
@@ -39,7 +38,7 @@ extern "C" {
 
 int kv_strcasecmp(const char *a, const char *b) {
     if (!a || !b) return (a != nullptr) - (b != nullptr);
-    return compare_folded(a, b, SIZE_MAX);
+    return ground::compare_folded(a, b);
 }
 
 int match_ext(const char *name, const char *exts) {
@@ -48,7 +47,8 @@ int match_ext(const char *name, const char *exts) {
     const std::size_t length = std::strlen(extension);
     for (const char *entry = exts; entry; entry = std::strchr(entry, ',')) {
         entry += std::strspn(entry, ".,");
-        if (std::strcspn(entry, ",") == length && compare_folded(entry, extension, length) == 0)
+        if (std::strcspn(entry, ",") == length &&
+            ground::compare_folded(entry, extension, length) == 0)
             return static_cast<int>(length);
     }
     return 0;

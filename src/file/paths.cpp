@@ -9,10 +9,10 @@
 #include <string_view>
 #include <unistd.h>
 
-#include "file/fold.h"
-#include "file/heap_string.h"
 #include "file/hooks.h"
 #include "file/storage.h"
+#include "ground/fold.h"
+#include "ground/heap.h"
 #include "internal.h"
 
 namespace {
@@ -22,7 +22,7 @@ constexpr std::string_view waiting_roots[] = {"./system/mnt/ext1", "./system/mnt
 
 bool is_on_storage(const char *path) {
     return std::any_of(std::begin(waiting_roots), std::end(waiting_roots), [path](auto root) {
-        return compare_folded(path, root.data(), root.size()) == 0;
+        return ground::compare_folded(path, root.data(), root.size()) == 0;
     });
 }
 
@@ -55,7 +55,7 @@ extern "C" {
 
 void kv_buildpath(const char *path) {
     if (!ready_for(path)) return;
-    const HeapString prefix(strdup(path));
+    const ground::HeapString prefix(strdup(path));
     if (!prefix || !*path) return;
     for (char *slash = prefix.get(); (slash = std::strchr(slash + 1, '/'));) {
         *slash = 0;

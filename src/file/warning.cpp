@@ -6,6 +6,7 @@
 #include <mntent.h>
 
 #include "file/hooks.h"
+#include "ground/message.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ class ErrnoKeeper {
 };
 
 void warn(const char *text) {
-    file_hooks.message(warning_icon, "@Error", text, warning_ms);
+    message_hooks.show(warning_icon, "@Error", text, warning_ms);
 }
 
 } // namespace

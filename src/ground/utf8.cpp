@@ -3,9 +3,8 @@
 
 #include <array>
 #include <cstring>
-#ifdef __x86_64__
-#include <tmmintrin.h>
-#endif
+
+#include "ground/vectors.h"
 
 namespace utf8 {
 namespace {
@@ -89,7 +88,7 @@ uint16_t *decode_pairs(const char *&s, const char *end, uint16_t *out, const uin
     return out;
 }
 
-#ifdef __x86_64__
+#ifdef KELVANE_X86_64
 // For each set of characters that begin in eight bytes, given as bits: how many, and the shuffle
 // that moves their 16-bit lanes to the front.
 struct Packing {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Does to the device what a script says.
 #include "hw_linux/action.h"
 
 #include "hw_linux/device.h"

@@ -17,23 +17,31 @@ namespace {
 
 int64_t horizon_us = no_horizon;
 
-int64_t boot_clock_us() {
+// How long the application may idle: until the next action of a script, or the horizon.
+int64_t idle_time(int64_t us) {
+    recorder_idle();
+    const int64_t until_action = time_to_action(us);
+    if (!has_horizon()) return until_action;
+    const int64_t until_horizon = std::max<int64_t>(horizon_us - boot_time_us(), 0);
+    return std::min(until_action, until_horizon);
+}
+
+} // namespace
+
+int64_t boot_time_us() {
     if (device()) return device()->clock_us();
     timespec now{};
     clock_gettime(CLOCK_BOOTTIME, &now);
     return int64_t{now.tv_sec} * 1000000 + now.tv_nsec / 1000;
 }
 
-// How long the application may idle: until the next action of a script, or the horizon.
-int64_t idle_time(int64_t us) {
-    recorder_idle();
-    const int64_t until_action = time_to_action(us);
-    if (!has_horizon()) return until_action;
-    const int64_t until_horizon = std::max<int64_t>(horizon_us - boot_clock_us(), 0);
-    return std::min(until_action, until_horizon);
+void pass_time(int64_t us) {
+    if (device()) device()->pause(us);
 }
 
-} // namespace
+void spend_time(int64_t us) {
+    if (device()) device()->spend(us);
+}
 
 void set_horizon(int64_t us) {
     horizon_us = us;
@@ -47,18 +55,16 @@ bool has_horizon() {
 
 using namespace hw;
 
-extern "C" {
-
 void hw_gettime(timeval *tv) {
     if (tv) gettimeofday(tv, nullptr);
 }
 
 long long hw_boottime() {
-    return boot_clock_us() / 1000000;
+    return boot_time_us() / 1000000;
 }
 
 long long hw_boottime_ms() {
-    return boot_clock_us() / 1000;
+    return boot_time_us() / 1000;
 }
 
 long long hw_timeinms() {
@@ -79,5 +85,3 @@ int hw_sleep(int ms, int deep) {
     if (time == 0) run_due_action();
     return 1;
 }
-
-} // extern "C"

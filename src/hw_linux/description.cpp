@@ -43,8 +43,6 @@ int hw::described(DescriptionField field) {
     return static_cast<int>(word >> field.shift & ((1u << field.bits) - 1));
 }
 
-extern "C" {
-
 long long fromStringToLongLong(const char *text) {
     if (!text) return 0;
     while (is_space(*text)) ++text;
@@ -123,5 +121,3 @@ int hw_depth(void) {
 int hw_depth_hq(void) {
     return hw_depth();
 }
-
-} // extern "C"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The seam between the device layer and what it runs on. The two devices are records of functions;
+// What the device layer runs on. The two devices are records of functions;
 // everything above them (framebuffer, input ring, key table, panel painting, script, trace) is
 // shared.
 #pragma once
@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "hw.h"
+#include "hw_seam.h"
 
 namespace hw {
 
@@ -55,19 +56,6 @@ void run_command(int command);
 // The window is being closed by the user. Does not return: the process ends with status 0.
 [[noreturn]] void window_closed();
 
-// From panel pixels, as raw pointer events carry them, to the pixel of the framebuffer that is
-// painted there. False, and nothing is changed, outside the framebuffer.
-bool panel_to_canvas(int &x, int &y);
-
-// Functions that upper floors install, so that the device layer never names them.
-struct Hooks {
-    // Queues an event to the main handler; does nothing without one.
-    void (*post_to_main)(int type, int par1, int par2) = nullptr;
-    void (*run_exit)() = nullptr;    // the exit handler
-    int (*panel_height)() = nullptr; // rows of the status panel
-};
-extern Hooks hooks;
-
 // State of the emulated device that the menu changes.
 struct EmulatedState {
     int battery = 5; // 0 to 5
@@ -77,8 +65,5 @@ struct EmulatedState {
     int update_answer = 1; // of hw_update; a panel may answer with flags
 };
 EmulatedState &emulated();
-
-// Names the call that the next update comes from, for the trace. Kept by pointer.
-void set_update_cause(const char *cause);
 
 } // namespace hw

@@ -10,9 +10,9 @@
 
 #include "hw.h"
 #include "hw_linux/device.h"
+#include "hw_linux/key_table.h"
 #include "hw_linux/recorder.h"
 #include "hw_linux/screen.h"
-#include "internal.h"
 #include "kelvane/events.h"
 
 namespace hw {
@@ -28,15 +28,9 @@ RingEntry gtk_events[ring_slots];
 int ring_head = 0, ring_tail = 0;
 bool pointer_down = false;
 
-// The code of each bit of the key mask. Bits 17 and 18 are second entries of keys that are found
-// under their first; no desktop key reaches the bits after them.
-constexpr int key_codes[key_bits] = {
-    KEY_BACK,  KEY_AUX8, KEY_LEFT, KEY_MENU, KEY_MUSIC, KEY_OK,    KEY_RIGHT, KEY_PLUS,
-    KEY_MINUS, KEY_DOWN, KEY_UP,   KEY_PREV, KEY_NEXT,  KEY_NEXT2, KEY_POWER, KEY_PREV2,
-    KEY_HOME,  0,        0,        KEY_PLUS, KEY_MINUS, KEY_AUX7,  KEY_AUX6,
-};
 constexpr int scanned_key_bits = 16; // hw_keystate never sees the keys after these
 
+static_assert(std::size(key_table) == key_bits);
 bool prekeys[key_bits];
 
 int from_drawing_area(Zoom zoom, int position) {
@@ -50,6 +44,14 @@ int from_drawing_area(Zoom zoom, int position) {
         return static_cast<int>(wide * 3 / 2);
     }
     return position;
+}
+
+// The first bit with a key that matches; -1 for none.
+template <class Matches>
+int find_row(Matches matches) {
+    for (int bit = 0; bit < key_bits; ++bit)
+        if (key_table[bit].code != 0 && matches(key_table[bit])) return bit;
+    return -1;
 }
 
 const char *verb_of(int pointer_type) {
@@ -93,17 +95,22 @@ void push_input(int type, int mod, int par1, int par2) {
 }
 
 int find_code_bit(int code) {
-    if (code == 0) return -1;
-    for (int bit = 0; bit < key_bits; ++bit)
-        if (key_codes[bit] == code) return bit;
-    return -1;
+    return find_row([=](const KeyRow &row) { return row.code == code; });
+}
+
+int find_name_bit(std::string_view name) {
+    return find_row([=](const KeyRow &row) { return row.name == name; });
+}
+
+int find_workstation_bit(unsigned key) {
+    return find_row([=](const KeyRow &row) { return row.workstation_key == key; });
 }
 
 void set_key_bit(int bit, bool down) {
     if (bit < 0 || bit >= key_bits || prekeys[bit] == down) return;
     prekeys[bit] = down;
-    record("key %s %d", down ? "down" : "up", key_codes[bit]);
-    push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, key_codes[bit], 0);
+    record("key %s %d", down ? "down" : "up", key_table[bit].code);
+    push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, key_table[bit].code, 0);
 }
 
 bool a_key_is_held() {
@@ -128,17 +135,15 @@ void pointer_input(int type, int x, int y) {
 
 using namespace hw;
 
-extern "C" {
-
 int hw_nextevent(hw_event *event) {
     if (!event) return 0;
     std::memset(event, 0, sizeof *event); // both forms of it
     if (closing() == 1) {
         closing() = 2;
-        kvstate.exiting = EXIT_REQUESTED;
+        hooks.end_loop();
         return 0;
     }
-    if (device()) device()->pump();
+    let_work();
     RingEntry entry;
     if (!take_input(entry)) return 0;
     event->type = entry.type;
@@ -149,14 +154,12 @@ int hw_nextevent(hw_event *event) {
 
 int hw_keystate(int key) {
     for (int bit = 0; bit < scanned_key_bits; ++bit)
-        if (key_codes[bit] == key) return prekeys[bit];
+        if (key_table[bit].code == key) return prekeys[bit];
     return 0;
 }
 
 int kv_key(int mask) {
     for (int bit = 0; bit < key_bits; ++bit)
-        if (mask == 1 << bit) return key_codes[bit];
+        if (mask == 1 << bit) return key_table[bit].code;
     return 0;
 }
-
-} // extern "C"

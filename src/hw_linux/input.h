@@ -2,6 +2,8 @@
 // The device's keys and pointer, in the units of the emulated device.
 #pragma once
 
+#include <string_view>
+
 namespace hw {
 
 inline constexpr int key_bits = 23; // of the key mask
@@ -14,7 +16,9 @@ bool has_input();
 bool a_key_is_held();
 // pointer_input() in panel pixels.
 void panel_pointer_input(int type, int x, int y);
-// The first key of the key table with this code; -1 for none.
+// The first row of the key table with this code, name or key of the workstation; -1 for none.
 int find_code_bit(int code);
+int find_name_bit(std::string_view name);
+int find_workstation_bit(unsigned key);
 
 } // namespace hw

@@ -39,8 +39,6 @@ int answer(int cmd, int param, void *buffer, int in, int out) {
 
 } // namespace
 
-extern "C" {
-
 int hw_ipcrequest(int cmd, int param, void *buffer, int in, int out, ...) {
     return answer(cmd, param, buffer, in, out);
 }
@@ -63,5 +61,3 @@ int hw_uiquery(void) {
     return 0;
 }
 void hw_uiresponse(int) {}
-
-} // extern "C"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Chooses actions at random, the same ones for the same seed.
 #include "hw_linux/monkey.h"
 
 #include <iterator>
@@ -72,7 +73,8 @@ Action Monkey::raw() {
 
 Action Monkey::command() {
     int number;
-    do number = menu_items[below(static_cast<int>(std::size(menu_items)))].command;
+    const auto items = menu_items();
+    do number = items[static_cast<size_t>(below(static_cast<int>(items.size())))].command;
     while (number == command_quit);
     return {.verb = Verb::command, .par1 = number};
 }

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Turns, shifts and scales grey pixels into what a person sees.
 #include "hw_linux/panel.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace hw {
 namespace {
@@ -108,30 +106,127 @@ void paint_cells(const icanvas &canvas, const Cells &columns, const Cells &rows,
     }
 }
 
-void expand_row(const uint8_t *grey, uint8_t *rgba, int count) {
-    int i = 0;
-#ifdef __SSE2__
-    const __m128i opaque = _mm_set1_epi8(-1);
-    for (; i + 16 <= count; i += 16) {
-        const __m128i g = _mm_loadu_si128(reinterpret_cast<const __m128i *>(grey + i));
-        const __m128i gg_low = _mm_unpacklo_epi8(g, g), gg_high = _mm_unpackhi_epi8(g, g);
-        const __m128i ga_low = _mm_unpacklo_epi8(g, opaque);
-        const __m128i ga_high = _mm_unpackhi_epi8(g, opaque);
-        auto *out = reinterpret_cast<__m128i *>(rgba + 4 * static_cast<int64_t>(i));
-        _mm_storeu_si128(out, _mm_unpacklo_epi16(gg_low, ga_low));
-        _mm_storeu_si128(out + 1, _mm_unpackhi_epi16(gg_low, ga_low));
-        _mm_storeu_si128(out + 2, _mm_unpacklo_epi16(gg_high, ga_high));
-        _mm_storeu_si128(out + 3, _mm_unpackhi_epi16(gg_high, ga_high));
-    }
-#endif
-    for (; i < count; ++i) put_grey(rgba + 4 * static_cast<int64_t>(i), grey[i]);
+// Sixteen bytes in the compiler's own terms, from which it makes the instructions of any machine.
+using Word [[gnu::vector_size(16)]] = uint8_t;
+using Pairs [[gnu::vector_size(16)]] = uint16_t;
+using Quads [[gnu::vector_size(16)]] = uint32_t;
+constexpr int word = sizeof(Word);
+
+Word load(const uint8_t *from) {
+    Word w;
+    std::memcpy(&w, from, sizeof w);
+    return w;
 }
 
-void paint_rows(const icanvas &canvas, Span columns, const Cells &rows, const PixelBuffer &pixels) {
-    const int end = std::min(columns.end, pixels.width);
+// The bytes of two words in turns: of their first halves, and of their second ones.
+Word interleave_low(Word a, Word b) {
+    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+}
+Word interleave_high(Word a, Word b) {
+    return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15,
+                                   31);
+}
+Pairs interleave_low(Pairs a, Pairs b) {
+    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+}
+Pairs interleave_high(Pairs a, Pairs b) {
+    return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+}
+
+// In three steps, as there may be no instruction for single bytes: the quads change places, then
+// the pairs of each, then the bytes of each.
+Word reversed(Word a) {
+    auto quads = reinterpret_cast<Quads>(a);
+    quads = __builtin_shufflevector(quads, quads, 3, 2, 1, 0);
+    const auto pairs = reinterpret_cast<Pairs>(quads << 16 | quads >> 16);
+    return reinterpret_cast<Word>(pairs << 8 | pairs >> 8);
+}
+
+void store(uint8_t *to, Pairs pairs) {
+    std::memcpy(to, &pairs, sizeof pairs);
+}
+
+void put_greys(uint8_t *rgba, Word grey) {
+    const Word opaque = Word{} + 255;
+    const auto gg_low = reinterpret_cast<Pairs>(interleave_low(grey, grey));
+    const auto gg_high = reinterpret_cast<Pairs>(interleave_high(grey, grey));
+    const auto ga_low = reinterpret_cast<Pairs>(interleave_low(grey, opaque));
+    const auto ga_high = reinterpret_cast<Pairs>(interleave_high(grey, opaque));
+    store(rgba, interleave_low(gg_low, ga_low));
+    store(rgba + word, interleave_high(gg_low, ga_low));
+    store(rgba + 2 * word, interleave_low(gg_high, ga_high));
+    store(rgba + 3 * word, interleave_high(gg_high, ga_high));
+}
+
+void expand_row(const uint8_t *grey, uint8_t *rgba, int count) {
+    int i = 0;
+    for (; i + word <= count; i += word) put_greys(rgba + 4 * int64_t{i}, load(grey + i));
+    for (; i < count; ++i) put_grey(rgba + 4 * int64_t{i}, grey[i]);
+}
+
+// The last grey becomes the first pixel.
+void expand_row_backwards(const uint8_t *grey, uint8_t *rgba, int count) {
+    for (; count >= word; count -= word, rgba += 4 * word)
+        put_greys(rgba, reversed(load(grey + count - word)));
+    for (; count > 0; --count, rgba += 4) put_grey(rgba, grey[count - 1]);
+}
+
+// Upright, or turned by 180 degrees: a row of the canvas is one of the panel.
+void paint_rows(const icanvas &canvas, const Cells &columns, const Cells &rows,
+                const PixelBuffer &pixels) {
+    if (columns.count == 0) return;
+    const Cell first = columns.cell[0], last = columns.cell[columns.count - 1];
+    const bool forwards = first.offset <= last.offset;
+    const auto expand = forwards ? expand_row : expand_row_backwards;
+    const int64_t left = std::min(first.offset, last.offset);
     for (const Cell &row : rows)
-        expand_row(canvas.addr + int64_t{row.source} * canvas.scanline + columns.first,
-                   pixels.data + row.offset + int64_t{columns.first} * 4, end - columns.first);
+        expand(canvas.addr + int64_t{row.source} * canvas.scanline + first.source,
+               pixels.data + row.offset + left, columns.count);
+}
+
+// Interleaving each word with the one that lies half of them further on, and doing so once for
+// each bit of a place in a word, exchanges rows and columns.
+void transpose(std::array<Word, word> &tile) {
+    for (int round = 1; round < word; round *= 2) {
+        const std::array<Word, word> from = tile;
+        for (int i = 0; i < word / 2; ++i) {
+            tile[2 * i] = interleave_low(from[i], from[i + word / 2]);
+            tile[2 * i + 1] = interleave_high(from[i], from[i + word / 2]);
+        }
+    }
+}
+
+// Turned by 90 or 270 degrees: paints as many columns and rows as a word has greys.
+void paint_tile(const icanvas &canvas, const Cell *columns, const Cell *rows,
+                const PixelBuffer &pixels) {
+    const bool forwards = rows[0].offset < rows[1].offset;
+    std::array<Word, word> tile;
+    for (int i = 0; i < word; ++i) {
+        const Cell &row = rows[forwards ? i : word - 1 - i];
+        tile[i] = load(canvas.addr + int64_t{row.source} * canvas.scanline + columns->source);
+    }
+    transpose(tile);
+    const int64_t left = std::min(rows[0].offset, rows[word - 1].offset);
+    for (int i = 0; i < word; ++i) put_greys(pixels.data + columns[i].offset + left, tile[i]);
+}
+
+// The last tiles of a row and of a column overlap those before them.
+void paint_tiles(const icanvas &canvas, const Cells &columns, const Cells &rows,
+                 const PixelBuffer &pixels) {
+    for (int x = 0; x < columns.count; x += word)
+        for (int y = 0; y < rows.count; y += word)
+            paint_tile(canvas, columns.begin() + std::min(x, columns.count - word),
+                       rows.begin() + std::min(y, rows.count - word), pixels);
+}
+
+// Every pixel of the canvas is one of the panel.
+void paint_full(const PanelView &view, const icanvas &canvas, const Cells &columns,
+                const Cells &rows, const PixelBuffer &pixels) {
+    if (view.turn == 0 || view.turn == 3) return paint_rows(canvas, columns, rows, pixels);
+    if (std::min(columns.count, rows.count) >= word)
+        return paint_tiles(canvas, columns, rows, pixels);
+    paint_cells(canvas, columns, rows, pixels,
+                [](auto *line, auto *, int at, int) { return unsigned{line[at]}; });
 }
 
 unsigned blend_half(const uint8_t *line, const uint8_t *next, int x, int neighbour) {
@@ -182,13 +277,11 @@ void eink_waveform(const PanelView &view, const icanvas &canvas, const irect &ar
     const Span x = clip_span(area.x, area.w, canvas.width);
     const Span y = clip_span(area.y, area.h, canvas.height);
     if (x.first >= x.end || y.first >= y.end) return;
-    const Cells rows = make_cells(view, canvas, y, Axis::row, pixels);
-    if (view.zoom == Zoom::full && view.turn == 0) return paint_rows(canvas, x, rows, pixels);
     const Cells columns = make_cells(view, canvas, x, Axis::column, pixels);
+    const Cells rows = make_cells(view, canvas, y, Axis::row, pixels);
     switch (view.zoom) {
     case Zoom::full:
-        return paint_cells(canvas, columns, rows, pixels,
-                           [](auto *line, auto *, int at, int) { return unsigned{line[at]}; });
+        return paint_full(view, canvas, columns, rows, pixels);
     case Zoom::half:
         return paint_cells(canvas, columns, rows, pixels, blend_half);
     case Zoom::two_thirds:

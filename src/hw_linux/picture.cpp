@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Writes what a person sees as a PNG file.
 #include "hw_linux/picture.h"
 
 #include <cstdint>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Pictures of the emulated panel, for scripts and traces.
 #pragma once
 
 namespace hw {

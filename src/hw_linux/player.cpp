@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Keeps the place in the script and the time of its next action.
 #include "hw_linux/player.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Writes lines of a script as things happen.
 #include "hw_linux/recorder.h"
 
 #include <cstdarg>

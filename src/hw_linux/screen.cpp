@@ -141,6 +141,14 @@ const DeviceOps *device() {
     return screen.device;
 }
 
+bool is_open() {
+    return screen.device != nullptr;
+}
+
+void let_work() {
+    if (screen.device) screen.device->pump();
+}
+
 EmulatedState &emulated() {
     return state;
 }
@@ -150,7 +158,7 @@ icanvas *framebuffer() {
 }
 
 PanelView panel_view() {
-    const bool panel_on_top = kvstate.panel_position == 1 && hooks.panel_height;
+    const bool panel_on_top = kvstate.panel_position == 1;
     return {screen.zoom, turn_of(screen.orientation), panel_on_top ? hooks.panel_height() : 0};
 }
 
@@ -171,7 +179,7 @@ bool panel_to_canvas(int &x, int &y) {
 void window_closed() {
     record("close");
     screen.closing = 1;
-    if (hooks.run_exit) hooks.run_exit();
+    hooks.exit();
     std::fflush(nullptr);
     std::_Exit(0);
 }
@@ -179,8 +187,6 @@ void window_closed() {
 } // namespace hw
 
 using namespace hw;
-
-extern "C" {
 
 int hw_init() {
     if (screen.device) return 1;
@@ -227,5 +233,3 @@ void hw_set_fb_orientation(int orientation) {
 int hw_get_fb_orientation() {
     return screen.orientation;
 }
-
-} // extern "C"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads scripts line by line and says what is wrong with them.
 #include "hw_linux/script.h"
 
 #include <algorithm>
@@ -20,14 +21,6 @@ constexpr int default_press_ms = 50;
 struct Name {
     std::string_view name;
     int value;
-};
-
-constexpr Name key_names[] = {
-    {"POWER", KEY_POWER}, {"AUX6", KEY_AUX6},   {"AUX7", KEY_AUX7},   {"AUX8", KEY_AUX8},
-    {"OK", KEY_OK},       {"UP", KEY_UP},       {"DOWN", KEY_DOWN},   {"LEFT", KEY_LEFT},
-    {"RIGHT", KEY_RIGHT}, {"MINUS", KEY_MINUS}, {"PLUS", KEY_PLUS},   {"MENU", KEY_MENU},
-    {"PREV", KEY_PREV},   {"NEXT", KEY_NEXT},   {"HOME", KEY_HOME},   {"BACK", KEY_BACK},
-    {"PREV2", KEY_PREV2}, {"NEXT2", KEY_NEXT2}, {"MUSIC", KEY_MUSIC},
 };
 
 constexpr Name pointer_types[] = {
@@ -96,9 +89,11 @@ class Line {
     int key() {
         std::string_view rest = rest_, text = take_word(rest);
         if (text.starts_with("KEY_")) text.remove_prefix(4);
-        const Name *found = find_name(key_names, text);
-        if (found) rest_ = rest;
-        const int bit = find_code_bit(found ? found->value : number(0, any));
+        int bit = find_name_bit(text);
+        if (bit >= 0)
+            rest_ = rest;
+        else
+            bit = find_code_bit(number(0, any));
         if (bit < 0) fail("no such key");
         return bit;
     }
@@ -193,16 +188,15 @@ class Parser {
     }
     void menu(Line &line) {
         const std::string_view path = line.take_rest();
-        const auto *item = std::find_if(std::begin(menu_items), std::end(menu_items),
-                                        [&](const MenuItem &it) { return it.path == path; });
-        if (item == std::end(menu_items)) return line.fail("no such menu item");
+        const auto items = menu_items();
+        const auto item = std::find_if(items.begin(), items.end(),
+                                       [&](const MenuItem &it) { return it.path == path; });
+        if (item == items.end()) return line.fail("no such menu item");
         add_command(item->command);
     }
     void command(Line &line) {
         const int number = line.number(0, any);
-        const bool known = std::any_of(std::begin(menu_items), std::end(menu_items),
-                                       [&](const MenuItem &it) { return it.command == number; });
-        if (!known) line.fail("no such command");
+        if (!find_menu_item(number)) line.fail("no such command");
         add_command(number);
     }
     void orientation(Line &line) { add_command(command_orientation + line.number(0, 3)); }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What the emulated device keeps in the global configuration.
 #include "hw_linux/settings.h"
 
 #include "hw_linux/display_mode.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Writes each update as a line and, when asked to, as a picture.
 #include "hw_linux/trace.h"
 
 #include <cinttypes>

@@ -51,8 +51,6 @@ void hw::set_update_cause(const char *cause) {
     update_cause = cause;
 }
 
-extern "C" {
-
 int hw_update(int x, int y, int w, int h, int mode) {
     if (!hw::device() || x < 0 || y < 0) return 0;
     return show(hw::UpdateKind::partial, {x, y, w, h, 0}, mode,
@@ -108,5 +106,3 @@ int hw_writelogo(int) {
 int hw_restorelogo() {
     return 0;
 }
-
-} // extern "C"

@@ -1,34 +1,24 @@
 // SPDX-License-Identifier: MIT
 // The window device: one GTK+ 2 window stands in for the panel, the keys and the touch screen.
 // Everything runs on the application's thread, inside pump() or a call that pumps.
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <iterator>
 #include <utility>
 
 #include <poll.h>
 
-#include <gdk/gdkkeysyms.h>
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
 #include "hw_linux/device.h"
+#include "hw_linux/input.h"
 #include "hw_linux/window_menu.h"
 #include "kelvane/events.h"
 
 namespace {
-
-// Desktop keys in the order of the key table's bits. The keypad keys stand here twice; the first
-// entry wins.
-constexpr guint vkeys[] = {
-    GDK_F3,     GDK_F4,          GDK_Left, GDK_F2,     GDK_F1,          GDK_Return,    GDK_Right,
-    GDK_KP_Add, GDK_KP_Subtract, GDK_Down, GDK_Up,     GDK_Page_Up,     GDK_Page_Down, GDK_End,
-    GDK_Escape, GDK_Home,        GDK_F12,  GDK_KP_Add, GDK_KP_Subtract,
-};
 
 enum Button : guint { LEFT_BUTTON = 1, RIGHT_BUTTON = 3 };
 
@@ -74,9 +64,7 @@ gboolean on_configure(GtkWidget *, GdkEventConfigure *, gpointer) {
 
 gboolean on_key(GtkWidget *, GdkEventKey *event, gpointer) {
     if (event->keyval == 0) return FALSE;
-    const guint *key = std::find(std::begin(vkeys), std::end(vkeys), event->keyval);
-    if (key != std::end(vkeys))
-        hw::set_key_bit(static_cast<int>(key - vkeys), event->type == GDK_KEY_PRESS);
+    hw::set_key_bit(hw::find_workstation_bit(event->keyval), event->type == GDK_KEY_PRESS);
     return TRUE;
 }
 

@@ -24,7 +24,7 @@ class MenuBuilder {
         GtkWidget *root = gtk_menu_new();
         g_object_ref_sink(root);
         submenus_[""].menu = root;
-        for (const hw::MenuItem &item : hw::menu_items) add(item);
+        for (const hw::MenuItem &item : hw::menu_items()) add(item);
         gtk_widget_show_all(root);
         return root;
     }
@@ -40,19 +40,17 @@ class MenuBuilder {
         const size_t slash = path.rfind('/');
         Submenu &parent = find_submenu(path.substr(0, slash));
         const char *label = item.path + slash + 1;
-        GtkWidget *widget = item.kind == hw::ItemKind::radio
-                                ? make_radio(parent, label, item.command)
-                                : gtk_menu_item_new_with_label(label);
+        GtkWidget *widget = item.has_mark() ? make_radio(parent, label, item.is_marked())
+                                            : gtk_menu_item_new_with_label(label);
         g_signal_connect(widget, "activate", G_CALLBACK(on_activate),
                          GINT_TO_POINTER(item.command));
         gtk_menu_shell_append(GTK_MENU_SHELL(parent.menu), widget);
     }
 
-    static GtkWidget *make_radio(Submenu &parent, const char *label, int command) {
+    static GtkWidget *make_radio(Submenu &parent, const char *label, bool marked) {
         GtkWidget *widget = gtk_radio_menu_item_new_with_label(parent.radio_group, label);
         parent.radio_group = gtk_radio_menu_item_get_group(GTK_RADIO_MENU_ITEM(widget));
-        if (hw::is_selected(command))
-            gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(widget), TRUE);
+        if (marked) gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(widget), TRUE);
         return widget;
     }
 

@@ -24,8 +24,6 @@ inline constexpr int64_t max_area = 100'000'000 / reduction;
 inline constexpr int64_t max_decoded_bytes = (192 << 20) / reduction;
 // Of a file that is held in memory.
 inline constexpr size_t max_file_bytes = 128 << 20;
-// Of a picture in an archive.
-inline constexpr size_t max_zip_member_bytes = (32 << 20) / reduction;
 // Of what a codec allocates.
 inline constexpr long max_codec_bytes = (160 << 20) / reduction;
 // Each scan of a JPEG may go over the whole picture, for next to no data.

@@ -11,6 +11,7 @@
 
 #include <jerror.h>
 
+#include "ground/guard.h"
 #include "ground/log.h"
 #include "image/available_memory.h"
 #include "image/limits.h"
@@ -168,13 +169,17 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
 
 } // namespace
 
-ibitmap *LoadJPEG(const char *path, int width, int height, int br, int co, int proportional) try {
-    if (!path) return nullptr;
-    const Finish finish{brightness_curve(br, co), take_frame_color(), dithering_levels()};
-    const Size wanted{width, height};
-    if (!is_request(wanted)) return nullptr;
-    return load(path, wanted, scaling_of(proportional), finish).release();
-} catch (const std::bad_alloc &) {
-    kv_warn(function, "cannot allocate memory\n");
-    return nullptr;
+ibitmap *LoadJPEG(const char *path, int width, int height, int br, int co, int proportional) {
+    return ground::guarded_or(
+        [&]() -> ibitmap * {
+            if (!path) return nullptr;
+            const Finish finish{brightness_curve(br, co), take_frame_color(), dithering_levels()};
+            const Size wanted{width, height};
+            if (!is_request(wanted)) return nullptr;
+            return load(path, wanted, scaling_of(proportional), finish).release();
+        },
+        [&]() -> ibitmap * {
+            kv_warn(function, "cannot allocate memory\n");
+            return nullptr;
+        });
 }

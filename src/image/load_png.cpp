@@ -10,6 +10,7 @@
 
 #include <png.h>
 
+#include "ground/guard.h"
 #include "ground/log.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
@@ -196,9 +197,9 @@ raster::BitmapPtr refused(const char *format, const char *path) {
 raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
     const Stream file = open_picture(function, path);
     if (!file) return nullptr;
-    const auto bytes = read_whole(file.get());
+    const auto bytes = file::read_whole(file.get(), max_file_bytes);
     if (!bytes) return refused("error laoding %s\n", path);
-    PngDecoder decoder(*bytes);
+    PngDecoder decoder(bytes->raw());
     if (!decoder.read_header()) return refused("error reading file info %s\n", path);
     if (decoder.is_interlaced()) return refused("number_passes>1 - error\n", path);
     const Size size = decoder.size();
@@ -218,11 +219,15 @@ ibitmap *LoadPNG(const char *path, int dither) {
     return LoadPNGStretch(path, -1, -1, 0, dither);
 }
 
-ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional, int) try {
-    const Size wanted{width, height};
-    if (!path || !is_request(wanted)) return nullptr;
-    return load(path, wanted, scaling_of(proportional)).release();
-} catch (const std::bad_alloc &) {
-    kv_warn(function, "cannot allocate memory\n");
-    return nullptr;
+ibitmap *LoadPNGStretch(const char *path, int width, int height, int proportional, int) {
+    return ground::guarded_or(
+        [&]() -> ibitmap * {
+            const Size wanted{width, height};
+            if (!path || !is_request(wanted)) return nullptr;
+            return load(path, wanted, scaling_of(proportional)).release();
+        },
+        [&]() -> ibitmap * {
+            kv_warn(function, "cannot allocate memory\n");
+            return nullptr;
+        });
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "file/storage.h"
+#include "ground/guard.h"
 #include "ground/log.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
@@ -195,10 +196,10 @@ ibitmap *LoadTIFF(const char *path, int width, int height, int br, int co, int p
     const Size wanted{width, height};
     if (!is_request(wanted)) return nullptr;
     Header header;
-    try {
-        return load(path, wanted, scaling_of(proportional), finish, header).release();
-    } catch (const std::bad_alloc &) {
-        kv_warn(function, "cannot allocate memory (%u x %u)\n", header.width, header.height);
-        return nullptr;
-    }
+    return ground::guarded_or(
+        [&] { return load(path, wanted, scaling_of(proportional), finish, header).release(); },
+        [&]() -> ibitmap * {
+            kv_warn(function, "cannot allocate memory (%u x %u)\n", header.width, header.height);
+            return nullptr;
+        });
 }

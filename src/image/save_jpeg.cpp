@@ -3,12 +3,12 @@
 #include <csetjmp>
 #include <cstdint>
 #include <cstdio>
-#include <new>
 #include <utility>
 #include <vector>
 
 #include <jpeglib.h>
 
+#include "ground/guard.h"
 #include "image/stream.h"
 #include "kelvane/canvas.h"
 #include "kelvane/pictures.h"
@@ -97,13 +97,13 @@ bool write_picture(JpegEncoder &encoder, std::FILE *f, const ibitmap &bm, int qu
 
 } // namespace
 
-int SaveJPEG(const char *path, const ibitmap *bm, int quality) try {
-    if (!path || !bm) return 0;
-    Stream file = create_picture("SaveJPEG", path);
-    if (!file) return 0;
-    JpegEncoder encoder;
-    const bool written = write_picture(encoder, file.get(), *bm, quality);
-    return close_written(std::move(file)) && written ? 1 : 0;
-} catch (const std::bad_alloc &) {
-    return 0;
+int SaveJPEG(const char *path, const ibitmap *bm, int quality) {
+    return ground::guarded(0, [&]() -> int {
+        if (!path || !bm) return 0;
+        Stream file = create_picture("SaveJPEG", path);
+        if (!file) return 0;
+        JpegEncoder encoder;
+        const bool written = write_picture(encoder, file.get(), *bm, quality);
+        return close_written(std::move(file)) && written ? 1 : 0;
+    });
 }

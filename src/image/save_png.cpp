@@ -9,6 +9,7 @@
 
 #include <png.h>
 
+#include "ground/guard.h"
 #include "image/stream.h"
 #include "kelvane/pictures.h"
 #include "raster/bitmap.h"
@@ -99,13 +100,13 @@ bool write_picture(PngEncoder &encoder, std::FILE *f, const ibitmap &bm) {
 
 } // namespace
 
-int SavePNG(const char *path, const ibitmap *bm) try {
-    if (!path || !bm) return 0;
-    Stream file = create_picture("SavePNG", path);
-    if (!file) return 0;
-    PngEncoder encoder;
-    const bool written = write_picture(encoder, file.get(), *bm);
-    return close_written(std::move(file)) && written ? 1 : 0;
-} catch (const std::bad_alloc &) {
-    return 0;
+int SavePNG(const char *path, const ibitmap *bm) {
+    return ground::guarded(0, [&]() -> int {
+        if (!path || !bm) return 0;
+        Stream file = create_picture("SavePNG", path);
+        if (!file) return 0;
+        PngEncoder encoder;
+        const bool written = write_picture(encoder, file.get(), *bm);
+        return close_written(std::move(file)) && written ? 1 : 0;
+    });
 }

@@ -4,9 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#ifdef __SSE2__
-#include <tmmintrin.h>
-#endif
+#include "ground/vectors.h"
 
 namespace image {
 
@@ -32,7 +30,7 @@ void blend_pixel(const Rows &r, size_t x, uint8_t *target) {
                                      (l.left * (one - fx) * fy >> 20) + (l.right * fx * fy >> 20));
 }
 
-#ifdef __SSE2__
+#ifdef KELVANE_X86_64
 __m128i load(const void *words) {
     return _mm_loadu_si128(static_cast<const __m128i *>(words));
 }
@@ -91,7 +89,7 @@ RowScaler::RowScaler(int from, int to) {
     prepare_shuffles();
 }
 
-#ifdef __SSE2__
+#ifdef KELVANE_X86_64
 // Most processors can pick bytes from a register: unless the picture shrinks to less than half.
 void RowScaler::prepare_shuffles() {
     if (!__builtin_cpu_supports("ssse3")) return;

@@ -33,7 +33,7 @@ enum {
     EVT_ORIENTATION = 32,   /**< new position 0..3 / 0: the device was turned */
     EVT_POINTERLONG = 34,   /**< x / y: held for 350 ms */
     EVT_POINTERHOLD = 35,   /**< x / y */
-    EVT_RESTORE = 38,       /**< 0 / 0: a handler was put back, see kv_seteventhandler() */
+    EVT_RESTORE = 38,       /**< 0 / 0: became current by kv_seteventhandler(): draw */
     EVT_MTSYNC = 39,        /**< touch index / count: a multi-touch frame ended, see GetTouch() */
     EVT_POINTERDRAG = 44,   /**< x / y: moved beyond the dead zone */
     EVT_FOREGROUND = 151,   /**< 0 / 0: the application came to the foreground */
@@ -152,8 +152,10 @@ KELVANE_API KELVANE_LOOP kv_process_event_loop_quick(void);
 KELVANE_API void ClearOnExit(void);
 
 /**
- * Makes the next step of the loop hide the handler and KelvaneMain() return, without exit. Starting
- * a loop forgets an earlier call.
+ * Makes the next step of the loop send EVT_HIDE to the current handler, unless a signal came, and
+ * KelvaneMain() return. The screen stays open and the handlers stay: KelvaneMain() may be called
+ * again, which queues EVT_INIT and EVT_SHOW anew; EVT_EXIT comes with ClearOnExit() or the end of
+ * the process. Starting a loop forgets an earlier call.
  */
 KELVANE_API void LeaveKelvaneMain(void);
 
@@ -180,7 +182,8 @@ KELVANE_API kv_handler SetEventHandlerEx(kv_handler h);
 
 /**
  * Makes @p h current the way modal components do: the old handler hears nothing, and EVT_RESTORE
- * is queued to @p h. @return the old handler, to be given to kv_restoreeventhandler()
+ * is queued to @p h, the first time as well as when it is put back. @return the old handler, to be
+ * given to kv_restoreeventhandler()
  */
 KELVANE_API kv_handler kv_seteventhandler(kv_handler h);
 

@@ -97,23 +97,31 @@ KELVANE_API void hash_enumerate(ihash h, kv_hashcmpproc cmpproc, kv_hashenumproc
 
 /**
  * Copies every item of @p src, over items of the same key, and gives @p dst the procedures of
- * @p src: from then on they also release what @p dst held before. A table copied to itself stays
- * as it is.
+ * @p src: from then on they also release what @p dst held before. The addproc of @p src makes the
+ * value of each copy: a table that copies values, as hash_new() makes them, shares none with its
+ * copy; one with a null addproc shares all, so a delproc that frees them would free them twice.
+ * A table copied to itself stays as it is.
  * @return 0; -1 when a table is null, @p dst has fewer buckets than @p src, or memory runs out
  */
 KELVANE_API int hash_copy_to(ihash src, ihash dst);
-/** A copy with as many buckets and the same procedures; null on failure. */
+/**
+ * A copy with as many buckets and the same procedures, whose values are made as hash_copy_to()
+ * says. @return the table, released by hash_destroy(); null on failure
+ */
 KELVANE_API ihash hash_copy(ihash src);
 
 /**
  * Copies the items of @p a and then those of @p b into @p dst, so that the values of @p b win.
  * @p dst may be @p a, which then only receives @p b; it may also be @p b, whose own values are
- * replaced by those of @p a. In the end @p dst has the procedures of @p a, also for the values that
- * those of @p b made.
+ * replaced by those of @p a. The addproc of each table makes the values that come from it, but in
+ * the end @p dst has the procedures of @p a: the delproc of @p a releases them all.
  * @return 0; -1 when a copy fails as hash_copy_to() does
  */
 KELVANE_API int hash_merge_to(ihash a, ihash b, ihash dst);
-/** A new table with the buckets of both and the items of hash_merge_to(); null on failure. */
+/**
+ * A new table with the buckets of both and the items of hash_merge_to(). @return the table,
+ * released by hash_destroy(), which leaves @p a and @p b alone; null on failure
+ */
 KELVANE_API ihash hash_merge(ihash a, ihash b);
 
 /** Copies a string with strdup(3); null stays null. The addproc of hash_new(). */

@@ -126,7 +126,7 @@ KELVANE_API int GetMultilineStringWidth(const char *utf8, int maxwidth, const if
                                         int flags);
 /** The height of a text in lines of width @p w; 0 for an empty one. */
 KELVANE_API int TextRectHeight(int w, const char *utf8, int flags);
-/** TextRectHeight() of what fits into @p h. */
+/** TextRectHeight() of what fits into @p h; of a text, at least one line. */
 KELVANE_API int TextRectHeightEx(int w, int h, const char *utf8, int flags);
 /** The width of the widest line when a text is broken into lines of at most @p w. */
 KELVANE_API int MinimalTextRectWidth(int w, const char *utf8);
@@ -140,10 +140,15 @@ KELVANE_API void DrawString(int x, int y, const char *utf8);
 /** Draws one line upwards: the left edge of its first letter is @p y, its top is @p x. */
 KELVANE_API void DrawStringR(int x, int y, const char *utf8);
 /**
- * Lays text out in a rectangle and draws it. Only the first 100000 characters count.
+ * Lays text out in a rectangle and draws it. Only the first 100000 characters count, and only what
+ * is laid out is read, but for the first letter, which tells the direction.
+ *
+ * However small or empty the rectangle is, it takes a line, and a line takes a character; what does
+ * not fit is drawn beyond the edges. Where only the dots of #TEXT_DOTS fit, they stand for the
+ * first character. So pages come to an end: each takes at least one character of the text.
  * @param flags of the enumeration above
  * @return the first byte that was not drawn: where the next page starts; the end of the text
- *         without a font
+ *         without a font; @p utf8 when memory runs out
  */
 KELVANE_API char *DrawTextRect(int x, int y, int w, int h, const char *utf8, int flags);
 /** DrawTextRect() of a record with its flags. */
@@ -171,8 +176,8 @@ KELVANE_API void select_need_font(unsigned short c, ifont *current, int color);
 /** Replaces U+02D0 by ":" and U+02CC by U+200B. @return the new character; 0 when it stays */
 KELVANE_API int SubstBrokenChar(unsigned short *c);
 /**
- * The direction of a text: 0 when nothing in it runs right to left, 1 when some of it does but it
- * begins left to right, 2 when it begins right to left.
+ * The direction of a text: 0 when nothing in it runs right to left, 1 when some of it does (or may,
+ * as Arabic numbers) but it begins left to right, 2 when it begins right to left.
  */
 KELVANE_API int rtl_direction(const unsigned short *text, int len);
 /**

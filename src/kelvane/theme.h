@@ -85,10 +85,14 @@ typedef struct icontext_menu_properties_s {
 KELVANE_API char **EnumThemes(void);
 /**
  * Opens "./system/themes/NAME.tqt", or ".default.tqt" there, in place of the theme that is open,
- * and drops the fonts, colours and buttons that the library keeps of a theme. The pieces of frames
- * and borders and the look of the caption stay as they were at their first use, until the screen
- * closes. A file that is no theme leaves none open. Texts of GetThemeString() end here; pictures
- * and fonts stay with whom they were given to. Null is ignored.
+ * and drops the fonts, colours and button pictures that the library keeps of a theme. A file that
+ * is no theme leaves none open. Texts of GetThemeString() end here; pictures and fonts stay with
+ * whom they were given to. Null is ignored.
+ *
+ * Some things stay as they were at their first use. Until the screen closes: the pieces, margins
+ * and title-bar buttons of frames, the corners of borders, the caption, the pager of a null ipager
+ * and the key-lock icon; until another selection is drawn: the style of the last one; for good:
+ * GetAppGlobalStyle().
  */
 KELVANE_API void OpenTheme(const char *name);
 

@@ -2,8 +2,9 @@
 /**
  * @file updates.h
  * Brings what was drawn onto the e-paper. Drawing changes only the canvas; one of these calls
- * shows it. Areas are pixels of the screen; partial areas are widened to multiples of 4 and cut to
- * the screen, and an empty area is ignored.
+ * shows it. Areas are pixels of the screen. They are widened to multiples of 4, then cut to the
+ * screen, and ignored when nothing is left. An area of size 0 is therefore ignored where it begins
+ * at a multiple of 4, and shows 4 pixels elsewhere.
  */
 #ifndef KELVANE_UPDATES_H
 #define KELVANE_UPDATES_H

@@ -5,11 +5,13 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <string>
 
+#include "file/stream.h"
+#include "ground/guard.h"
 #include "ground/hash_access.h"
+#include "ground/lines.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/files.h"
@@ -35,11 +37,6 @@ struct Texts {
 
 Texts texts;
 
-struct Closer {
-    void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
-};
-using File = std::unique_ptr<std::FILE, Closer>;
-
 // A language's file as it is; empty when it cannot be read. More than any language has is not read.
 struct LanguageFile {
     std::string code;
@@ -51,7 +48,7 @@ LanguageFile read_language(std::string code) {
     constexpr size_t most_bytes = 8 << 20;
     LanguageFile read{std::move(code), {}};
     const std::string path = std::string(folder) + "/" + read.code + ".txt";
-    const File in(kv_fopen(path.c_str(), "rbe"));
+    const file::Stream in(kv_fopen(path.c_str(), "rbe"));
     if (!in) return read;
     read.found = true;
     for (size_t size = 0; size < most_bytes;) {
@@ -80,7 +77,7 @@ LanguageFile find_language(const char *code) {
 // Fills an empty table; the name that the file gives itself is a text of the current table.
 lang::Direction fill(ihash table, LanguageFile &file, const std::string &code) {
     HashFiller filler(table);
-    lang::LanguageText text(file.bytes.data(), file.bytes.size());
+    lang::LanguageText text(file.bytes);
     const char *name = text.take_name();
     if (!name) return lang::Direction::left_to_right;
     if (table == texts.current)
@@ -107,8 +104,7 @@ bool is_word(const char *text) {
 // The key that a text leads on to, which is the text itself or what `trimmed` gets; else null.
 const char *target_of(const char *text, std::string &trimmed) {
     if (is_word(text + 1)) return text;
-    trimmed = text;
-    while (!trimmed.empty() && static_cast<signed char>(trimmed.back()) <= ' ') trimmed.pop_back();
+    trimmed = ground::trim_right(text, [](char c) { return static_cast<signed char>(c) <= ' '; });
     return is_word(trimmed.c_str() + 1) ? trimmed.c_str() : nullptr;
 }
 
@@ -144,55 +140,65 @@ HashFiller translation_filler() {
     return HashFiller(need(texts.current));
 }
 
+void reset() {
+    for (ihash table : {texts.current, texts.english})
+        if (table) hash_destroy(table);
+    texts = {};
+}
+
 } // namespace lang
 
 extern "C" {
 
-char **EnumLanguages(void) try {
-    static char **codes = nullptr;
-    kv_enum_files(&codes, folder, nullptr, nullptr, "txt", 1);
-    for (char **code = codes; code && *code; code++) {
-        LanguageFile file = read_language(*code);
-        lang::LanguageText text(file.bytes.data(), file.bytes.size());
-        AddTranslation(*code, text.take_name());
-    }
-    return codes;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+char **EnumLanguages(void) {
+    return ground::guarded(nullptr, [&]() -> char ** {
+        static char **codes = nullptr;
+        kv_enum_files(&codes, folder, nullptr, nullptr, "txt", 1);
+        for (char **code = codes; code && *code; code++) {
+            LanguageFile file = read_language(*code);
+            lang::LanguageText text(file.bytes);
+            AddTranslation(*code, text.take_name());
+        }
+        return codes;
+    });
 }
 
-void LoadLanguage(const char *code) try {
-    if (!code) return;
-    LanguageFile file = find_language(code); // first: the code may be a text of the table
-    hash_clear(need(texts.current));
-    std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
-    texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
-    if (!file.found || texts.english) return;
-    // The first language that is loaded goes by the name that English gives itself.
-    LanguageFile english = read_language(english_code);
-    fill(need(texts.english), english, file.code);
-} catch (const std::bad_alloc &) {
+void LoadLanguage(const char *code) {
     // What was read before memory ran out stays.
+    ground::guarded([&] {
+        if (!code) return;
+        LanguageFile file = find_language(code); // first: the code may be a text of the table
+        hash_clear(need(texts.current));
+        std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
+        texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
+        if (!file.found || texts.english) return;
+        // The first language that is loaded goes by the name that English gives itself.
+        LanguageFile english = read_language(english_code);
+        fill(need(texts.english), english, file.code);
+    });
 }
 
-void AddTranslation(const char *key, const char *text) try {
-    if (key && text) hash_add(need(texts.current), key, text);
-} catch (const std::bad_alloc &) {
+void AddTranslation(const char *key, const char *text) {
     // The key stays without a translation.
+    ground::guarded([&] {
+        if (key && text) hash_add(need(texts.current), key, text);
+    });
 }
 
 const char *GetLangText(const char *key) {
     return GetLangTextR(key, nullptr);
 }
 
-const char *GetLangTextR(const char *key, int *depth) try {
-    if (!key) return nullptr;
-    int own_depth = 0;
-    if (!depth) depth = &own_depth;
-    const char *text = look_up(key, *depth);
-    return text ? text : key;
-} catch (const std::bad_alloc &) {
-    return GetLangTextS(key);
+const char *GetLangTextR(const char *key, int *depth) {
+    return ground::guarded_or(
+        [&]() -> const char * {
+            if (!key) return nullptr;
+            int own_depth = 0;
+            if (!depth) depth = &own_depth;
+            const char *text = look_up(key, *depth);
+            return text ? text : key;
+        },
+        [&]() -> const char * { return GetLangTextS(key); });
 }
 
 const char *GetLangTextS(const char *key) {

@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
-#include <strings.h>
 
 #include "config/format.h"
+#include "ground/fold.h"
+#include "ground/lines.h"
 #include "kelvane/config.h"
 
 namespace lang {
@@ -15,15 +16,9 @@ namespace {
 constexpr size_t longest_name = 63;
 constexpr size_t longest_line = 16383;
 
-bool is_blank(char c) {
-    return c == ' ' || c == '\t' || c == '\r';
-}
-
 bool is_this_device(std::string_view name) {
     for (const char *own : {cfg_read_string("model", "unknown"), cfg_read_string("partner", "")})
-        if (!name.empty() && name.size() == std::strlen(own) &&
-            strncasecmp(own, name.data(), name.size()) == 0)
-            return true;
+        if (!name.empty() && ground::equal_folded(own, name)) return true;
     return false;
 }
 
@@ -50,15 +45,8 @@ void add_line(char *line, const AddTranslation &add) {
 
 // What is longer is dropped, and so is what follows a NUL. Null at the end.
 char *LanguageText::take_line(size_t longest) {
-    if (next_ >= end_) return nullptr;
-    char *line = next_;
-    auto *feed = static_cast<char *>(std::memchr(line, '\n', end_ - line));
-    char *stop = feed ? feed : end_;
-    next_ = stop + 1;
-    stop = std::min(stop, line + longest);
-    if (auto *nul = static_cast<char *>(std::memchr(line, '\0', stop - line))) stop = nul;
-    while (stop > line && is_blank(stop[-1])) stop--;
-    *stop = '\0';
+    char *line = ground::take_line(rest_).data();
+    if (line) line[ground::trim_right({line, strnlen(line, longest)}).size()] = '\0';
     return line;
 }
 

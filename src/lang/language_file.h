@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <span>
 
 namespace lang {
 
@@ -15,7 +16,7 @@ enum class Direction { left_to_right, right_to_left };
 class LanguageText {
   public:
     // The byte behind the text's end is written.
-    LanguageText(char *text, size_t size) : next_(text), end_(text + size) {}
+    explicit LanguageText(std::span<char> text) : rest_(text) {}
 
     // The name of the language, from the first line. Null when there is none or that line begins
     // with "#": then nothing in the file counts.
@@ -26,7 +27,7 @@ class LanguageText {
   private:
     char *take_line(size_t longest);
 
-    char *next_, *end_;
+    std::span<char> rest_;
 };
 
 } // namespace lang

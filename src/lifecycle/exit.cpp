@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The ways out: signals, CloseApp() and the end of the process.
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -49,7 +50,7 @@ void restore_signal_handlers() {
         sigaction(ending_signals[i], &previous_actions[i], nullptr);
 }
 
-void kv_exit_handler() {
+void end_application() {
     if (!kvstate.isopen || getpid() != kvstate.pid) return;
     const bool external = has_interface_flag(UI_EXTERNAL);
     exit_actions();
@@ -72,7 +73,7 @@ void ClearOnExit() {
     if (!kvstate.isopen) return;
     const bool outermost = !std::exchange(ending, true);
     if (outermost) hide_current_handler();
-    kv_exit_handler();
+    end_application();
     if (outermost) ending = false;
 }
 

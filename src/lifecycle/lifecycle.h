@@ -5,8 +5,8 @@
 enum class Ownership { process, external };
 
 // Opens the screen; 1, also when it is open already, 0 when there is no device.
-int kv_openscreen(Ownership ownership);
-// Undoes kv_openscreen, so that the process may open the screen again.
+int open_screen(Ownership ownership);
+// Undoes open_screen, so that the process may open the screen again.
 void close_screen();
 
 // Reads the settings of the runtime from the global configuration and the device description.
@@ -14,7 +14,7 @@ void load_settings();
 
 // Ends the application: EVT_EXIT, the device, and the process unless the screen is external.
 // Does nothing in any process but the one that opened the screen.
-void kv_exit_handler();
+void end_application();
 
 void install_signal_handlers();
 void restore_signal_handlers();

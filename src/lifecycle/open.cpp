@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Opens the areas from the lowest floor up and closes them.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -6,17 +7,16 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
-#include "chrome/panel.h"
 #include "dialogs/stack.h"
-#include "file/hooks.h"
 #include "hw.h"
-#include "hw_linux/device.h"
 #include "internal.h"
 #include "kelvane/config.h"
 #include "kelvane/languages.h"
 #include "kelvane/theme.h"
 #include "keyboard/keyboard.h"
 #include "keylock/keylock.h"
+#include "lang/translations.h"
+#include "lifecycle/hooks.h"
 #include "lifecycle/lifecycle.h"
 #include "pager/pager.h"
 #include "runtime/handlers.h"
@@ -30,6 +30,7 @@
 #include "runtime/updates.h"
 #include "runtime/wake.h"
 #include "text/text.h"
+#include "theme/opened.h"
 
 namespace {
 
@@ -39,34 +40,6 @@ constexpr int first_low_battery_reminder_ms = 300000;
 constexpr unsigned default_drag_dead_zone = 225; // squared pixels
 constexpr int system_handled_power_keyboard = 11;
 constexpr unsigned mapped_keys = 32;
-
-void post_to_main(int type, int par1, int par2) {
-    SendEvent(kvstate.mainhproc, type, par1, par2);
-}
-
-// The lower floors reach the runtime and the device only through these.
-void install_hooks() {
-    hw::hooks.post_to_main = post_to_main;
-    hw::hooks.run_exit = kv_exit_handler;
-    hw::hooks.panel_height = PanelHeight;
-    update_hooks = {keylock::show_icon, keylock::restore_under_icon};
-    file_hooks.system_request = [](int request) { kv_ipc_request(request, 0, nullptr, 0, 0); };
-    file_hooks.message = screens.message = Message;
-    file_hooks.translate = GetLangText;
-    text::hooks.is_rtl = IsRTL;
-    file_hooks.storage_ready = hw_usbready;
-    file_hooks.clock_ms = hw_timeinms;
-    file_hooks.pause = [](long long us) {
-        if (hw::device()) hw::device()->pause(us);
-    };
-}
-
-void remove_hooks() {
-    hw::hooks = {};
-    update_hooks = {};
-    file_hooks = {};
-    screens_reset();
-}
 
 bool is_system_handled(const char *action) {
     return action && std::strcmp(action, "@KA_pwrs") == 0;
@@ -121,7 +94,7 @@ void start_runtime() {
     queue_open();
     updates_reset();
     pointer_reset();
-    loop_start();
+    reset_loop();
     reset_power_low_reminder();
     reset_keyboard_rate();
     kvstate.msgtop = ScreenHeight();
@@ -144,7 +117,7 @@ bool open_areas() try {
 }
 
 void own_process(Ownership ownership) {
-    static const bool registered = std::atexit(kv_exit_handler) == 0;
+    static const bool registered = std::atexit(end_application) == 0;
     static_cast<void>(registered);
     kvstate.initialized = 0;
     kvstate.pid = getpid();
@@ -159,7 +132,7 @@ void own_process(Ownership ownership) {
 
 } // namespace
 
-int kv_openscreen(Ownership ownership) {
+int open_screen(Ownership ownership) {
     if (kvstate.isopen) return 1;
     install_hooks();
     if (!hw_init() || !open_areas()) {
@@ -178,27 +151,29 @@ void close_screen() {
     queue_close();
     updates_reset();
     pointer_reset();
-    loop_start();
+    reset_loop();
     remove_hooks();
     dialogs::reset();
     keylock::reset();
     pager::reset();
     chrome::reset();
+    theme::reset();
+    lang::reset();
     text::reset();
     CloseConfigNoSave(kvstate.cfg);
     delete[] kvstate.tsc;
-    queue_clear_runtime_record();
+    clear_runtime_record();
 }
 
 int OpenScreen() {
-    return kv_openscreen(Ownership::process);
+    return open_screen(Ownership::process);
 }
 
 int OpenScreenExt() {
-    return kv_openscreen(Ownership::external);
+    return open_screen(Ownership::external);
 }
 
 void InitKelvane(int flags) {
     task_set_registration_flags(flags);
-    kv_openscreen(Ownership::external);
+    open_screen(Ownership::external);
 }

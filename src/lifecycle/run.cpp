@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// KelvaneMain(): starts the handler and runs the loop.
 #include "ground/log.h"
 #include "internal.h"
 #include "lifecycle/lifecycle.h"
@@ -9,11 +10,11 @@
 namespace {
 
 bool prepare(const char *caller, kv_handler h) {
-    if (!kv_openscreen(Ownership::process)) {
+    if (!open_screen(Ownership::process)) {
         kv_warn(caller, "OpenScreen() error\n");
         return false;
     }
-    loop_start();
+    reset_loop();
     kvstate.sleeptime = 0;
     extend_wake_time(wake_after_activity_ms);
     kvstate.mainhproc = kvstate.hproc = h;
@@ -36,7 +37,7 @@ void KelvaneMain(kv_handler h) {
     while (!kvstate.exiting) {
         const KELVANE_LOOP result = kv_process_event_loop();
         if (result == KELVANE_RETURN) {
-            loop_start();
+            reset_loop();
             return;
         }
         if (result == KELVANE_OUT_LOOP) break;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// From the settings to the runtime record.
 #include <cctype>
 #include <cstdio>
 #include <cstring>

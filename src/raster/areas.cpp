@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 
+#include "ground/vectors.h"
 #include "hw.h"
 #include "internal.h"
 
@@ -59,24 +60,43 @@ void substitute(const icolor_map &map, uint8_t *pixel) {
     pixel[0] = red(to), pixel[1] = green(to), pixel[2] = blue(to);
 }
 
-using Word [[gnu::vector_size(16)]] = uint8_t;
+template <size_t size>
+using Word [[gnu::vector_size(size)]] = uint8_t;
 
 // Rows that are filled faster by words in line than by a call of memset for each.
 bool is_short_row(size_t bytes) {
-    return bytes >= sizeof(Word) && bytes <= 192;
+    return bytes >= 32 && bytes <= 256;
 }
 
 // An unaligned word at both ends of each row, which may overlap others, and aligned ones between.
-void fill_short_rows(uint8_t *row, size_t count, int rows, ptrdiff_t scanline, uint8_t value) {
-    const Word word = Word{} + value;
+template <size_t size>
+[[gnu::always_inline]] inline void fill_rows(uint8_t *row, size_t count, int rows,
+                                             ptrdiff_t scanline, uint8_t value) {
+    const Word<size> word = Word<size>{} + value;
     for (; rows > 0; --rows, row += scanline) {
-        uint8_t *const last = row + count - sizeof word;
-        std::memcpy(row, &word, sizeof word);
-        uint8_t *at = row + sizeof word - reinterpret_cast<uintptr_t>(row) % sizeof word;
-        for (; at < last; at += sizeof word) std::memcpy(at, &word, sizeof word);
-        std::memcpy(last, &word, sizeof word);
+        uint8_t *const last = row + count - size;
+        std::memcpy(row, &word, size);
+        uint8_t *at = row + size - reinterpret_cast<uintptr_t>(row) % size;
+        for (; at < last; at += size) std::memcpy(at, &word, size);
+        std::memcpy(last, &word, size);
     }
 }
+
+#ifdef KELVANE_X86_64
+[[gnu::target("avx2")]] void fill_rows_widely(uint8_t *row, size_t count, int rows,
+                                              ptrdiff_t scanline, uint8_t value) {
+    fill_rows<32>(row, count, rows, scanline, value);
+}
+
+void fill_short_rows(uint8_t *row, size_t count, int rows, ptrdiff_t scanline, uint8_t value) {
+    const auto fill = __builtin_cpu_supports("avx2") ? fill_rows_widely : fill_rows<16>;
+    fill(row, count, rows, scanline, value);
+}
+#else
+void fill_short_rows(uint8_t *row, size_t count, int rows, ptrdiff_t scanline, uint8_t value) {
+    fill_rows<16>(row, count, rows, scanline, value);
+}
+#endif
 
 } // namespace
 

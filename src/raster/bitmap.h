@@ -1,23 +1,17 @@
 // SPDX-License-Identifier: MIT
-// What the bitmap sources share: sizes, parts and ownership of the one-block bitmap.
+// What the bitmap sources share: sizes and parts of the one-block bitmap.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 
 #include "kelvane/bitmaps.h"
+#include "raster/bitmap_ptr.h"
 
 static_assert(sizeof(ibitmap) == 8, "pixels start 8 bytes into the block");
 
 namespace raster {
-
-struct BitmapFree {
-    void operator()(ibitmap *bm) const { std::free(bm); }
-};
-using BitmapPtr = std::unique_ptr<ibitmap, BitmapFree>;
 
 inline constexpr int max_bitmap_side = 0xFFFF;
 inline constexpr size_t bitmap_spare_bytes = 4; // behind the last row

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <utility>
 #include <vector>
 
+#include "ground/guard.h"
 #include "hw.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
@@ -186,14 +186,15 @@ void MoveBitmapRight(ibitmap *bm, int n) {
         rotate_bytes(bm->data + y * bm->scanline, bm->scanline, -bytes);
 }
 
-void MoveBitmap(ibitmap *bm, int n) try {
-    if (!bm || bm->height == 0) return;
-    const int64_t rows = n % int64_t{bm->height};
-    if (rows >= 0)
-        rotate_bytes(bm->data, static_cast<int64_t>(pixel_bytes(*bm)), -rows * bm->scanline);
-    else
-        move_up(*bm, static_cast<size_t>(-rows));
-} catch (const std::bad_alloc &) {
+void MoveBitmap(ibitmap *bm, int n) {
+    ground::guarded([&] {
+        if (!bm || bm->height == 0) return;
+        const int64_t rows = n % int64_t{bm->height};
+        if (rows >= 0)
+            rotate_bytes(bm->data, static_cast<int64_t>(pixel_bytes(*bm)), -rows * bm->scanline);
+        else
+            move_up(*bm, static_cast<size_t>(-rows));
+    });
 }
 
 void RotateRight(unsigned char *buf, int len, int n) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Fits bitmaps into rectangles: tiled, stretched, aligned.
 #include <algorithm>
-#include <climits>
 #include <cstdint>
 
+#include "ground/number.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "raster/bitmap.h"
@@ -32,27 +32,24 @@ Span align(int64_t at, int size, int own, bool middle, bool end) {
     return {at, size, shift(own - size)};
 }
 
-int to_int(int64_t value) {
-    return static_cast<int>(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
-}
-
 void draw_aligned(int x, int y, int w, int h, const ibitmap &bm, int flags) {
     const Span across =
         align(x, w, bm.width, (flags & BITMAP_CENTER) != 0, (flags & BITMAP_RIGHT) != 0);
     const Span down =
         align(y, h, bm.height, (flags & BITMAP_MIDDLE) != 0, (flags & BITMAP_BOTTOM) != 0);
     draw_bitmap_part(across.at, down.at, bm, across.source, down.source, across.size, down.size);
-    DebugResourceBitmaps_trackBitmapDrawing(&bm, to_int(across.at), to_int(down.at));
+    DebugResourceBitmaps_trackBitmapDrawing(&bm, ground::saturated(across.at),
+                                            ground::saturated(down.at));
 }
 
 // The whole ratios alone decide which side is filled, so a drawing may grow beyond the rectangle.
 void stretch_proportionally(int x, int y, int w, int h, const ibitmap &bm, int flags) {
     if (bm.height / bm.width > h / w) {
-        const int width = to_int(int64_t{bm.width} * h / bm.height);
-        StretchBitmap(to_int(x + (int64_t{w} - width) / 2), y, width, h, &bm, flags);
+        const int width = ground::saturated(int64_t{bm.width} * h / bm.height);
+        StretchBitmap(ground::saturated(x + (int64_t{w} - width) / 2), y, width, h, &bm, flags);
     } else {
-        const int height = to_int(int64_t{bm.height} * w / bm.width);
-        StretchBitmap(x, to_int(y + (int64_t{h} - height) / 2), w, height, &bm, flags);
+        const int height = ground::saturated(int64_t{bm.height} * w / bm.width);
+        StretchBitmap(x, ground::saturated(y + (int64_t{h} - height) / 2), w, height, &bm, flags);
     }
 }
 

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <vector>
 
+#include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "raster/bitmap.h"
@@ -94,15 +94,15 @@ ibitmap *BitmapFromScreen(int x, int y, int w, int h) {
     return BitmapFromScreenR(x, y, w, h, 0);
 }
 
-ibitmap *BitmapFromScreenR(int x, int y, int w, int h, int rotate) try {
-    BitmapPtr bm = make_white_bitmap(w, h);
-    const icanvas *c = GetCanvas();
-    if (bm && c && is_drawable(*c)) {
-        icanvas readable = *c; // rows hold no more than their bytes
-        readable.width = std::min(c->width, c->scanline / bytes_per_pixel(*c));
-        if (readable.width > 0) copy_part(turned(readable, rotate), x, y, *bm);
-    }
-    return bm.release();
-} catch (const std::bad_alloc &) {
-    return nullptr;
+ibitmap *BitmapFromScreenR(int x, int y, int w, int h, int rotate) {
+    return ground::guarded(nullptr, [&]() -> ibitmap * {
+        BitmapPtr bm = make_white_bitmap(w, h);
+        const icanvas *c = GetCanvas();
+        if (bm && c && is_drawable(*c)) {
+            icanvas readable = *c; // rows hold no more than their bytes
+            readable.width = std::min(c->width, c->scanline / bytes_per_pixel(*c));
+            if (readable.width > 0) copy_part(turned(readable, rotate), x, y, *bm);
+        }
+        return bm.release();
+    });
 }

@@ -4,16 +4,14 @@
 #pragma once
 
 #include <algorithm>
-#include <climits>
 #include <cstdint>
 
+#include "ground/number.h"
 #include "kelvane/canvas.h"
 
 namespace raster {
 
-inline int saturated(int64_t v) {
-    return static_cast<int>(std::clamp<int64_t>(v, INT_MIN, INT_MAX));
-}
+using ground::saturated;
 
 struct Box {
     int64_t x, y, w, h;

@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <cstring>
 
+#include "ground/number.h"
 #include "internal.h"
-#include "raster/box.h"
 #include "raster/clip.h"
 
 namespace {
 
-using raster::saturated;
+using ground::saturated;
 
 struct Span {
     int first, last; // inclusive

@@ -4,10 +4,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <utility>
 #include <vector>
 
+#include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "raster/clip.h"
@@ -78,20 +78,21 @@ class Pattern {
 };
 
 // A pattern of one place rounds to the nearest level.
-void apply_pattern(int x, int y, int w, int h, unsigned bits, int levels) try {
-    const icanvas *c = GetCanvas();
-    const Area area = clip_area(c, x, y, w, h);
-    if (area.empty()) return;
-    const Pattern pattern(bits, limited(levels));
-    std::vector<uint8_t> greys(static_cast<size_t>(area.w));
-    for (int i = 0; i < area.h; ++i) {
-        read_greys(*c, area, i, greys.data());
-        pattern.row(static_cast<size_t>(area.x),
-                    static_cast<size_t>(area.y) + static_cast<size_t>(i), greys.data(),
-                    greys.size());
-        write_greys(*c, area, i, greys.data());
-    }
-} catch (const std::bad_alloc &) {
+void apply_pattern(int x, int y, int w, int h, unsigned bits, int levels) {
+    ground::guarded([&] {
+        const icanvas *c = GetCanvas();
+        const Area area = clip_area(c, x, y, w, h);
+        if (area.empty()) return;
+        const Pattern pattern(bits, limited(levels));
+        std::vector<uint8_t> greys(static_cast<size_t>(area.w));
+        for (int i = 0; i < area.h; ++i) {
+            read_greys(*c, area, i, greys.data());
+            pattern.row(static_cast<size_t>(area.x),
+                        static_cast<size_t>(area.y) + static_cast<size_t>(i), greys.data(),
+                        greys.size());
+            write_greys(*c, area, i, greys.data());
+        }
+    });
 }
 
 // The diffusion works with levels in the middle of equal parts of the grey range: greys are brought
@@ -121,25 +122,26 @@ class SpreadDiffusion {
     GreyTable before_{}, after_{};
 };
 
-void diffuse(int x, int y, int w, int h, int levels) try {
-    const icanvas *c = GetCanvas();
-    const Area area = clip_area(c, x, y, w, h);
-    if (area.empty()) return;
-    const SpreadDiffusion diffusion(limited(levels));
-    std::vector<uint8_t> row(static_cast<size_t>(area.w)), next(row.size());
-    read_greys(*c, area, 0, row.data());
-    diffusion.prepare(row);
-    for (int i = 0; i < area.h; ++i) {
-        const bool last = i + 1 == area.h;
-        if (!last) {
-            read_greys(*c, area, i + 1, next.data());
-            diffusion.prepare(next);
+void diffuse(int x, int y, int w, int h, int levels) {
+    ground::guarded([&] {
+        const icanvas *c = GetCanvas();
+        const Area area = clip_area(c, x, y, w, h);
+        if (area.empty()) return;
+        const SpreadDiffusion diffusion(limited(levels));
+        std::vector<uint8_t> row(static_cast<size_t>(area.w)), next(row.size());
+        read_greys(*c, area, 0, row.data());
+        diffusion.prepare(row);
+        for (int i = 0; i < area.h; ++i) {
+            const bool last = i + 1 == area.h;
+            if (!last) {
+                read_greys(*c, area, i + 1, next.data());
+                diffusion.prepare(next);
+            }
+            diffusion.finish(row, last ? nullptr : &next);
+            write_greys(*c, area, i, row.data());
+            std::swap(row, next);
         }
-        diffusion.finish(row, last ? nullptr : &next);
-        write_greys(*c, area, i, row.data());
-        std::swap(row, next);
-    }
-} catch (const std::bad_alloc &) {
+    });
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <limits>
 
+#include "ground/vectors.h"
 #include "kelvane/canvas.h"
 
 namespace {
@@ -59,7 +60,7 @@ void rgb24_row(const uint8_t *src, uint8_t *dest, size_t width) {
     rgb24_loop(src, dest, width);
 }
 
-#ifdef __x86_64__
+#ifdef KELVANE_X86_64
 [[gnu::target("ssse3")]] void rgb24_row_ssse3(const uint8_t *src, uint8_t *dest, size_t width) {
     rgb24_loop(src, dest, width);
 }
@@ -106,22 +107,21 @@ template <size_t size>
     std::memcpy(to, &word, size);
 }
 
-// The last word of a row may overlap the one before.
+// The last word of a row may overlap the one before. Works on a copy, since for all the compiler
+// knows a pixel is written over the record.
 template <size_t word>
 [[gnu::always_inline]] inline void copy_words(const kv_img_conv &conv) {
     const auto *src = static_cast<const uint8_t *>(conv.src);
     auto *dest = static_cast<uint8_t *>(conv.dest);
+    const ptrdiff_t src_step = conv.src_scanline, dest_step = conv.dest_scanline;
     const ptrdiff_t last = conv.width - static_cast<ptrdiff_t>(word);
-    const bool is_pair = last <= static_cast<ptrdiff_t>(word);
-    for (int y = 0; y < conv.height; ++y, src += conv.src_scanline, dest += conv.dest_scanline) {
-        copy_word<word>(dest, src);
-        if (!is_pair)
-            for (ptrdiff_t i = word; i < last; i += word) copy_word<word>(dest + i, src + i);
+    for (int rows = conv.height; rows > 0; --rows, src += src_step, dest += dest_step) {
+        for (ptrdiff_t i = 0; i < last; i += word) copy_word<word>(dest + i, src + i);
         copy_word<word>(dest + last, src + last);
     }
 }
 
-#ifdef __x86_64__
+#ifdef KELVANE_X86_64
 [[gnu::target("avx2")]] void copy_wide_words(const kv_img_conv &conv) {
     copy_words<32>(conv);
 }

@@ -109,17 +109,18 @@ struct Walk {
     ptrdiff_t step, carry;
     uint64_t fraction, slope;
 
-    // Works on copies, since for all the compiler knows a pixel is written over these fields.
+    // Works on copies, since for all the compiler knows a pixel is written over these fields; count
+    // is at least 1.
     template <int pixel_bytes>
     void draw(int64_t count, const Ink ink) const {
-        uint8_t *const first = origin;
-        const ptrdiff_t on = step, aside = carry;
+        uint8_t *pixel = origin;
+        const ptrdiff_t straight = step, aside = step + carry;
         const uint64_t rise = slope;
-        ptrdiff_t offset = 0;
-        for (uint64_t f = fraction; count > 0; --count) {
-            put_pixel<pixel_bytes>(first + offset, ink);
+        for (uint64_t f = fraction;;) {
+            put_pixel<pixel_bytes>(pixel, ink);
+            if (--count == 0) return;
             f += rise;
-            offset += on + (f < rise ? aside : 0);
+            pixel += f < rise ? aside : straight;
         }
     }
 };

@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <vector>
 
+#include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "raster/bitmap_rows.h"
@@ -170,22 +170,22 @@ bool is_possible(const uint8_t *pixels, int depth, int w, int h) {
 } // namespace
 
 void kv_stretch(const unsigned char *src, int depth, int sx, int sy, int sw, int sh, int scanline,
-                int dx, int dy, int dw, int dh, int, const unsigned char *mask,
-                int mask_scanline) try {
-    const icanvas *c = GetCanvas();
-    const Area to = clip_area(c, dx, dy, dw, dh);
-    if (to.empty() || sx < 0 || sy < 0 || !is_possible(src, depth, sw, sh)) return;
-    const ptrdiff_t top = sy;
-    if (mask) mask += top * mask_scanline;
-    const Source source{src + top * scanline, depth, sx, scanline, mask, mask_scanline};
-    const int skipped_x = static_cast<int>(int64_t{to.x} - dx);
-    const int skipped_y = static_cast<int>(int64_t{to.y} - dy);
-    const StretchAxis rows = make_row_axis(sh, dh, skipped_y, to.h);
-    const StretchAxis columns = make_column_axis(sw, dw, skipped_x, to.w);
-    const RowPass pass = row_pass_of(sh, dh);
-    Plane greys(source, !mask ? Kind::greys : Kind::shown_greys, rows, columns, pass);
-    if (!mask) return draw_whole(*c, to, greys);
-    Plane shown(source, Kind::shown, rows, columns, pass);
-    draw_shown(*c, to, greys, shown);
-} catch (const std::bad_alloc &) {
+                int dx, int dy, int dw, int dh, int, const unsigned char *mask, int mask_scanline) {
+    ground::guarded([&] {
+        const icanvas *c = GetCanvas();
+        const Area to = clip_area(c, dx, dy, dw, dh);
+        if (to.empty() || sx < 0 || sy < 0 || !is_possible(src, depth, sw, sh)) return;
+        const ptrdiff_t top = sy;
+        if (mask) mask += top * mask_scanline;
+        const Source source{src + top * scanline, depth, sx, scanline, mask, mask_scanline};
+        const int skipped_x = static_cast<int>(int64_t{to.x} - dx);
+        const int skipped_y = static_cast<int>(int64_t{to.y} - dy);
+        const StretchAxis rows = make_row_axis(sh, dh, skipped_y, to.h);
+        const StretchAxis columns = make_column_axis(sw, dw, skipped_x, to.w);
+        const RowPass pass = row_pass_of(sh, dh);
+        Plane greys(source, !mask ? Kind::greys : Kind::shown_greys, rows, columns, pass);
+        if (!mask) return draw_whole(*c, to, greys);
+        Plane shown(source, Kind::shown, rows, columns, pass);
+        draw_shown(*c, to, greys, shown);
+    });
 }

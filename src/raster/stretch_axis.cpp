@@ -4,11 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "ground/vectors.h"
 #include "raster/stretch.h"
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace raster {
 namespace {
@@ -115,7 +112,7 @@ void finish_rows(const uint32_t *sums, size_t count, int16_t *out) {
         out[i] = static_cast<int16_t>((sums[i] + scale / 2) / scale - middle);
 }
 
-#ifdef __SSE2__
+#ifdef KELVANE_X86_64
 namespace {
 
 // Two pairs of four 16-bit values from anywhere.

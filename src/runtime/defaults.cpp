@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The table of what an event does that no handler took.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>

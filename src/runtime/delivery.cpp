@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Calls handlers with what is in the queue, for a bounded time.
 #include "runtime/delivery.h"
 
 #include <utility>
 
-#include "hw_linux/device.h"
+#include "hw_seam.h"
 #include "kelvane/updates.h"
 #include "runtime/queue.h"
 #include "runtime/tasks.h"
@@ -16,10 +17,6 @@ constexpr int evt_full_update_check = 95;
 constexpr int task_updates_itself = 4;
 
 void *current_data;
-
-int64_t clock_us() {
-    return hw::device() ? hw::device()->clock_us() : 0;
-}
 
 void before_delivery(int type) {
     if (type == EVT_INIT) kvstate.initialized = 1;
@@ -46,10 +43,10 @@ void *GetCurrentEventExData() {
 }
 
 void handle_pending_events() {
-    const int64_t end = clock_us() + delivery_budget_us;
+    const int64_t end = hw::boot_time_us() + delivery_budget_us;
     ievent event;
-    while (hw::device() && clock_us() < end && queue_take(event)) {
-        hw::device()->spend(event_cost_us);
+    while (hw::is_open() && hw::boot_time_us() < end && queue_take(event)) {
+        hw::spend_time(event_cost_us);
         deliver(event);
     }
 }

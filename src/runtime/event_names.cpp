@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Names of device events, for logs.
 #include <array>
 
 #include "kelvane/events.h"

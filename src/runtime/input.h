@@ -5,7 +5,7 @@
 struct hw_event_s;
 
 // Translates one raw event and queues what comes of it.
-void kv_process_event(const hw_event_s &event);
+void translate_event(const hw_event_s &event);
 
 // Keys.
 void key_input(int type, int raw_key);

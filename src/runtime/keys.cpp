@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Keys: how they turn with the screen, and how they repeat.
 #include "hw.h"
 #include "internal.h"
 #include "runtime/handlers.h"

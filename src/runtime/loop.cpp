@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
+// One step of the loop: deliver, run timers, keep house, look at the device, rest.
 #include "runtime/loop.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "hw.h"
-#include "hw_linux/device.h"
+#include "hw_seam.h"
 #include "runtime/delivery.h"
 #include "runtime/input.h"
 #include "runtime/orientation.h"
@@ -72,7 +73,7 @@ void idle_pause() {
 }
 
 // False when the device refuses, as it may.
-bool GoSleep(const SleepPlan &plan, int64_t now) {
+bool go_to_sleep(const SleepPlan &plan, int64_t now) {
     const int64_t ms = std::clamp<int64_t>(plan.until - now, 0, longest_sleep_ms);
     if (!hw_sleep(static_cast<int>(ms), plan.deep)) return false;
     kvstate.waketime = hw_boottime_ms();
@@ -104,12 +105,12 @@ void house_keeping() {
 bool next_device_event(hw_event &event) {
     if (kvstate.hproc) return hw_nextevent(&event);
     // Without a handler input waits in the device, which still has to be let work.
-    if (hw::device()) hw::device()->pump();
+    hw::let_work();
     return false;
 }
 
 void take_device_event(const hw_event &event) {
-    kv_process_event(event);
+    translate_event(event);
     note_activity();
 }
 
@@ -119,7 +120,7 @@ enum class Queue { drained, left_over };
 // after delivery, by timers or other threads, end the rest before it begins.
 bool rest(int64_t now, Queue queue, hw_event &event) {
     if (queue == Queue::drained && !queue_is_empty()) return false;
-    if (queue == Queue::left_over || must_stay_awake(now) || !GoSleep(plan_sleep(now), now)) {
+    if (queue == Queue::left_over || must_stay_awake(now) || !go_to_sleep(plan_sleep(now), now)) {
         idle_pause();
         return false;
     }
@@ -179,7 +180,7 @@ KELVANE_LOOP keep(KELVANE_LOOP result) {
 
 } // namespace
 
-void loop_start() {
+void reset_loop() {
     state = {};
 }
 

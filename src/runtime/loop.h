@@ -2,8 +2,8 @@
 // The loop: one step at a time.
 #pragma once
 
-// Forgets how an earlier loop ended.
-void loop_start();
+// Forgets how an earlier loop ended, and when the device was used last.
+void reset_loop();
 // Somebody is using the device at this moment.
 void note_activity();
 // The handler is hidden by the end of its loop, unless a signal ended it.

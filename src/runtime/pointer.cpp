@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
+// Pointer and multi-touch input: who sees it first, long presses and drags.
 #include <array>
 
 #include "hw.h"
-#include "hw_linux/device.h"
+#include "hw_seam.h"
 #include "internal.h"
 #include "runtime/input.h"
 #include "runtime/interface_flags.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The ring of events and the mutex that guards it.
 #include "runtime/queue.h"
 
 #include <mutex>
@@ -28,7 +29,7 @@ void queue_close() {
     kvstate.evtstart = kvstate.evtend = 0;
 }
 
-void queue_clear_runtime_record() {
+void clear_runtime_record() {
     const std::lock_guard lock(message_mutex);
     kvstate = {};
 }

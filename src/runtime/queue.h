@@ -14,4 +14,4 @@ bool queue_has_plain_run();
 // Moves the oldest entry to `entry`; false when there is none.
 bool queue_take(ievent &entry);
 // Clears kvstate while no other thread is adding an event.
-void queue_clear_runtime_record();
+void clear_runtime_record();

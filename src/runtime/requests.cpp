@@ -17,12 +17,12 @@ constexpr int wake_after_foreground_ms = 3000;
 constexpr int no_flags = 0;
 constexpr int no_timeout = 0;
 
-// Settings keep secrets whether or not a screen is open.
-[[gnu::constructor]] void offer_cipher() {
-    config::set_cipher(kv_ipc_request);
-}
-
 } // namespace
+
+// Settings keep secrets whether or not a screen is open.
+int config::system_service(int cmd, int param, unsigned char *data, int insize, int outsize) {
+    return kv_ipc_request(cmd, param, data, insize, outsize);
+}
 
 int kv_ipc_request(int cmd, int param, unsigned char *data, int insize, int outsize) {
     return hw_ipcrequest(cmd, param, data, insize, outsize, no_flags, no_timeout);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What stands in for components that are not there.
 #include "runtime/screens.h"
 
 #include "ground/log.h"
@@ -24,10 +25,6 @@ void log_bitmap_report(const char *path) {
     tq_print_log2(LOG_INFO_LEVEL, "No bitmap tracker writes %s\n", path);
 }
 
-void log_message(int, const char *title, const char *text, int) {
-    tq_print_log2(LOG_INFO_LEVEL, "%s: %s\n", title, text);
-}
-
 const char *default_key_action(int key, KeyPress press) {
     if (press == KeyPress::held) return nullptr;
     return key == KEY_MENU || key == KEY_HOME ? "@KA_mmnu" : nullptr;
@@ -46,11 +43,12 @@ constexpr ScreenHooks defaults = {
     .power_action = log_power_action,
     .bitmap_report = log_bitmap_report,
     .hourglass = log_only<hourglass_name>,
-    .message = log_message,
     .navigator_key = [](int, int) { return false; },
     .scroll_area_pointer = [](int, int, int) { return false; },
     .panel_pointer = [](int, int, int) { return false; },
     .refresh_panel = [] {},
+    .show_keylock_icon = [] { return false; },
+    .restore_under_icon = [] {},
     .key_action = default_key_action,
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the runtime asks of the components above it. Each entry starts as a default that logs and
-// does nothing; a component installs its own function when it is opened.
+// What the runtime asks of the components above it. Each entry starts as a default that logs at
+// most; the lifecycle installs the functions of the components when the screen is opened.
 #pragma once
 
 enum class KeyPress { brief, held };
@@ -19,13 +19,17 @@ struct ScreenHooks {
     void (*power_action)(int action); // of the power key, a number from the settings
     void (*bitmap_report)(const char *path);
     void (*hourglass)();
-    void (*message)(int icon, const char *title, const char *text, int ms);
 
     // Components that see input before the handler; true takes the event.
     bool (*navigator_key)(int type, int key);
     bool (*scroll_area_pointer)(int type, int x, int y);
     bool (*panel_pointer)(int type, int x, int y);
     void (*refresh_panel)();
+
+    // The key-lock icon: draws it over the screen, true when the screen must be put back; and puts
+    // it back.
+    bool (*show_keylock_icon)();
+    void (*restore_under_icon)();
 
     // The action word of a key, for a short or a long press; null when it has none.
     const char *(*key_action)(int key, KeyPress press);

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
+// The screen as applications see it: its size and the way it is held.
 #include "hw.h"
 #include "internal.h"
-
-kv_state kvstate;
 
 int ScreenWidth() {
     return kvstate.framebuffer ? kvstate.framebuffer->width : 0;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The task layer of a device that runs one task.
 #include "runtime/tasks.h"
 
 #include "hw.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Sets, clears and runs timers. A callback may do any of it.
 #include "runtime/timers.h"
 
 #include <algorithm>

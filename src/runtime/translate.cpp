@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
+// Sorts raw events by kind.
 #include "hw.h"
 #include "internal.h"
 #include "runtime/input.h"
 #include "runtime/orientation.h"
 #include "runtime/wake.h"
 
-void kv_process_event(const hw_event_s &event) {
+void translate_event(const hw_event_s &event) {
     restart_inactivity_timers();
     extend_wake_time(wake_after_activity_ms);
     const auto &common = event.data.common;

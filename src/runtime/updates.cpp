@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Screen updates: widened, cut, joined with what was scheduled, and shown.
 #include "kelvane/updates.h"
 
 #include <algorithm>
@@ -7,12 +8,11 @@
 #include <limits>
 
 #include "hw.h"
-#include "hw_linux/device.h"
+#include "hw_seam.h"
+#include "runtime/screens.h"
 #include "runtime/tasks.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
-
-UpdateHooks update_hooks;
 
 namespace {
 
@@ -81,10 +81,10 @@ class KeylockIcon {
   public:
     KeylockIcon() {
         const bool wanted = hw_get_keylock() && !MultitaskingSupported();
-        shown_ = wanted && update_hooks.show_keylock_icon && update_hooks.show_keylock_icon();
+        shown_ = wanted && screens.show_keylock_icon();
     }
     ~KeylockIcon() {
-        if (shown_) update_hooks.restore_under_icon();
+        if (shown_) screens.restore_under_icon();
     }
     KeylockIcon(const KeylockIcon &) = delete;
     KeylockIcon &operator=(const KeylockIcon &) = delete;

@@ -30,11 +30,3 @@ int do_partial_update(int x, int y, int w, int h, int mode, Dynamic dynamic);
 void schedule_area(int x, int y, int w, int h, int mode, int delay_ms);
 // Forgets all state of updates; the screen is being opened or closed.
 void updates_reset();
-
-// What the key-lock icon is drawn with: the upper floors give the picture.
-struct UpdateHooks {
-    // Draws the icon over the screen canvas and returns true when the screen must be put back.
-    bool (*show_keylock_icon)() = nullptr;
-    void (*restore_under_icon)() = nullptr;
-};
-extern UpdateHooks update_hooks;

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
+// The inactivity timers and the warning of an empty battery.
 #include "runtime/wake.h"
 
 #include <algorithm>
 
 #include "ground/log.h"
+#include "ground/message.h"
 #include "hw.h"
 #include "internal.h"
-#include "runtime/screens.h"
 #include "runtime/tasks.h"
 
 namespace {
@@ -92,5 +93,5 @@ void check_power_low() {
     const bool low = level >= 0 && level <= low_battery_limit;
     if (!low || hw_isusbconnected() || hw_boottime_ms() < next_reminder) return;
     delay_power_low_reminder(reminder_spacing_ms);
-    screens.message(warning_icon, "@Warning", "@Battery_low", reminder_shown_ms);
+    message_hooks.show(warning_icon, "@Warning", "@Battery_low", reminder_shown_ms);
 }

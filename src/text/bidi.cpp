@@ -104,9 +104,15 @@ unsigned short *converted_copy(const uint16_t *text, int len, Direction directio
     return nullptr;
 }
 
-void shape_paragraph(uint16_t *text, int len) {
+int find_newline(const uint16_t *text, int begin, int len) {
+    return static_cast<int>(std::find(text + begin, text + len, newline) - text);
+}
+
+// A paragraph, or a part of one that joins with nothing around it. Letters without far-reaching
+// marks join by their neighbours alone; with marks all of the paragraph has a say.
+void shape_part(uint16_t *text, int len, FriBidiParType base) {
     if (!has_any(text, len)) return;
-    Paragraph paragraph(text, len, FRIBIDI_PAR_ON);
+    Paragraph paragraph(text, len, base);
     if (paragraph.highest == 0) return;
     std::vector<FriBidiArabicProp> joining(paragraph.text.size());
     fribidi_get_joining_types(paragraph.text.data(), len, joining.data());
@@ -115,6 +121,30 @@ void shape_paragraph(uint16_t *text, int len) {
                          paragraph.text.data());
     std::transform(paragraph.text.begin(), paragraph.text.end(), text,
                    [](FriBidiChar c) { return static_cast<uint16_t>(c); });
+}
+
+// Marks by which letters depend on far ones: embeddings, overrides and isolates, and the neutral
+// signs among which letters join.
+bool is_far_reaching(uint16_t c) {
+    return (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069) || c == 0x1807 ||
+           c == 0x180A || (c >= 0xFFF9 && c <= 0xFFFB);
+}
+
+// Whether a letter before and one after it never join, whatever else there is.
+bool parts_letters(uint16_t c) {
+    return fribidi_get_joining_type(c) == FRIBIDI_JOINING_TYPE_U;
+}
+
+// What the letters before `begin` tell of the direction of their paragraph.
+FriBidiParType paragraph_type_before(const uint16_t *text, int begin) {
+    int start = begin;
+    while (start > 0 && text[start - 1] != newline) --start;
+    for (; start < begin; ++start) {
+        const FriBidiCharType type = fribidi_get_bidi_type(text[start]);
+        if (FRIBIDI_IS_LETTER(type))
+            return FRIBIDI_IS_RTL(type) ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
+    }
+    return FRIBIDI_PAR_ON;
 }
 
 // A line without its font codes, and the code in force at each character.
@@ -147,15 +177,43 @@ Direction direction_of(const uint16_t *text, int len) {
         const bool is_rtl = FRIBIDI_IS_RTL(type) != 0;
         if (FRIBIDI_IS_STRONG(type) && std::exchange(is_first, false) && is_rtl)
             return Direction::right_to_left;
-        if (is_rtl) direction = Direction::left_to_right;
+        // Arabic numbers run left to right, but one after the other right to left.
+        if (is_rtl || type == FRIBIDI_TYPE_AN) direction = Direction::left_to_right;
     }
     return direction;
+}
+
+Direction strong_direction(uint16_t c) {
+    const FriBidiCharType type = fribidi_get_bidi_type(c);
+    if (!FRIBIDI_IS_STRONG(type)) return Direction::none;
+    return FRIBIDI_IS_RTL(type) ? Direction::right_to_left : Direction::left_to_right;
 }
 
 Direction join_letters(uint16_t *text, int len) {
     const Direction direction = direction_of(text, len);
     if (direction != Direction::none) arabic_shape(text, len);
     return direction;
+}
+
+int join_further(uint16_t *text, int begin, int len, More more) try {
+    int end = len;
+    while (more == More::yes && end > begin && !parts_letters(text[end - 1])) --end;
+    if (!has_any(text + begin, end - begin)) return end;
+    while (begin < end) {
+        const int paragraph_end = find_newline(text, begin, len);
+        int stop = std::min(end, paragraph_end);
+        FriBidiParType base = FRIBIDI_PAR_ON;
+        if (std::any_of(text + begin, text + stop, is_far_reaching)) {
+            if (paragraph_end == len && more == More::yes) return begin;
+            stop = paragraph_end;
+            base = paragraph_type_before(text, begin);
+        }
+        shape_part(text + begin, stop - begin, base);
+        begin = stop == paragraph_end ? stop + 1 : stop;
+    }
+    return std::min(begin, len);
+} catch (const std::bad_alloc &) {
+    return len; // letters that are not joined can be read, too
 }
 
 std::vector<uint16_t> visual_line(const uint16_t *text, int len, Direction direction) {
@@ -187,13 +245,6 @@ unsigned short *rtl_convert_r(const unsigned short *text, int len) {
     return text::converted_copy(text, len, text::Direction::right_to_left);
 }
 
-void arabic_shape(unsigned short *text, int len) try {
-    if (!text) return;
-    for (int begin = 0; begin < len;) {
-        const int end = static_cast<int>(std::find(text + begin, text + len, text::newline) - text);
-        text::shape_paragraph(text + begin, end - begin);
-        begin = end + 1;
-    }
-} catch (const std::bad_alloc &) {
-    // Letters that are not joined can be read, too.
+void arabic_shape(unsigned short *text, int len) {
+    if (text && len > 0) text::join_further(text, 0, len, text::More::no);
 }

@@ -7,9 +7,9 @@
 #include <memory>
 #include <new>
 #include <string>
-#include <strings.h>
 #include <vector>
 
+#include "ground/fold.h"
 #include "internal.h"
 #include "kelvane/files.h"
 #include "text/face.h"
@@ -33,7 +33,7 @@ std::vector<char *> list;       // pointers to them
 // Names in the order of their letters without the extension; of equal ones the shorter first.
 bool comes_before(const std::string &a, const std::string &b) {
     const size_t a_stem = a.size() - extension_length, b_stem = b.size() - extension_length;
-    const int order = strncasecmp(a.c_str(), b.c_str(), std::min(a_stem, b_stem));
+    const int order = ground::compare_folded(a.c_str(), b.c_str(), std::min(a_stem, b_stem));
     if (order != 0) return order < 0;
     return a_stem != b_stem ? a_stem < b_stem : a < b;
 }

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <vector>
 
+#include "file/stream.h"
 #include "ground/log.h"
 #include "internal.h"
 #include "kelvane/files.h"
@@ -21,10 +22,6 @@ namespace {
 constexpr int face_buckets = 71;
 constexpr size_t preread_bytes = 512;
 
-struct FileCloser {
-    void operator()(FILE *file) const { kv_fclose_no_sync(file); }
-};
-
 FT_Library freetype;
 ihash faces; // of Face, by resolved name; null while none is open
 // Of the styles regular, bold and italic; opened once.
@@ -35,9 +32,9 @@ std::array<Face *, 3> fallbacks;
 bool preread(const char *path) {
     struct stat status;
     if (kv_stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    const std::unique_ptr<FILE, FileCloser> file(kv_fopen(path, "rb"));
+    const file::Stream stream(kv_fopen(path, "rb"));
     char start[preread_bytes];
-    return file && kv_fread(start, 1, sizeof start, file.get()) > 0;
+    return stream && kv_fread(start, 1, sizeof start, stream.get()) > 0;
 }
 
 FacePtr open_file(const FontFile &file) {

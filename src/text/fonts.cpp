@@ -5,6 +5,7 @@
 #include <new>
 #include <strings.h>
 
+#include "ground/fold.h"
 #include "ground/log.h"
 #include "text/cjk.h"
 #include "text/current.h"
@@ -70,7 +71,7 @@ FontPtr make_font(const char *name, int size, int aa) {
 
 FontPtr open_font(const char *name, int size, int aa) {
     if (!library()) return nullptr;
-    if (strcasecmp(name, "null") == 0) {
+    if (ground::compare_folded(name, "null") == 0) {
         FontPtr font = make_font(name, size, aa);
         font->family = font->name;
         return font;
@@ -126,7 +127,6 @@ void reset() {
     select(nullptr);
     std::fill(std::begin(registered), std::end(registered), nullptr);
     strength = 0;
-    hooks = {};
     reset_cjk();
     reset_enumeration();
     reset_faces();

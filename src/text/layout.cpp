@@ -7,11 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "ground/number.h"
 #include "hw.h"
-#include "text/bidi.h"
 #include "text/line.h"
 #include "text/measure.h"
-#include "text/units.h"
 #include "text/walker.h"
 
 namespace text {
@@ -37,8 +36,8 @@ struct Cut {
 
 class RectLayout {
   public:
-    RectLayout(int w, int h, uint16_t *text, int len, int flags)
-        : text_(text), len_(len), flags_(flags), w_(w), h_(h),
+    RectLayout(int w, int h, Reader &text, int begin, int flags)
+        : text_(text), end_(int64_t{begin} + most_characters), flags_(flags), w_(w), h_(h),
           linespacing_(kvstate.current_font->linespacing),
           dots_width_(measure(dots.data(), dots.size())) {}
 
@@ -49,18 +48,21 @@ class RectLayout {
         line.is_last = is_last;
         line.next = skip_to_next_line(line.next);
         trim(line);
-        if (is_last && (flags_ & TEXT_DOTS) != 0 && line.next < len_) append_dots(line);
+        if (is_last && (flags_ & TEXT_DOTS) != 0 && has(line.next)) append_dots(line);
         return line;
     }
+    // Whether there is a character to be laid out.
+    bool has(int at) { return at < end_ && text_.has(at); }
     int64_t linespacing() const { return linespacing_; }
 
   private:
     // Where the search for a line's end is, and the step to the character there once it is known.
     struct Scan {
         Pace pace;
-        int at, width = 0, step = 0;
+        int at, step = 0;
+        int64_t width = 0;
     };
-    enum class Stop { text_end, unknown, overflow };
+    enum class Stop { end, unknown, overflow };
 
     Line break_line(int begin, bool is_last);
     LineEnd find_end(int begin, Scan &scan);
@@ -68,28 +70,32 @@ class RectLayout {
     Line cut_line(int begin, const Cut &overflow, bool is_last);
     Cut go_back(int begin, const Cut &overflow) const;
     int careful_step(Pace &pace, uint16_t &c);
-    int skip_to_next_line(int at) const;
+    int skip_to_next_line(int at);
     void trim(Line &line) const;
     void append_dots(Line &line);
 
-    uint16_t *const text_;
-    const int len_, flags_;
+    Reader &text_;
+    const int64_t end_; // no character from here on is laid out
+    const int flags_;
     const int w_;
     const int64_t h_, linespacing_, dots_width_;
     Walker walker_;
-    std::array<int, 256> widths_; // of the line up to and with each of its last characters
+    std::array<int64_t, 256> widths_; // of the line up to and with each of its last characters
 };
 
-// Goes on to the first character that the tables do not know or that does not fit. All that
-// measuring a page takes is this loop, in which a step is two look-ups; it is a function of its own
-// so that it stays in registers. Where a line may break is found afterwards, from its end.
+// Goes on to the first character that was not read, that the tables do not know or that does not
+// fit. All that measuring a page takes is this loop, in which a step is two look-ups; it is a
+// function of its own so that it stays in registers. Where a line may break is found afterwards,
+// from its end.
 [[gnu::noinline]] RectLayout::Stop RectLayout::run(Scan &scan) {
-    const int len = len_, most = w_;
-    const uint16_t *const text = text_;
+    const int end = static_cast<int>(std::min<int64_t>(text_.size(), end_));
+    const int64_t most = w_;
+    const uint16_t *const text = text_.data();
     Pace pace = scan.pace;
-    int at = scan.at, width = scan.width, step = 0;
-    Stop stop = Stop::text_end;
-    for (; at < len; ++at) {
+    int at = scan.at, step = 0;
+    int64_t width = scan.width;
+    Stop stop = Stop::end;
+    for (; at < end; ++at) {
         if (!pace.find(text[at], step)) {
             stop = Stop::unknown;
             break;
@@ -101,17 +107,19 @@ class RectLayout {
         width += step;
         widths_[static_cast<size_t>(at) % widths_.size()] = width;
     }
-    scan = {pace, at, width, step};
+    scan = {pace, at, step, width};
     return stop;
 }
 
 LineEnd RectLayout::find_end(int begin, Scan &scan) {
     for (;; ++scan.at) {
-        const Stop stop = run(scan);
-        if (stop == Stop::text_end) return LineEnd::text;
+        Stop stop = run(scan);
+        while (stop == Stop::end && has(scan.at)) stop = run(scan);
+        if (stop == Stop::end) return LineEnd::text;
         if (stop == Stop::unknown) {
-            if (text_[scan.at] == newline) return LineEnd::newline;
-            scan.step = careful_step(scan.pace, text_[scan.at]);
+            uint16_t &c = text_.data()[scan.at];
+            if (c == newline) return LineEnd::newline;
+            scan.step = careful_step(scan.pace, c);
         }
         if (scan.width + scan.step > w_ && scan.at > begin) return LineEnd::overflow;
         scan.width += scan.step;
@@ -132,20 +140,22 @@ Line RectLayout::cut_line(int begin, const Cut &overflow, bool is_last) {
     const bool may_go_back =
         !is_last || ((flags_ & ALIGN_JUSTIFY) != 0 && (flags_ & TEXT_DOTS) == 0);
     const Cut cut = may_go_back ? go_back(begin, overflow) : overflow;
-    if ((flags_ & ALIGN_RIGHT) != 0 && text_[cut.at - 1] == ' ')
-        return {begin, cut.at, cut.at, measure(text_ + begin, cut.at - 1 - begin),
+    const uint16_t *const text = text_.data();
+    if ((flags_ & ALIGN_RIGHT) != 0 && text[cut.at - 1] == ' ')
+        return {begin, cut.at, cut.at, measure(text + begin, cut.at - 1 - begin),
                 LineEnd::overflow};
     return {begin, cut.at, cut.at, cut.width, LineEnd::overflow};
 }
 
 // The last place where the line may break, or the overflow.
 Cut RectLayout::go_back(int begin, const Cut &overflow) const {
+    const uint16_t *const text = text_.data();
     int at = overflow.at;
-    while (at > begin && !breaks_after(text_[at - 1])) --at;
+    while (at > begin && !breaks_after(text[at - 1])) --at;
     if (at == begin) return overflow;
     if (overflow.at - at < static_cast<int>(widths_.size()))
         return {at, widths_[static_cast<size_t>(at - 1) % widths_.size()]};
-    return {at, measure(text_ + begin, at - begin)};
+    return {at, measure(text + begin, at - begin)};
 }
 
 int RectLayout::careful_step(Pace &pace, uint16_t &c) {
@@ -153,13 +163,13 @@ int RectLayout::careful_step(Pace &pace, uint16_t &c) {
     return walker_.slow_step(pace, c);
 }
 
-int RectLayout::skip_to_next_line(int at) const {
-    while (at < len_ && text_[at] == ' ') ++at;
-    return at < len_ && text_[at] == newline ? at + 1 : at;
+int RectLayout::skip_to_next_line(int at) {
+    while (has(at) && text_.data()[at] == ' ') ++at;
+    return has(at) && text_.data()[at] == newline ? at + 1 : at;
 }
 
 void RectLayout::trim(Line &line) const {
-    while (line.end > line.begin && text_[line.end - 1] == ' ') --line.end;
+    while (line.end > line.begin && text_.data()[line.end - 1] == ' ') --line.end;
 }
 
 // Takes characters off the end until the dots fit.
@@ -168,7 +178,7 @@ void RectLayout::append_dots(Line &line) {
     int64_t width = 0, fitting_width = 0;
     walker_.restart();
     for (int at = line.begin; at < line.end;) {
-        width += walker_.step(text_[at++]).total();
+        width += walker_.step(text_.data()[at++]).total();
         if (width + dots_width_ <= w_) fitting = at, fitting_width = width;
     }
     if (fitting < line.end) line.next = fitting;
@@ -181,14 +191,13 @@ void RectLayout::append_dots(Line &line) {
 // Where lines go, and how they are drawn.
 class RectPainter {
   public:
-    RectPainter(int64_t x, int64_t y, int w, int flags, Direction direction)
-        : x_(x), y_(y), w_(w), flags_(flags), direction_(direction), color_(kvstate.current_color) {
-    }
+    RectPainter(int64_t x, int64_t y, int w, int flags, Reader &text)
+        : x_(x), y_(y), w_(w), flags_(flags), text_(text), color_(kvstate.current_color) {}
 
-    void draw(const uint16_t *text, const Line &line, int64_t top) const {
+    void draw(const Line &line, int64_t top) const {
         std::vector<uint16_t> with_dots;
         int len = line.end - line.begin;
-        text += line.begin;
+        const uint16_t *text = text_.data() + line.begin;
         if (line.has_dots) {
             with_dots.assign(text, text + len);
             with_dots.insert(with_dots.end(), dots.begin(), dots.end());
@@ -215,7 +224,7 @@ class RectPainter {
         const int64_t x = run == Run::upwards ? x_ + top : x_ + offset;
         const int64_t y = run == Run::upwards ? y_ + w_ - offset - 1 : y_ + top;
         const int64_t drawn =
-            kv_textblock(x, y, is_justified ? w_ : 0, text, len, color_, run, direction_);
+            kv_textblock(x, y, is_justified ? w_ : 0, text, len, color_, run, text_.direction());
         if ((flags_ & TEXT_UNDERLINE) != 0 && drawn > 0) underline(x, y, drawn, run);
     }
     int64_t offset_of(const Line &line) const {
@@ -227,20 +236,22 @@ class RectPainter {
         const int64_t offset = int64_t{current.baseline} + 1;
         const int color = kvstate.current_color;
         if (run == Run::across)
-            FillArea(saturated(x), saturated(y + offset), saturated(length), 1, color);
+            FillArea(ground::saturated(x), ground::saturated(y + offset), ground::saturated(length),
+                     1, color);
         else
-            FillArea(saturated(x + offset), saturated(y - length + 1), 1, saturated(length), color);
+            FillArea(ground::saturated(x + offset), ground::saturated(y - length + 1), 1,
+                     ground::saturated(length), color);
     }
 
     const int64_t x_, y_;
     const int w_, flags_;
-    const Direction direction_;
+    Reader &text_;
     const int color_;
 };
 
 // Text that is not aligned otherwise is aligned to the left.
 int mirrored(int flags) {
-    const bool is_rtl = hooks.is_rtl && hooks.is_rtl() != 0;
+    const bool is_rtl = hooks.is_rtl() != 0;
     if ((flags & TEXT_RTL_MIRROR) == 0 || !is_rtl || (flags & ALIGN_CENTER) != 0) return flags;
     const int other = (flags & ALIGN_RIGHT) != 0 ? ALIGN_LEFT : ALIGN_RIGHT;
     return (flags & ~(ALIGN_LEFT | ALIGN_RIGHT)) | other;
@@ -248,26 +259,30 @@ int mirrored(int flags) {
 
 } // namespace
 
-Layout kv_textrect(int64_t x, int64_t y, int w, int h, uint16_t *text, int len, int flags,
-                   Direction direction, Draw draw) {
-    if (!has_face()) return {ScreenHeight(), len, 0};
-    len = std::min(len, static_cast<int>(most_characters));
+Layout kv_textrect(int64_t x, int64_t y, int w, int h, Reader &text, int begin, int flags,
+                   Draw draw) {
+    if (!has_face()) {
+        while (text.read()) {
+        }
+        return {ScreenHeight(), text.size(), 0};
+    }
     flags = mirrored(flags);
     if ((flags & TEXT_ROTATE) != 0) std::swap(w, h);
 
-    RectLayout layout(w, h, text, len, flags);
-    const RectPainter painter(x, y, w, flags, direction);
-    Layout result;
+    RectLayout layout(w, h, text, begin, flags);
+    const RectPainter painter(x, y, w, flags, text);
+    Layout result{.end = begin};
     bool is_done = false;
-    while (!is_done && result.end < len) {
+    while (!is_done && layout.has(result.end)) {
         const Line line = layout.next_line(result.end, result.height);
         if (draw == Draw::yes && !painter.is_above_clip(result.height))
-            painter.draw(text, line, result.height);
+            painter.draw(line, result.height);
         result.height += layout.linespacing();
         result.last_line_width = line.width;
         result.end = line.next;
         is_done = line.is_last;
     }
+    if (result.end == begin && layout.has(begin)) ++result.end;
     return result;
 }
 

@@ -89,7 +89,10 @@ void draw_string(int x, int y, const char *utf8, Run run) try {
 int64_t kv_textblock(int64_t x, int64_t y, int width, const uint16_t *text, int len, int color,
                      Run run, Direction rtl) {
     std::vector<uint16_t> visual;
-    if (rtl != Direction::none) {
+    const bool is_reordered =
+        rtl == Direction::right_to_left ||
+        (rtl == Direction::left_to_right && direction_of(text, len) != Direction::none);
+    if (is_reordered) {
         visual = visual_line(text, len, rtl);
         text = visual.data();
         len = static_cast<int>(visual.size());

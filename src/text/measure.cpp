@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 
+#include "ground/number.h"
 #include "text/bidi.h"
 #include "text/measure.h"
 #include "text/units.h"
@@ -48,7 +49,7 @@ int StringWidth(const char *utf8) try {
     if (!text::has_face()) return text::width_without_face(std::strlen(utf8));
     text::Units units(utf8);
     text::join_letters(units.data(), units.size());
-    return text::saturated(text::measure(units.data(), units.size()));
+    return ground::saturated(text::measure(units.data(), units.size()));
 } catch (const std::bad_alloc &) {
     return 0;
 }
@@ -57,8 +58,8 @@ int StringWidthExt(const char *utf8, int len) try {
     if (!utf8 || len < 1) return 0;
     const size_t bytes = strnlen(utf8, static_cast<size_t>(len));
     if (!text::has_face()) return text::width_without_face(bytes);
-    text::Units units(utf8, bytes, INT32_MAX);
-    return text::saturated(text::measure(units.data(), units.size()));
+    text::Units units(utf8, bytes);
+    return ground::saturated(text::measure(units.data(), units.size()));
 } catch (const std::bad_alloc &) {
     return 0;
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "text/names.h"
 
-#include <strings.h>
-
+#include "ground/fold.h"
 #include "internal.h"
 #include "text/text.h"
 
@@ -28,7 +27,7 @@ const DefaultName (&default_names())[styles] {
 
 const DefaultName *find_alias(const char *name) {
     for (const DefaultName &entry : default_names())
-        if (strcasecmp(entry.alias, name) == 0) return &entry;
+        if (ground::compare_folded(entry.alias, name) == 0) return &entry;
     return nullptr;
 }
 

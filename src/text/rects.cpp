@@ -4,9 +4,9 @@
 #include <cstring>
 #include <new>
 
+#include "ground/number.h"
 #include "text/layout.h"
 #include "text/measure.h"
-#include "text/units.h"
 #include "text/walker.h"
 
 namespace text {
@@ -21,30 +21,26 @@ int64_t vertical_offset(int room, int64_t height, int flags) {
     return 0;
 }
 
-Layout draw_rect(const irect &r, Units &units, int flags) {
+Layout draw_rect(const irect &r, Reader &text, int flags) {
     const bool rotated = (flags & TEXT_ROTATE) != 0;
-    const Direction direction = join_letters(units.data(), units.size());
     int64_t x = r.x, y = r.y;
     if ((flags & (VALIGN_MIDDLE | VALIGN_BOTTOM)) != 0) {
-        const Layout measured =
-            kv_textrect(0, 0, r.w, r.h, units.data(), units.size(), flags, direction, Draw::no);
+        const Layout measured = kv_textrect(0, 0, r.w, r.h, text, 0, flags, Draw::no);
         (rotated ? x : y) += vertical_offset(rotated ? r.w : r.h, measured.height, flags);
     }
-    return kv_textrect(x, y, r.w, r.h, units.data(), units.size(), flags, direction, Draw::yes);
+    return kv_textrect(x, y, r.w, r.h, text, 0, flags, Draw::yes);
 }
 
-// The lines of a text, laid out one at a time.
+// The lines of a whole text, laid out one at a time.
 class SingleLines {
   public:
-    SingleLines(Units &units, int w, int flags)
-        : units_(units), w_(w), flags_(flags),
-          direction_(join_letters(units.data(), units.size())) {}
+    SingleLines(const char *utf8, int w, int flags)
+        : text_(utf8, INT32_MAX), w_(w), flags_(flags) {}
     bool next() {
         begin_ = end_;
-        if (begin_ >= units_.size()) return false;
-        const Layout line = kv_textrect(0, 0, w_, 1, units_.data() + begin_, units_.size() - begin_,
-                                        flags_, direction_, Draw::no);
-        end_ = begin_ + std::max(line.end, 1);
+        if (!text_.has(begin_)) return false;
+        const Layout line = kv_textrect(0, 0, w_, 1, text_, begin_, flags_, Draw::no);
+        end_ = line.end;
         width_ = line.last_line_width;
         return true;
     }
@@ -53,17 +49,18 @@ class SingleLines {
     int begin() const { return begin_; }
     int end() const { return end_; }
     int64_t width() const { return width_; }
+    Reader &text() { return text_; }
 
   private:
-    Units &units_;
+    Reader text_;
     const int w_, flags_;
-    const Direction direction_;
     int begin_ = 0, end_ = 0;
     int64_t width_ = 0;
 };
 
 // Moves the cut of a line back to the space before it. False when the line has none.
-bool cut_at_space(const uint16_t *text, SingleLines &lines) {
+bool cut_at_space(SingleLines &lines) {
+    const uint16_t *const text = lines.text().data();
     int at = lines.end();
     while (at > lines.begin() && text[at] != ' ') --at;
     if (at == lines.begin()) return false;
@@ -71,14 +68,15 @@ bool cut_at_space(const uint16_t *text, SingleLines &lines) {
     return true;
 }
 
-int multiline_width(Units &units, int maxwidth, int flags) {
-    const uint16_t *text = units.data();
+int multiline_width(const char *utf8, int maxwidth, int flags) {
     int64_t widest = 0;
-    SingleLines lines(units, maxwidth, flags & ~(TEXT_ROTATE | TEXT_DOTS));
+    SingleLines lines(utf8, maxwidth, flags & ~(TEXT_ROTATE | TEXT_DOTS));
     while (lines.next()) {
-        const bool is_cut = lines.end() < units.size() && text[lines.end() - 1] != newline;
-        if (is_cut && !cut_at_space(text, lines)) return maxwidth;
-        const int64_t width = measure(text + lines.begin(), lines.end() - lines.begin());
+        const bool is_cut =
+            lines.text().has(lines.end()) && lines.text().data()[lines.end() - 1] != newline;
+        if (is_cut && !cut_at_space(lines)) return maxwidth;
+        const int64_t width =
+            measure(lines.text().data() + lines.begin(), lines.end() - lines.begin());
         widest = std::max(widest, std::min<int64_t>(width, maxwidth));
         if (is_cut) lines.set_end(lines.end() + 1);
     }
@@ -91,12 +89,11 @@ int multiline_width(Units &units, int maxwidth, int flags) {
 char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int *height) try {
     if (height) *height = 0;
     if (!utf8) return nullptr;
-    const size_t bytes = std::strlen(utf8);
-    text::Units units(utf8, bytes, text::most_characters);
-    const text::Layout layout = text::draw_rect({x, y, w, h, 0}, units, flags);
-    if (height) *height = text::saturated(layout.height);
-    if (!text::has_face()) return const_cast<char *>(utf8 + bytes);
-    return const_cast<char *>(utf8::skip(utf8, utf8 + bytes, static_cast<size_t>(layout.end)));
+    text::Reader text(utf8, text::most_characters);
+    const text::Layout layout = text::draw_rect({x, y, w, h, 0}, text, flags);
+    if (height) *height = ground::saturated(layout.height);
+    return const_cast<char *>(text::has_face() ? text.address(layout.end)
+                                               : utf8 + std::strlen(utf8));
 } catch (const std::bad_alloc &) {
     return const_cast<char *>(utf8);
 }
@@ -111,11 +108,10 @@ char *DrawTextRect2(const irect *r, const char *utf8) {
 
 int TextRectHeightEx(int w, int h, const char *utf8, int flags) try {
     if (!utf8) return 0;
-    text::Units units(utf8, std::strlen(utf8), text::most_characters);
-    const text::Direction direction = text::join_letters(units.data(), units.size());
-    const text::Layout layout = text::kv_textrect(0, 0, w, h, units.data(), units.size(),
-                                                  flags & ~TEXT_ROTATE, direction, text::Draw::no);
-    return text::saturated(layout.height);
+    text::Reader text(utf8, text::most_characters);
+    const text::Layout layout =
+        text::kv_textrect(0, 0, w, h, text, 0, flags & ~TEXT_ROTATE, text::Draw::no);
+    return ground::saturated(layout.height);
 } catch (const std::bad_alloc &) {
     return 0;
 }
@@ -126,13 +122,11 @@ int TextRectHeight(int w, const char *utf8, int flags) {
 
 int MinimalTextRectWidth(int w, const char *utf8) try {
     if (!utf8) return 0;
-    const size_t bytes = std::strlen(utf8);
-    if (!text::has_face()) return std::clamp(w, 0, text::width_without_face(bytes));
-    text::Units units(utf8, bytes, INT32_MAX);
-    text::SingleLines lines(units, w, ALIGN_JUSTIFY);
+    if (!text::has_face()) return std::clamp(w, 0, text::width_without_face(std::strlen(utf8)));
+    text::SingleLines lines(utf8, w, ALIGN_JUSTIFY);
     int64_t widest = 0;
     while (lines.next()) widest = std::max(widest, lines.width());
-    return text::saturated(widest);
+    return ground::saturated(widest);
 } catch (const std::bad_alloc &) {
     return 0;
 }
@@ -144,8 +138,7 @@ int GetMultilineStringWidth(const char *utf8, int maxwidth, const ifont *font, i
     const int width = StringWidth(utf8);
     if (width <= maxwidth) return width;
     if (!text::has_face()) return maxwidth;
-    text::Units units(utf8);
-    return text::multiline_width(units, maxwidth, flags);
+    return text::multiline_width(utf8, maxwidth, flags);
 } catch (const std::bad_alloc &) {
     return maxwidth;
 }

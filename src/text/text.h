@@ -20,7 +20,7 @@ void restore_font(ifont *f, int color);
 
 // What this area asks of upper ones. `is_rtl` tells whether the interface runs right to left.
 struct Hooks {
-    int (*is_rtl)() = nullptr;
+    int (*is_rtl)() = [] { return 0; };
 };
 extern Hooks hooks;
 

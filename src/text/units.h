@@ -12,14 +12,11 @@
 
 namespace text {
 
-// More characters than this of one text are not laid out.
-inline constexpr size_t most_characters = 100000;
-
 // A decoded text; short ones need no heap.
 class Units {
   public:
-    Units(const char *utf8, size_t bytes, size_t most) {
-        const size_t room = std::min(bytes, most);
+    Units(const char *utf8, size_t bytes) {
+        const size_t room = std::min<size_t>(bytes, INT32_MAX);
         data_ = local_;
         if (room > std::size(local_)) {
             heap_ = std::make_unique_for_overwrite<uint16_t[]>(room);
@@ -27,7 +24,7 @@ class Units {
         }
         size_ = static_cast<int>(utf8::decode(utf8, utf8 + bytes, data_, room));
     }
-    explicit Units(const char *utf8) : Units(utf8, std::strlen(utf8), INT32_MAX) {}
+    explicit Units(const char *utf8) : Units(utf8, std::strlen(utf8)) {}
     Units(const Units &) = delete;
     Units &operator=(const Units &) = delete;
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <new>
 #include <string>
 #include <system_error>
 
+#include "ground/guard.h"
 #include "kelvane/config.h"
 #include "kelvane/theme.h"
 
@@ -52,12 +52,13 @@ bool read_setting(const std::string &place, char *out, int outlen) {
 
 extern "C" {
 
-int resolve_resource_name(const char *name, char *out, int outlen) try {
-    if (!name || !out || outlen < 1) return 0;
-    const std::string text = follow(name);
-    return text.starts_with(':') ? read_setting(text, out, outlen) : copy_text(text, out, outlen);
-} catch (const std::bad_alloc &) {
-    return 0;
+int resolve_resource_name(const char *name, char *out, int outlen) {
+    return ground::guarded(0, [&]() -> int {
+        if (!name || !out || outlen < 1) return 0;
+        const std::string text = follow(name);
+        return text.starts_with(':') ? read_setting(text, out, outlen)
+                                     : copy_text(text, out, outlen);
+    });
 }
 
 ibitmap *GetKeyResource(const char *name, ibitmap *deflt) {

@@ -2,9 +2,9 @@
 // How an application is operated: by keys, by touch or by both.
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 
+#include "ground/guard.h"
 #include "hw.h"
 #include "kelvane/theme.h"
 
@@ -33,13 +33,15 @@ int GetDefaultAppStyle(void) {
            (device_keyboard() == keyboard_with_keys ? keys : 0);
 }
 
-int GetAppStyle(const char *app) try {
-    const bool is_common = !app || std::strcmp(app, "default") == 0;
-    const std::string prefix = is_common ? "" : std::string(app) + ".";
-    const int style = GetThemeInt((prefix + "application.style").c_str(), common_style());
-    return is_style(style) ? style : GetDefaultAppStyle();
-} catch (const std::bad_alloc &) {
-    return GetDefaultAppStyle();
+int GetAppStyle(const char *app) {
+    return ground::guarded_or(
+        [&]() -> int {
+            const bool is_common = !app || std::strcmp(app, "default") == 0;
+            const std::string prefix = is_common ? "" : std::string(app) + ".";
+            const int style = GetThemeInt((prefix + "application.style").c_str(), common_style());
+            return is_style(style) ? style : GetDefaultAppStyle();
+        },
+        [&]() -> int { return GetDefaultAppStyle(); });
 }
 
 iappstyle *GetAppStyleEx(const char *app) {

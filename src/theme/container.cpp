@@ -6,6 +6,8 @@
 #include <cstring>
 #include <zlib.h>
 
+#include "ground/fold.h"
+
 namespace theme {
 namespace {
 
@@ -17,13 +19,6 @@ uint32_t read_u32(std::string_view bytes, size_t at) {
     uint32_t value = 0;
     for (size_t i = 4; i-- > 0;) value = value << 8 | static_cast<uint8_t>(bytes[at + i]);
     return value;
-}
-
-std::string to_lower(std::string_view name) {
-    std::string lower(name);
-    for (char &c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
-    return lower;
 }
 
 } // namespace
@@ -83,7 +78,7 @@ void Container::read_index(std::string_view index) {
 }
 
 void Container::add(std::string_view name, const Packed &entry) {
-    if (is_inside(entry) && resources_.try_emplace(to_lower(name), entry).second)
+    if (is_inside(entry) && resources_.try_emplace(ground::folded(name), entry).second)
         names_.emplace_back(name);
     else
         ++left_out_;
@@ -109,11 +104,11 @@ Block Container::unpack_parameters() const {
 }
 
 bool Container::has(std::string_view name) const {
-    return resources_.contains(to_lower(name));
+    return resources_.contains(ground::folded(name));
 }
 
 Block Container::unpack(std::string_view name, uint32_t most) const {
-    const auto found = resources_.find(to_lower(name));
+    const auto found = resources_.find(ground::folded(name));
     const bool fits = found != resources_.end() && found->second.unpacked_size <= most;
     return fits ? unpack(found->second) : Block{};
 }
@@ -121,7 +116,7 @@ Block Container::unpack(std::string_view name, uint32_t most) const {
 Block Container::unpack(const Packed &entry) const {
     const std::string packed = read_at(entry.offset, entry.packed_size);
     if (packed.size() != entry.packed_size) return {};
-    Block block{std::unique_ptr<uint8_t, Free>(
+    Block block{ground::HeapPtr<uint8_t>(
                     static_cast<uint8_t *>(std::malloc(entry.unpacked_size + spare_bytes))),
                 entry.unpacked_size};
     if (!block.bytes) return {};

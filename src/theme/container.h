@@ -4,15 +4,15 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
-#include "kelvane/files.h"
+#include "file/stream.h"
+#include "ground/heap.h"
 
 namespace theme {
 
@@ -31,13 +31,9 @@ inline constexpr uint32_t largest_header = 16 << 20, largest_resource = 64 << 20
 // largest display in 24 bits.
 inline constexpr uint32_t largest_picture = 8 << 20, largest_text = 4 << 20;
 
-struct Free {
-    void operator()(void *block) const { std::free(block); }
-};
-
 // Unpacked bytes, with four spare zero bytes behind them.
 struct Block {
-    std::unique_ptr<uint8_t, Free> bytes;
+    ground::HeapPtr<uint8_t> bytes;
     size_t size = 0;
 };
 
@@ -65,9 +61,6 @@ class Container {
     struct Packed {
         uint32_t unpacked_size, offset, packed_size;
     };
-    struct Close {
-        void operator()(std::FILE *f) const { kv_fclose_no_sync(f); }
-    };
 
     explicit Container(std::FILE *file) : file_(file) {}
     bool read_head();
@@ -77,12 +70,13 @@ class Container {
     bool is_inside(const Packed &entry) const;
     Block unpack(const Packed &entry) const;
 
-    std::unique_ptr<std::FILE, Close> file_;
+    file::Stream file_;
     std::string head_; // the start of the file
     uint64_t file_size_ = 0;
     uint32_t header_size_ = 0;
     Packed parameters_{};
-    std::unordered_map<std::string, Packed> resources_; // by name in lower case
+    std::map<std::string, Packed>
+        resources_; // by name in lower case; a hash could be made to collide
     std::vector<std::string> names_;
     size_t left_out_ = 0;
 };

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <system_error>
 
+#include "ground/guard.h"
 #include "kelvane/files.h"
 #include "kelvane/theme.h"
 #include "text/text.h"
@@ -76,15 +77,15 @@ std::string extract_font(const std::string &face) {
 
 } // namespace theme
 
-ifont *GetThemeFont(const char *name, const char *deflt) try {
-    const char *value = theme::find_value(name);
-    if (!value) value = deflt;
-    if (!value) return nullptr;
-    const theme::FontSpec spec = theme::parse_font(value);
-    const std::string own = theme::extract_font(spec.face);
-    ifont *font = OpenFont((own.empty() ? spec.face : own).c_str(), spec.size, spec.antialias);
-    if (font) font->color = spec.color;
-    return font;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+ifont *GetThemeFont(const char *name, const char *deflt) {
+    return ground::guarded(nullptr, [&]() -> ifont * {
+        const char *value = theme::find_value(name);
+        if (!value) value = deflt;
+        if (!value) return nullptr;
+        const theme::FontSpec spec = theme::parse_font(value);
+        const std::string own = theme::extract_font(spec.face);
+        ifont *font = OpenFont((own.empty() ? spec.face : own).c_str(), spec.size, spec.antialias);
+        if (font) font->color = spec.color;
+        return font;
+    });
 }

@@ -6,12 +6,15 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "ground/guard.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/files.h"
 #include "kelvane/hash.h"
 #include "kelvane/theme.h"
+#include "raster/bitmap.h"
 #include "theme/container.h"
 #include "theme/fonts.h"
 #include "theme/opened.h"
@@ -96,16 +99,16 @@ bool is_whole(const Block &block) {
 }
 
 // A picture of exactly that name, but for the end of a variant, which replacements do not have.
-ibitmap *find_picture(const char *name) try {
-    if (!opened.container) return nullptr;
-    const std::string_view base =
-        std::string_view(name).substr(0, std::string_view(name).rfind(':'));
-    if (raster::BitmapPtr picture = opened.overrides.load(std::string(base)))
-        return picture.release();
-    Block block = opened.container->unpack(name, largest_picture);
-    return is_whole(block) ? reinterpret_cast<ibitmap *>(block.bytes.release()) : nullptr;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+ibitmap *find_picture(const char *name) {
+    return ground::guarded(nullptr, [&]() -> ibitmap * {
+        if (!opened.container) return nullptr;
+        const std::string_view base =
+            std::string_view(name).substr(0, std::string_view(name).rfind(':'));
+        if (raster::BitmapPtr picture = opened.overrides.load(std::string(base)))
+            return picture.release();
+        Block block = opened.container->unpack(name, largest_picture);
+        return is_whole(block) ? reinterpret_cast<ibitmap *>(block.bytes.release()) : nullptr;
+    });
 }
 
 bool has_in_file(const std::string &name) {
@@ -114,6 +117,14 @@ bool has_in_file(const std::string &name) {
 }
 
 } // namespace
+
+void reset() {
+    opened.container.reset();
+    opened.overrides.clear();
+    if (opened.parameters) hash_destroy(std::exchange(opened.parameters, nullptr));
+    source = {};
+    drop_ui_parameters();
+}
 
 Block unpack_resource(const std::string &name) {
     return opened.container ? opened.container->unpack(name) : Block{};
@@ -130,24 +141,22 @@ char **EnumThemes(void) {
 
 void OpenTheme(const char *name) {
     if (!name) return;
-    try {
+    ground::guarded([&] {
         const std::string wanted = name; // it may be a value of the theme that is closed
         theme::source = {theme::find_picture, theme::find_text};
         theme::close_theme();
         theme::open_theme(wanted);
-    } catch (const std::bad_alloc &) {
-        // What was read before memory ran out stays.
-    }
+    });                          // what was read before memory ran out stays
     theme::drop_ui_parameters(); // the new theme's are loaded when something asks
 }
 
-int IsResourcePresent(const char *name) try {
-    using theme::opened;
-    if (!name || !opened.container) return 0;
-    const std::string plain = name;
-    return (theme::is_landscape() && theme::has_in_file(theme::turned_name(plain))) ||
-           theme::has_in_file(plain) || opened.overrides.has(plain);
-} catch (const std::bad_alloc &) {
-    return 0;
+int IsResourcePresent(const char *name) {
+    return ground::guarded(0, [&]() -> int {
+        using theme::opened;
+        if (!name || !opened.container) return 0;
+        const std::string plain = name;
+        return (theme::is_landscape() && theme::has_in_file(theme::turned_name(plain))) ||
+               theme::has_in_file(plain) || opened.overrides.has(plain);
+    });
 }
 }

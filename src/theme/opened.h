@@ -11,4 +11,7 @@ namespace theme {
 // A resource of the theme file as it is; none without a theme.
 Block unpack_resource(const std::string &name);
 
+// Closes the theme; without one nothing has a value.
+void reset();
+
 } // namespace theme

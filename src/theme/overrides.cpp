@@ -2,32 +2,27 @@
 #include "theme/overrides.h"
 
 #include <filesystem>
-#include <minizip/unzip.h>
 #include <optional>
 #include <string_view>
-#include <strings.h>
+#include <utility>
+
+#include "bmp/bmp.h"
+#include "ground/fold.h"
+#include "kelvane/bitmaps.h"
 
 namespace theme {
 namespace {
 
 constexpr std::string_view extension = ".bmp";
-constexpr size_t longest_name = 1024;
 
 std::optional<std::string> picture_name(std::string_view file) {
     if (file.size() <= extension.size()) return {};
-    const std::string_view end = file.substr(file.size() - extension.size());
-    if (strncasecmp(end.data(), extension.data(), extension.size()) != 0) return {};
-    return std::string(file.substr(0, file.size() - extension.size()));
+    const size_t stem = file.size() - extension.size();
+    if (!ground::equal_folded(file.substr(stem), extension)) return {};
+    return std::string(file.substr(0, stem));
 }
 
 } // namespace
-
-void Overrides::clear() {
-    if (archive_) unzClose(archive_);
-    archive_ = nullptr;
-    archived_.clear();
-    files_.clear();
-}
 
 void Overrides::find(const std::string &theme) {
     clear();
@@ -37,17 +32,11 @@ void Overrides::find(const std::string &theme) {
 }
 
 void Overrides::find_in_archive(const std::string &path) {
-    archive_ = unzOpen(path.c_str());
+    archive_ = file::Archive::open(path.c_str());
     if (!archive_) return;
-    for (int at = unzGoToFirstFile(archive_); at == UNZ_OK; at = unzGoToNextFile(archive_)) {
-        unz_file_info info;
-        char file[longest_name];
-        if (unzGetCurrentFileInfo(archive_, &info, file, sizeof file, nullptr, 0, nullptr, 0) !=
-            UNZ_OK)
-            return;
-        if (info.uncompressed_size == 0 || info.size_filename >= sizeof file) continue;
-        if (auto name = picture_name(file)) archived_.insert(std::move(*name));
-    }
+    for (const file::Archive::Member &member : archive_->members())
+        if (auto name = picture_name(member.name); name && member.size > 0)
+            archived_.insert(std::move(*name));
 }
 
 void Overrides::find_in_directory(const std::string &path) {
@@ -66,7 +55,7 @@ bool Overrides::has(const std::string &name) const {
 raster::BitmapPtr Overrides::load(const std::string &name) {
     if (const auto found = archived_.find(name); found != archived_.end()) {
         const std::string file = name + std::string(extension);
-        if (raster::BitmapPtr picture{zLoadBitmap(archive_, file.c_str())}) return picture;
+        if (raster::BitmapPtr picture = bmp::load_member(*archive_, file.c_str())) return picture;
         archived_.erase(found);
     }
     if (const auto found = files_.find(name); found != files_.end()) {

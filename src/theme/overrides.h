@@ -2,21 +2,19 @@
 // BMP files that replace the pictures of a theme: an archive's, then those of two directories.
 #pragma once
 
+#include <map>
+#include <memory>
+#include <set>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 
-#include "raster/bitmap.h"
+#include "file/archive.h"
+#include "raster/bitmap_ptr.h"
 
 namespace theme {
 
 class Overrides {
   public:
-    Overrides() = default;
-    Overrides(const Overrides &) = delete;
-    ~Overrides() { clear(); }
-
-    void clear();
+    void clear() { *this = {}; }
     // Finds the pictures for the theme of this name. Throws bad_alloc.
     void find(const std::string &theme);
     bool has(const std::string &name) const;
@@ -27,9 +25,9 @@ class Overrides {
     void find_in_archive(const std::string &path);
     void find_in_directory(const std::string &path);
 
-    void *archive_ = nullptr; // an unzFile
-    std::unordered_set<std::string> archived_;
-    std::unordered_map<std::string, std::string> files_; // by picture
+    std::unique_ptr<file::Archive> archive_;
+    std::set<std::string> archived_;
+    std::map<std::string, std::string> files_; // by picture
 };
 
 } // namespace theme

@@ -4,9 +4,10 @@
 #include <cstring>
 #include <new>
 #include <optional>
-#include <strings.h>
 
+#include "ground/fold.h"
 #include "ground/hash_access.h"
+#include "ground/lines.h"
 #include "internal.h"
 #include "lang/translations.h"
 
@@ -38,22 +39,16 @@ void add_line(char *line, Tables &tables) {
     char *colon = std::strchr(line, ':');
     if (!colon) return tables.add(line, value);
     *colon = '\0';
-    if (std::strcmp(line, "*") == 0 || strcasecmp(line, kvstate.locale) == 0)
+    if (std::strcmp(line, "*") == 0 || ground::compare_folded(line, kvstate.locale) == 0)
         tables.add_translation(colon + 1, value);
 }
 
 } // namespace
 
-void read_parameters(char *line, size_t size, ihash table) {
+void read_parameters(char *text, size_t size, ihash table) {
     Tables tables{HashFiller(table), {}};
-    char *const end = line + size;
-    while (line < end) {
-        auto *feed = static_cast<char *>(std::memchr(line, '\n', end - line));
-        char *const stop = feed ? feed : end;
-        *stop = '\0';
-        add_line(line, tables);
-        line = stop + 1;
-    }
+    std::span<char> rest(text, size);
+    while (char *line = ground::take_line(rest).data()) add_line(line, tables);
 }
 
 } // namespace theme

@@ -6,13 +6,19 @@
 
 #include "kelvane/canvas.h"
 #include "kelvane/theme.h"
+#include "raster/bitmap.h"
 
 namespace theme {
 namespace {
 
-std::optional<UiParameters> parameters;
+// Never destroyed: an application that just exits leaves its fonts to the system.
+std::optional<UiParameters> &parameters = *new std::optional<UiParameters>;
 
 constexpr int standard_button_width = 124, standard_button_height = 32;
+
+text::FontPtr load_font(const char *name, const char *deflt) {
+    return text::FontPtr(GetThemeFont(name, deflt));
+}
 
 raster::BitmapPtr load_button(const char *name) {
     return raster::BitmapPtr(GetResource(name, nullptr));
@@ -30,12 +36,12 @@ void complete_buttons(UiParameters &ui) {
 UiParameters load() {
     UiParameters ui{.title_style =
                         GetThemeInt("title.style", 0) == 1 ? TitleStyle::low : TitleStyle::standard,
-                    .window_font = GetThemeFont("window.font", "default,20,0"),
-                    .header_font = GetThemeFont("header.font", "#defaultb,16,0xffffff"),
-                    .menu_font_normal = GetThemeFont("menu.font.normal", "#defaultb,18,0"),
-                    .menu_font_active = GetThemeFont("menu.font.active", "#defaultb,18,0xffffff"),
-                    .button_font_normal = GetThemeFont("button.font.normal", "#defaultb,18,0"),
-                    .button_font_active = GetThemeFont("button.font.active", "#defaultb,18,0"),
+                    .window_font = load_font("window.font", "default,20,0"),
+                    .header_font = load_font("header.font", "#defaultb,16,0xffffff"),
+                    .menu_font_normal = load_font("menu.font.normal", "#defaultb,18,0"),
+                    .menu_font_active = load_font("menu.font.active", "#defaultb,18,0xffffff"),
+                    .button_font_normal = load_font("button.font.normal", "#defaultb,18,0"),
+                    .button_font_active = load_font("button.font.active", "#defaultb,18,0"),
                     .window_color = GetThemeInt("window.color", WHITE),
                     .header_color = GetThemeInt("header.color", BLACK),
                     .menu_color_normal = GetThemeInt("menu.color.normal", WHITE),
@@ -53,11 +59,6 @@ UiParameters load() {
 } // namespace
 
 void drop_ui_parameters() {
-    if (!parameters) return;
-    for (ifont *font : {parameters->window_font, parameters->header_font,
-                        parameters->menu_font_normal, parameters->menu_font_active,
-                        parameters->button_font_normal, parameters->button_font_active})
-        CloseFont(font);
     parameters.reset();
 }
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "kelvane/bitmaps.h"
-#include "raster/bitmap.h"
-#include "text/text.h"
+#include "raster/bitmap_ptr.h"
+#include "text/font_ptr.h"
 
 namespace theme {
 
@@ -50,9 +50,9 @@ enum class TitleStyle { standard = 0, low = 1 };
 // What most components need of the open theme.
 struct UiParameters {
     TitleStyle title_style;
-    ifont *window_font, *header_font;
-    ifont *menu_font_normal, *menu_font_active;
-    ifont *button_font_normal, *button_font_active;
+    text::FontPtr window_font, header_font;
+    text::FontPtr menu_font_normal, menu_font_active;
+    text::FontPtr button_font_normal, button_font_active;
     int window_color, header_color;
     int menu_color_normal, menu_color_selected, menu_color_disabled;
     raster::BitmapPtr button_normal, button_selected;

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <new>
 #include <string>
 
+#include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/events.h"
 #include "kelvane/theme.h"
@@ -163,13 +163,11 @@ icaption_properties LoadApplicationCaptionProperties() {
 
 iselection_style LoadSelectionProperties(const char *key) {
     iselection_style style = {0, 0, 0, 3, 5, 0, 0, 0};
-    try {
+    ground::guarded([&] { // what was read before memory ran out counts
         style = load_style("", style);
         if (key && std::strcmp(key, "default") != 0)
             style = load_style(std::string(key) + ".", style);
-    } catch (const std::bad_alloc &) {
-        // What was read before memory ran out counts.
-    }
+    });
     return style;
 }
 }

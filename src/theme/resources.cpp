@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Pictures by name.
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "ground/guard.h"
+#include "ground/number.h"
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
 #include "raster/bitmap_tracker.h"
@@ -20,7 +20,7 @@
 namespace {
 
 int parse_side(const char *text) {
-    return static_cast<int>(std::clamp(std::strtol(text, nullptr, 10), 1L, long{INT_MAX}));
+    return std::max(ground::parse_int(text, nullptr, 10), 1);
 }
 
 // Whether a default is really the size of a blank bitmap, a text "*(W,H)".
@@ -61,13 +61,15 @@ ibitmap *find_or_make(const char *name, const ibitmap *deflt) {
 
 } // namespace
 
-ibitmap *GetResource(const char *name, ibitmap *deflt) try {
-    ibitmap *found = find_or_make(name, deflt);
-    if (!found) return is_size(deflt) ? nullptr : deflt;
-    if (raster::bitmap_tracker.found) raster::bitmap_tracker.found(found, name);
-    return found;
-} catch (const std::bad_alloc &) {
-    return is_size(deflt) ? nullptr : deflt;
+ibitmap *GetResource(const char *name, ibitmap *deflt) {
+    return ground::guarded_or(
+        [&]() -> ibitmap * {
+            ibitmap *found = find_or_make(name, deflt);
+            if (!found) return is_size(deflt) ? nullptr : deflt;
+            if (raster::bitmap_tracker.found) raster::bitmap_tracker.found(found, name);
+            return found;
+        },
+        [&]() -> ibitmap * { return is_size(deflt) ? nullptr : deflt; });
 }
 
 namespace theme {

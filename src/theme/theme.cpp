@@ -2,13 +2,13 @@
 // Parameters by name.
 #include "kelvane/theme.h"
 
-#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 
+#include "ground/guard.h"
+#include "ground/number.h"
 #include "internal.h"
 #include "kelvane/config.h"
 #include "kelvane/events.h"
@@ -17,13 +17,8 @@
 
 namespace {
 
-int clamped(int64_t v) {
-    return static_cast<int>(v < INT_MIN ? INT_MIN : v > INT_MAX ? INT_MAX : v);
-}
-
-int parse_int(const char *text, char **end) {
-    return clamped(std::strtol(text, end, 0));
-}
+using ground::parse_int;
+using ground::saturated;
 
 // Bits that a letter of a rectangle's flags sets.
 int flag_bits(char letter) {
@@ -74,8 +69,8 @@ void parse_rect(const char *text, irect &r) {
 
 // A negative length runs from the start to the far edge: -1 reaches it.
 void make_relative(int &start, int &length, int extent) {
-    if (start < 0) start = clamped(int64_t{start} + extent);
-    if (length < 0) length = clamped(int64_t{length} + extent - start + 1);
+    if (start < 0) start = saturated(int64_t{start} + extent);
+    if (length < 0) length = saturated(int64_t{length} + extent - start + 1);
 }
 
 // A partner's own value goes before the common one.
@@ -107,7 +102,7 @@ FontSpec parse_font(const char *text) {
     const char *comma = std::strchr(text, ',');
     spec.face.assign(text, comma ? static_cast<size_t>(comma - text) : std::strlen(text));
     if (!comma) return spec;
-    spec.size = clamped(std::strtol(comma + 1, nullptr, 10));
+    spec.size = parse_int(comma + 1, nullptr, 10);
     comma = std::strchr(comma + 1, ',');
     if (comma) spec.color = static_cast<int>(std::strtoul(comma + 1, nullptr, 0));
     return spec;
@@ -115,19 +110,19 @@ FontSpec parse_font(const char *text) {
 
 } // namespace theme
 
-const char *GetThemeString(const char *name, const char *deflt) try {
-    if (!name) return deflt;
-    const char *found = nullptr;
-    if (theme::is_landscape()) found = find_for_partner((std::string("^") + name).c_str());
-    if (!found) found = find_for_partner(name);
-    return found ? found : deflt;
-} catch (const std::bad_alloc &) {
-    return deflt;
+const char *GetThemeString(const char *name, const char *deflt) {
+    return ground::guarded(deflt, [&]() -> const char * {
+        if (!name) return deflt;
+        const char *found = nullptr;
+        if (theme::is_landscape()) found = find_for_partner((std::string("^") + name).c_str());
+        if (!found) found = find_for_partner(name);
+        return found ? found : deflt;
+    });
 }
 
 int GetThemeInt(const char *name, int deflt) {
     const char *value = GetThemeString(name, nullptr);
-    return value ? parse_int(value, nullptr) : deflt;
+    return value ? parse_int(value) : deflt;
 }
 
 void kv_getthemerect(const char *name, irect *out, int x, int y, int w, int h, int flags) {

@@ -2,29 +2,20 @@
 // A configuration file in a folder of its own, and what it reads as.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
-#include <unistd.h>
 
 #include "kelvane/config.h"
+#include "support/tempdir.h"
 
 using settings = std::map<std::string, std::string>;
 
 struct scene {
-    std::filesystem::path root =
-        std::filesystem::temp_directory_path() / ("kelvane-scene-" + std::to_string(getpid()));
-    std::string path = root / "a.cfg";
+    TempDir folder;
+    std::string path = folder.path() / "a.cfg";
 
-    scene() { std::filesystem::create_directories(root); }
-    ~scene() { std::filesystem::remove_all(root); }
-
-    void put(const std::string &text) const { std::ofstream(path, std::ios::binary) << text; }
-    std::string text() const {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    void put(const std::string &text) const { write_file(path, text); }
+    std::string text() const { return read_file(path); }
     settings read() const {
         settings all;
         iconfig *c = OpenConfig(path.c_str(), nullptr);

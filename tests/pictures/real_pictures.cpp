@@ -2,15 +2,13 @@
 // Pictures as programs ship them: each loads at any size, and looks as an independent decoder says.
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "kelvane/pictures.h"
 #include "raster/bitmap.h"
+#include "support/tempdir.h"
 
 namespace {
 
@@ -80,8 +78,7 @@ struct PngHeader {
 };
 
 PngHeader png_header(const fs::path &path) {
-    std::ifstream in(path, std::ios::binary);
-    const std::string file{std::istreambuf_iterator<char>(in), {}};
+    const std::string file = read_file(path);
     return {file[28] != 0, file[25] == 4 || file[25] == 6, file.find("tRNS") < file.find("IDAT")};
 }
 
@@ -154,12 +151,11 @@ TEST(RealPictures, LookAsAnotherDecoderSays) {
 
 // There are few JPEG and TIFF files on a system: another program writes some.
 TEST(RealPictures, LookAsTheProgramMeantThatWroteThem) {
-    const fs::path folder =
-        fs::temp_directory_path() / ("kelvane-real-pictures-" + std::to_string(getpid()));
-    fs::create_directories(folder);
+    const TempDir folder;
     const std::vector<Picture> all = some_of(pictures_below("/usr/share"));
     for (size_t i = 0; i < all.size(); i += 40) {
-        const Picture jpeg{folder / "a.jpg", Format::jpeg}, tiff{folder / "a.tiff", Format::tiff};
+        const Picture jpeg{folder.path() / "a.jpg", Format::jpeg},
+            tiff{folder.path() / "a.tiff", Format::tiff};
         const std::string from = "convert-im6.q16 " + quoted(all[i].path) +
                                  " -background white -flatten -strip -depth 8 -type TrueColor ";
         output_of(from + quoted(jpeg.path));
@@ -167,7 +163,6 @@ TEST(RealPictures, LookAsTheProgramMeantThatWroteThem) {
         expect_likeness(jpeg);
         expect_likeness(tiff);
     }
-    fs::remove_all(folder);
 }
 
 } // namespace

@@ -92,6 +92,28 @@ TEST(BitmapStretch, IsThePlainDefinition) {
     }
 }
 
+TEST(BitmapStretch, KnownPixels) {
+    const struct {
+        std::vector<uint8_t> from, to;
+    } cases[] = {{{0, 255}, {0, 64, 191, 255}},
+                 {{0, 100, 200, 50}, {50, 125}},
+                 {{0, 90, 30}, {30, 50}},
+                 {{7}, {7, 7, 7}}};
+    for (const auto &c : cases) {
+        const int from = static_cast<int>(c.from.size()), to = static_cast<int>(c.to.size());
+        const BitmapPtr row = make_bitmap(from, 1, 8), column = make_bitmap(1, from, 8);
+        for (int i = 0; i < from; ++i)
+            row->data[i] = column->data[i * column->scanline] = c.from[static_cast<size_t>(i)];
+        TestCanvas canvas(8, 8);
+        StretchBitmap(0, 0, to, 1, row.get(), 0);
+        StretchBitmap(7, 0, 1, to, column.get(), 0);
+        for (int i = 0; i < to; ++i) {
+            EXPECT_EQ(canvas.addr[i], c.to[static_cast<size_t>(i)]) << from << ' ' << i;
+            EXPECT_EQ(canvas.addr[i * canvas.scanline + 7], c.to[static_cast<size_t>(i)]) << from;
+        }
+    }
+}
+
 TEST(BitmapStretch, AveragesAndInterpolatesWithinOneGrey) {
     Random random{};
     for (const auto &[sw, sh, w, h] : {std::array{1000, 700, 13, 9},

@@ -24,21 +24,21 @@ TEST_F(Config, HostileFilesLoseNothing) {
         many += name + "=" + all[name] + "\r\n";
     }
     put(many);
-    EXPECT_EQ(read_file(path), all);
+    EXPECT_EQ(settings_in(path), all);
     handle h(path);
     WriteInt(h, "key5", -1);
     all["key5"] = "-1";
     ASSERT_EQ(SaveConfig(h), 1);
-    EXPECT_EQ(read_file(path), all);
+    EXPECT_EQ(settings_in(path), all);
 
     const std::string line(1 << 20, 'v');
     put("a=1\n" + line + "\n" + line + "=1\nb=" + line + "\nc=3");
-    EXPECT_EQ(read_file(path), (values{{"a", "1"}, {line, "1"}, {"b", line}, {"c", "3"}}));
+    EXPECT_EQ(settings_in(path), (values{{"a", "1"}, {line, "1"}, {"b", line}, {"c", "3"}}));
 
     for (unsigned seed = 1; garbage.size() < 200000;)
         garbage += static_cast<char>((seed = seed * 1103515245 + 12345) >> 16);
     put(garbage + "\nlast=1\n");
-    const values read = read_file(path);
+    const values read = settings_in(path);
     EXPECT_EQ(read.at("last"), "1");
     EXPECT_GT(read.size(), 100u);
 
@@ -64,7 +64,7 @@ TEST_F(Config, HostileFilesLoseNothing) {
     EXPECT_EQ(file(), "a=1\n");
     for (int i = 0; i < 100; i++) DeleteString(large, std::to_string(i).c_str());
     EXPECT_EQ(SaveConfig(large), 1);
-    EXPECT_EQ(read_file(path).size(), 1001u);
+    EXPECT_EQ(settings_in(path).size(), 1001u);
 }
 
 // Names of one and the same public hash, and short ones that lie close to one another: the time
@@ -169,15 +169,7 @@ TEST_F(Config, AFullDiskKeepsTheOldText) {
 
 class DeviceDescription : public Config {
   protected:
-    void SetUp() override {
-        fs::create_directories(root / "system/config");
-        fs::current_path(root);
-        path = "./system/config/device.cfg";
-    }
-    void TearDown() override {
-        fs::current_path("/");
-        Config::TearDown();
-    }
+    DeviceDescription() { path = "./system/config/device.cfg"; }
 };
 
 TEST_F(DeviceDescription, LinesAreTrimmedAndTheLastOneWins) {

@@ -2,30 +2,23 @@
 // A configuration file in a folder of its own, and handles on it.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
-#include <unistd.h>
 
 #include "kelvane/config.h"
+#include "support/tempdir.h"
 
 namespace fs = std::filesystem;
 
 class Config : public testing::Test {
   protected:
-    fs::path root = fs::temp_directory_path() / ("kelvane-config-" + std::to_string(getpid()));
+    TempDir folder;
+    fs::path root = folder.path();
     std::string path = root / "a.cfg";
 
-    void SetUp() override { fs::create_directories(root); }
-    void TearDown() override { fs::remove_all(root); }
-
-    void put(const std::string &text) { std::ofstream(path, std::ios::binary) << text; }
-    std::string file() {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    void put(const std::string &text) { write_file(path, text); }
+    std::string file() { return read_file(path); }
 };
 
 // A handle that closes without saving.
@@ -50,7 +43,7 @@ inline values read_values(ihash h) {
     return all;
 }
 
-inline values read_file(const std::string &path) {
+inline values settings_in(const std::string &path) {
     return read_values(handle(path).c->hash);
 }
 

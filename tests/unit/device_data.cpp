@@ -35,7 +35,7 @@ std::string read_valid(const fs::path &file) {
 Texts read_texts(const fs::path &file) {
     std::string bytes = read_valid(file);
     Texts texts;
-    lang::LanguageText text(bytes.data(), bytes.size());
+    lang::LanguageText text(bytes);
     EXPECT_NE(text.take_name(), nullptr) << file;
     text.take_translations([&](const char *key, const char *value) {
         EXPECT_TRUE(texts.emplace(key, value).second) << file << " has " << key << " twice";

@@ -1,31 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The description word: its parser, its fields, and what replaces it in which order.
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 
 #include "hw.h"
 #include "hw_linux/description.h"
+#include "support/tempdir.h"
 
 namespace {
 
 class DeviceFile : public testing::Test {
   protected:
-    void SetUp() override {
-        std::filesystem::create_directories(root / "system/config");
-        std::filesystem::current_path(root);
-    }
-    void TearDown() override {
-        std::filesystem::current_path("/");
-        std::filesystem::remove_all(root);
-    }
     // The file is read once a process, so each test writes it before the first look-up.
-    void write(const char *text) { std::ofstream("./system/config/device.cfg") << text; }
+    void write(const char *text) { write_file("./system/config/device.cfg", text); }
 
-    std::filesystem::path root =
-        std::filesystem::temp_directory_path() / ("kelvane-device-" + std::to_string(getpid()));
+    TempDir folder;
 };
 
 TEST(DescriptionWord, ParserReadsItsOwnDigits) {

@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "hw_linux/services/state.h"
+#include "support/tempdir.h"
 
 namespace {
 
@@ -163,20 +163,20 @@ TEST(Services, TasksAreNotSupported) {
 }
 
 TEST(Services, SmallFiles) {
-    std::string path = testing::TempDir() + "kelvane-small-" + std::to_string(getpid());
+    const TempDir folder;
+    const char *path = "small";
     char text[8] = "unread";
-    EXPECT_EQ(hw_read_file(path.c_str(), text, sizeof text), -1);
+    EXPECT_EQ(hw_read_file(path, text, sizeof text), -1);
     EXPECT_EQ(hw_read_file("/", text, sizeof text), -1);
     EXPECT_STREQ(text, "unread");
     EXPECT_EQ(hw_write_file("/dev/full", "x"), 0);
-    EXPECT_EQ(hw_write_file(path.c_str(), "0123456789"), 1);
-    EXPECT_EQ(hw_read_file(path.c_str(), text, sizeof text), 7);
+    EXPECT_EQ(hw_write_file(path, "0123456789"), 1);
+    EXPECT_EQ(hw_read_file(path, text, sizeof text), 7);
     EXPECT_STREQ(text, "0123456");
-    EXPECT_EQ(hw_read_file(path.c_str(), text, 1), 0);
-    EXPECT_EQ(hw_read_file(path.c_str(), text, 0), -1);
-    EXPECT_EQ(hw_write_file(path.c_str(), ""), 1);
-    EXPECT_EQ(hw_read_file(path.c_str(), text, sizeof text), 0);
-    unlink(path.c_str());
+    EXPECT_EQ(hw_read_file(path, text, 1), 0);
+    EXPECT_EQ(hw_read_file(path, text, 0), -1);
+    EXPECT_EQ(hw_write_file(path, ""), 1);
+    EXPECT_EQ(hw_read_file(path, text, sizeof text), 0);
 }
 
 TEST(Services, NullPointersAreHarmless) {

@@ -4,10 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "dialogs_support.h"
-#include "file/hooks.h"
+#include "ground/message.h"
 #include "hw_linux/screen.h"
 #include "runtime/handlers.h"
-#include "runtime/screens.h"
 
 using namespace boxes;
 
@@ -118,8 +117,8 @@ TEST_F(Messages, EndWithTheApplication) {
 
 TEST_F(Messages, WhoWarnsShowsABox) {
     headless::clear_updates();
-    file_hooks.message(4, "@Error", "@FS_need_check", 100);
-    screens.message(3, "@Warning", "@Battery_low", 100);
+    message_hooks.show(4, "@Error", "@FS_need_check", 100);
+    message_hooks.show(3, "@Warning", "@Battery_low", 100);
     EXPECT_EQ(headless::updates().size(), 6U);
     headless::clear_updates();
     hw::emulated().battery = 0;

@@ -6,28 +6,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
 #include "file/hooks.h"
+#include "ground/message.h"
 #include "internal.h"
 #include "kelvane/files.h"
-
-inline void put(const std::string &path, const std::string &text) {
-    std::filesystem::path file(path);
-    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
+#include "support/tempdir.h"
 
 inline std::string contents(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return "(none)";
-    return {std::istreambuf_iterator<char>(in), {}};
+    return std::filesystem::exists(path) ? read_file(path) : "(none)";
 }
 
 struct FakeDevice {
@@ -58,12 +50,10 @@ inline FILE *fake_open(const char *path, const char *mode) {
 class FileTest : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_NE(mkdtemp(root), nullptr);
-        std::filesystem::current_path(root);
         const long long later = device.now_s + 1000; // past the warnings of the test before
         device = {};
         device.now_s = later;
-        file_hooks.message = [](int icon, const char *title, const char *text, int ms) {
+        message_hooks.show = [](int icon, const char *title, const char *text, int ms) {
             device.warnings.push_back(std::to_string(icon) + title + " " + text + " " +
                                       std::to_string(ms));
             errno = ENOTTY; // as a message box may
@@ -81,8 +71,7 @@ class FileTest : public testing::Test {
     }
     void TearDown() override {
         file_hooks = {};
-        std::filesystem::current_path("/");
-        std::filesystem::remove_all(root);
+        message_hooks = {};
     }
     // The device has just been woken; storage comes back after `ms`.
     void wake(long long ms) {
@@ -91,5 +80,5 @@ class FileTest : public testing::Test {
         device.pauses = 0;
     }
 
-    char root[32] = "/tmp/kelvane-file-XXXXXX";
+    TempDir folder;
 };

@@ -192,7 +192,7 @@ TEST_F(FileTest, NamedDeviceIsThatOfTheLastMountLongerThanTheBest) {
 }
 
 TEST_F(FileTest, SeekTakesAStaleErrorForItsOwn) {
-    put("f", "0123456789");
+    write_file("f", "0123456789");
     FILE *f = kv_fopen("f", "r");
     errno = 0;
     EXPECT_EQ(kv_fseek(f, 4, SEEK_SET), 0);

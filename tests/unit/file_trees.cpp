@@ -12,12 +12,12 @@ using strings = std::vector<std::string>;
 
 TEST_F(FileTest, BuildpathCreatesAllButTheLastComponent) {
     for (const char *path : {"a/b/c", "./d//e/f", "a/b/", "", "/", "plain"}) kv_buildpath(path);
-    kv_buildpath((std::string(root) + "/abs/x").c_str());
+    kv_buildpath(((folder.path() / "abs/x")).c_str());
     kv_buildpath((std::string(5000, 'n') + "/x").c_str());
     for (const char *dir : {"a/b", "d/e", "abs"}) EXPECT_TRUE(fs::is_directory(dir)) << dir;
     for (const char *none : {"a/b/c", "d/e/f", "abs/x", "plain"}) EXPECT_FALSE(fs::exists(none));
     EXPECT_EQ(has_secure_storage(), 0);
-    put("system/mnt/secure", "");
+    write_file("system/mnt/secure", "");
     EXPECT_EQ(has_secure_storage(), 0);
     fs::remove("system/mnt/secure");
     kv_buildpath("./system/mnt/secure/");
@@ -115,7 +115,7 @@ strings taken(char **list) {
 TEST_F(FileTest, ListsUniteDirectoriesInOrder) {
     for (const char *path : {"d1/b.bmp", "d1/A.BMP", "d1/.hidden.bmp", "d1/x.txt", "d2/a.bmp",
                              "d3/\xff.bmp", "d3/B.png", "d3/\xc3\xa9.tar.bmp"})
-        put(path, "");
+        write_file(path, "");
     char **list = nullptr;
     EXPECT_EQ(taken(kv_enum_files(&list, "d1", "d2", nullptr, "bmp", 0)),
               (strings{"a.bmp", "b.bmp"}));
@@ -132,9 +132,9 @@ TEST_F(FileTest, ListsUniteDirectoriesInOrder) {
 
 TEST_F(FileTest, ListsHoldAtMost1023NamesAndKeepTheLastRead) {
     for (int i = 0; i < 1030; ++i) {
-        put("many/" + std::to_string(i) + ".x", "");
-        if (i < 50) put("lower/" + std::to_string(i) + ".x", "");
-        if (i < 50) put("upper/" + std::to_string(i) + ".X", "");
+        write_file("many/" + std::to_string(i) + ".x", "");
+        if (i < 50) write_file("lower/" + std::to_string(i) + ".x", "");
+        if (i < 50) write_file("upper/" + std::to_string(i) + ".X", "");
     }
     char **list = nullptr;
     const auto held = [&](const char *dir1, const char *dir2) {
@@ -168,7 +168,7 @@ struct Walk {
 };
 
 TEST_F(FileTest, WalkOrders) {
-    put("t/s/f", "");
+    write_file("t/s/f", "");
     struct Case {
         const char *path;
         int dirsfirst, withdirs;
@@ -194,7 +194,7 @@ TEST_F(FileTest, WalkOrders) {
 }
 
 TEST_F(FileTest, WalkKeepsTheLargestResultAndStopsAboveOne) {
-    for (const char *name : {"t/s/a", "t/s/b", "t/s/c", "t/z"}) put(name, "");
+    for (const char *name : {"t/s/a", "t/s/b", "t/s/c", "t/z"}) write_file(name, "");
     Walk keep;
     keep.results = {{"t/s/a", 1}, {"t/s/b", -7}, {"t/z", 0}};
     EXPECT_EQ(keep.run("t", 0, 1), 1);
@@ -210,21 +210,21 @@ TEST_F(FileTest, WalkKeepsTheLargestResultAndStopsAboveOne) {
     at_once.results = {{"t/", 5}};
     EXPECT_EQ(at_once.run("t", 1, 1), 5);
     EXPECT_EQ(at_once.seen, strings{"t/"});
-    put("file", "");
+    write_file("file", "");
     Walk negative;
     negative.results = {{"file", -3}};
     EXPECT_EQ(negative.run("file", 0, 1), -3);
 }
 
 TEST_F(FileTest, WalkEndsInLoopsAndTakesAnyName) {
-    put("t/s/\xff\xfe\x80", "");
-    put("t/\xc3\xa9", "");
+    write_file("t/s/\xff\xfe\x80", "");
+    write_file("t/\xc3\xa9", "");
     for (int i = 0; i < 20; ++i) fs::create_symlink("..", "t/s/up" + std::to_string(i));
     fs::create_symlink("self", "t/self");
     fs::create_symlink("nowhere", "t/dangling");
     fs::create_symlink("s", "t/again");
     fs::create_directory("t/closed");
-    put("t/closed/inside", "");
+    write_file("t/closed/inside", "");
     fs::permissions("t/closed", fs::perms::none);
     Walk walk;
     walk.run("t", 1, 0);
@@ -240,8 +240,8 @@ TEST_F(FileTest, WalkLeavesOutPathsOf1025Bytes) {
     std::string dir = "t";
     while (dir.size() < 900) dir += "/" + std::string(98, 'd');
     const std::string fits = dir + "/" + std::string(1024 - dir.size() - 1, 'f');
-    put(fits, "");
-    put(dir + "/" + std::string(1025 - dir.size() - 1, 'g'), "");
+    write_file(fits, "");
+    write_file(dir + "/" + std::string(1025 - dir.size() - 1, 'g'), "");
     Walk walk;
     walk.run("t", 1, 0);
     EXPECT_EQ(walk.seen.back(), fits);
@@ -252,7 +252,7 @@ TEST_F(FileTest, CopiesAnySizeAndName) {
     for (size_t size : {0, 1, 4095, 4096, 4097, 100'000}) {
         std::string text(size, 'x');
         for (size_t i = 0; i < size; ++i) text[i] = static_cast<char>(i * 31);
-        put("\xff source", text);
+        write_file("\xff source", text);
         EXPECT_EQ(copy_file("\xff source", "copy"), 1);
         EXPECT_EQ(contents("copy"), text);
     }
@@ -266,7 +266,7 @@ TEST_F(FileTest, CopiesAnySizeAndName) {
 }
 
 TEST_F(FileTest, MovesByRenamingOrCopying) {
-    put("A.txt", "upper");
+    write_file("A.txt", "upper");
     EXPECT_EQ(move_file("A.txt", "a.txt"), 1);
     EXPECT_EQ(contents("A.txt"), "upper");
     EXPECT_FALSE(fs::exists("a.txt"));
@@ -303,9 +303,9 @@ TEST_F(FileTest, AssociatedFilesFollowTheBook) {
         EXPECT_EQ(state(path, kind), "(null)");
     EXPECT_EQ(CheckAssociatedFile(book, '0'), nullptr);
 
-    put(book, "book");
-    put(state(book, '0'), "zero");
-    put(state(book, 'z'), "zed");
+    write_file(book, "book");
+    write_file(state(book, '0'), "zero");
+    write_file(state(book, 'z'), "zed");
     EXPECT_EQ(copy_file_with_af(book, "copy.epub"), 1);
     EXPECT_EQ(contents("copy.epub") + contents(state("copy.epub", '0')) +
                   contents(state("copy.epub", '1')) + contents(state("copy.epub", 'z')),

@@ -127,16 +127,15 @@ TEST_F(Input, MenuCommandsReachTheMainHandler) {
 }
 
 TEST_F(Input, RadioCommandsChangeTheEmulatedDevice) {
-    for (const hw::MenuItem &item : hw::menu_items) {
-        if (item.kind != hw::ItemKind::radio || item.command >= 800) continue;
+    for (const hw::MenuItem &item : hw::menu_items()) {
+        if (!item.has_mark() || item.command >= 800) continue;
         testing::internal::CaptureStderr();
         hw::run_command(item.command);
         testing::internal::GetCapturedStderr();
-        EXPECT_TRUE(hw::is_selected(item.command)) << item.path;
-        for (const hw::MenuItem &other : hw::menu_items) {
-            const bool in_group =
-                other.kind == hw::ItemKind::radio && other.command / 100 == item.command / 100;
-            EXPECT_EQ(in_group && hw::is_selected(other.command), &other == &item) << other.path;
+        EXPECT_TRUE(item.is_marked()) << item.path;
+        for (const hw::MenuItem &other : hw::menu_items()) {
+            const bool in_group = other.has_mark() && other.command / 100 == item.command / 100;
+            EXPECT_EQ(in_group && other.is_marked(), &other == &item) << other.path;
         }
     }
     hw::run_command(203);

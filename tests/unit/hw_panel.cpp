@@ -120,6 +120,30 @@ TEST(Panel, PaintsWhatTheDefinitionSays) {
     }
 }
 
+TEST(Panel, KnownPixels) {
+    const struct {
+        PanelView view;
+        std::vector<uint8_t> greys; // of a square
+        std::vector<uint8_t> shown; // of 2 by 2 pixels
+    } cases[] = {
+        {{Zoom::full, 0, 0}, {1, 2, 3, 4}, {1, 2, 3, 4}},
+        {{Zoom::full, 1, 0}, {1, 2, 3, 4}, {untouched, 3, untouched, 4}},
+        {{Zoom::full, 2, 0}, {1, 2, 3, 4}, {untouched, untouched, 2, 4}},
+        {{Zoom::full, 3, 0}, {1, 2, 3, 4}, {untouched, untouched, untouched, 4}},
+        {{Zoom::half, 0, 0}, {10, 20, 31, 41}, {25, untouched, untouched, untouched}},
+        {{Zoom::two_thirds, 0, 0}, {9, 18, 27, 36, 45, 54, 63, 72, 81}, {21, 33, 57, 69}},
+    };
+    for (auto c : cases) {
+        const int side = c.greys.size() == 9 ? 3 : 2;
+        icanvas canvas{side, side, side, 8, 0, side - 1, 0, side - 1, c.greys.data()};
+        Buffer buffer(2, 2);
+        hw::eink_waveform(c.view, canvas, {0, 0, side, side, 0}, buffer.view);
+        std::vector<uint8_t> shown;
+        for (const int at : {0, 4, 20, 24}) shown.push_back(buffer.bytes[at]);
+        EXPECT_EQ(shown, c.shown) << static_cast<int>(c.view.zoom) << ' ' << c.view.turn;
+    }
+}
+
 TEST(Panel, AbsurdAreasPaintWhatLiesInside) {
     std::mt19937 random(2);
     RandomCanvas source(random, 30, 20);

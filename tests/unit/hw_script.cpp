@@ -78,7 +78,7 @@ TEST(Script, EveryVerb) {
         {"close", "close; "},
     };
     for (const auto &c : cases) EXPECT_EQ(parsed(c.text), c.expected) << c.text;
-    for (const hw::MenuItem &item : hw::menu_items)
+    for (const hw::MenuItem &item : hw::menu_items())
         EXPECT_EQ(parsed("menu " + std::string(item.path)),
                   "command " + std::to_string(item.command) + "; ");
 }

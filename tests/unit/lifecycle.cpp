@@ -58,16 +58,10 @@ int recording_handler(int type, int, int) {
     return 0;
 }
 
-std::string contents(const char *path) {
-    std::ifstream in(path);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // Runs `body` in a child process inside a fresh device folder.
 Outcome run(const std::function<void()> &body) {
     const TempDir folder;
-    fs::create_directories("system/tmp");
-    std::ofstream(current_file) << "open book";
+    write_file(current_file, "open book");
     const pid_t child = fork();
     if (child == 0) {
         call_log = open("calls", O_CREAT | O_WRONLY | O_APPEND, 0600);
@@ -79,8 +73,8 @@ Outcome run(const std::function<void()> &body) {
     }
     int status = 0;
     waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), contents("calls"),
-            contents("errors"), fs::exists(current_file)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), read_file("calls"),
+            read_file("errors"), fs::exists(current_file)};
 }
 
 void run_and(std::function<void(int)> action) {
@@ -275,8 +269,7 @@ TEST(Lifecycle, SettingsReachTheRuntime) {
     for (const auto &c : cases) {
         SCOPED_TRACE(c.config);
         const TempDir folder;
-        fs::create_directories("system/config");
-        std::ofstream("system/config/global.cfg") << c.config;
+        write_file("system/config/global.cfg", c.config);
         setenv("KELVANE_DEVICE", "headless", 1);
         ASSERT_EQ(OpenScreenExt(), 1);
         EXPECT_EQ(kvstate.keylocktm, c.keylock_ms);

@@ -243,6 +243,11 @@ TEST_F(Pictures, PngKinds) {
             expected.push_back(limited(c.grey(row.data(), x) * 127 / 100 - 24) >> 4);
         EXPECT_EQ(levels(*bm), expected) << c.what;
     }
+    // Red, green, blue and white.
+    write_png("a.png", 4, 1, {8, 2}, {255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255});
+    EXPECT_EQ(levels(*BitmapPtr(LoadPNG("a.png", 1))), (std::vector<int>{0, 10, 4, 15}));
+    write_png("a.png", 4, 1, {8, 6}, {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 0, 0, 0, 0});
+    EXPECT_EQ(levels(*BitmapPtr(LoadPNG("a.png", 1))), (std::vector<int>{4, 10, 0, 15}));
 }
 
 TEST_F(Pictures, JpegIsDecodedReduced) {

@@ -86,7 +86,7 @@ void patch(const std::string &path, const std::string &old, const std::string &f
     std::string text = contents(path);
     const size_t at = text.find(old);
     ASSERT_NE(at, std::string::npos);
-    put(path, text.replace(at, fresh.size(), fresh));
+    write_file(path, text.replace(at, fresh.size(), fresh));
 }
 
 std::string little_endian(uint16_t a, uint16_t b, uint32_t c, uint32_t d) {
@@ -111,18 +111,18 @@ void put_jpeg_strip(const char *path, uint32_t w, uint32_t h, std::string strip)
 
 TEST_F(HostilePictures, EachRefusalSaysWhy) {
     const std::string grey_row = chunk("IDAT", packed(std::string(2, 0)));
-    put("empty.png", ""), put("empty.jpg", ""), put("empty.tiff", "");
+    write_file("empty.png", ""), write_file("empty.jpg", ""), write_file("empty.tiff", "");
     std::filesystem::create_directory("folder.png");
-    put("text.png", "not a picture at all"), put("text.jpg", "not a picture at all");
+    write_file("text.png", "not a picture at all"), write_file("text.jpg", "not a picture at all");
     write_png("interlaced.png", 10, 10, {8, PNG_COLOR_TYPE_RGB, true}, Bytes(300));
-    put("no pixels.png", png_of(1, 1, "\x08\x00", ""));
-    put("no palette.png", png_of(1, 1, "\x08\x03", grey_row));
-    put("bad sum.png", png_of(1, 1, "\x08\x00", grey_row));
+    write_file("no pixels.png", png_of(1, 1, "\x08\x00", ""));
+    write_file("no palette.png", png_of(1, 1, "\x08\x03", grey_row));
+    write_file("bad sum.png", png_of(1, 1, "\x08\x00", grey_row));
     patch("bad sum.png", "IDAT", "IDAU");
-    put("empty size.png", png_of(0, 1, "\x08\x00", grey_row));
-    put("high.png", png_of(1, 0x7FFFFFFF, "\x08\x00", grey_row));
-    put("overflow.png", png_of(1000000, 1000000, "\x10\x06", grey_row));
-    put("bytes.png", png_of(6000, 6000, "\x10\x06", grey_row));
+    write_file("empty size.png", png_of(0, 1, "\x08\x00", grey_row));
+    write_file("high.png", png_of(1, 0x7FFFFFFF, "\x08\x00", grey_row));
+    write_file("overflow.png", png_of(1000000, 1000000, "\x10\x06", grey_row));
+    write_file("bytes.png", png_of(6000, 6000, "\x10\x06", grey_row));
     write_jpeg("cmyk.jpg", 10, 10, {4, JCS_CMYK}, Bytes(400));
     write_jpeg("huge.jpg", 10, 10, {}, Bytes(300));
     patch("huge.jpg", std::string("\x08\0\x0a\0\x0a", 5), "\x08\xff\xdc\xff\xdc");
@@ -131,7 +131,7 @@ TEST_F(HostilePictures, EachRefusalSaysWhy) {
     const size_t first = scans.find("\xff\xda");
     std::string repeated = scans.substr(0, scans.size() - 2);
     for (int i = 0; i < 200; ++i) repeated += scans.substr(first, scans.size() - 2 - first);
-    put("scans.jpg", repeated + "\xff\xd9");
+    write_file("scans.jpg", repeated + "\xff\xd9");
     write_tiff("side.tiff", 10, 10, {}, Bytes(100));
     patch("side.tiff", little_endian(256, 3, 1, 10), little_endian(256, 4, 1, 0xFFFFFFFF));
     write_tiff("area.tiff", 10, 10, {}, Bytes(100));
@@ -189,10 +189,19 @@ TEST_F(HostilePictures, SizesThatCannotBe) {
         for (const auto &[w, h] : {std::pair(65536, 1), {INT_MAX, INT_MAX}, {60000, 60000}})
             EXPECT_TRUE(refusal(path, w, h).starts_with("cannot allocate memory")) << path << w;
         EXPECT_EQ(load(path, 65535, 1)->width, 65535);
+        EXPECT_EQ(load(path, 1, 65535)->height, 65535);
+        EXPECT_TRUE(refusal(path, 1, 65536).starts_with("cannot allocate memory")) << path;
     }
     EXPECT_EQ(LoadPNG(nullptr, 0), nullptr);
     EXPECT_EQ(LoadJPEG(nullptr, 1, 1, 100, 100, 0), nullptr);
     EXPECT_EQ(LoadTIFF(nullptr, 1, 1, 100, 100, 0), nullptr);
+    constexpr uint32_t most = 1'000'000;
+    EXPECT_EQ(load(write_tiff("wide.tiff", most, 1, {}, Bytes(most)), 9, 9)->width, 9);
+    EXPECT_EQ(refusal(write_tiff("wide.tiff", most + 1, 1, {}, Bytes(most + 1)), 9, 9),
+              "cannot allocate memory (1000001 x 1)\n");
+    write_tiff("a.tiff", 10, 1, {}, Bytes(10));
+    patch("a.tiff", little_endian(257, 3, 1, 1), little_endian(257, 4, 1, most + 1));
+    EXPECT_EQ(refusal("a.tiff", 9, 9), "cannot allocate memory (10 x 1000001)\n");
     // As wide as asked for, a picture of one row would have no height.
     write_png("line.png", 1000, 1, {8, PNG_COLOR_TYPE_GRAY}, Bytes(1000));
     SetLoadImageFlags(LOAD_FIT_WIDTH);
@@ -208,7 +217,7 @@ TEST_F(HostilePictures, NoPartOfAPictureIsEverReturned) {
         size_t may_lack; // bytes at the end
     } samples[] = {
         {write_png("a.png", w, h, {}, rgb), 0},
-        {write_jpeg("base.jpg", w, h, {}, rgb), 3},
+        {write_jpeg("base.jpg", w, h, {}, rgb), 2}, // the mark of the end
         {write_jpeg("progressive.jpg", w, h, {3, JCS_RGB, true}, rgb), 0},
         {write_jpeg("arithmetic.jpg", w, h, {3, JCS_RGB, false, true}, rgb), 0},
         {write_tiff("lzw.tiff", w, h, {8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_LZW}, grey), 0},
@@ -220,14 +229,21 @@ TEST_F(HostilePictures, NoPartOfAPictureIsEverReturned) {
     for (const auto &sample : samples) {
         const BitmapPtr all = load(sample.path);
         ASSERT_NE(all, nullptr) << sample.path;
-        const size_t size = std::filesystem::file_size(sample.path);
-        for (size_t n = size; n-- > 0;) {
+        const std::string bytes = contents(sample.path);
+        for (size_t n = bytes.size(); n-- > 0;) {
+            SCOPED_TRACE(sample.path + " cut to " + std::to_string(n));
             std::filesystem::resize_file(sample.path, n);
             const BitmapPtr bm = load(sample.path);
-            if (bm == nullptr) continue;
-            ASSERT_LE(size - n, sample.may_lack) << sample.path;
-            ASSERT_EQ(levels(*bm), levels(*all)) << sample.path << " cut to " << n;
+            ASSERT_EQ(bm != nullptr, bytes.size() - n <= sample.may_lack);
+            EXPECT_TRUE(!bm || levels(*bm) == levels(*all));
         }
+    }
+    // The mark of the end does not make up for what is missing.
+    const std::string bytes = contents(write_jpeg("ended.jpg", w, h, {}, rgb));
+    for (size_t lacking = 1; lacking < 200; lacking++) {
+        std::filesystem::resize_file("ended.jpg", bytes.size() - 2 - lacking);
+        std::ofstream("ended.jpg", std::ios::app) << "\xff\xd9";
+        EXPECT_EQ(load("ended.jpg"), nullptr) << lacking;
     }
     testing::internal::GetCapturedStderr();
 }
@@ -271,16 +287,16 @@ long peak_kb() {
 // Files of a few kilobytes that stand for as much as is accepted, or more.
 TEST_F(HostilePictures, BombsStaySmall) {
     const std::string rows = packed(std::string(10000 * 10001, 0));
-    put("grey.png", png_of(10000, 10000, "\x08\x00", chunk("IDAT", rows)));
+    write_file("grey.png", png_of(10000, 10000, "\x08\x00", chunk("IDAT", rows)));
     const std::string text("comment\0\0", 9);
-    put("text.png", png_of(1, 1, "\x08\x00",
-                           chunk("zTXt", text + rows) + chunk("iCCP", text + rows) +
-                               chunk("IDAT", packed(std::string(2, 0)))));
+    write_file("text.png", png_of(1, 1, "\x08\x00",
+                                  chunk("zTXt", text + rows) + chunk("iCCP", text + rows) +
+                                      chunk("IDAT", packed(std::string(2, 0)))));
     write_tiff("strips.tiff", 1000, 1000, {8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_PACKBITS},
                Bytes(1000 * 1000));
-    put("palette.png",
-        png_of(1, 1, "\x01\x03",
-               chunk("PLTE", std::string(9, 1)) + chunk("IDAT", packed(std::string(2, 0)))));
+    write_file("palette.png",
+               png_of(1, 1, "\x01\x03",
+                      chunk("PLTE", std::string(9, 1)) + chunk("IDAT", packed(std::string(2, 0)))));
     write_jpeg("grey.jpg", 9999, 9999, {1, JCS_GRAYSCALE, false, true}, Bytes(9999 * 9999, 9));
     std::ofstream("/proc/self/clear_refs") << 5; // the peak starts anew
     EXPECT_NE(load("grey.png", 50, 50), nullptr);

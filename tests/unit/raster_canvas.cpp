@@ -93,11 +93,15 @@ TEST(RasterCanvas, SwitchesBackToTheScreen) {
 
 TEST(RasterColorMap, StartsWithoutColours) {
     for (int size : {0, -1, INT_MIN}) EXPECT_EQ(ColorMapCreate(size), nullptr);
-    icolor_map *map = ColorMapCreate(3);
-    ASSERT_NE(map, nullptr);
-    EXPECT_EQ(map->size, 3);
-    for (int i = 0; i < 3; ++i) EXPECT_TRUE(map->from_color[i] == -1 && map->to_color[i] == -1);
-    ColorMapDestroy(&map);
+    icolor_map *map = nullptr;
+    for (const int size : {1, 3}) {
+        map = ColorMapCreate(size);
+        ASSERT_NE(map, nullptr);
+        EXPECT_EQ(map->size, size);
+        EXPECT_EQ(std::count(map->from_color, map->from_color + size, -1), size);
+        EXPECT_EQ(std::count(map->to_color, map->to_color + size, -1), size);
+        ColorMapDestroy(&map);
+    }
     EXPECT_EQ(map, nullptr);
     ColorMapDestroy(&map);
     ColorMapDestroy(nullptr);

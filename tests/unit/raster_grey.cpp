@@ -96,6 +96,38 @@ TEST(RasterGrey, EveryPixelValueFollowsTheFormula) {
     }
 }
 
+TEST(RasterGrey, KnownPixels) {
+    const struct {
+        const char *format;
+        std::vector<uint8_t> pixel;
+        int grey;
+    } cases[] = {
+        {"rgb565", {0x1F, 0x00}, 31},
+        {"rgb565", {0xE0, 0x07}, 155},
+        {"rgb565", {0x00, 0xF8}, 75},
+        {"rgb565", {0x10, 0x42}, 76},
+        {"rgb565", {0xFF, 0xFF}, 255},
+        {"rgb565 gamma", {0x10, 0x00}, 9},
+        {"rgb565 gamma", {0x00, 0x04}, 45},
+        {"rgb565 gamma", {0x00, 0x80}, 25},
+        {"rgb24", {255, 0, 0}, 75},
+        {"rgb24", {0, 255, 0}, 155},
+        {"rgb24", {0, 0, 255}, 31},
+        {"rgb24", {128, 128, 128}, 136},
+        {"gray4", {0x5F, 0}, 36},
+        {"gray4", {0xC0, 0}, 15},
+        {"gs4", {0x3F}, 51},
+        {"gs", {77}, 77},
+    };
+    for (auto c : cases) {
+        const auto *format = std::ranges::find(formats, std::string(c.format), &Format::name);
+        uint8_t dest[2] = {};
+        const kv_img_conv conv{c.pixel.data(), dest, 1, 1, 3, 2};
+        format->convert(&conv);
+        EXPECT_EQ(dest[format->dest_bytes - 1], c.grey) << c.format;
+    }
+}
+
 TEST(RasterGrey, GammaTablesFollowTheLastGamma) {
     uint8_t src[] = {0x10, 0x42, 0, 0}, dest[2] = {};
     const kv_img_conv conv{src, dest, 2, 1, 4, 2};

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "ground/message.h"
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "internal.h"
@@ -250,6 +251,12 @@ TEST_F(Runtime, MultiTouchFrames) {
               "31:0,0 44:0,0 39:3,0 ")
         << "a frame at the origin counts only as the last one";
     EXPECT_FALSE(GetTouch(-1, 0) || GetTouch(16, 0) || GetTouch(0, 3));
+    loadHwConfigEmulator("0x0010111101012041"); // a panel that knows one finger
+    EXPECT_EQ(heard([&] {
+                  finger(EVT_POINTERDOWN, 1, 30, 40);
+                  hw::push_input(EVT_MTSYNC, 0, 0, 1);
+              }),
+              "30:30,40 ");
 }
 
 TEST_F(Runtime, DeviceEventsPassOrDrop) {
@@ -269,6 +276,11 @@ TEST_F(Runtime, ComponentsSeeInputFirst) {
               "25:10,0 26:10,0 ");
     screens.panel_pointer = [](int type, int, int y) { return type != EVT_MTSYNC && y > 700; };
     EXPECT_EQ(heard([] { headless::tap(5, 750); }, 500).find("30:"), std::string::npos);
+    screens.panel_pointer = [](int, int, int) { return true; };
+    const auto sync = [] { hw::push_input(EVT_MTSYNC, 0, 0, 0); };
+    EXPECT_EQ(heard(sync), "");
+    kvstate.tsc[0].captured = 1;
+    EXPECT_EQ(heard(sync).substr(0, 3), "39:") << "a captured finger is nobody else's";
     kvstate.uiflags |= UI_PANEL_IGNORES_POINTER;
     EXPECT_NE(heard([] { headless::tap(5, 750); }).find("30:5,750 "), std::string::npos);
 }
@@ -444,7 +456,7 @@ TEST_F(Runtime, APlayerKeepsTheDeviceOnAndAnEmptyBatteryIsSaid) {
     headless::advance(25000);
     EXPECT_EQ(kvstate.sleepenable, 1);
     hw_mp_stop();
-    screens.message = [](int, const char *title, const char *text, int ms) {
+    message_hooks.show = [](int, const char *title, const char *text, int ms) {
         actions += std::string(title) + text + std::to_string(ms);
     };
     hw::emulated().battery = 0;

@@ -72,6 +72,10 @@ TEST(Bidi, OrderIsThatOfFriBidi) {
             out.resize(line.size());
             ASSERT_EQ(converted(line, direction), Units(out.begin(), out.end()));
         }
+        // A line of which nothing runs right to left stays as it is.
+        if (rtl_direction(units(line), size) == 0) {
+            ASSERT_EQ(converted(line, 1), line);
+        }
     }
 }
 

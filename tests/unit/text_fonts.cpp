@@ -180,12 +180,17 @@ TEST_F(Fonts, TheCurrentFontStaysUntilItIsChangedOrClosed) {
     EXPECT_EQ(kvstate.current_color, LGRAY);
     SetFont(nullptr, -1);
     EXPECT_EQ(kvstate.current_color, DGRAY);
+    CloseFont(OpenFont("defaulti", 20, 1));
+    EXPECT_EQ(GetFont(), first) << "another one was closed";
     {
         const Font second("defaultb", 20);
         SetFont(second, BLACK);
         EXPECT_EQ(GetFont(), second);
+        EXPECT_NE(kvstate.current_face, nullptr);
     }
     EXPECT_EQ(GetFont(), nullptr);
+    EXPECT_EQ(kvstate.current_face, nullptr);
+    EXPECT_EQ(kvstate.cw_cache, nullptr);
     EXPECT_EQ(CharWidth('x'), 10);
     EXPECT_EQ(StringWidth("x\xD7\x90"), 30); // by bytes
 }

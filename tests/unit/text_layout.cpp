@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include FT_FREETYPE_H
 
+#include "support/encode.h"
 #include "support/fonts.h"
 
 namespace {
@@ -13,20 +14,6 @@ namespace {
 using fonts::Canvas;
 using fonts::Font;
 using Text = std::u16string;
-
-std::string encode(const Text &text) {
-    std::string out;
-    for (const unsigned c : text) {
-        if (c < 0x80) {
-            out += char(c);
-        } else if (c < 0x800) {
-            out += {char(0xC0 | c >> 6), char(0x80 | (c & 63))};
-        } else {
-            out += {char(0xE0 | c >> 12), char(0x80 | (c >> 6 & 63)), char(0x80 | (c & 63))};
-        }
-    }
-    return out;
-}
 
 struct Case {
     Text text;
@@ -90,6 +77,7 @@ class Model {
             height += base_->linespacing;
             if (is_last) break;
         }
+        if (end == 0 && !text_.empty()) end = 1; // only the dots fit
         SetFont(base_, BLACK);
     }
 

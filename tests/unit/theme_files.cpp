@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
-#include <minizip/zip.h>
 #include <string>
 
 #include "kelvane/config.h"
@@ -13,6 +12,7 @@
 #include "support/headless.h"
 #include "support/tempdir.h"
 #include "support/theme_file.h"
+#include "support/zip_file.h"
 
 namespace {
 
@@ -44,20 +44,30 @@ std::string bmp(int level) {
     return read_file("saved.bmp");
 }
 
-void write_zip(const std::string &path,
-               std::initializer_list<std::pair<const char *, std::string>> files) {
-    fs::create_directories(fs::path(path).parent_path());
-    zipFile zip = zipOpen(path.c_str(), APPEND_STATUS_CREATE);
-    for (const auto &[name, bytes] : files) {
-        zipOpenNewFileInZip(zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED, 9);
-        zipWriteInFileInZip(zip, bytes.data(), static_cast<unsigned>(bytes.size()));
-        zipCloseFileInZip(zip);
-    }
-    zipClose(zip, nullptr);
-}
-
 int open_files() {
     return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+}
+
+TEST_F(ThemeTest, ThemeAndLanguageCloseWithTheScreen) {
+    const int closed = open_files();
+    ThemeFile theme("a=first\n");
+    theme.add("pic", ThemeFile::picture(0x10));
+    open(theme, "default");
+    write_file("system/language/en.txt", "English\n@Yes=Of course\n");
+    LoadLanguage("en");
+    AddTranslation("@Added", "by hand");
+    EXPECT_STREQ(GetThemeString("a", "none"), "first");
+    ClearOnExit();
+    EXPECT_LE(open_files(), closed) << "the theme's file is closed";
+    EXPECT_STREQ(GetThemeString("a", "none"), "none");
+    EXPECT_EQ(grey("pic"), -1);
+    EXPECT_STREQ(GetLangText("@Added"), "@Added");
+    EXPECT_STREQ(GetLangText("@Yes"), "@Yes");
+
+    write_file("system/themes/default.tqt", ThemeFile("a=second\n").bytes());
+    ASSERT_EQ(OpenScreenExt(), 1);
+    EXPECT_STREQ(GetThemeString("a", "none"), "second") << "the new screen loads what is there now";
+    EXPECT_STREQ(GetLangText("@Yes"), "Of course");
 }
 
 } // namespace
@@ -151,6 +161,7 @@ TEST_F(ThemeTest, PictureVariants) {
     theme.add("^c:4", ThemeFile::picture(0x60));
     theme.add("small", std::string("\1\0\1\0\4\0\2\0x", 9)); // a row more than it has bytes
     theme.add("a", ThemeFile::picture(0x70));
+    theme.add("AZ@[`{", ThemeFile::picture(0xA0)); // both letters, and what stands beside letters
     theme.add("damaged", "text that is no picture");
     const std::string longest(80, 'n'); // variants are found by the start of such a name
     theme.add(longest.substr(0, 61) + ":4", ThemeFile::picture(0x80));
@@ -159,13 +170,11 @@ TEST_F(ThemeTest, PictureVariants) {
     const struct {
         const char *name;
         int portrait, landscape;
-    } pictures[] = {{"a", 1, 1},
-                    {"A", 1, 1},
-                    {"b", 3, 4},
-                    {"c", 5, 6},
-                    {"small", -1, -1},
-                    {"d", -1, -1},
-                    {longest.c_str(), 8, 9}};
+    } pictures[] = {{"a", 1, 1},        {"A", 1, 1},
+                    {"b", 3, 4},        {"c", 5, 6},
+                    {"small", -1, -1},  {"d", -1, -1},
+                    {"az@[`{", 10, 10}, {"az`[`{", -1, -1},
+                    {"az@{`{", -1, -1}, {longest.c_str(), 8, 9}};
     for (int orientation : {0, 2}) {
         SetOrientation(orientation);
         for (const auto &p : pictures) {
@@ -308,14 +317,20 @@ TEST_F(ThemeTest, DamagedFiles) {
     EXPECT_EQ(grey("pic"), 1);
     EXPECT_EQ(IsResourcePresent("e99999"), 1);
     for (const char *name : {"header", "bomb"}) EXPECT_EQ(grey(name), -1) << name;
-    ThemeFile large(std::string("name=too much\n").append(5 << 20, '#'));
+    for (const size_t too_much : {0, 1}) {
+        ThemeFile full(std::string("name=x\n").append((4 << 20) - 7 + too_much, '#'));
+        full.add("pic", ThemeFile::picture(0x10).append((8 << 20) - 9 + too_much, 'x'));
+        open(full);
+        EXPECT_STREQ(GetThemeString("name", "-"), too_much ? "-" : "x");
+        EXPECT_EQ(grey("pic"), too_much ? -1 : 1);
+    }
+    ThemeFile large("");
     large.add("pic", ThemeFile::picture(0x10));
     large.add("picture", std::string("\xFF\xFF\x90\0\4\0\xFF\xFF", 8).append(0xFFFF * 0x90, 'x'));
     large.add_entry("wide", 9, 0, 1 << 30); // begins as "pic" does
     open(large);
     fs::resize_file("system/themes/t.tqt", (1 << 30) + (1 << 20)); // takes no room
     OpenTheme("t");
-    EXPECT_STREQ(GetThemeString("name", "-"), "-");
     for (const char *name : {"picture", "wide"}) EXPECT_EQ(grey(name), -1) << name;
 }
 

@@ -78,8 +78,8 @@ TEST_F(ThemeGroups, SelectionsTakeWhatTheyLackFromTheCommonOne) {
 TEST_F(ThemeGroups, DefaultsSuitTheScreen) {
     struct {
         const char *mode;
-        int width, caption, item, border, font;
-    } const screens[] = {{"0", 600, 36, 46, 3, 20}, {"11", 1404, 84, 107, 7, 46}};
+        int width, caption, item, border, font, indent;
+    } const screens[] = {{"0", 600, 36, 46, 3, 20, 10}, {"11", 1404, 84, 107, 7, 46, 23}};
     for (const auto &s : screens) {
         restart_with("emu_resmode=" + std::string(s.mode));
         fonts::link_all();
@@ -87,6 +87,9 @@ TEST_F(ThemeGroups, DefaultsSuitTheScreen) {
         const icaption_properties caption = LoadApplicationCaptionProperties();
         const icontext_menu_properties menu = LoadContextMenuProperties();
         EXPECT_EQ(caption.height, s.caption);
+        const irect &title = caption.portrait;
+        EXPECT_EQ(std::tuple(title.x, title.y, title.w, title.h),
+                  std::tuple(s.indent, 0, -s.indent - 1, 0));
         EXPECT_TRUE(menu.item_height == s.item && menu.border_size == s.border);
         EXPECT_EQ(text_of(menu.font_normal), std::to_string(s.font) + "/0");
         EXPECT_EQ(text_of(menu.font_disabled), std::to_string(s.font) + "/5592405");

@@ -8,6 +8,7 @@
 #include "chrome/chrome.h"
 #include "kelvane/bitmaps.h"
 #include "raster/bitmap.h"
+#include "theme/parameters.h"
 #include "theme/source.h"
 
 // Gives its pictures and texts to everything drawn while it lives.
@@ -17,6 +18,7 @@ struct TestTheme {
 
     TestTheme() {
         chrome::reset();
+        theme::drop_ui_parameters();
         theme::source.picture = [](const char *name) {
             const auto found = pictures.find(name);
             return found != pictures.end() ? CopyBitmap(found->second.get()) : nullptr;
@@ -30,6 +32,7 @@ struct TestTheme {
     ~TestTheme() {
         theme::source = {};
         chrome::reset();
+        theme::drop_ui_parameters();
         pictures.clear(), texts.clear();
     }
     // A picture of one grey level, 0 to 15.

@@ -95,26 +95,16 @@ bool await(const std::function<bool()> &condition) {
 }
 
 Sandbox::Sandbox() {
-    std::string name = std::filesystem::temp_directory_path() / "kelvane-XXXXXX";
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
-    root_ = name;
     std::filesystem::create_directories(path("system/config"));
     std::filesystem::create_directories(path("system/tmp"));
 }
 
-Sandbox::~Sandbox() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-}
-
 void Sandbox::write(const std::string &name, const std::string &text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
+    write_file(path(name), text);
 }
 
 std::string Sandbox::read(const std::string &name) const {
-    std::ostringstream text;
-    text << std::ifstream(path(name), std::ios::binary).rdbuf();
-    return text.str();
+    return read_file(path(name));
 }
 
 bool Sandbox::has(const std::string &name) const {

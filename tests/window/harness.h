@@ -13,6 +13,8 @@
 
 #include <sys/types.h>
 
+#include "support/tempdir.h"
+
 struct _XDisplay;
 
 namespace desktop {
@@ -28,17 +30,14 @@ bool await(const std::function<bool()> &condition);
 class Sandbox {
   public:
     Sandbox();
-    ~Sandbox();
-    Sandbox(const Sandbox &) = delete;
-    Sandbox &operator=(const Sandbox &) = delete;
 
-    std::string path(const std::string &name) const { return root_ + "/" + name; }
+    std::string path(const std::string &name) const { return folder_.path() / name; }
     void write(const std::string &name, const std::string &text) const;
     std::string read(const std::string &name) const; // empty when there is no such file
     bool has(const std::string &name) const;
 
   private:
-    std::string root_;
+    TempDir folder_;
 };
 
 // A running program; what it writes to standard output and error is kept as lines.

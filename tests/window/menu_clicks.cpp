@@ -20,7 +20,7 @@ std::string cut_path(const std::string &path, size_t parent_length) {
 MenuRow find_menu_row(const std::string &path) {
     const std::string parent = path.substr(0, path.rfind('/'));
     std::vector<std::string> rows;
-    for (const hw::MenuItem &item : hw::menu_items) {
+    for (const hw::MenuItem &item : hw::menu_items()) {
         if (!std::string(item.path).starts_with(parent + "/")) continue;
         const std::string row = cut_path(item.path, parent.size());
         if (std::find(rows.begin(), rows.end(), row) == rows.end()) rows.push_back(row);
@@ -45,7 +45,8 @@ unsigned long choose_from_menu(const desktop::Server &server, int x, int y,
                      menu.y + menu.height * (2 * at.row + 1) / (2 * at.rows));
         ++open;
     }
-    const bool is_submenu = std::none_of(std::begin(hw::menu_items), std::end(hw::menu_items),
+    const auto items = hw::menu_items();
+    const bool is_submenu = std::none_of(items.begin(), items.end(),
                                          [&](const auto &item) { return item.path == path; });
     if (!is_submenu) return 0;
     EXPECT_TRUE(desktop::await(opened));

@@ -2,9 +2,9 @@
 // The pictures and the fonts of a folder.
 #include <algorithm>
 #include <map>
-#include <strings.h>
 
 #include "folder.h"
+#include "ground/fold.h"
 #include "theme/container.h"
 
 namespace tool {
@@ -13,7 +13,7 @@ namespace {
 
 struct NameLess {
     bool operator()(const std::string &a, const std::string &b) const {
-        return strcasecmp(a.c_str(), b.c_str()) < 0;
+        return ground::compare_folded(a.c_str(), b.c_str()) < 0;
     }
 };
 

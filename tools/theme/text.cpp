@@ -4,23 +4,17 @@
 #include <algorithm>
 #include <tuple>
 
+#include "ground/fold.h"
+#include "ground/lines.h"
+
 namespace tool {
-namespace {
-
-std::string lower(std::string text) {
-    for (char &c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
-    return text;
-}
-
-} // namespace
 
 std::string ThemeText::packed() const {
     std::string out;
     for (const Entry &p : parameters) out += p.name + "=" + p.value + "\n";
     std::vector<Translation> sorted = translations;
     std::ranges::sort(sorted, {}, [](const Translation &t) {
-        return std::tuple(lower(t.language), t.key, t.language);
+        return std::tuple(ground::folded(t.language), t.key, t.language);
     });
     for (const Translation &t : sorted) out += t.language + ":" + t.key + "=" + t.text + "\n";
     return out;
@@ -29,9 +23,7 @@ std::string ThemeText::packed() const {
 std::vector<Line> lines_of(std::string_view text) {
     std::vector<Line> lines;
     for (size_t number = 1; !text.empty(); ++number) {
-        const size_t end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
+        std::string_view line = ground::take_line(text);
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
         line.remove_suffix(line.size() - (line.find_last_not_of('\r') + 1));
         if (!line.empty() && line[0] != '#') lines.push_back({number, line});

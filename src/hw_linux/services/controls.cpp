@@ -10,8 +10,6 @@
 
 using hw::services;
 
-extern "C" {
-
 void hw_useraction(void) {}
 void hw_set_keylock(int locked) {
     services().keys_locked = locked != 0;
@@ -78,5 +76,3 @@ int hw_get_frontlight_value(void) {
 void hw_set_frontlight_value(int percent) {
     if (device_has_frontlight()) services().light_percent = std::clamp(percent, 0, 100);
 }
-
-} // extern "C"

@@ -15,8 +15,6 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 
 } // namespace
 
-extern "C" {
-
 int hw_read_file(const char *path, char *buffer, int size) {
     if (!path || !buffer || size < 1) return -1;
     File file(std::fopen(path, "rb"));
@@ -37,5 +35,3 @@ int hw_write_file(const char *path, const char *text) {
     bool written = std::fputs(text, file) != EOF;
     return (std::fclose(file) == 0) && written;
 }
-
-} // extern "C"

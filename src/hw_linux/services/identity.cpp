@@ -3,8 +3,6 @@
 #include "hw.h"
 #include "kelvane/config.h"
 
-extern "C" {
-
 const char *hw_serialnumber(void) {
     return cfg_read_string("serial", "EMULATOR0000001");
 }
@@ -41,5 +39,3 @@ const char *hw_pkey(void) {
 int hw_registerapp(const char *) {
     return 0;
 }
-
-} // extern "C"

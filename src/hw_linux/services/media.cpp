@@ -8,8 +8,6 @@
 
 using hw::services;
 
-extern "C" {
-
 int hw_mp_load(const char *path) try {
     if (!path || !*path) return 0;
     services().track = path;
@@ -57,5 +55,3 @@ int hw_is_browser_playing(void) {
 int hw_isttsplaying(void) {
     return 0;
 }
-
-} // extern "C"

@@ -24,8 +24,6 @@ int activate(bool &radio, bool present, bool on) {
 
 } // namespace
 
-extern "C" {
-
 int hw_querynetwork(void) {
     return 0;
 }
@@ -77,5 +75,3 @@ int hw_get_net_dns_info(char *text, int size) {
 int hw_ussdquery(const char *, char *answer, int size) {
     return empty_answer(answer, size, -1);
 }
-
-} // extern "C"

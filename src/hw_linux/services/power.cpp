@@ -8,8 +8,6 @@
 #include "hw_linux/services/state.h"
 #include "kelvane/config.h"
 
-extern "C" {
-
 void hw_ban_suspend(int) {}
 int hw_setalarm(long long) {
     return 0;
@@ -66,5 +64,3 @@ int hw_usbready(void) {
 int hw_usblink(void) {
     return 0;
 }
-
-} // extern "C"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The one record of what the services remember.
 #include "hw_linux/services/state.h"
 
 namespace hw {

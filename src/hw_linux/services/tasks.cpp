@@ -12,8 +12,6 @@ int none(int absent, Numbers *...numbers) {
 
 } // namespace
 
-extern "C" {
-
 void hw_task_initmqueue(void) {}
 int hw_task_checkmessages(void) {
     return 0;
@@ -99,5 +97,3 @@ int hw_copyactivefb(void) {
     return 0;
 }
 void hw_update_fb_orientation(int) {}
-
-} // extern "C"

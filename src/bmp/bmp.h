@@ -6,9 +6,10 @@
 #include <cstdint>
 #include <span>
 
+#include "file/archive.h"
 #include "raster/bitmap.h"
 
-namespace image::bmp {
+namespace bmp {
 
 // Where the fields of a file are; all are little-endian.
 enum Field : size_t {
@@ -35,4 +36,7 @@ constexpr uint64_t row_bytes(uint64_t width, uint64_t bits) {
 // and of the file; a damaged file gives null in silence.
 raster::BitmapPtr parse(const char *function, const char *name, std::span<const uint8_t> file);
 
-} // namespace image::bmp
+// parse() of a member of an archive; null also when it cannot be read or is unreasonably large.
+raster::BitmapPtr load_member(file::Archive &archive, const char *name);
+
+} // namespace bmp

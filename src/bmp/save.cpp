@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <new>
 #include <utility>
 #include <vector>
 
-#include "image/bmp.h"
-#include "image/stream.h"
+#include "bmp/bmp.h"
+#include "file/stream.h"
+#include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/files.h"
 #include "raster/bitmap.h"
@@ -17,7 +17,7 @@
 namespace {
 
 using namespace raster;
-using namespace image::bmp;
+using namespace bmp;
 
 void put16(uint8_t *bytes, uint32_t value) {
     bytes[0] = static_cast<uint8_t>(value);
@@ -80,21 +80,21 @@ std::vector<uint8_t> make_file(const ibitmap &bm, const Layout &layout) {
 
 int write_file(const char *path, const std::vector<uint8_t> &bytes) {
     kv_buildpath(path);
-    image::Stream file(kv_fopen(path, "wb"));
+    file::Stream file(kv_fopen(path, "wb"));
     if (!file) return 0;
     const bool whole = kv_fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    return image::close_written(std::move(file)) && whole;
+    return file::close_written(std::move(file)) && whole;
 }
 
 } // namespace
 
-int SaveBitmap(const char *path, const ibitmap *bm) try {
-    if (!path || !bm) return 0;
-    const int depth = depth_of(*bm);
-    if (depth != 2 && depth != 4 && depth != 8) return 0;
-    const Layout layout(*bm);
-    if (layout.size > std::numeric_limits<uint32_t>::max()) return 0;
-    return write_file(path, make_file(*bm, layout));
-} catch (const std::bad_alloc &) {
-    return 0;
+int SaveBitmap(const char *path, const ibitmap *bm) {
+    return ground::guarded(0, [&]() -> int {
+        if (!path || !bm) return 0;
+        const int depth = depth_of(*bm);
+        if (depth != 2 && depth != 4 && depth != 8) return 0;
+        const Layout layout(*bm);
+        if (layout.size > std::numeric_limits<uint32_t>::max()) return 0;
+        return write_file(path, make_file(*bm, layout));
+    });
 }

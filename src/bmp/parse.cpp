@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
+// Makes bitmaps of BMP files, whose bytes may be anybody's.
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <optional>
 #include <vector>
 
+#include "bmp/bmp.h"
 #include "ground/log.h"
-#include "image/bmp.h"
 #include "raster/bitmap_rows.h"
 
-namespace image::bmp {
+namespace bmp {
 namespace {
 
 using namespace raster;
@@ -159,4 +160,4 @@ BitmapPtr parse(const char *function, const char *name, std::span<const uint8_t>
     return make_pixels(header, *rows, read_palette(file, header, native_depth()));
 }
 
-} // namespace image::bmp
+} // namespace bmp

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// What the library asks of its device beyond the operations of hw.h, which applications may call.
+// A port implements both headers; nothing above the device layer includes more of it.
+#pragma once
+
+#include <cstdint>
+
+namespace hw {
+
+// Between hw_init() and hw_close().
+bool is_open();
+
+// Boot clock in microseconds.
+int64_t boot_time_us();
+// Lets all of this time pass; nothing while no device is open.
+void pass_time(int64_t us);
+// Work that costs time on a clock that is emulated; nothing elsewhere.
+void spend_time(int64_t us);
+// Lets an open device handle what is pending.
+void let_work();
+
+// From panel pixels, as raw pointer events carry them, to the pixel of the framebuffer that is
+// painted there. False, and nothing is changed, outside the framebuffer.
+bool panel_to_canvas(int &x, int &y);
+
+// Names the call that the next update comes from, for the trace. Kept by pointer.
+void set_update_cause(const char *cause);
+
+// What the device asks of the floors above, which install their functions.
+struct Hooks {
+    // Queues an event for the main handler, if there is one.
+    void (*post_to_main)(int type, int par1, int par2) = [](int, int, int) {};
+    // The loop ends after its present step.
+    void (*end_loop)() = [] {};
+    // Ends the application at once; it may return.
+    void (*exit)() = [] {};
+    // Rows of the status panel.
+    int (*panel_height)() = [] { return 0; };
+};
+extern Hooks hooks;
+
+} // namespace hw

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// Connects the floors while the screen is open.
+#include "lifecycle/hooks.h"
+
+#include "chrome/panel.h"
+#include "file/hooks.h"
+#include "ground/message.h"
+#include "hw.h"
+#include "hw_seam.h"
+#include "internal.h"
+#include "kelvane/dialogs.h"
+#include "kelvane/languages.h"
+#include "keylock/keylock.h"
+#include "lifecycle/lifecycle.h"
+#include "runtime/screens.h"
+#include "text/text.h"
+
+namespace {
+
+void post_to_main(int type, int par1, int par2) {
+    SendEvent(kvstate.mainhproc, type, par1, par2);
+}
+
+void end_loop() {
+    kvstate.exiting = EXIT_REQUESTED;
+}
+
+void send_system_request(int request) {
+    kv_ipc_request(request, 0, nullptr, 0, 0);
+}
+
+void pass_time(long long us) {
+    hw::pass_time(us);
+}
+
+} // namespace
+
+void install_hooks() {
+    hw::hooks = {.post_to_main = post_to_main,
+                 .end_loop = end_loop,
+                 .exit = end_application,
+                 .panel_height = PanelHeight};
+    file_hooks.system_request = send_system_request;
+    file_hooks.translate = GetLangText;
+    file_hooks.storage_ready = hw_usbready;
+    file_hooks.clock_ms = hw_timeinms;
+    file_hooks.pause = pass_time;
+    text::hooks.is_rtl = IsRTL;
+    message_hooks.show = Message;
+    screens.show_keylock_icon = keylock::show_icon;
+    screens.restore_under_icon = keylock::restore_under_icon;
+}
+
+void remove_hooks() {
+    hw::hooks = {};
+    file_hooks = {};
+    text::hooks = {};
+    message_hooks = {};
+    screens_reset();
+}

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
+#include "dialogs/stack.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -152,6 +153,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    dialogs::reset();
     keylock::reset();
     pager::reset();
     chrome::reset();

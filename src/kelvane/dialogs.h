@@ -30,7 +30,7 @@ enum {
     ICON_WIFI = 5,
     DEF_BUTTON2 = 0x1000, /**< dialogs: the second button is selected first */
     DEF_BUTTON3 = 0x2000, /**< dialogs: the third button is selected first */
-    NO_DISMISS = 0x8000   /**< after an answer or its time the box stays on the screen as a picture */
+    NO_DISMISS = 0x8000 /**< after an answer or its time the box stays on the screen as a picture */
 };
 
 /** Gets the number of the button, 1 to 3, or -1 when the dialog was cancelled. */

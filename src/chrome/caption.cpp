@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The application's caption strip.
-#include <new>
 #include <optional>
 #include <string>
 
 #include "chrome/chrome.h"
+#include "ground/guard.h"
 #include "kelvane/events.h"
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
@@ -51,16 +51,17 @@ int GetCaptionHeight() {
     return enabled ? properties().height : 0;
 }
 
-void DrawApplicationCaption(const char *title, const irect *rect) try {
-    if (!enabled) return;
-    const icaption_properties &p = properties();
-    const bool light_text = p.font && p.font->color != 0;
-    FillArea(0, 0, ScreenWidth(), p.height, light_text ? BLACK : WHITE);
-    DrawLine(0, p.height - 1, ScreenWidth() - 1, p.height - 1, BLACK);
-    if (!title) return;
-    const irect place = rect ? *rect : title_place(p);
-    const std::string text = p.uppercase != 0 ? text::upper_case(title) : title;
-    const text::FontScope font(p.font);
-    DrawTextRect2(&place, text.c_str());
-} catch (const std::bad_alloc &) {
+void DrawApplicationCaption(const char *title, const irect *rect) {
+    ground::guarded([&] {
+        if (!enabled) return;
+        const icaption_properties &p = properties();
+        const bool light_text = p.font && p.font->color != 0;
+        FillArea(0, 0, ScreenWidth(), p.height, light_text ? BLACK : WHITE);
+        DrawLine(0, p.height - 1, ScreenWidth() - 1, p.height - 1, BLACK);
+        if (!title) return;
+        const irect place = rect ? *rect : title_place(p);
+        const std::string text = p.uppercase != 0 ? text::upper_case(title) : title;
+        const text::FontScope font(p.font);
+        DrawTextRect2(&place, text.c_str());
+    });
 }

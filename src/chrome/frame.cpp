@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Window frames with a title bar and buttons.
 #include <array>
-#include <new>
 #include <optional>
 #include <string>
 
 #include "chrome/chrome.h"
+#include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
@@ -207,31 +207,31 @@ void reset_frames() {
 
 } // namespace chrome
 
-void frame_init(int x, int y, int w, int h, int flags) try {
-    lay_out_buttons({x, y, w, h}, flags, pieces_of(flags));
-} catch (const std::bad_alloc &) {
+void frame_init(int x, int y, int w, int h, int flags) {
+    ground::guarded([&] { lay_out_buttons({x, y, w, h}, flags, pieces_of(flags)); });
 }
 
 void DrawFrame(int x, int y, int w, int h, const ibitmap *icon, const char *title, int flags,
-               irect *clientarea) try {
-    const Box frame(x, y, w, h);
-    const Pieces pieces = pieces_of(flags);
-    if (clientarea) *clientarea = client_area(frame, pieces, flags);
-    if (frame.empty()) return;
-    lay_out_buttons(frame, flags, pieces);
-    draw_pieces(frame, pieces);
-    draw_title(frame, pieces, icon, title);
-    draw_buttons(-1, -1);
-} catch (const std::bad_alloc &) {
+               irect *clientarea) {
+    ground::guarded([&] {
+        const Box frame(x, y, w, h);
+        const Pieces pieces = pieces_of(flags);
+        if (clientarea) *clientarea = client_area(frame, pieces, flags);
+        if (frame.empty()) return;
+        lay_out_buttons(frame, flags, pieces);
+        draw_pieces(frame, pieces);
+        draw_title(frame, pieces, icon, title);
+        draw_buttons(-1, -1);
+    });
 }
 
-int CheckFramePointer(int x, int y, int w, int h, int flags, int px, int py) try {
-    const Pieces pieces = pieces_of(flags);
-    lay_out_buttons({x, y, w, h}, flags, pieces);
-    const int hit = draw_buttons(px, py);
-    if ((flags & FRAME_UPDATE) != 0 && (hit != 0 || px < 0 || py < 0))
-        PartialUpdate(x, y, w, pieces.top.height());
-    return hit;
-} catch (const std::bad_alloc &) {
-    return 0;
+int CheckFramePointer(int x, int y, int w, int h, int flags, int px, int py) {
+    return ground::guarded(0, [&]() -> int {
+        const Pieces pieces = pieces_of(flags);
+        lay_out_buttons({x, y, w, h}, flags, pieces);
+        const int hit = draw_buttons(px, py);
+        if ((flags & FRAME_UPDATE) != 0 && (hit != 0 || px < 0 || py < 0))
+            PartialUpdate(x, y, w, pieces.top.height());
+        return hit;
+    });
 }

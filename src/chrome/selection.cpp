@@ -2,11 +2,11 @@
 // The theme's selection markers.
 #include "chrome/selection.h"
 
-#include <new>
 #include <optional>
 #include <string>
 
 #include "chrome/chrome.h"
+#include "ground/guard.h"
 #include "kelvane/frames.h"
 #include "raster/box.h"
 
@@ -104,9 +104,10 @@ void draw_selection(const irect &rect, const iselection_style &style) {
 
 } // namespace chrome
 
-void DrawPickOutEx(const irect *rect, const char *key) try {
-    if (rect) chrome::draw_selection(*rect, style_of(key));
-} catch (const std::bad_alloc &) {
+void DrawPickOutEx(const irect *rect, const char *key) {
+    ground::guarded([&] {
+        if (rect) chrome::draw_selection(*rect, style_of(key));
+    });
 }
 
 void DrawPickOut(int x, int y, int w, int h, const char *key) {

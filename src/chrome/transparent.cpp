@@ -4,9 +4,9 @@
 
 #include <array>
 #include <cstdint>
-#include <new>
 #include <vector>
 
+#include "ground/guard.h"
 #include "kelvane/canvas.h"
 #include "kelvane/frames.h"
 #include "raster/bitmap.h"
@@ -64,14 +64,15 @@ void replace_levels(ibitmap &bm, int percent) {
 
 } // namespace chrome
 
-void Transparent(int x, int y, int w, int h, int percent) try {
-    const icanvas *c = GetCanvas();
-    if (!c || c->depth != depth) return; // bytes hold no levels to replace
-    const raster::BitmapPtr copy(BitmapFromScreen(x, y, w, h));
-    if (!copy || raster::depth_of(*copy) != depth) return;
-    chrome::replace_levels(*copy, percent);
-    DrawBitmap(x, y, copy.get());
-} catch (const std::bad_alloc &) {
+void Transparent(int x, int y, int w, int h, int percent) {
+    ground::guarded([&] {
+        const icanvas *c = GetCanvas();
+        if (!c || c->depth != depth) return; // bytes hold no levels to replace
+        const raster::BitmapPtr copy(BitmapFromScreen(x, y, w, h));
+        if (!copy || raster::depth_of(*copy) != depth) return;
+        chrome::replace_levels(*copy, percent);
+        DrawBitmap(x, y, copy.get());
+    });
 }
 
 void TransparentRect(irect rect, int percent) {

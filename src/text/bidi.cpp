@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fribidi/fribidi.h>
-#include <new>
 #include <numeric>
 #include <utility>
 
+#include "ground/guard.h"
 #include "kelvane/text.h"
 #include "text/walker.h"
 
@@ -90,18 +90,18 @@ VisualOrder reorder(const uint16_t *units, int len, Direction direction) {
     return order;
 }
 
-unsigned short *converted_copy(const uint16_t *text, int len, Direction direction) try {
-    if (!text || len < 0) return nullptr;
-    const VisualOrder order = reorder(text, len, direction);
-    auto *copy = static_cast<unsigned short *>(
-        std::malloc(static_cast<size_t>(len + 1) * sizeof(unsigned short)));
-    if (!copy) return nullptr;
-    std::transform(order.text.begin(), order.text.end(), copy,
-                   [](FriBidiChar c) { return static_cast<unsigned short>(c); });
-    copy[len] = 0;
-    return copy;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+unsigned short *converted_copy(const uint16_t *text, int len, Direction direction) {
+    return ground::guarded(nullptr, [&]() -> unsigned short * {
+        if (!text || len < 0) return nullptr;
+        const VisualOrder order = reorder(text, len, direction);
+        auto *copy = static_cast<unsigned short *>(
+            std::malloc(static_cast<size_t>(len + 1) * sizeof(unsigned short)));
+        if (!copy) return nullptr;
+        std::transform(order.text.begin(), order.text.end(), copy,
+                       [](FriBidiChar c) { return static_cast<unsigned short>(c); });
+        copy[len] = 0;
+        return copy;
+    });
 }
 
 int find_newline(const uint16_t *text, int begin, int len) {
@@ -195,25 +195,26 @@ Direction join_letters(uint16_t *text, int len) {
     return direction;
 }
 
-int join_further(uint16_t *text, int begin, int len, More more) try {
-    int end = len;
-    while (more == More::yes && end > begin && !parts_letters(text[end - 1])) --end;
-    if (!has_any(text + begin, end - begin)) return end;
-    while (begin < end) {
-        const int paragraph_end = find_newline(text, begin, len);
-        int stop = std::min(end, paragraph_end);
-        FriBidiParType base = FRIBIDI_PAR_ON;
-        if (std::any_of(text + begin, text + stop, is_far_reaching)) {
-            if (paragraph_end == len && more == More::yes) return begin;
-            stop = paragraph_end;
-            base = paragraph_type_before(text, begin);
+int join_further(uint16_t *text, int begin, int len, More more) {
+    // Letters that are not joined can be read, too.
+    return ground::guarded(len, [&]() -> int {
+        int end = len;
+        while (more == More::yes && end > begin && !parts_letters(text[end - 1])) --end;
+        if (!has_any(text + begin, end - begin)) return end;
+        while (begin < end) {
+            const int paragraph_end = find_newline(text, begin, len);
+            int stop = std::min(end, paragraph_end);
+            FriBidiParType base = FRIBIDI_PAR_ON;
+            if (std::any_of(text + begin, text + stop, is_far_reaching)) {
+                if (paragraph_end == len && more == More::yes) return begin;
+                stop = paragraph_end;
+                base = paragraph_type_before(text, begin);
+            }
+            shape_part(text + begin, stop - begin, base);
+            begin = stop == paragraph_end ? stop + 1 : stop;
         }
-        shape_part(text + begin, stop - begin, base);
-        begin = stop == paragraph_end ? stop + 1 : stop;
-    }
-    return std::min(begin, len);
-} catch (const std::bad_alloc &) {
-    return len; // letters that are not joined can be read, too
+        return std::min(begin, len);
+    });
 }
 
 std::vector<uint16_t> visual_line(const uint16_t *text, int len, Direction direction) {

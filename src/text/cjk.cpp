@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "text/cjk.h"
 
-#include <new>
 #include <utility>
 #include <vector>
 
+#include "ground/guard.h"
 #include "text/current.h"
 
 namespace text {
@@ -52,20 +52,22 @@ void reset_cjk() {
 
 } // namespace text
 
-void select_need_font(unsigned short c, ifont *current, int color) try {
-    if (!text::is_cjk(c)) {
-        if (ifont *font = text::put_aside_for_cjk(nullptr)) text::restore_font(font, color);
-        return;
-    }
-    const bool is_needed =
-        !text::before && current && text::has_face() && !text::current.cache->face().has(c);
-    ifont *font = is_needed ? text::find_cjk_font(current->size, current->aa) : nullptr;
-    if (!font) return;
-    text::restore_font(font, color);
-    if (text::has_face())
-        text::before = current;
-    else
-        text::restore_font(current, color); // its tables did not find room
-} catch (const std::bad_alloc &) {
+void select_need_font(unsigned short c, ifont *current, int color) {
+    // Without memory the character is drawn with what the current face has for it.
     // The character is drawn with what the current face has for it.
+    ground::guarded([&] {
+        if (!text::is_cjk(c)) {
+            if (ifont *font = text::put_aside_for_cjk(nullptr)) text::restore_font(font, color);
+            return;
+        }
+        const bool is_needed =
+            !text::before && current && text::has_face() && !text::current.cache->face().has(c);
+        ifont *font = is_needed ? text::find_cjk_font(current->size, current->aa) : nullptr;
+        if (!font) return;
+        text::restore_font(font, color);
+        if (text::has_face())
+            text::before = current;
+        else
+            text::restore_font(current, color); // its tables did not find room
+    });
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ground/fold.h"
+#include "ground/guard.h"
 #include "internal.h"
 #include "kelvane/files.h"
 #include "text/freetype.h"
@@ -81,20 +82,19 @@ void reset_enumeration() {
 
 } // namespace text
 
-char **EnumFonts() try {
-    return text::publish(text::font_names());
-} catch (const std::bad_alloc &) {
-    return text::empty_list();
+char **EnumFonts() {
+    return ground::guarded_or([] { return text::publish(text::font_names()); }, text::empty_list);
 }
 
-char **EnumFontsEx() try {
-    std::vector<std::string> faces;
-    for (const std::string &name : text::font_names()) {
-        faces.push_back(name);
-        for (int i = 1; i < text::count_faces(name); ++i)
-            faces.push_back(name + ':' + std::to_string(i));
-    }
-    return text::publish(std::move(faces));
-} catch (const std::bad_alloc &) {
-    return text::empty_list();
+char **EnumFontsEx() {
+    const auto all_faces = [] {
+        std::vector<std::string> faces;
+        for (const std::string &name : text::font_names()) {
+            faces.push_back(name);
+            for (int i = 1; i < text::count_faces(name); ++i)
+                faces.push_back(name + ':' + std::to_string(i));
+        }
+        return text::publish(std::move(faces));
+    };
+    return ground::guarded_or(all_faces, text::empty_list);
 }

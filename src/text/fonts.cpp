@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ground/fold.h"
+#include "ground/guard.h"
 #include "ground/log.h"
 #include "text/cjk.h"
 #include "text/current.h"
@@ -109,16 +110,16 @@ void publish() {
     kvstate.cw_cache = kvstate.kerning_cache = kvstate.glyph_cache = current.cache;
 }
 
-void select(ifont *font) try {
-    SizeCache *former = current.cache;
-    kvstate.current_font = font;
-    current = {};
-    if (font && font->fdata)
-        current = {.cache = &face_of(*font)->cache(font->size, strength, former),
-                   .mode = font->aa != 0 ? Mode::antialiased : Mode::mono,
-                   .baseline = font->baseline};
-    publish();
-} catch (const std::bad_alloc &) {
+void select(ifont *font) {
+    ground::guarded([&] {
+        SizeCache *former = current.cache;
+        kvstate.current_font = font;
+        current = {};
+        if (font && font->fdata)
+            current = {.cache = &face_of(*font)->cache(font->size, strength, former),
+                       .mode = font->aa != 0 ? Mode::antialiased : Mode::mono,
+                       .baseline = font->baseline};
+    });
     publish();
 }
 
@@ -151,10 +152,9 @@ void reset() {
 
 } // namespace text
 
-ifont *OpenFont(const char *name, int size, int aa) try {
-    return name ? text::open_font(name, size, aa) : nullptr;
-} catch (const std::bad_alloc &) {
-    return nullptr;
+ifont *OpenFont(const char *name, int size, int aa) {
+    return ground::guarded(
+        nullptr, [&]() -> ifont * { return name ? text::open_font(name, size, aa) : nullptr; });
 }
 
 void CloseFont(ifont *f) {

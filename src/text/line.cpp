@@ -2,8 +2,8 @@
 #include "text/line.h"
 
 #include <algorithm>
-#include <new>
 
+#include "ground/guard.h"
 #include "text/measure.h"
 #include "text/symbols.h"
 #include "text/units.h"
@@ -75,13 +75,15 @@ class LinePainter {
     Target target_;
 };
 
-void draw_string(int x, int y, const char *utf8, Run run) try {
-    if (!utf8 || !has_face()) return;
-    Units units(utf8);
-    const Direction direction = join_letters(units.data(), units.size());
-    kv_textblock(x, y, 0, units.data(), units.size(), kvstate.current_color, run, direction);
-} catch (const std::bad_alloc &) {
+void draw_string(int x, int y, const char *utf8, Run run) {
+    // Without memory nothing, or only the start of the line, is drawn.
     // Nothing, or only the start of the line, is drawn.
+    ground::guarded([&] {
+        if (!utf8 || !has_face()) return;
+        Units units(utf8);
+        const Direction direction = join_letters(units.data(), units.size());
+        kv_textblock(x, y, 0, units.data(), units.size(), kvstate.current_color, run, direction);
+    });
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
-#include <new>
 
+#include "ground/guard.h"
 #include "ground/number.h"
 #include "text/bidi.h"
 #include "text/measure.h"
@@ -35,31 +35,31 @@ int width_without_face(size_t bytes) {
 
 } // namespace text
 
-int CharWidth(unsigned short c) try {
-    if (!text::has_face()) return 10;
-    if (c < text::first_printable) return text::control_width();
-    if (c == text::soft_hyphen) return 0;
-    return text::current.cache->width(text::current.mode, c);
-} catch (const std::bad_alloc &) {
-    return 0;
+int CharWidth(unsigned short c) {
+    return ground::guarded(0, [&]() -> int {
+        if (!text::has_face()) return 10;
+        if (c < text::first_printable) return text::control_width();
+        if (c == text::soft_hyphen) return 0;
+        return text::current.cache->width(text::current.mode, c);
+    });
 }
 
-int StringWidth(const char *utf8) try {
-    if (!utf8) return 0;
-    if (!text::has_face()) return text::width_without_face(std::strlen(utf8));
-    text::Units units(utf8);
-    text::join_letters(units.data(), units.size());
-    return ground::saturated(text::measure(units.data(), units.size()));
-} catch (const std::bad_alloc &) {
-    return 0;
+int StringWidth(const char *utf8) {
+    return ground::guarded(0, [&]() -> int {
+        if (!utf8) return 0;
+        if (!text::has_face()) return text::width_without_face(std::strlen(utf8));
+        text::Units units(utf8);
+        text::join_letters(units.data(), units.size());
+        return ground::saturated(text::measure(units.data(), units.size()));
+    });
 }
 
-int StringWidthExt(const char *utf8, int len) try {
-    if (!utf8 || len < 1) return 0;
-    const size_t bytes = strnlen(utf8, static_cast<size_t>(len));
-    if (!text::has_face()) return text::width_without_face(bytes);
-    text::Units units(utf8, bytes);
-    return ground::saturated(text::measure(units.data(), units.size()));
-} catch (const std::bad_alloc &) {
-    return 0;
+int StringWidthExt(const char *utf8, int len) {
+    return ground::guarded(0, [&]() -> int {
+        if (!utf8 || len < 1) return 0;
+        const size_t bytes = strnlen(utf8, static_cast<size_t>(len));
+        if (!text::has_face()) return text::width_without_face(bytes);
+        text::Units units(utf8, bytes);
+        return ground::saturated(text::measure(units.data(), units.size()));
+    });
 }

@@ -2,8 +2,8 @@
 // The functions that lay text out in rectangles.
 #include <algorithm>
 #include <cstring>
-#include <new>
 
+#include "ground/guard.h"
 #include "ground/number.h"
 #include "text/layout.h"
 #include "text/measure.h"
@@ -86,16 +86,16 @@ int multiline_width(const char *utf8, int maxwidth, int flags) {
 } // namespace
 } // namespace text
 
-char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int *height) try {
-    if (height) *height = 0;
-    if (!utf8) return nullptr;
-    text::Reader text(utf8, text::most_characters);
-    const text::Layout layout = text::draw_rect({x, y, w, h, 0}, text, flags);
-    if (height) *height = ground::saturated(layout.height);
-    return const_cast<char *>(text::has_face() ? text.address(layout.end)
-                                               : utf8 + std::strlen(utf8));
-} catch (const std::bad_alloc &) {
-    return const_cast<char *>(utf8);
+char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int *height) {
+    return ground::guarded(const_cast<char *>(utf8), [&]() -> char * {
+        if (height) *height = 0;
+        if (!utf8) return nullptr;
+        text::Reader text(utf8, text::most_characters);
+        const text::Layout layout = text::draw_rect({x, y, w, h, 0}, text, flags);
+        if (height) *height = ground::saturated(layout.height);
+        return const_cast<char *>(text::has_face() ? text.address(layout.end)
+                                                   : utf8 + std::strlen(utf8));
+    });
 }
 
 char *DrawTextRect(int x, int y, int w, int h, const char *utf8, int flags) {
@@ -106,39 +106,39 @@ char *DrawTextRect2(const irect *r, const char *utf8) {
     return r ? DrawTextRect(r->x, r->y, r->w, r->h, utf8, r->flags) : const_cast<char *>(utf8);
 }
 
-int TextRectHeightEx(int w, int h, const char *utf8, int flags) try {
-    if (!utf8) return 0;
-    text::Reader text(utf8, text::most_characters);
-    const text::Layout layout =
-        text::kv_textrect(0, 0, w, h, text, 0, flags & ~TEXT_ROTATE, text::Draw::no);
-    return ground::saturated(layout.height);
-} catch (const std::bad_alloc &) {
-    return 0;
+int TextRectHeightEx(int w, int h, const char *utf8, int flags) {
+    return ground::guarded(0, [&]() -> int {
+        if (!utf8) return 0;
+        text::Reader text(utf8, text::most_characters);
+        const text::Layout layout =
+            text::kv_textrect(0, 0, w, h, text, 0, flags & ~TEXT_ROTATE, text::Draw::no);
+        return ground::saturated(layout.height);
+    });
 }
 
 int TextRectHeight(int w, const char *utf8, int flags) {
     return TextRectHeightEx(w, text::any_height, utf8, flags);
 }
 
-int MinimalTextRectWidth(int w, const char *utf8) try {
-    if (!utf8) return 0;
-    if (!text::has_face()) return std::clamp(w, 0, text::width_without_face(std::strlen(utf8)));
-    text::SingleLines lines(utf8, w, ALIGN_JUSTIFY);
-    int64_t widest = 0;
-    while (lines.next()) widest = std::max(widest, lines.width());
-    return ground::saturated(widest);
-} catch (const std::bad_alloc &) {
-    return 0;
+int MinimalTextRectWidth(int w, const char *utf8) {
+    return ground::guarded(0, [&]() -> int {
+        if (!utf8) return 0;
+        if (!text::has_face()) return std::clamp(w, 0, text::width_without_face(std::strlen(utf8)));
+        text::SingleLines lines(utf8, w, ALIGN_JUSTIFY);
+        int64_t widest = 0;
+        while (lines.next()) widest = std::max(widest, lines.width());
+        return ground::saturated(widest);
+    });
 }
 
-int GetMultilineStringWidth(const char *utf8, int maxwidth, const ifont *font, int flags) try {
-    if (!utf8) return 0;
-    const text::FontScope scope;
-    SetFont(font, -1);
-    const int width = StringWidth(utf8);
-    if (width <= maxwidth) return width;
-    if (!text::has_face()) return maxwidth;
-    return text::multiline_width(utf8, maxwidth, flags);
-} catch (const std::bad_alloc &) {
-    return maxwidth;
+int GetMultilineStringWidth(const char *utf8, int maxwidth, const ifont *font, int flags) {
+    return ground::guarded(maxwidth, [&]() -> int {
+        if (!utf8) return 0;
+        const text::FontScope scope;
+        SetFont(font, -1);
+        const int width = StringWidth(utf8);
+        if (width <= maxwidth) return width;
+        if (!text::has_face()) return maxwidth;
+        return text::multiline_width(utf8, maxwidth, flags);
+    });
 }

@@ -3,10 +3,10 @@
 
 #include <array>
 #include <cmath>
-#include <new>
 #include <vector>
 #include FT_OUTLINE_H
 
+#include "ground/guard.h"
 #include "text/blit.h"
 #include "text/current.h"
 #include "text/freetype.h"
@@ -154,12 +154,14 @@ const Glyph *symbol_glyph(int number, int64_t size, Mode mode) {
 
 } // namespace text
 
-void DrawSymbol(int x, int y, int symbol) try {
-    if (!text::has_face()) return;
-    const int64_t baseline = text::current.baseline;
-    const text::Glyph *glyph =
-        text::symbol_glyph(symbol, text::symbol_size(baseline), text::current.mode);
-    if (glyph) text::Target(kvstate.current_color, text::Run::across).draw(*glyph, x, y + baseline);
-} catch (const std::bad_alloc &) {
+void DrawSymbol(int x, int y, int symbol) {
     // Nothing is drawn.
+    ground::guarded([&] {
+        if (!text::has_face()) return;
+        const int64_t baseline = text::current.baseline;
+        const text::Glyph *glyph =
+            text::symbol_glyph(symbol, text::symbol_size(baseline), text::current.mode);
+        if (glyph)
+            text::Target(kvstate.current_color, text::Run::across).draw(*glyph, x, y + baseline);
+    });
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Configuration handles: three layers of values over one file that processes share.
 #include "kelvane/config.h"
 
 #include <cerrno>

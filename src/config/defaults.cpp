@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Walks the tables of settings screens, nested ones too.
 #include "config/defaults.h"
 
 #include <vector>

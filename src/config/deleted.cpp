@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Keeps the array that the public record shows and the index beside it in step.
 #include "config/deleted.h"
 
 #include <algorithm>

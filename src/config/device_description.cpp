@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads the description once and answers from memory.
 #include "config/device_description.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads and writes the lines of settings.
 #include "config/format.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Settings that the system service enciphers before they are saved.
 #include <cstring>
 
 #include "config/handle.h"

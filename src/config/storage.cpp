@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Locks, reads and rewrites files so that a crash leaves whole values.
 #include "config/storage.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Indexes an archive with minizip and reads members within limits.
 #include "file/archive.h"
 
 #include <algorithm>

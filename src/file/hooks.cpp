@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What the file layer does as long as nothing better is installed.
 #include "file/hooks.h"
 
 #include <cerrno>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Writes beside the old file, syncs, and takes its name.
 #include "file/replacement.h"
 
 #include <atomic>

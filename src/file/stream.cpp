@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads whole files, and closes written ones only when they are on the disk.
 #include "file/stream.h"
 
 #include <sys/stat.h>

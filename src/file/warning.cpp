@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Spaces warnings and finds the name of the device that failed.
 #include "file/warning.h"
 
 #include <cerrno>

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Chained hash tables with a fixed number of buckets, as applications use them, and a quick way to
+// fill one.
 #include "kelvane/hash.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Formats messages and writes them to standard error.
 #include "ground/log.h"
 
 #include <cerrno>

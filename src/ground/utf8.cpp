@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Decodes UTF-8, several bytes at a time where text is plain.
 #include "ground/utf8.h"
 
 #include <array>

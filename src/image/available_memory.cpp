@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Asks the system for free memory, so that a huge picture is refused and does not exhaust it.
 #include "image/available_memory.h"
 
 #include <cstdio>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Keeps the settings of the next load for each thread.
 #include "image/load_settings.h"
 
 #include <utility>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Scales, dithers and packs the rows of a picture as its codec delivers them.
 #include "image/pipeline.h"
 
 #include <algorithm>

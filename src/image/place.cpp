@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Computes where a picture goes, whole pixels in both directions.
 #include "image/place.h"
 
 #include <algorithm>

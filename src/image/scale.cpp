@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Scales rows in two passes, each with weights computed once.
 #include "image/scale.h"
 
 #include <cstring>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Opens picture files and says what is wrong with them.
 #include "image/stream.h"
 
 #include "ground/log.h"

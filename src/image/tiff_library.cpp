@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Opens libtiff by name and finds its functions.
 #include "image/tiff_library.h"
 
 #include <dlfcn.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The language that is set, its texts, and those that applications and themes add.
 #include "kelvane/languages.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Takes a language file apart, line by line.
 #include "lang/language_file.h"
 
 #include <algorithm>

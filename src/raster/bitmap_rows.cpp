@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Converts rows between depths, vectors of pixels at a time where the machine has them.
 #include "raster/bitmap_rows.h"
 
 #include <array>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Diffuses what a pixel loses to its neighbours.
 #include "raster/dither.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The positions and weights along one side of a picture that is stretched.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Fills the tables of steps as characters are met.
 #include "text/advance_cache.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Orders lines and joins letters with FriBidi.
 #include "text/bidi.h"
 
 #include <algorithm>

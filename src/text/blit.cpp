@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Blends the rows of a glyph into the canvas.
 #include "text/blit.h"
 
 #include "internal.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Finds and opens the font for characters of Chinese and Japanese, and goes back.
 #include "text/cjk.h"
 
 #include <utility>

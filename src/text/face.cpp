@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Looks characters up in a face, then in the ones that stand in for it.
 #include "text/face.h"
 
 #include <cstdlib>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Copies what FreeType rendered.
 #include "text/glyph.h"
 
 #include <cstring>

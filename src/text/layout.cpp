@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Breaks lines where the language allows it, and aligns them.
 #include "text/layout.h"
 
 #include <algorithm>

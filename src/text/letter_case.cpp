@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Upper case by the table of letters of the C library, whatever the locale of the process.
 #include "text/letter_case.h"
 
 #include <clocale>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Draws the glyphs of a line, underlined or turned upwards when asked.
 #include "text/line.h"
 
 #include <algorithm>

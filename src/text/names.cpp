@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Resolves aliases and styles to the files of fonts.
 #include "text/names.h"
 
 #include "ground/fold.h"

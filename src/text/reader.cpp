@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Decodes and joins a text piece by piece, and finds its direction.
 #include "text/reader.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Renders glyphs once and forgets all of them when they take too much memory.
 #include "text/size_cache.h"
 
 #include <algorithm>

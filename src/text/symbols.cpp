@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Draws symbols with the fallback font, at the height of the text around them.
 #include "text/symbols.h"
 
 #include <array>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Applies formatting codes and fallback fonts on the way along a line.
 #include "text/walker.h"
 
 namespace text {

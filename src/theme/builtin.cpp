@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Finds built-in pictures by name.
 #include "theme/builtin.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads the index of a theme file with distrust and unpacks what is asked for.
 #include "theme/container.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Finds the fonts that the open theme carries.
 #include "theme/fonts.h"
 
 #include <filesystem>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Looks for replacement pictures in the archive and the folders of a theme.
 #include "theme/overrides.h"
 
 #include <filesystem>

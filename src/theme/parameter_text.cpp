@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Takes the lines of a theme apart.
 #include "theme/parameter_text.h"
 
 #include <cstring>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Loads what most components need once, at its first use.
 #include "theme/parameters.h"
 
 #include <cstring>

@@ -58,7 +58,7 @@ const char *find_value(const char *name) {
 
 std::forward_list<DeviceEntry> load_device_description(const char *path) {
     std::forward_list<DeviceEntry> entries;
-    const file::Stream f(kv_fopen(path, "rbe"));
+    const file::Stream f = file::open_plain(path);
     char line[line_buffer];
     for (int i = 0; i < most_lines && kv_fgets(line, sizeof line, f.get()); i++)
         add_line(entries, line);

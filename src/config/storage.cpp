@@ -102,16 +102,15 @@ void UnlockingCloser::operator()(std::FILE *f) const {
 }
 
 LockedStream open_locked(const char *path, Access how) {
-    const char *mode = how == Access::read ? "rbe" : "r+be";
-    std::FILE *f = kv_fopen(path, mode);
+    file::Stream f = file::open_plain(path, how);
     if (!f && how == Access::rewrite) {
         create(path);
-        f = kv_fopen(path, mode);
+        f = file::open_plain(path, how);
     }
     if (!f) return nullptr;
-    std::setvbuf(f, nullptr, _IONBF, 0); // each write is one system call
-    lock(f, how == Access::read ? LOCK_SH : LOCK_EX);
-    return LockedStream(f);
+    std::setvbuf(f.get(), nullptr, _IONBF, 0); // each write is one system call
+    lock(f.get(), how == Access::read ? LOCK_SH : LOCK_EX);
+    return LockedStream(f.release());
 }
 
 std::optional<file::Contents> read_settings(std::FILE *f) {

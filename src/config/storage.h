@@ -23,7 +23,7 @@ struct UnlockingCloser {
 // An open and locked configuration file.
 using LockedStream = std::unique_ptr<std::FILE, UnlockingCloser>;
 
-enum class Access { read, rewrite };
+using file::Access;
 
 // Opens a file under a shared lock to read it, under an exclusive one to rewrite it; the latter
 // creates the file when it is missing. Waits for the lock. Null when the file cannot be opened.

@@ -7,8 +7,7 @@ namespace image {
 
 namespace {
 
-Stream open(const char *function, const char *path, const char *mode) {
-    Stream f(kv_fopen(path, mode));
+Stream checked(const char *function, const char *path, Stream f) {
     if (!f) kv_warn(function, "can't open %s\n", path);
     return f;
 }
@@ -16,11 +15,11 @@ Stream open(const char *function, const char *path, const char *mode) {
 } // namespace
 
 Stream open_picture(const char *function, const char *path) {
-    return open(function, path, "rb");
+    return checked(function, path, file::open_plain(path));
 }
 
 Stream create_picture(const char *function, const char *path) {
-    return open(function, path, "wb");
+    return checked(function, path, Stream(kv_fopen(path, "wb")));
 }
 
 } // namespace image

@@ -8,9 +8,9 @@
 #include <memory>
 #include <new>
 #include <string_view>
-#include <unistd.h>
 
 #include "ground/hash_access.h"
+#include "ground/seeded_hash.h"
 
 namespace {
 
@@ -62,10 +62,21 @@ ihash_item insert(ihash h, ihash_item *bucket, std::string_view name, void *valu
     return item;
 }
 
+// A string may lie in the one that it replaces, which is therefore freed last, and stays when there
+// is no memory for the new one. Other values go before the new ones come.
 bool replace(ihash h, ihash_item item, void *value) {
-    if (item->value == value) return true;
-    h->delproc(item->value);
-    return set_value(h, item, value);
+    void *const former = item->value;
+    if (former == value) return true;
+    if (h->addproc != str_addproc) {
+        h->delproc(former);
+        return set_value(h, item, value);
+    }
+    const bool is_set = set_value(h, item, value);
+    if (!is_set)
+        item->value = former;
+    else
+        h->delproc(former);
+    return is_set;
 }
 
 bool store(ihash h, const char *name, void *value) {
@@ -111,46 +122,11 @@ void *find_hashed(ihash h, const char *name, uint32_t hash) {
     return nullptr;
 }
 
-namespace {
-
-// The product of two words, folded into one: each bit of it depends on every bit of both.
-uint64_t fold(uint64_t a, uint64_t b) {
-    const auto product = static_cast<unsigned __int128>(a) * b;
-    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
-}
-
-// Two numbers that nobody who writes a file can know.
-struct Secret {
-    uint64_t seed = 0x243f6a8885a308d3, factor = 0x13198a2e03707344;
-
-    Secret() {
-        // Without a source of chance the constants still spread all names that mean no harm.
-        static_cast<void>(getentropy(this, sizeof *this));
-        factor |= 1;
-    }
-};
-
-// A hash for which no names can be prepared that meet in one slot, as they can for hash_of().
-uint64_t slot_hash(std::string_view name) {
-    static const Secret chosen;
-    uint64_t hash = chosen.seed ^ name.size();
-    uint64_t word = 0;
-    for (; name.size() >= sizeof word; name.remove_prefix(sizeof word)) {
-        std::memcpy(&word, name.data(), sizeof word);
-        hash = fold(hash ^ word, chosen.factor);
-    }
-    word = 0;
-    for (const char c : name) word = word << 8 | static_cast<unsigned char>(c);
-    return fold(hash ^ word, chosen.factor);
-}
-
-} // namespace
-
 HashFiller::HashFiller(ihash filled) : table(filled), slots(512) {
     while (static_cast<size_t>(table->count) * 2 >= slots.size()) slots.resize(slots.size() * 2);
     for (int i = 0; i < table->prime; i++)
         for (ihash_item item = table->items[i]; item; item = item->next)
-            put({slot_hash(item->name), item});
+            put({ground::seeded_hash(item->name), item});
 }
 
 // The slot that holds the item of that name, or the free one where it belongs.
@@ -180,7 +156,7 @@ void HashFiller::grow() {
 bool HashFiller::add(std::string_view name, const char *value) {
     if (static_cast<size_t>(table->count) * 2 >= slots.size()) grow();
     void *stored = const_cast<char *>(value);
-    const uint64_t hash = slot_hash(name);
+    const uint64_t hash = ground::seeded_hash(name);
     Slot &s = find_slot(hash, name.data());
     if (s.item) return replace(table, s.item, stored);
     ihash_item *bucket = bucket_of(table, hash_of(name.data()));

@@ -17,7 +17,7 @@
 namespace {
 
 // qsort() has no context pointer: sorted enumerations hand their comparator over in here.
-kv_hashcmpproc acmpproc;
+thread_local kv_hashcmpproc acmpproc;
 
 int compare_items(const void *a, const void *b) {
     const auto *x = *static_cast<const ihash_item *>(a);

@@ -228,7 +228,7 @@ KELVANE_API ibitmap *LoadBitmap(const char *path);
 KELVANE_API ibitmap *zLoadBitmap(void *zip, const char *name);
 /**
  * Writes a bitmap of depth 2, 4 or 8 without its mask: as 16 greys, or 256 at depth 8. Makes the
- * directories of @p path.
+ * directories of @p path. A file of that name stays as it is until the new one is whole.
  * @return 1 when every byte is on the disk, else 0; 0 for null and for other depths
  */
 KELVANE_API int SaveBitmap(const char *path, const ibitmap *bm);

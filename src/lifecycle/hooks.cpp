@@ -37,7 +37,7 @@ void pass_time(long long us) {
 void install_hooks() {
     hw::hooks = {.post_to_main = post_to_main,
                  .end_loop = end_loop,
-                 .exit = end_application,
+                 .exit = end_process,
                  .panel_height = PanelHeight};
     file_hooks.system_request = send_system_request;
     file_hooks.translate = GetLangText;

@@ -16,13 +16,30 @@ struct Free {
     ~Free() { CloseFont(font); }
 };
 
-// A hundredth of the shorter side of the screen.
+// What everything is measured in.
 int unit() {
-    return std::min(ScreenWidth(), ScreenHeight()) / 100;
+    return GetThemeInt("unit.size", 4);
 }
 
-irect inset(const irect &r, int by) {
-    return iRect(r.x + by, r.y + by, r.w - 2 * by, r.h - 2 * by, 0);
+// From the sides of the screen, and of a window, to what is written there.
+int margin() {
+    return 6 * unit();
+}
+
+irect inset(const irect &r, int horizontal, int vertical) {
+    return iRect(r.x + horizontal, r.y + vertical, r.w - 2 * horizontal, r.h - 2 * vertical, 0);
+}
+
+// The rows of `area` from one part of the height to another one, in hundredths.
+irect band(const irect &area, int from, int to) {
+    const int top = area.h * from / 100;
+    return iRect(area.x, area.y + top, area.w, area.h * to / 100 - top, 0);
+}
+
+// The left or the right half, with a gap between the two.
+irect half(const irect &area, int index) {
+    const int width = area.w / 2 - unit();
+    return iRect(index == 0 ? area.x : area.x + area.w - width, area.y, width, area.h, 0);
 }
 
 // Cell `index` of a grid that fills `area`.
@@ -33,88 +50,133 @@ irect cell_of(const irect &area, int columns, int rows, int index) {
                  area.h * (row + 1) / rows - top, 0);
 }
 
-void write(const irect &r, const char *text, int flags) {
-    DrawTextRect(r.x, r.y, r.w, r.h, text, flags);
+bool is_upright() {
+    return ScreenHeight() > ScreenWidth();
 }
 
-// Draws a button that ends at `bottom`. Returns its height.
-int draw_button(const char *picture, const char *font_name, int x, int bottom, const char *text) {
-    ibitmap *button = GetResource(picture, nullptr);
-    if (button == nullptr) return 0;
-    const int height = button->height, y = bottom - height;
-    const Free font{GetThemeFont(font_name, "#defaultb,18,0")};
+// Writes in a font of the theme, in its colour.
+void write(const irect &r, const char *font_name, const char *deflt, const char *text, int flags) {
+    const Free font{GetThemeFont(font_name, deflt)};
     ifont *before = GetFont();
     SetFont(font.font, -1);
-    DrawBitmap(x, y, button);
-    DrawTextRect(x, y, button->width, height, text, ALIGN_CENTER | VALIGN_MIDDLE);
+    DrawTextRect(r.x, r.y, r.w, r.h, text, flags);
     SetFont(before, -1);
-    std::free(button);
-    return height;
 }
 
+// Draws a button that ends at `bottom`. Returns its size.
+irect draw_button(const char *picture, const char *font_name, int x, int bottom, const char *text) {
+    ibitmap *button = GetResource(picture, nullptr);
+    if (!button) return iRect(x, bottom, 0, 0, 0);
+    const irect r = iRect(x, bottom - button->height, button->width, button->height, 0);
+    DrawBitmap(r.x, r.y, button);
+    std::free(button);
+    write(r, font_name, "#defaultb,18,0", text, ALIGN_CENTER | VALIGN_MIDDLE);
+    return r;
+}
+
+// At the foot of `r`. Returns their height.
 int draw_buttons(const irect &r) {
     const int bottom = r.y + r.h;
-    return std::max(
-        draw_button("button_normal", "button.font.normal", r.x, bottom, "Button"),
-        draw_button("button_selected", "button.font.active", r.x + r.w / 2, bottom, "Selected"));
+    const irect first = draw_button("button_selected", "button.font.active", r.x, bottom, "Open");
+    draw_button("button_normal", "button.font.normal", first.x + first.w + 2 * unit(), bottom,
+                "Later");
+    return first.h;
 }
 
 void draw_window(const irect &r, const char *title, const char *text, int flags) {
     irect inside;
     DrawFrame(r.x, r.y, r.w, r.h, nullptr, title, flags, &inside);
-    const Free font{GetThemeFont("window.font", "default,20,0")};
-    SetFont(font.font, -1);
-    irect room = inset(inside, unit());
-    if ((flags & FRAME_BUTTONS) != 0) room.h -= draw_buttons(room);
-    write(room, text, ALIGN_LEFT | TEXT_DOTS);
+    irect room = iRect(r.x + margin(), inside.y, r.w - 2 * margin(), inside.h - 2 * unit(), 0);
+    if ((flags & FRAME_BUTTONS) != 0) room.h -= draw_buttons(room) + 2 * unit();
+    write(room, "window.font", "default,20,0", text, ALIGN_LEFT | TEXT_DOTS);
 }
 
 void draw_windows(const irect &area) {
-    const bool upright = area.h > area.w;
-    const int columns = upright ? 1 : 2, rows = upright ? 4 : 2;
     struct {
         const char *title, *text;
         int flags;
+        int from, to; // of the height, when upright
     } const windows[] = {
         {"Window", "Whatever opens above the page has such a frame.",
-         FRAME_BUTTON_CLOSE | FRAME_BUTTON_MOVEUP | FRAME_BUTTON_MOVEDOWN},
-        {"A dictionary", "A word and what it means.", FRAME_DICTIONARY | FRAME_HEADER},
-        {nullptr, "A frame without a title.", 0},
-        {nullptr, "A frame that hangs from another one.", FRAME_OVERLAP},
+         FRAME_BUTTON_CLOSE | FRAME_BUTTON_MOVEUP | FRAME_BUTTON_MOVEDOWN, 0, 40},
+        {"A dictionary", "A word and what it means.", FRAME_DICTIONARY | FRAME_HEADER, 40, 64},
+        {nullptr, "A frame without a title.", 0, 64, 82},
+        {nullptr, "A frame that hangs from another one.", FRAME_OVERLAP, 82, 100},
     };
-    for (int i = 0; i < 4; i++)
-        draw_window(inset(cell_of(area, columns, rows, i), unit()), windows[i].title,
-                    windows[i].text, windows[i].flags);
+    for (int i = 0; i < 4; i++) {
+        const auto &w = windows[i];
+        const irect row = i < 2 ? band(area, 0, 64) : band(area, 64, 100);
+        draw_window(is_upright() ? band(area, w.from, w.to) : half(row, i % 2), w.title, w.text,
+                    w.flags);
+    }
 }
 
-// A border or an underline leaves the text alone; what stands on a dark background is white.
-void draw_selected(const irect &row, const char *key) {
-    const iselection_style style = LoadSelectionProperties(key);
-    const bool is_filled = style.style < 1 || style.style > 4;
-    const bool is_inverted = is_filled && style.background_style == 1;
-    const bool is_dark = is_filled && style.background_style != 2 && style.background_color < DGRAY;
-    if (!is_inverted) DrawPickOutEx(&row, key);
-    const Free font{GetThemeFont("window.font", "default,20,0")};
-    SetFont(font.font, is_dark && !is_inverted ? WHITE : BLACK);
-    write(inset(row, 2 * unit()), key, ALIGN_LEFT | VALIGN_MIDDLE);
-    if (is_inverted) DrawPickOutEx(&row, key);
+// Lines of text. The selected one is filled, and its text is bold.
+void draw_lines(const irect &area) {
+    constexpr const char *lines[] = {"Contents", "Bookmarks", "Notes", "Text size"};
+    const int height = GetThemeInt("context_menu.item.height", 12 * unit());
+    for (int i = 0; i < int(std::size(lines)); i++) {
+        const irect row = iRect(area.x, area.y + i * height, area.w, height, 0);
+        const bool selected = i == 1;
+        write(inset(row, margin(), 0), selected ? "taskmgr.task.title.font" : "window.font",
+              selected ? "defaultb,20,0" : "default,20,0", lines[i], ALIGN_LEFT | VALIGN_MIDDLE);
+        if (selected) DrawPickOutEx(&row, "line");
+    }
 }
 
-// The common selection, then those that the shipped themes have by name, a kind each.
+// A book without a picture on its cover.
+void draw_cover(const irect &r) {
+    const int line = GetThemeInt("separator.size", 1);
+    DrawBorder(&r, line, 0, 0, BLACK);
+    FillArea(r.x + 3 * unit(), r.y + 4 * unit(), 7 * unit(), unit(), BLACK);
+}
+
+void draw_book(const irect &row, const char *title, const char *author, const char *value) {
+    const int indent = 18 * unit();
+    draw_cover(iRect(row.x, row.y + unit(), 15 * unit(), 20 * unit(), 0));
+    const irect text =
+        iRect(row.x + indent, row.y + unit(), row.w - indent - 2 * unit(), row.h - 2 * unit(), 0);
+    write(band(text, 0, 50), "taskmgr.task.title.font", "defaultb,20,0", title,
+          ALIGN_LEFT | VALIGN_BOTTOM);
+    write(band(text, 50, 100), "taskmgr.shortcut.font", "default,18,0", author, ALIGN_LEFT);
+    write(band(text, 50, 100), "taskmgr.shortcut.font", "default,18,0", value, ALIGN_RIGHT);
+}
+
+// Rows of several lines. The selected one has a border outside.
+void draw_books(const irect &area) {
+    constexpr const char *books[][3] = {{"Moby-Dick", "H. Melville", "42 %"},
+                                        {"Walden", "H. Thoreau", "read"},
+                                        {"Bleak House", "C. Dickens", "new"}};
+    const int height = 22 * unit(), pitch = 27 * unit();
+    for (int i = 0; i < int(std::size(books)); i++) {
+        const irect row =
+            iRect(area.x + margin(), area.y + i * pitch, area.w - 2 * margin(), height, 0);
+        if (row.y + row.h + 2 * unit() > area.y + area.h) return;
+        draw_book(row, books[i][0], books[i][1], books[i][2]);
+        const irect around = inset(row, -2 * unit(), -2 * unit());
+        if (i == 1) DrawPickOutEx(&around, "default");
+    }
+}
+
 void draw_selections(const irect &area) {
-    constexpr const char *keys[] = {"default", "square",   "rounded", "underline",
-                                    "bar",     "inverted", "hatched", "filled"};
-    constexpr int rows = int(std::size(keys));
-    for (int i = 0; i < rows; i++) draw_selected(inset(cell_of(area, 1, rows, i), unit()), keys[i]);
+    const irect room = iRect(area.x, area.y + 2 * unit(), area.w, area.h - 2 * unit(), 0);
+    const int lines = 4 * GetThemeInt("context_menu.item.height", 12 * unit()) + 4 * unit();
+    draw_lines(is_upright() ? room : half(room, 0));
+    draw_books(is_upright() ? iRect(room.x, room.y + lines, room.w, room.h - lines, 0)
+                            : half(room, 1));
 }
 
+// Thinner borders would have corners that are thinner still.
 void draw_borders(const irect &area) {
-    constexpr int radii[] = {0, 4, 8, 16, 32};
+    const irect room = inset(area, margin() - unit(), unit());
+    constexpr int radii[] = {0, 1, 2, 3, 4}; // in units
+    constexpr int sizes[] = {3, 4, 6};       // in quarters of a unit
     constexpr int styles = ROUND_BOTTOM_RIGHT, columns = int(std::size(radii));
     for (int i = 0; i < styles * columns; i++) {
-        const irect cell = inset(cell_of(area, columns, styles, i), unit() * 3 / 2);
-        const int radius = std::min(radii[i % columns], cell.h / 2);
-        DrawBorder(&cell, 2 + i / columns % 3, 1 + i / columns, radius, BLACK);
+        const irect cell = inset(cell_of(room, columns, styles, i), unit(), unit());
+        const int radius = std::min(radii[i % columns] * unit(), cell.h / 2);
+        DrawBorder(&cell, (sizes[i / columns % 3] * unit() + 2) / 4, 1 + i / columns, radius,
+                   BLACK);
     }
 }
 
@@ -132,8 +194,8 @@ void draw() {
     const Page &page = pages[pager.current_page - 1];
     DrawApplicationCaption(page.title, nullptr);
     const int top = GetCaptionHeight();
-    page.draw(inset(iRect(0, top, ScreenWidth(), ScreenHeight() - top - GetPagerHeight(&pager), 0),
-                    2 * unit()));
+    page.draw(iRect(0, top, ScreenWidth(),
+                    ScreenHeight() - top - GetPagerHeight(&pager) - 2 * unit(), 0));
     DrawPager(&pager);
     FullUpdate();
 }

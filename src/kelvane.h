@@ -29,6 +29,7 @@
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
+#include "kelvane/dialogs.h"
 #include "kelvane/events.h"
 #include "kelvane/files.h"
 #include "kelvane/frames.h"

@@ -64,6 +64,10 @@ const char *find_name(const Name (&names)[N], int code) {
     return nullptr;
 }
 
+int row_height() {
+    return 8 * unit();
+}
+
 std::string describe(const Entry &e) {
     char text[64];
     const bool is_key = e.type >= EVT_KEYPRESS && e.type <= EVT_KEYREPEAT;
@@ -76,29 +80,28 @@ std::string describe(const Entry &e) {
     return text;
 }
 
-// Newest at the top; older ones fade.
-void draw_entry(const irect &area, int row, const Entry &e, int height) {
-    const int y = area.y + row * height * 2 + height / 2;
-    const Ink ink = {.height = height, .color = row < 4 ? BLACK : DGRAY, .bold = row == 0};
+// Newest at the top, in bold.
+void draw_entry(const irect &area, int row, const Entry &e) {
+    const int top = area.y + row * row_height();
+    const Ink ink = {.bold = row == 0};
+    const int y = top + (row_height() - capital_height(ink.size)) / 2;
     char number[16];
     std::snprintf(number, sizeof number, "%d", e.number);
-    draw_text(area.x + area.w * 12 / 100, y, number, {.height = height, .color = LGRAY},
-              Align::right);
+    draw_text(area.x + area.w * 9 / 100, y, number, ink, Align::right);
     char code[16];
     std::snprintf(code, sizeof code, "%d", e.type);
-    draw_text(area.x + area.w * 22 / 100, y, code, ink, Align::right);
+    draw_text(area.x + area.w * 18 / 100, y, code, ink, Align::right);
     const char *name = find_name(event_names, e.type);
-    draw_text(area.x + area.w * 26 / 100, y, name ? name : "Other", ink);
-    draw_text(area.x + area.w * 64 / 100, y, describe(e).c_str(), ink);
-    DrawLineEx(area.x, y + height * 3 / 2, area.x + area.w - 1, y + height * 3 / 2, LGRAY, 2);
+    draw_text(area.x + area.w * 22 / 100, y, name ? name : "Other", ink);
+    draw_text(area.x + area.w * 56 / 100, y, describe(e).c_str(), ink);
+    FillArea(area.x, top + row_height() - hairline(), area.w, hairline(), BLACK);
 }
 
 void draw(const irect &area) {
     list = area;
-    const int height = 2 * unit();
-    const int rows = area.h / (height * 2);
+    const int rows = area.h / row_height();
     for (int row = 0; row < rows && row < kept && row < arrived; row++)
-        draw_entry(area, row, log_ring[size_t((arrived - 1 - row) % kept)], height);
+        draw_entry(area, row, log_ring[size_t((arrived - 1 - row) % kept)]);
 }
 
 void refresh(void *) {

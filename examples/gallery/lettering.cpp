@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "lettering.h"
 
-namespace {
+#include "page.h"
 
-// In the default font a capital letter is 8/11 as high as the font's size.
-int size_of(int capital_height) {
-    return (capital_height * 11 + 4) / 8;
-}
+namespace {
 
 int start_of(int x, int width, Align align) {
     switch (align) {
@@ -21,12 +18,23 @@ int start_of(int x, int width, Align align) {
 
 } // namespace
 
+int size_of(Type type) {
+    constexpr int quarters[] = {16, 18, 20, 24}; // of a unit
+    return (quarters[size_t(type)] * unit() + 2) / 4;
+}
+
+// As the default font has it.
+int capital_height(int size) {
+    return size * 8 / 11;
+}
+
 void draw_text(int x, int y, const char *text, const Ink &ink, Align align) {
-    ifont *font = OpenFont(ink.bold ? "defaultb" : "default", size_of(ink.height), 1);
+    ifont *font = OpenFont(ink.bold ? "defaultb" : "default", ink.size, 1);
     if (font == nullptr) return;
     ifont *before = GetFont();
     SetFont(font, ink.color);
-    DrawString(start_of(x, StringWidth(text), align), y + ink.height - font->baseline, text);
+    DrawString(start_of(x, StringWidth(text), align), y + capital_height(ink.size) - font->baseline,
+               text);
     SetFont(before, -1);
     CloseFont(font);
 }

@@ -6,8 +6,14 @@
 
 enum class Align { left, centre, right };
 
+// Sizes of type in pixels; nothing is smaller than small.
+enum class Type { small, label, body, title };
+int size_of(Type type);
+// Of a capital letter.
+int capital_height(int size);
+
 struct Ink {
-    int height; // of a capital letter, in pixels
+    int size = size_of(Type::small);
     int color = BLACK;
     bool bold = false;
 };

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr std::array pages = {&shapes_page,  &pictures_page, &text_page,  &prose_page,
-                              &updates_page, &paint_page,    &events_page};
+constexpr std::array pages = {&shapes_page,  &pictures_page, &text_page,   &prose_page,
+                              &updates_page, &paint_page,    &events_page, &boxes_page};
 constexpr int count = int(pages.size());
 // Every so many turned pages one flash clears the ghosts of the former ones.
 constexpr int turns_per_flash = 4;
@@ -26,28 +26,24 @@ bool pressed = false;
 bool stay = false; // BACK does not end the gallery
 int down_x = 0, down_y = 0;
 
-irect title_area() {
-    return iRect(4 * unit(), 3 * unit(), ScreenWidth() - 8 * unit(), 9 * unit(), 0);
+// The left edge of everything.
+int margin() {
+    return 6 * unit();
 }
 
 irect strip_area() {
-    return iRect(0, ScreenHeight() - 9 * unit(), ScreenWidth(), 9 * unit(), 0);
+    return iRect(0, ScreenHeight() - 12 * unit(), ScreenWidth(), 12 * unit(), 0);
 }
 
 irect body_area() {
-    const int top = 14 * unit();
-    return iRect(4 * unit(), top, ScreenWidth() - 8 * unit(), ScreenHeight() - top - 11 * unit(),
-                 0);
+    const int top = 19 * unit();
+    return iRect(margin(), top, ScreenWidth() - 2 * margin(), strip_area().y - top - 3 * unit(), 0);
 }
 
 void draw_title() {
-    const irect area = title_area();
-    const Ink heading = {.height = 4 * unit(), .bold = true};
-    draw_text(area.x, area.y, pages[size_t(current)]->title, heading);
-    draw_text(area.x + area.w, area.y + unit(), "libkelvane",
-              {.height = 2 * unit(), .color = DGRAY}, Align::right);
-    draw_text(area.x, area.y + 6 * unit(), pages[size_t(current)]->hint,
-              {.height = 2 * unit(), .color = DGRAY});
+    const Ink heading = {.size = size_of(Type::title), .bold = true};
+    draw_text(margin(), 4 * unit(), pages[size_t(current)]->title, heading);
+    draw_text(margin(), 11 * unit(), pages[size_t(current)]->hint, {});
 }
 
 irect tab_area(int index) {
@@ -58,16 +54,14 @@ irect tab_area(int index) {
 
 void draw_strip() {
     const irect strip = strip_area();
-    FillArea(strip.x, strip.y, strip.w, 1 + unit() / 8, BLACK);
+    FillArea(strip.x, strip.y, strip.w, hairline(), BLACK);
     for (int i = 0; i < count; i++) {
         const irect tab = tab_area(i);
         const bool selected = i == current;
-        if (selected) FillAreaRect(&tab, BLACK);
-        const Ink ink = {.height = count > 5 ? 7 * unit() / 4 : 9 * unit() / 4,
-                         .color = selected ? WHITE : BLACK,
-                         .bold = selected};
-        draw_text(tab.x + tab.w / 2, tab.y + (tab.h - ink.height) / 2, pages[size_t(i)]->title, ink,
-                  Align::centre);
+        if (selected) FillArea(tab.x, tab.y, tab.w, unit(), BLACK);
+        const Ink ink = {.bold = selected};
+        draw_text(tab.x + tab.w / 2, tab.y + (tab.h - capital_height(ink.size)) / 2,
+                  pages[size_t(i)]->title, ink, Align::centre);
     }
 }
 
@@ -181,8 +175,11 @@ const Page &current_page() {
 }
 
 int unit() {
-    const int shorter = ScreenWidth() < ScreenHeight() ? ScreenWidth() : ScreenHeight();
-    return shorter < 100 ? 1 : shorter / 100;
+    return GetThemeInt("unit.size", 4);
+}
+
+int hairline() {
+    return GetThemeInt("separator.size", 1);
 }
 
 irect grid_cell(const irect &area, int columns, int rows, int index, int gap) {

@@ -16,12 +16,14 @@ struct Page {
 };
 
 extern const Page shapes_page, pictures_page, text_page, prose_page, updates_page, paint_page,
-    events_page;
+    events_page, boxes_page;
 
 // The page on the screen.
 const Page &current_page();
-// A hundredth of the shorter side of the screen: everything is measured in it.
+// What everything is measured in: 4 pixels, or more on a denser screen.
 int unit();
+// The thinnest line.
+int hairline();
 
 inline bool inside(const irect &r, int x, int y) {
     return x >= r.x && x < r.x + r.w && y >= r.y && y < r.y + r.h;

@@ -30,31 +30,36 @@ int last_x = 0, last_y = 0;
 enum : int { clear_tool = color_count + size_count, tool_count };
 
 irect tool_area(const irect &area, int index) {
-    return grid_cell(iRect(area.x, area.y, area.w, 8 * unit(), 0), tool_count, 1, index, unit());
+    return grid_cell(iRect(area.x, area.y, area.w, 12 * unit(), 0), tool_count, 1, index, unit());
 }
 
 irect paper_area(const irect &area) {
-    return iRect(area.x, area.y + 10 * unit(), area.w, area.h - 10 * unit(), 0);
+    return iRect(area.x, area.y + 14 * unit(), area.w, area.h - 14 * unit(), 0);
 }
 
 int brush(int index) {
-    return std::max(1, unit() * (1 + index * index) / 3);
+    return unit() * (1 + index * index) / 2;
 }
 
 void draw_tool(const irect &area, int index) {
     const irect r = tool_area(area, index);
     FillAreaRect(&r, WHITE);
     if (index < color_count) {
-        FillArea(r.x + unit(), r.y + unit(), r.w - 2 * unit(), r.h - 2 * unit(), colors[index]);
-        DrawRect(r.x + unit(), r.y + unit(), r.w - 2 * unit(), r.h - 2 * unit(), BLACK);
+        FillArea(r.x + 2 * unit(), r.y + 2 * unit(), r.w - 4 * unit(), r.h - 4 * unit(),
+                 colors[index]);
+        DrawRect(r.x + 2 * unit(), r.y + 2 * unit(), r.w - 4 * unit(), r.h - 4 * unit(), BLACK);
     } else if (index < clear_tool) {
         DrawCircle(r.x + r.w / 2, r.y + r.h / 2, brush(index - color_count), BLACK);
     } else {
-        draw_text(r.x + r.w / 2, r.y + r.h / 2 - unit(), "Clear", {.height = 2 * unit()},
-                  Align::centre);
+        draw_text(r.x + r.w / 2, r.y + (r.h - capital_height(size_of(Type::small))) / 2, "Clear",
+                  {.bold = true}, Align::centre);
     }
     const bool active = index == color || index == color_count + size;
-    DrawBorder(&r, active ? std::max(3, unit() / 2) : 2, ROUND_ALL, unit(), active ? BLACK : LGRAY);
+    if (active) {
+        DrawBorder(&r, unit(), ROUND_ALL, 2 * unit(), BLACK);
+    } else if (index == clear_tool) {
+        DrawBorder(&r, 3 * unit() / 4, ROUND_ALL, 2 * unit(), BLACK);
+    }
 }
 
 void draw_piece(const irect &paper, const Piece &p) {

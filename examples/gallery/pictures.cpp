@@ -104,7 +104,7 @@ void masks(const irect &r) {
 void turned(const irect &r) {
     const int side = std::min(r.w, r.h) / 2 - unit() / 2;
     StretchBitmap(r.x, r.y, side, side, photograph(), 0);
-    draw_text(r.x + side / 2, r.y + side / 4, "R", {.height = side / 2, .bold = true},
+    draw_text(r.x + side / 2, r.y + side / 4, "R", {.size = side * 2 / 3, .bold = true},
               Align::centre);
     // Where a place of the screen lies when the screen is seen turned.
     const int w = ScreenWidth(), h = ScreenHeight();
@@ -127,7 +127,7 @@ void turned(const irect &r) {
 }
 
 void tiles(const irect &r) {
-    const int side = std::max(1, 4 * unit());
+    const int side = 6 * unit();
     const Bitmap medal = make_medal(side);
     FillAreaRect(&r, LGRAY);
     DrawBitmapRect(r.x, r.y, r.w, r.h, medal.get(), BITMAP_TILE);
@@ -141,7 +141,7 @@ void placed(const irect &r) {
                              BITMAP_MIDDLE,
                              BITMAP_CENTER | BITMAP_MIDDLE,
                              BITMAP_RIGHT | BITMAP_BOTTOM};
-    const Bitmap small = make_medal(std::max(1, 5 * unit()));
+    const Bitmap small = make_medal(7 * unit());
     for (int i = 0; i < 6; i++) {
         const irect cell = grid_cell(r, 3, 2, i, unit());
         const bool larger = i % 2 != 0;
@@ -201,10 +201,10 @@ constexpr Cell cells[] = {
 
 void draw(const irect &area) {
     const bool upright = area.h > area.w;
-    const int columns = upright ? 3 : 4, rows = 12 / columns, caption = 4 * unit();
+    const int columns = upright ? 3 : 4, rows = 12 / columns, caption = 5 * unit();
     for (int i = 0; i < int(std::size(cells)); i++) {
-        irect cell = grid_cell(area, columns, rows, i, 3 * unit());
-        draw_text(cell.x, cell.y, cells[i].name, {.height = 7 * unit() / 4, .color = DGRAY});
+        irect cell = grid_cell(area, columns, rows, i, 5 * unit());
+        draw_text(cell.x, cell.y, cells[i].name, {});
         cell.y += caption;
         cell.h -= caption;
         cells[i].draw(cell);

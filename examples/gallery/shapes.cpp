@@ -35,7 +35,7 @@ void dashes(const irect &r) {
     const int rows = int(std::size(patterns));
     for (int i = 0; i < rows; i++) {
         const int y = r.y + r.h * (2 * i + 1) / (2 * rows);
-        for (int line = 0; line <= unit() / 4; line++)
+        for (int line = 0; line < unit() / 2; line++)
             DrawDashLine(r.x, y + line, r.x + r.w - 1, y + line, BLACK, patterns[i][0],
                          patterns[i][1]);
     }
@@ -53,7 +53,7 @@ void borders(const irect &r) {
                               ROUND_LEFT, ROUND_TOP_RIGHT, ROUND_BOTTOM_LEFT};
     for (int i = 0; i < 6; i++) {
         const irect cell = grid_cell(r, 3, 2, i, 2 * unit());
-        DrawBorder(&cell, 2 + unit() / 3, styles[i], 2 * unit(), BLACK);
+        DrawBorder(&cell, 3 * unit() / 4, styles[i], 2 * unit(), BLACK);
     }
 }
 
@@ -134,10 +134,10 @@ constexpr Cell cells[] = {
 void draw(const irect &area) {
     const bool upright = area.h > area.w;
     const int columns = upright ? 3 : 4, rows = int(std::size(cells)) / columns;
-    const int caption = 4 * unit();
+    const int caption = 5 * unit();
     for (int i = 0; i < int(std::size(cells)); i++) {
-        irect cell = grid_cell(area, columns, rows, i, 4 * unit());
-        draw_text(cell.x, cell.y, cells[i].name, {.height = 7 * unit() / 4, .color = DGRAY});
+        irect cell = grid_cell(area, columns, rows, i, 5 * unit());
+        draw_text(cell.x, cell.y, cells[i].name, {});
         cell.y += caption;
         cell.h -= caption;
         cells[i].draw(cell);

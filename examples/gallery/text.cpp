@@ -25,22 +25,22 @@ class Font {
 };
 
 int body_size() {
-    return std::max(8, 3 * unit());
+    return size_of(Type::body);
 }
 
 void label(const irect &cell, const char *text) {
-    draw_text(cell.x, cell.y, text, {.height = 9 * unit() / 5, .color = DGRAY});
+    draw_text(cell.x, cell.y, text, {});
 }
 
 // The part of a cell below its label, framed.
 irect frame(const irect &cell) {
-    const irect r = iRect(cell.x, cell.y + 3 * unit(), cell.w, cell.h - 3 * unit(), 0);
-    DrawRect(r.x, r.y, r.w, r.h, LGRAY);
+    const irect r = iRect(cell.x, cell.y + 5 * unit(), cell.w, cell.h - 5 * unit(), 0);
+    DrawBorder(&r, hairline(), 0, 0, BLACK);
     return r;
 }
 
 void draw_rect(irect r, const char *text, int flags) {
-    r = iRect(r.x + unit(), r.y + unit() / 2, r.w - 2 * unit(), r.h - unit(), flags);
+    r = iRect(r.x + 2 * unit(), r.y + unit(), r.w - 4 * unit(), r.h - 2 * unit(), flags);
     DrawTextRect2(&r, text);
 }
 
@@ -63,6 +63,8 @@ void draw_alignments(const irect &cell) {
 
 void draw_justified(const irect &cell) {
     label(cell, "Justified, with dots");
+    const Font font("default", size_of(Type::small));
+    font.use();
     draw_rect(frame(cell), tale, ALIGN_JUSTIFY | TEXT_DOTS);
 }
 
@@ -77,26 +79,25 @@ void draw_rotated(const irect &cell) {
 
 void draw_codes(const irect &cell) {
     const Font regular("default", body_size()), bold("defaultb", body_size()),
-        italic("defaulti", body_size(), DGRAY);
+        italic("defaulti", body_size());
     ifont *list[] = {regular.get(), bold.get(), italic.get()};
     label(cell, "Fonts and symbols within a text");
     RegisterFontList(list, 3);
     draw_rect(frame(cell),
               "A line in \2bold\1 or \3oblique\1.\n"
-              "\x11 \x12 \x13 \x14 move, \x15 chooses,\n\x16 goes back, \x17 opens a menu.",
+              "\x11 \x12 \x13 \x14 move, \x15 chooses, \x16 goes back, \x17 opens a menu.",
               ALIGN_LEFT);
     RegisterFontList(nullptr, 0);
 }
 
 void draw_sizes(const irect &cell) {
-    label(cell, "Sizes, greys");
+    label(cell, "Sizes");
     const irect r = frame(cell);
     int y = r.y + unit();
-    constexpr int greys[] = {BLACK, 0x333333, DGRAY, 0x808080};
-    for (int i = 0; i < 4; i++) {
-        const Font font("default", body_size() * (8 - i) / 5, greys[i]);
+    for (const Type type : {Type::title, Type::body, Type::label, Type::small}) {
+        const Font font("default", size_of(type));
         font.use();
-        DrawString(r.x + unit(), y, "AV To Wa 1984");
+        DrawString(r.x + 2 * unit(), y, "AV To Wa 1984");
         if (font.get()) y += font.get()->linespacing;
     }
 }
@@ -120,14 +121,34 @@ void draw_strength(const irect &cell) {
     CloseFont(mono);
 }
 
+// A place in a grid, as wide as some of its columns.
+struct Slot {
+    void (*draw)(const irect &);
+    int column, row, span;
+};
+
+irect slot_area(const irect &area, int columns, int rows, const Slot &slot) {
+    const int first = slot.row * columns + slot.column;
+    irect r = grid_cell(area, columns, rows, first, 4 * unit());
+    const irect last = grid_cell(area, columns, rows, first + slot.span - 1, 4 * unit());
+    r.w = last.x + last.w - r.x;
+    return r;
+}
+
 void draw_text_page(const irect &area) {
-    void (*const cells[])(const irect &) = {draw_alignments, draw_justified, draw_rotated,
-                                            draw_codes,      draw_sizes,     draw_strength};
+    // Lines are justified where there is room for long ones only.
+    constexpr Slot upright[] = {{draw_alignments, 0, 0, 1}, {draw_rotated, 1, 0, 1},
+                                {draw_justified, 0, 1, 2},  {draw_sizes, 0, 2, 1},
+                                {draw_strength, 1, 2, 1},   {draw_codes, 0, 3, 2}};
+    constexpr Slot turned[] = {{draw_alignments, 0, 0, 1}, {draw_rotated, 1, 0, 1},
+                               {draw_sizes, 2, 0, 1},      {draw_justified, 0, 1, 3},
+                               {draw_strength, 0, 2, 1},   {draw_codes, 1, 2, 2}};
+    const bool is_upright = area.h > area.w;
+    const int columns = is_upright ? 2 : 3, rows = is_upright ? 4 : 3;
     const Font font("default", body_size());
-    const int columns = area.h > area.w ? 2 : 3;
-    for (int i = 0; i < 6; i++) {
+    for (const Slot &slot : is_upright ? upright : turned) {
         font.use();
-        cells[i](grid_cell(area, columns, 6 / columns, i, 3 * unit()));
+        slot.draw(slot_area(area, columns, rows, slot));
     }
 }
 
@@ -174,24 +195,28 @@ constexpr Sample samples[] = {
      ALIGN_LEFT},
 };
 
-int draw_sample(const Sample &sample, const irect &place) {
-    const Font font(sample.font, place.w > 80 * unit() ? body_size() : body_size() * 9 / 10);
+int draw_sample(const Sample &sample, const irect &place, Type type) {
+    // Words that are not broken leave holes in justified lines of less than some 65 characters.
+    const int size = size_of(type), enough = 65 * size * 11 / 20;
+    const Font font(sample.font, size);
     font.use();
     int height = 0;
-    DrawTextRect3(place.x, place.y, place.w, place.h, sample.text, sample.flags, &height);
+    DrawTextRect3(place.x, place.y, place.w, place.h, sample.text,
+                  place.w < enough ? sample.flags & ~ALIGN_JUSTIFY : sample.flags, &height);
     return height;
 }
 
 void draw_prose_page(const irect &area) {
-    const int columns = area.h > area.w ? 1 : 2, gap = 5 * unit();
+    const int columns = area.h > area.w ? 1 : 2, gap = 6 * unit();
     const int width = (area.w - (columns - 1) * gap) / columns;
     const int count = int(std::size(samples)), rows = count / columns;
+    const Type type = area.h > 200 * unit() ? Type::body : Type::label;
     for (int column = 0; column < columns; column++) {
         int y = area.y;
         for (int row = 0; row < rows; row++) {
             const irect place =
                 iRect(area.x + column * (width + gap), y, width, area.y + area.h - y, 0);
-            y += draw_sample(samples[column * rows + row], place) + unit();
+            y += draw_sample(samples[column * rows + row], place, type) + 2 * unit();
         }
     }
 }

@@ -18,16 +18,16 @@ struct Mode {
 void animate(int x, int y, int w, int h);
 
 const Mode modes[] = {
-    {"Partial", "All greys, no flash: the ordinary choice", PartialUpdate},
+    {"Partial", "All greys, no flash: ordinary", PartialUpdate},
     {"Partial BW", "Black and white: faster", PartialUpdateBW},
     {"Partial black", "For areas that were black", PartialUpdateBlack},
     {"Partial DU4", "Four levels, no flash", PartialUpdateDU4},
     {"Partial HQ", "Best quality of an area", PartialUpdateHQ},
-    {"Dynamic", "For what changes often", DynamicUpdate},
-    {"Dynamic BW", "For what changes often, black and white", DynamicUpdateBW},
-    {"Dynamic A2", "Fastest, two levels: press to animate", animate},
+    {"Dynamic", "Changes often", DynamicUpdate},
+    {"Dynamic BW", "Changes often, black and white", DynamicUpdateBW},
+    {"Dynamic A2", "Fastest, two levels: an animation", animate},
     {"Soft", "Whole screen, no flash", [](int, int, int, int) { SoftUpdate(); }},
-    {"Full", "Whole screen, flashes: clears all ghosts", [](int, int, int, int) { FullUpdate(); }},
+    {"Full", "Whole screen, flash: clears ghosts", [](int, int, int, int) { FullUpdate(); }},
 };
 constexpr int mode_count = int(std::size(modes));
 
@@ -38,14 +38,17 @@ irect sample;
 
 irect button_area(const irect &area, int index) {
     const bool upright = area.h > area.w;
-    const irect list = upright ? iRect(area.x, area.y + area.h * 2 / 5, area.w, area.h * 3 / 5, 0)
-                               : iRect(area.x + area.w / 2, area.y, area.w - area.w / 2, area.h, 0);
-    return grid_cell(list, 1, mode_count, index, unit());
+    const int height = std::min(12 * unit(), area.h / mode_count);
+    const irect list = upright
+                           ? iRect(area.x, area.y + area.h - mode_count * height, area.w, 0, 0)
+                           : iRect(area.x + area.w * 2 / 5, area.y, area.w - area.w * 2 / 5, 0, 0);
+    return iRect(list.x, list.y + index * height, list.w, height, 0);
 }
 
 irect sample_area(const irect &area) {
-    if (area.h > area.w) return iRect(area.x, area.y, area.w, area.h * 2 / 5 - 3 * unit(), 0);
-    return iRect(area.x, area.y, area.w / 2 - 4 * unit(), area.h, 0);
+    const irect list = button_area(area, 0);
+    if (area.h > area.w) return iRect(area.x, area.y, area.w, list.y - area.y - 4 * unit(), 0);
+    return iRect(area.x, area.y, list.x - area.x - 6 * unit(), area.h, 0);
 }
 
 // The sixteen greys, alternately from either end, behind a disc that moves on.
@@ -63,7 +66,7 @@ void draw_sample(const irect &r, int step) {
     char text[16];
     std::snprintf(text, sizeof text, "%d", step % 100);
     draw_text(x, r.y + r.h / 2 - radius / 3, text,
-              {.height = radius * 2 / 3, .color = WHITE, .bold = true}, Align::centre);
+              {.size = radius * 11 / 12, .color = WHITE, .bold = true}, Align::centre);
     DrawRect(r.x, r.y, r.w, r.h, BLACK);
 }
 
@@ -106,19 +109,15 @@ void draw_button(const irect &area, int index) {
     const irect r = button_area(area, index);
     const bool active = index == selected;
     FillAreaRect(&r, active ? BLACK : WHITE);
-    if (!active) DrawBorder(&r, 2 + unit() / 8, ROUND_ALL, unit(), DGRAY);
-    const bool upright = area.h > area.w;
-    const Ink name = {
-        .height = std::min(2 * unit(), r.h / 3), .color = active ? WHITE : BLACK, .bold = true};
-    const Ink note = {.height = name.height * 3 / 4, .color = active ? LGRAY : DGRAY};
-    // The note stands at the right end, or below the name where the button is narrow.
-    const int left = r.x + 2 * unit(), middle = r.y + (r.h - name.height) / 2;
-    draw_text(left, upright ? middle : r.y + unit(), modes[index].name, name);
-    if (upright) {
-        draw_text(r.x + r.w - 2 * unit(), middle, modes[index].note, note, Align::right);
-    } else {
-        draw_text(left, r.y + r.h - unit() - note.height, modes[index].note, note);
-    }
+    FillArea(r.x, r.y + r.h - hairline(), r.w, hairline(), BLACK);
+    const int color = active ? WHITE : BLACK;
+    const Ink name = {.size = size_of(Type::label), .color = color, .bold = active};
+    const Ink note = {.color = color};
+    // On one baseline.
+    const int bottom = r.y + (r.h + capital_height(name.size)) / 2;
+    draw_text(r.x + 2 * unit(), bottom - capital_height(name.size), modes[index].name, name);
+    draw_text(r.x + r.w - 2 * unit(), bottom - capital_height(note.size), modes[index].note, note,
+              Align::right);
 }
 
 void draw(const irect &area) {

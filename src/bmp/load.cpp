@@ -19,7 +19,7 @@ constexpr size_t least_member = 33;
 constexpr size_t largest_member = 32 << 20;
 
 raster::BitmapPtr load_file(const char *function, const char *path) {
-    const file::Stream stream(kv_fopen(path, "rb"));
+    const file::Stream stream = file::open_plain(path);
     if (!stream) {
         kv_warn(function, "Cannot open bitmap: %s\n", path);
         return nullptr;

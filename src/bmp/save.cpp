@@ -3,11 +3,10 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <utility>
 #include <vector>
 
 #include "bmp/bmp.h"
-#include "file/stream.h"
+#include "file/replacement.h"
 #include "ground/guard.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/files.h"
@@ -80,10 +79,8 @@ std::vector<uint8_t> make_file(const ibitmap &bm, const Layout &layout) {
 
 int write_file(const char *path, const std::vector<uint8_t> &bytes) {
     kv_buildpath(path);
-    file::Stream file(kv_fopen(path, "wb"));
-    if (!file) return 0;
-    const bool whole = kv_fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    return file::close_written(std::move(file)) && whole;
+    file::Replacement file(path);
+    return kv_fwrite(bytes.data(), 1, bytes.size(), file.stream()) == bytes.size() && file.commit();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kelvane/config.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -37,8 +38,7 @@ const char *find(iconfig *c, const char *name) {
 
 void write(iconfig *c, const char *name, const char *value) {
     const ground::HeapString copy(strdup(name)); // the caller's may be a value that is replaced
-    if (!copy) return;
-    hash_add(c->modified_hash, copy.get(), value);
+    if (!copy || !store_hashed(c->modified_hash, copy.get(), const_cast<char *>(value))) return;
     drop_deleted(static_cast<OpenedConfig *>(c), copy.get());
     c->changed = 1;
     hash_delete(c->vhash, copy.get());
@@ -73,14 +73,19 @@ handle make_handle(const char *path) {
     return c;
 }
 
-// Puts a file's text in the place of `hash`. False when memory ran out or it is too much.
+struct TableCloser {
+    void operator()(ihash h) const { hash_destroy(h); }
+};
+
+// Puts a file's text in the place of `hash`. False, and `hash` stays, when memory ran out or it is
+// too much.
 bool take_over(OpenedConfig *c, const file::Contents &text) {
     if (c->known_text == text.view()) return true;
+    const std::unique_ptr<ihash_s, TableCloser> fresh(hash_new(buckets));
+    if (!fresh || !parse_settings(text.text(), fresh.get())) return false;
     c->known_text.reset();
-    hash_clear(c->hash);
-    if (parse_settings(text.text(), c->hash)) return true;
-    hash_clear(c->hash);
-    return false;
+    std::swap(*c->hash, *fresh);
+    return true;
 }
 
 // Reads a file under a shared lock. Nothing when it cannot be read.
@@ -90,28 +95,59 @@ std::optional<file::Contents> read_file(const char *path) {
     return f ? read_settings(f.get()) : std::nullopt;
 }
 
+// The text of settings that a save may write; nothing when they are too many.
+std::optional<SettingsText> savable_text(ihash values) {
+    if (hash_count(values) > most_saved) return std::nullopt;
+    SettingsText now = format_settings(values);
+    if (now.text.size() > longest_text) return std::nullopt;
+    return now;
+}
+
+// Forgets what a save has handled.
+void settle(OpenedConfig *c, SettingsText now, bool saved) {
+    clear_deleted(c);
+    hash_clear(c->modified_hash);
+    c->changed = 0;
+    if (saved && now.exact) c->known_text = std::move(now.text);
+}
+
+// The save of a file that is not there yet.
+Created save_new(OpenedConfig *c) {
+    auto now = savable_text(c->modified_hash);
+    const Created created = now ? create_settings(c->filename, now->text) : Created::failed;
+    if (created != Created::done) return created;
+    c->known_text.reset();
+    std::swap(*c->hash, *c->modified_hash);
+    settle(c, std::move(*now), true);
+    return created;
+}
+
 // The locked read, merge and write. Nothing is forgotten before the new text is complete.
+bool save_over(OpenedConfig *c, LockedStream f) {
+    const auto old = read_settings(f.get());
+    if (!old || !take_over(c, *old)) return false;
+    const auto known = std::exchange(c->known_text, std::nullopt);
+    if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return false;
+    apply_deletions(c);
+    auto now = savable_text(c->hash);
+    if (!now) return false;
+    const bool written = replace_text(f.get(), old->size, known, now->text);
+    const bool saved = sync_and_close(std::move(f)) && written;
+    settle(c, std::move(*now), saved);
+    return saved;
+}
+
 int save(OpenedConfig *c) {
     kv_buildpath(c->filename);
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]Save config %s", static_cast<int>(getpid()),
                   c->filename);
     LockedStream f = open_locked(c->filename, Access::rewrite);
-    if (!f) return 0;
-    const auto old = read_settings(f.get());
-    if (!old || !take_over(c, *old)) return 0;
-    const auto known = std::exchange(c->known_text, std::nullopt);
-    if (hash_merge_to(c->hash, c->modified_hash, c->hash) != 0) return 0;
-    apply_deletions(c);
-    if (hash_count(c->hash) > most_saved) return 0;
-    SettingsText now = format_settings(c->hash);
-    if (now.text.size() > longest_text) return 0;
-    clear_deleted(c);
-    hash_clear(c->modified_hash);
-    const bool written = replace_text(f.get(), old->size, known, now.text);
-    sync_and_close(std::move(f));
-    if (written && now.exact) c->known_text = std::move(now.text);
-    c->changed = 0;
-    return written;
+    if (!f && errno == ENOENT) {
+        const Created created = save_new(c);
+        if (created != Created::exists) return created == Created::done;
+        f = open_or_create(c->filename);
+    }
+    return f && save_over(c, std::move(f));
 }
 
 int refresh(OpenedConfig *c) {
@@ -169,6 +205,7 @@ void CloseConfig(iconfig *c) {
 
 void CloseConfigNoSave(iconfig *c) {
     if (!c) return;
+    if (kvstate.cfg == c) kvstate.cfg = nullptr;
     hash_destroy(c->hash);
     hash_destroy(c->vhash);
     hash_destroy(c->modified_hash);

@@ -2,7 +2,11 @@
 #include "config/device_description.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <mutex>
 #include <string_view>
+#include <utility>
 
 #include "file/stream.h"
 #include "ground/fold.h"
@@ -41,28 +45,41 @@ void add_line(std::forward_list<DeviceEntry> &entries, std::string_view line) {
     entries.push_front({std::string(name), std::string(value)});
 }
 
-// What device.cfg says. It is kept for ever: callers hold on to the values.
-const std::forward_list<DeviceEntry> &description() {
-    static const auto &entries =
-        *new std::forward_list<DeviceEntry>(load_device_description(description_file));
-    return entries;
+// What device.cfg says; null while it cannot be read. It is kept for ever: callers hold on to the
+// values.
+const std::forward_list<DeviceEntry> *description() {
+    static std::mutex reading;
+    static const std::forward_list<DeviceEntry> *known = nullptr;
+    const std::lock_guard lock(reading);
+    if (known) return known;
+    if (auto read = load_device_description(description_file))
+        known = new std::forward_list<DeviceEntry>(std::move(*read));
+    return known;
 }
 
 const char *find_value(const char *name) {
     return ground::guarded(nullptr, [&]() -> const char * {
-        return name ? find_in_description(description(), name) : nullptr;
+        const auto *entries = name ? description() : nullptr;
+        return entries ? find_in_description(*entries, name) : nullptr;
     });
+}
+
+// Failures that say something about the file, and not about the moment.
+bool is_lasting(int error) {
+    constexpr int lasting[] = {ENOENT, ENOTDIR, EISDIR, EINVAL, EACCES, ELOOP, ENAMETOOLONG, ENXIO};
+    return std::find(std::begin(lasting), std::end(lasting), error) != std::end(lasting);
 }
 
 } // namespace
 
-std::forward_list<DeviceEntry> load_device_description(const char *path) {
+std::optional<std::forward_list<DeviceEntry>> load_device_description(const char *path) {
     std::forward_list<DeviceEntry> entries;
-    const file::Stream f(kv_fopen(path, "rbe"));
+    const file::Stream f = file::open_plain(path);
+    if (!f) return is_lasting(errno) ? std::optional(entries) : std::nullopt;
     char line[line_buffer];
     for (int i = 0; i < most_lines && kv_fgets(line, sizeof line, f.get()); i++)
         add_line(entries, line);
-    return entries;
+    return ferror(f.get()) ? std::nullopt : std::optional(std::move(entries));
 }
 
 const char *find_in_description(const std::forward_list<DeviceEntry> &entries, const char *name) {

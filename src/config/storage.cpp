@@ -22,12 +22,6 @@ void lock(std::FILE *f, int how) {
     }
 }
 
-// Creates a file that is missing; leaves one that has appeared meanwhile as it is.
-void create(const char *path) {
-    const int fd = open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (fd >= 0) close(fd);
-}
-
 bool write_at(std::FILE *f, size_t offset, std::string_view bytes) {
     errno = 0; // a seek takes an old EIO for its own
     return kv_fseek(f, static_cast<long>(offset), SEEK_SET) == 0 &&
@@ -36,6 +30,11 @@ bool write_at(std::FILE *f, size_t offset, std::string_view bytes) {
 
 bool resize(std::FILE *f, size_t size) {
     return ftruncate(fileno(f), static_cast<off_t>(size)) == 0;
+}
+
+// What follows reaches the disk later than what was written: power may fail in between.
+bool write_barrier(std::FILE *f) {
+    return fdatasync(fileno(f)) == 0;
 }
 
 // Appends blank lines until the file is as long as the new text, so that the disk has room for it.
@@ -55,7 +54,7 @@ bool append_copy(std::FILE *f, size_t old_size, const std::string &text) {
     if (!copy.empty()) copy.back() = '\n';
     copy += text;
     if (write_at(f, old_size, "\n") && resize(f, start + text.size()) &&
-        write_at(f, old_size + 1, copy))
+        write_at(f, old_size + 1, copy) && write_barrier(f))
         return true;
     resize(f, old_size);
     return false;
@@ -102,16 +101,24 @@ void UnlockingCloser::operator()(std::FILE *f) const {
 }
 
 LockedStream open_locked(const char *path, Access how) {
-    const char *mode = how == Access::read ? "rbe" : "r+be";
-    std::FILE *f = kv_fopen(path, mode);
-    if (!f && how == Access::rewrite) {
-        create(path);
-        f = kv_fopen(path, mode);
-    }
+    file::Stream f = file::open_plain(path, how);
     if (!f) return nullptr;
-    std::setvbuf(f, nullptr, _IONBF, 0); // each write is one system call
-    lock(f, how == Access::read ? LOCK_SH : LOCK_EX);
-    return LockedStream(f);
+    std::setvbuf(f.get(), nullptr, _IONBF, 0); // each write is one system call
+    lock(f.get(), how == Access::read ? LOCK_SH : LOCK_EX);
+    return LockedStream(f.release());
+}
+
+LockedStream open_or_create(const char *path) {
+    const int fd = open(path, O_RDWR | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+    if (fd >= 0) close(fd);
+    return open_locked(path, Access::rewrite);
+}
+
+Created create_settings(const char *path, const std::string &text) {
+    file::Replacement file(path);
+    if (kv_fwrite(text.data(), 1, text.size(), file.stream()) != text.size())
+        return Created::failed;
+    return file.commit_new();
 }
 
 std::optional<file::Contents> read_settings(std::FILE *f) {
@@ -125,15 +132,17 @@ bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string
     if (!resize(f, old_size)) return false; // what follows a torn line must not complete it
     if (old && overwrite_difference(f, *old, text)) return true;
     const bool may_be_cut = std::max(old_size, text.size()) > atomic_write;
-    const bool written = may_be_cut && append_copy(f, old_size, text)
-                             ? overwrite_before_copy(f, old_size, text)
-                             : overwrite(f, old_size, text);
-    return written && resize(f, text.size());
+    const bool copied = may_be_cut && append_copy(f, old_size, text);
+    const bool written =
+        copied ? overwrite_before_copy(f, old_size, text) : overwrite(f, old_size, text);
+    if (!written) return false;
+    if (!copied && text.size() >= old_size) return true;
+    return write_barrier(f) && resize(f, text.size());
 }
 
-void sync_and_close(LockedStream f) {
+bool sync_and_close(LockedStream f) {
     lock(f.get(), LOCK_UN);
-    kv_fclose(f.release());
+    return kv_fclose(f.release()) == 0;
 }
 
 } // namespace config

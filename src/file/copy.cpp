@@ -2,13 +2,18 @@
 // Copies, moves and removes files, alone or with the state that readers keep for a book.
 #include "kelvane/files.h"
 
+#include <sys/stat.h>
+
 #include "file/associated.h"
+#include "file/replacement.h"
+#include "file/stream.h"
+#include "ground/guard.h"
 #include "ground/heap.h"
 
 namespace {
 
-// Writes what `from` still holds. Unbuffered on the writing side, so that a full disk is met here
-// and not when the copy is closed and called done.
+// Writes what `from` still holds. Unbuffered on the writing side, so that each write is tried again
+// while storage settles.
 bool copy_stream(FILE *from, FILE *to) {
     setvbuf(to, nullptr, _IONBF, 0);
     char piece[4096];
@@ -17,6 +22,31 @@ bool copy_stream(FILE *from, FILE *to) {
         if (!got) return true;
         if (kv_fwrite(piece, 1, got, to) != got) return false;
     }
+}
+
+bool is_at_end(FILE *f) {
+    struct stat st;
+    return !ferror(f) && fstat(fileno(f), &st) == 0 && ftell(f) >= st.st_size;
+}
+
+bool is_same_file(FILE *f, const char *path) {
+    struct stat a, b;
+    return fstat(fileno(f), &a) == 0 && kv_stat(path, &b) == 0 && a.st_dev == b.st_dev &&
+           a.st_ino == b.st_ino;
+}
+
+// What a source is that cannot be read to its end.
+enum class Unreadable { ended, failed };
+enum class Copied { no, yes, onto_itself };
+
+Copied copy(const char *from, const char *to, Unreadable rest) {
+    const file::Stream source = to ? file::open_plain(from) : nullptr;
+    if (!source) return Copied::no;
+    if (is_same_file(source.get(), to)) return Copied::onto_itself;
+    file::Replacement target(to);
+    const bool copied = target.stream() && copy_stream(source.get(), target.stream()) &&
+                        (rest == Unreadable::ended || is_at_end(source.get()));
+    return copied && target.commit() ? Copied::yes : Copied::no;
 }
 
 // Applies `act` to each associated file of `from` and its place beside `to`.
@@ -35,21 +65,16 @@ void for_each_associated(const char *from, const char *to, Action act) {
 extern "C" {
 
 int copy_file(const char *from, const char *to) {
-    FILE *source = kv_fopen(from, "rb");
-    if (!source) return 0;
-    FILE *target = kv_fopen(to, "wb");
-    const bool copied = target && copy_stream(source, target);
-    kv_fclose_no_sync(source);
-    // What has not reached the disk is no reason to drop a source.
-    return kv_fclose(target) == 0 && copied;
+    return ground::guarded(
+        0, [&]() -> int { return copy(from, to, Unreadable::ended) != Copied::no; });
 }
 
 int move_file(const char *from, const char *to) {
     if (!from || !to) return 0;
     if (kv_strcasecmp(from, to) == 0 || kv_rename(from, to) == 0) return 1;
-    if (!copy_file(from, to)) return 0;
-    kv_unlink(from);
-    return 1;
+    return ground::guarded(0, [&]() -> int {
+        return copy(from, to, Unreadable::failed) == Copied::yes && kv_unlink(from) == 0;
+    });
 }
 
 int copy_file_with_af(const char *from, const char *to) {

@@ -1,10 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "file/hooks.h"
 
+#include <cerrno>
 #include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 FileHooks file_hooks;
+
+namespace {
+
+// False, with errno, when the descriptor is of something else.
+bool is_plain(int fd) {
+    struct stat st;
+    if (fstat(fd, &st) != 0) return false;
+    if (S_ISREG(st.st_mode)) return true;
+    errno = S_ISDIR(st.st_mode) ? EISDIR : EINVAL;
+    return false;
+}
+
+} // namespace
 
 namespace file_defaults {
 
@@ -30,6 +46,19 @@ long long wall_seconds() {
 
 void pause(long long us) {
     usleep(static_cast<useconds_t>(us));
+}
+
+// Opening without O_NONBLOCK would wait for the other end of a pipe.
+std::FILE *open_plain(const char *path, const char *mode) {
+    const int access = mode[1] == '+' ? O_RDWR : O_RDONLY;
+    const int fd = ::open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) return nullptr;
+    if (is_plain(fd) && fcntl(fd, F_SETFL, 0) == 0)
+        if (std::FILE *f = fdopen(fd, mode)) return f;
+    const int error = errno;
+    close(fd);
+    errno = error;
+    return nullptr;
 }
 
 } // namespace file_defaults

@@ -13,6 +13,7 @@ int storage_ready();
 long long clock_ms();
 long long wall_seconds();
 void pause(long long us);
+std::FILE *open_plain(const char *path, const char *mode);
 } // namespace file_defaults
 
 struct FileHooks {
@@ -30,6 +31,9 @@ struct FileHooks {
     void (*pause)(long long us) = file_defaults::pause;
     // Opens a stream as fopen() does. Default: fopen().
     std::FILE *(*open)(const char *path, const char *mode) = std::fopen;
+    // Opens a plain file that exists, in a mode that begins with "r", and nothing else. Default:
+    // never waits.
+    std::FILE *(*open_plain)(const char *path, const char *mode) = file_defaults::open_plain;
 };
 
 extern FileHooks file_hooks;

@@ -19,6 +19,13 @@ struct StreamCloser {
 };
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
+enum class Access { read, rewrite };
+
+// Opens a plain file that exists, as kv_fopen() does. Null at once, with errno, for anything else:
+// a pipe, a device or a directory in the place of a file is neither waited for nor read. This is
+// how the library opens what users, or their programs, may have put there.
+Stream open_plain(const char *path, Access how = Access::read);
+
 // Closes a stream that was written. False when not everything reached the disk.
 bool close_written(Stream f);
 

@@ -9,6 +9,7 @@
 
 #include "file/hooks.h"
 #include "file/storage.h"
+#include "file/stream.h"
 #include "file/warning.h"
 
 namespace {
@@ -35,20 +36,31 @@ bool synced(int fd) {
     return fdatasync(fd) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+using Opener = FILE *(*)(const char *path, const char *mode);
+
+// Opens a stream when storage is there, and warns about damage.
+FILE *open_watched(const char *path, const char *mode, Opener open) {
+    if (!path || !mode) return nullptr;
+    safe_wait(path);
+    FILE *f = open(path, mode);
+    if (!f && errno == EROFS) {
+        warn_needs_check(open_warnings);
+        f = open(path, mode);
+    }
+    if (!f && errno == EIO) warn_failing_device(open_warnings, path, EIO);
+    return f;
+}
+
 } // namespace
+
+file::Stream file::open_plain(const char *path, Access how) {
+    return Stream(open_watched(path, how == Access::read ? "rbe" : "r+be", file_hooks.open_plain));
+}
 
 extern "C" {
 
 FILE *kv_fopen(const char *path, const char *mode) {
-    if (!path || !mode) return nullptr;
-    safe_wait(path);
-    FILE *f = file_hooks.open(path, mode);
-    if (!f && errno == EROFS) {
-        warn_needs_check(open_warnings);
-        f = file_hooks.open(path, mode);
-    }
-    if (!f && errno == EIO) warn_failing_device(open_warnings, path, EIO);
-    return f;
+    return open_watched(path, mode, file_hooks.open);
 }
 
 size_t kv_fread(void *buf, size_t size, size_t n, FILE *f) {

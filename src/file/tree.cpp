@@ -4,57 +4,86 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
+#include <set>
+#include <utility>
+
+#include "ground/guard.h"
 
 namespace {
 
 constexpr std::size_t path_limit = 1025; // bytes of an entry's path that are too many
-constexpr int end_above = 1;             // a larger result ends the walk
+constexpr int end_above = 1;             // a larger result ends the reading
+
+using Identity = std::pair<dev_t, ino_t>;
+
+Identity identity(const struct stat &st) {
+    return {st.st_dev, st.st_ino};
+}
 
 // A directory that is being walked, and those around it.
 struct Ancestor {
-    dev_t device;
-    ino_t inode;
+    Identity self;
     const Ancestor *parent;
 };
 
+struct DirectoryCloser {
+    void operator()(DIR *dir) const { kv_closedir(dir); }
+};
+
 // Links back to a directory that is being walked would multiply the walk at every turn.
-bool leads_back(const Ancestor *chain, const struct stat &st) {
+bool leads_back(const Ancestor *chain, const Identity &directory) {
     for (; chain; chain = chain->parent)
-        if (chain->device == st.st_dev && chain->inode == st.st_ino) return true;
+        if (chain->self == directory) return true;
     return false;
+}
+
+bool is_link(const char *path) {
+    struct stat st;
+    return lstat(path, &st) == 0 && S_ISLNK(st.st_mode);
 }
 
 enum class VisitOrder { directory_first, contents_first, contents_only };
 
-struct Walk {
-    kv_walkproc proc;
-    void *ctx;
-    VisitOrder nested; // of the directories below the top
-
+class Walk {
+  public:
+    Walk(kv_walkproc proc, void *ctx, VisitOrder nested)
+        : proc_(proc), ctx_(ctx), nested_(nested) {}
     int directory(const char *path, const struct stat &st, VisitOrder order,
-                  const Ancestor *parent) const;
-    int entry(const char *directory_path, const char *name, const Ancestor &parent) const;
+                  const Ancestor *parent);
+
+  private:
+    int entry(const char *directory_path, const char *name, const Ancestor &parent);
+    bool may_follow(const char *path, const struct stat &st) {
+        return !is_link(path) || followed_.insert(identity(st)).second;
+    }
+
+    kv_walkproc proc_;
+    void *ctx_;
+    VisitOrder nested_; // of the directories below the top
+    // Directories that links have led to. Each is followed once: a few links on each level would
+    // otherwise make more paths than anybody can walk.
+    std::set<Identity> followed_;
 };
 
 int Walk::directory(const char *path, const struct stat &st, VisitOrder order,
-                    const Ancestor *parent) const {
-    DIR *dir = leads_back(parent, st) ? nullptr : kv_opendir(path);
+                    const Ancestor *parent) {
+    const Ancestor self{identity(st), parent};
+    if (leads_back(parent, self.self)) return 0;
+    const std::unique_ptr<DIR, DirectoryCloser> dir(kv_opendir(path));
     if (!dir) return 0;
     int result = 0;
-    if (order == VisitOrder::directory_first) result = std::max(result, proc(path, 1, ctx));
-    const Ancestor self{st.st_dev, st.st_ino, parent};
+    if (order == VisitOrder::directory_first) result = std::max(result, proc_(path, 1, ctx_));
     while (result <= end_above) {
-        const dirent *next = kv_readdir(dir);
+        const dirent *next = kv_readdir(dir.get());
         if (!next) break;
         result = std::max(result, entry(path, next->d_name, self));
     }
-    kv_closedir(dir);
-    if (order == VisitOrder::contents_first && result <= end_above)
-        result = std::max(result, proc(path, 1, ctx));
+    if (order == VisitOrder::contents_first) result = std::max(result, proc_(path, 1, ctx_));
     return result;
 }
 
-int Walk::entry(const char *directory_path, const char *name, const Ancestor &parent) const {
+int Walk::entry(const char *directory_path, const char *name, const Ancestor &parent) {
     if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) return 0;
     const std::size_t head = std::strlen(directory_path), tail = std::strlen(name);
     if (head + 1 + tail >= path_limit) return 0;
@@ -64,7 +93,8 @@ int Walk::entry(const char *directory_path, const char *name, const Ancestor &pa
     std::memcpy(path + head + 1, name, tail + 1);
     struct stat st;
     if (kv_stat(path, &st) != 0) return 0;
-    return S_ISDIR(st.st_mode) ? directory(path, st, nested, &parent) : proc(path, 0, ctx);
+    if (!S_ISDIR(st.st_mode)) return proc_(path, 0, ctx_);
+    return may_follow(path, st) ? directory(path, st, nested_, &parent) : 0;
 }
 
 } // namespace
@@ -76,5 +106,6 @@ extern "C" int recurse_action(const char *path, kv_walkproc proc, void *ctx, int
     if (!S_ISDIR(st.st_mode)) return withdirs ? proc(path, 0, ctx) : 0;
     const auto nested = dirsfirst ? VisitOrder::directory_first : VisitOrder::contents_first;
     const auto top = withdirs ? nested : VisitOrder::contents_only;
-    return Walk{proc, ctx, nested}.directory(path, st, top, nullptr);
+    return ground::guarded(
+        0, [&] { return Walk(proc, ctx, nested).directory(path, st, top, nullptr); });
 }

@@ -63,15 +63,17 @@ ihash_item insert(ihash h, ihash_item *bucket, std::string_view name, void *valu
 }
 
 bool replace(ihash h, ihash_item item, void *value) {
-    if (item->value == value) return true;
-    h->delproc(item->value);
-    return set_value(h, item, value);
-}
-
-bool store(ihash h, const char *name, void *value) {
-    ihash_item *bucket = bucket_of(h, hash_of(name));
-    if (ihash_item item = *find_link(bucket, name)) return replace(h, item, value);
-    return insert(h, bucket, name, value) != nullptr;
+    void *const old = item->value;
+    if (old == value) return true;
+    // A string that cannot be copied must not cost the old one. Other values may need to go first.
+    const bool copy_first = h->addproc == str_addproc;
+    if (!copy_first) h->delproc(old);
+    if (!set_value(h, item, value)) {
+        item->value = old;
+        return false;
+    }
+    if (copy_first) h->delproc(old);
+    return true;
 }
 
 // Collects the items, at most `count` of them, and returns their number.
@@ -109,6 +111,12 @@ void *find_hashed(ihash h, const char *name, uint32_t hash) {
     for (ihash_item item = *bucket_of(h, hash); item; item = item->next)
         if (std::strcmp(item->name, name) == 0) return item->value;
     return nullptr;
+}
+
+bool store_hashed(ihash h, const char *name, void *value) {
+    ihash_item *bucket = bucket_of(h, hash_of(name));
+    if (ihash_item item = *find_link(bucket, name)) return replace(h, item, value);
+    return insert(h, bucket, name, value) != nullptr;
 }
 
 namespace {
@@ -226,7 +234,7 @@ ihash hash_new(int prime) {
 }
 
 void vhash_add(ihash h, const char *name, void *value) {
-    if (h && name) store(h, name, value);
+    if (h && name) store_hashed(h, name, value);
 }
 
 void hash_add(ihash h, const char *name, const void *value) {
@@ -297,7 +305,7 @@ int hash_copy_to(ihash src, ihash dst) {
     for (int i = 0; i < src->prime; i++) {
         for (ihash_item item = src->items[i]; item; item = item->next) {
             vhash_delete(dst, item->name);
-            if (!store(dst, item->name, item->value)) return -1;
+            if (!store_hashed(dst, item->name, item->value)) return -1;
         }
     }
     return 0;

@@ -16,6 +16,9 @@ uint32_t hash_of(const char *name);
 // vhash_find() of a key whose hash is known: one hash serves several tables.
 void *find_hashed(ihash h, const char *name, uint32_t hash);
 
+// vhash_add(). False when memory ran out; the table is as before then.
+bool store_hashed(ihash h, const char *name, void *value);
+
 // Unlinks and frees the item that `link`, of the table's buckets or of an item, points to.
 void remove_item(ihash h, ihash_item *link);
 

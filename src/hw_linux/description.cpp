@@ -2,6 +2,7 @@
 // The emulated device's description, which stands in for hardware detection.
 #include "hw_linux/description.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "hw.h"
@@ -10,20 +11,19 @@
 namespace {
 
 struct Panel {
-    int width, height, dpi;
+    int kind, width, height, dpi;
 };
 
-// Kinds count from 1; the first also serves kinds that are not listed.
-constexpr Panel panels[] = {{600, 800, 167},   {758, 1024, 212}, {1072, 1448, 300},
-                            {480, 800, 187},   {768, 1024, 213}, {828, 1200, 150},
-                            {1200, 1600, 206}, {1404, 1872, 300}};
+// The first also serves kinds that are not listed. No digit of a description word gives 9 or 10.
+constexpr Panel panels[] = {{1, 600, 800, 167},   {2, 758, 1024, 212},  {3, 1072, 1448, 300},
+                            {4, 480, 800, 187},   {5, 768, 1024, 213},  {6, 828, 1200, 150},
+                            {7, 1200, 1600, 206}, {8, 1404, 1872, 300}, {11, 1404, 1872, 227}};
 
 uint64_t word = hw::default_description;
 
 const Panel &panel() {
-    int kind = device_display();
-    bool listed = kind >= 1 && kind <= static_cast<int>(std::size(panels));
-    return panels[listed ? kind - 1 : 0];
+    const auto found = std::ranges::find(panels, device_display(), &Panel::kind);
+    return found != std::end(panels) ? *found : panels[0];
 }
 
 bool is_space(char c) {

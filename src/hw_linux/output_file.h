@@ -19,16 +19,25 @@ class OutputFile {
         file_.reset();
         const char *name = std::getenv(variable);
         if (!name || !*name) return true;
+        variable_ = variable;
         file_.reset(std::fopen(name, "we"));
         if (file_) std::setvbuf(file_.get(), nullptr, _IOLBF, BUFSIZ);
         if (!file_) std::fprintf(stderr, "%s=%s: %s\n", variable, name, std::strerror(errno));
         return file_ != nullptr;
     }
-    void close() { file_.reset(); }
+    // Says so when something could not be written.
+    void close() {
+        std::FILE *file = file_.release();
+        if (!file) return;
+        const bool failed = std::ferror(file) != 0;
+        if (std::fclose(file) != 0 || failed)
+            std::fprintf(stderr, "%s: not everything could be written\n", variable_);
+    }
     std::FILE *stream() const { return file_.get(); }
 
   private:
     file::Stream file_;
+    const char *variable_ = "";
 };
 
 } // namespace hw

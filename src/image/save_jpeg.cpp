@@ -3,7 +3,6 @@
 #include <csetjmp>
 #include <cstdint>
 #include <cstdio>
-#include <utility>
 #include <vector>
 
 #include <jpeglib.h>
@@ -100,10 +99,9 @@ bool write_picture(JpegEncoder &encoder, std::FILE *f, const ibitmap &bm, int qu
 int SaveJPEG(const char *path, const ibitmap *bm, int quality) {
     return ground::guarded(0, [&]() -> int {
         if (!path || !bm) return 0;
-        Stream file = create_picture("SaveJPEG", path);
-        if (!file) return 0;
+        file::Replacement file(path);
+        if (!is_open(file, "SaveJPEG", path)) return 0;
         JpegEncoder encoder;
-        const bool written = write_picture(encoder, file.get(), *bm, quality);
-        return close_written(std::move(file)) && written ? 1 : 0;
+        return write_picture(encoder, file.stream(), *bm, quality) && file.commit();
     });
 }

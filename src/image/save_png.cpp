@@ -4,7 +4,6 @@
 #include <csetjmp>
 #include <cstdint>
 #include <new>
-#include <utility>
 #include <vector>
 
 #include <png.h>
@@ -103,10 +102,9 @@ bool write_picture(PngEncoder &encoder, std::FILE *f, const ibitmap &bm) {
 int SavePNG(const char *path, const ibitmap *bm) {
     return ground::guarded(0, [&]() -> int {
         if (!path || !bm) return 0;
-        Stream file = create_picture("SavePNG", path);
-        if (!file) return 0;
+        file::Replacement file(path);
+        if (!is_open(file, "SavePNG", path)) return 0;
         PngEncoder encoder;
-        const bool written = write_picture(encoder, file.get(), *bm);
-        return close_written(std::move(file)) && written ? 1 : 0;
+        return write_picture(encoder, file.stream(), *bm) && file.commit();
     });
 }

@@ -7,20 +7,21 @@ namespace image {
 
 namespace {
 
-Stream open(const char *function, const char *path, const char *mode) {
-    Stream f(kv_fopen(path, mode));
-    if (!f) kv_warn(function, "can't open %s\n", path);
-    return f;
+void say_closed(const char *function, const char *path) {
+    kv_warn(function, "can't open %s\n", path);
 }
 
 } // namespace
 
 Stream open_picture(const char *function, const char *path) {
-    return open(function, path, "rb");
+    Stream f(kv_fopen(path, "rb"));
+    if (!f) say_closed(function, path);
+    return f;
 }
 
-Stream create_picture(const char *function, const char *path) {
-    return open(function, path, "wb");
+bool is_open(const file::Replacement &file, const char *function, const char *path) {
+    if (!file.stream()) say_closed(function, path);
+    return file.stream() != nullptr;
 }
 
 } // namespace image

@@ -2,15 +2,21 @@
 #include "image/tiff_library.h"
 
 #include <dlfcn.h>
+#include <mutex>
 #include <optional>
 
 namespace image {
 namespace {
 
-// Never closed: an application that loads one TIFF file loads others.
+// Stays open when it is whole: an application that loads one TIFF file loads others.
 class Loader {
   public:
     explicit Loader(const char *name) : handle_(dlopen(name, RTLD_NOW | RTLD_LOCAL)) {}
+    Loader(const Loader &) = delete;
+    Loader &operator=(const Loader &) = delete;
+    ~Loader() {
+        if (handle_ && !is_whole_) dlclose(handle_);
+    }
     template <class Function>
     void find(Function *&function, const char *name) {
         function = handle_ ? reinterpret_cast<Function *>(dlsym(handle_, name)) : nullptr;
@@ -47,7 +53,10 @@ std::optional<TiffLibrary> load() {
 } // namespace
 
 const TiffLibrary *tiff_library() {
-    static const std::optional<TiffLibrary> tiff = load();
+    static std::mutex loading;
+    static std::optional<TiffLibrary> tiff;
+    const std::lock_guard lock(loading);
+    if (!tiff) tiff = load();
     return tiff ? &*tiff : nullptr;
 }
 

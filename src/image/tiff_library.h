@@ -26,7 +26,8 @@ struct TiffLibrary {
     decltype(&::TIFFScanlineSize) TIFFScanlineSize;
 };
 
-// Null when libtiff is not installed, or lacks one of them.
+// Null when libtiff is not installed, lacks one of them, or cannot be loaded now: the next call
+// tries again.
 const TiffLibrary *tiff_library();
 
 } // namespace image

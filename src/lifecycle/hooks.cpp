@@ -8,6 +8,7 @@
 #include "hw.h"
 #include "hw_seam.h"
 #include "internal.h"
+#include "kelvane/dialogs.h"
 #include "kelvane/languages.h"
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
@@ -45,6 +46,7 @@ void install_hooks() {
     file_hooks.clock_ms = hw_timeinms;
     file_hooks.pause = pass_time;
     text::hooks.is_rtl = IsRTL;
+    message_hooks.show = Message;
     screens.show_keylock_icon = keylock::show_icon;
     screens.restore_under_icon = keylock::restore_under_icon;
 }

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
+#include "dialogs/stack.h"
 #include "ground/guard.h"
 #include "hw.h"
 #include "internal.h"
@@ -153,6 +154,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    dialogs::reset();
     keylock::reset();
     pager::reset();
     chrome::reset();

@@ -2,24 +2,28 @@
 // What the screen shows in an area, to be put back after something was drawn there.
 #pragma once
 
+#include <cstdint>
+#include <memory>
+
 #include "kelvane/canvas.h"
-#include "raster/bitmap.h"
+#include "raster/clip.h"
 
 namespace modal {
 
 class SavedArea {
   public:
-    // Keeps what the screen shows, whatever canvas is current; false when memory is short, or there
-    // is no screen or no area.
+    // Keeps what the screen shows, to the last bit, whatever canvas is current; false when memory
+    // is short, or there is no screen or no area of it.
     bool save(const irect &area);
-    // Draws it back, once; false when nothing is kept.
+    // Draws it back, once; false when nothing is kept, or the screen was turned since.
     bool restore();
     // Leaves on the screen what is there.
-    void drop() { picture_.reset(); }
+    void drop() { pixels_.reset(); }
 
   private:
-    raster::BitmapPtr picture_;
-    int x_ = 0, y_ = 0;
+    std::unique_ptr<uint8_t[]> pixels_; // rows without gaps
+    raster::Area area_;
+    int orientation_ = 0;
 };
 
 } // namespace modal

@@ -23,7 +23,7 @@ ifont *find_cjk_font(int size, int aa) {
         if (font->size == size && font->aa == aa) return font;
     if (is_missing) return nullptr;
     cjk_fonts.reserve(cjk_fonts.size() + 1);
-    ifont *font = OpenFont(cjk_name, size, aa);
+    ifont *font = open_font(cjk_name, size, aa);
     is_missing = !font;
     if (!is_missing) cjk_fonts.push_back(font);
     return font;
@@ -61,8 +61,11 @@ void select_need_font(unsigned short c, ifont *current, int color) try {
         !text::before && current && text::has_face() && !text::current.cache->face().has(c);
     ifont *font = is_needed ? text::find_cjk_font(current->size, current->aa) : nullptr;
     if (!font) return;
-    text::before = current;
     text::restore_font(font, color);
+    if (text::has_face())
+        text::before = current;
+    else
+        text::restore_font(current, color); // its tables did not find room
 } catch (const std::bad_alloc &) {
     // The character is drawn with what the current face has for it.
 }

@@ -21,6 +21,9 @@ inline bool has_face() {
     return current.cache != nullptr;
 }
 
+// OpenFont() that throws bad_alloc, and so tells a lack of memory from that of a font.
+ifont *open_font(const char *name, int size, int aa);
+
 // What a code of the text switches to; null when no such font is registered.
 ifont *registered_font(int number);
 

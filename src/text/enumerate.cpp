@@ -12,7 +12,7 @@
 #include "ground/fold.h"
 #include "internal.h"
 #include "kelvane/files.h"
-#include "text/face.h"
+#include "text/freetype.h"
 #include "text/names.h"
 #include "text/text.h"
 
@@ -49,12 +49,10 @@ std::vector<std::string> font_names() {
 
 // How many faces a file has; 1 when it cannot be opened.
 int count_faces(const std::string &name) {
-    FT_Face face = nullptr;
-    if (!library() || !match_ext(name.c_str(), "ttc")) return 1;
+    if (!match_ext(name.c_str(), "ttc")) return 1;
     const std::string path = std::string(font_directory) + '/' + name;
-    if (FT_New_Face(library(), path.c_str(), -1, &face) != 0) return 1;
-    const FacePtr owner(face);
-    return static_cast<int>(std::clamp<FT_Long>(face->num_faces, 1, most_faces));
+    const FacePtr face = open_font_file(path.c_str(), -1);
+    return face ? static_cast<int>(std::clamp<FT_Long>(face->num_faces, 1, most_faces)) : 1;
 }
 
 char **publish(std::vector<std::string> found) {

@@ -2,6 +2,7 @@
 #include "text/face.h"
 
 #include <cstdlib>
+#include FT_SIZES_H
 
 #include "text/names.h"
 
@@ -45,6 +46,21 @@ GlyphRef Face::look_up(uint16_t c) {
 }
 
 bool Face::choose_size(int pixels) {
+    FT_Size size = ft()->size;
+    if (!size && FT_New_Size(ft(), &size) == 0) FT_Activate_Size(size);
+    const bool is_chosen = ft()->size && try_size(pixels);
+    check_memory();
+    return is_chosen;
+}
+
+void Face::check_memory() try { check_freetype_memory(); } catch (...) {
+    // What FreeType half made is in the size, and it would trip over that.
+    if (ft()->size) FT_Done_Size(ft()->size);
+    size_is_set_ = false;
+    throw;
+}
+
+bool Face::try_size(int pixels) {
     if (!FT_IS_SCALABLE(ft()))
         return ft()->num_fixed_sizes > 0 && FT_Select_Size(ft(), nearest_strike(ft(), pixels)) == 0;
     if (pixels < 1 || pixels > largest_size) return false;
@@ -53,6 +69,7 @@ bool Face::choose_size(int pixels) {
 
 bool Face::set_size(int pixels) {
     if (pixels != pixels_ || !size_is_set_) {
+        size_is_set_ = false;
         size_is_set_ = choose_size(pixels);
         pixels_ = pixels;
     }

@@ -4,23 +4,17 @@
 
 #include <array>
 #include <cstdint>
-#include <ft2build.h>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
-#include FT_FREETYPE_H
 
+#include "text/freetype.h"
 #include "text/size_cache.h"
 
 namespace text {
 
 inline constexpr int largest_size = 16384; // pixels
-
-struct FaceCloser {
-    void operator()(FT_Face face) const { FT_Done_Face(face); }
-};
-using FacePtr = std::unique_ptr<FT_FaceRec_, FaceCloser>;
 
 // A glyph of a face or of its fallback face.
 class GlyphRef {
@@ -60,8 +54,13 @@ class Face {
     bool has(GlyphRef glyph) const { return !glyph.in_fallback() && glyph.index() != 0; }
     bool has(uint16_t c) { return has(find(c)); }
 
-    // Makes glyphs load at this size; a face without outlines takes its nearest one.
+    // Makes glyphs load at this size; a face without outlines takes its nearest one. Throws
+    // bad_alloc.
     bool set_size(int pixels);
+
+    // To be called when FreeType has loaded or drawn a glyph: throws bad_alloc when it ran out of
+    // memory over that.
+    void check_memory();
 
     // The cache of a size. Valid until another one is asked for that is not there yet, except that
     // `kept` stays.
@@ -73,6 +72,7 @@ class Face {
     using GlyphPage = std::array<GlyphRef, 256>;
     GlyphRef look_up(uint16_t c);
     bool choose_size(int pixels);
+    bool try_size(int pixels);
 
     std::string name_;
     FacePtr face_;
@@ -84,14 +84,11 @@ class Face {
 };
 
 // The face of a resolved name, opened when nobody has it open; null when it cannot be opened. The
-// caller has a reference, which release_face() takes back.
+// caller has a reference, which release_face() takes back. Throws bad_alloc.
 Face *acquire_face(const std::string &name);
 void release_face(Face *face);
 
 // Lets go of the fallback faces and of FreeType, unless a font is still open.
 void reset_faces();
-
-// FreeType, started at the first use; null, with a message, when it does not start.
-FT_Library library();
 
 } // namespace text

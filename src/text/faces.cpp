@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <new>
 #include <string>
-#include <sys/stat.h>
 #include <vector>
 
-#include "file/stream.h"
 #include "ground/log.h"
 #include "internal.h"
-#include "kelvane/files.h"
 #include "kelvane/hash.h"
 #include "text/face.h"
 #include "text/names.h"
@@ -20,29 +18,10 @@ namespace text {
 namespace {
 
 constexpr int face_buckets = 71;
-constexpr size_t preread_bytes = 512;
 
-FT_Library freetype;
 ihash faces; // of Face, by resolved name; null while none is open
 // Of the styles regular, bold and italic; opened once.
 std::array<Face *, 3> fallbacks;
-
-// Reads the start of a file, so that storage is there when FreeType opens it. Only plain files are
-// fonts: a pipe would be waited for.
-bool preread(const char *path) {
-    struct stat status;
-    if (kv_stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    const file::Stream stream(kv_fopen(path, "rb"));
-    char start[preread_bytes];
-    return stream && kv_fread(start, 1, sizeof start, stream.get()) > 0;
-}
-
-FacePtr open_file(const FontFile &file) {
-    FT_Face face = nullptr;
-    if (!preread(file.path.c_str())) return nullptr;
-    return FacePtr(FT_New_Face(freetype, file.path.c_str(), file.face_index, &face) == 0 ? face
-                                                                                         : nullptr);
-}
 
 Style style_of(FT_Face face) {
     const bool italic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0;
@@ -78,7 +57,7 @@ void add_to_table(Face &face) {
 
 Face *open_face(const std::string &name) {
     for (const FontFile &file : font_files(name)) {
-        FacePtr opened = open_file(file);
+        FacePtr opened = open_font_file(file.path.c_str(), file.face_index);
         if (!opened) continue;
         auto face = std::make_unique<Face>(name, std::move(opened));
         add_to_table(*face);
@@ -95,12 +74,9 @@ void choose_fallback(Face &face) {
         kv_warn("OpenFont", "cannot set zface\n");
 }
 
-void stop_freetype() {
+void drop_table() {
     hash_destroy(faces);
     faces = nullptr;
-    FT_Done_FreeType(freetype);
-    freetype = nullptr;
-    kvstate.ftlibrary = nullptr;
     kvstate.fonthash = nullptr;
 }
 
@@ -133,25 +109,20 @@ int open_fonts() {
 
 } // namespace
 
-FT_Library library() {
-    if (freetype) return freetype;
-    if (const FT_Error error = FT_Init_FreeType(&freetype)) {
-        kv_warn("OpenFont", "FT_Init_Freetype: error %i\n", error);
-        freetype = nullptr;
-    }
-    kvstate.ftlibrary = freetype;
-    return freetype;
-}
-
 Face *acquire_face(const std::string &name) {
     auto *face = static_cast<Face *>(vhash_find(faces, name.c_str()));
-    if (!face) {
-        face = open_face(name);
-        if (!face) return nullptr;
-        ++face->references; // counts while its own fallback is opened
-        choose_fallback(*face);
-    } else {
+    if (face) {
         ++face->references;
+        return face;
+    }
+    face = open_face(name);
+    if (!face) return nullptr;
+    ++face->references; // counts while its own fallback is opened
+    try {
+        choose_fallback(*face);
+    } catch (...) {
+        release_face(face);
+        throw;
     }
     return face;
 }
@@ -170,11 +141,12 @@ void forget_faces_in(const std::string &directory) {
 }
 
 void reset_faces() {
-    if (!freetype || open_fonts() > 0) return;
+    if (!kvstate.ftlibrary || open_fonts() > 0) return;
     for (Face *&fallback : fallbacks) {
         release_face(fallback);
         fallback = nullptr;
     }
+    drop_table();
     stop_freetype();
 }
 

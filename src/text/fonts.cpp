@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 #include <strings.h>
+#include <utility>
 
 #include "ground/fold.h"
 #include "ground/log.h"
@@ -69,7 +70,18 @@ FontPtr make_font(const char *name, int size, int aa) {
     return font;
 }
 
-FontPtr open_font(const char *name, int size, int aa) {
+// Not even the default font is there, by which any name would be replaced.
+void tell_of_missing_fonts() {
+    static bool is_told = false;
+    if (!std::exchange(is_told, true))
+        kv_warn(
+            "OpenFont",
+            "no font in %s: text is not drawn; \"kelvane-device FOLDER PROGRAM\" makes a folder "
+            "with fonts and runs the program there\n",
+            font_directory);
+}
+
+FontPtr open(const char *name, int size, int aa) {
     if (!library()) return nullptr;
     if (ground::compare_folded(name, "null") == 0) {
         FontPtr font = make_font(name, size, aa);
@@ -81,6 +93,7 @@ FontPtr open_font(const char *name, int size, int aa) {
     Face *face = acquire_face(resolved);
     if (!face) {
         kv_warn("OpenFont", "FT_New_Face: cannot open %s\n", resolved.c_str());
+        if (!resolved.starts_with('/')) tell_of_missing_fonts();
         return nullptr;
     }
     describe_face(*font, *face);
@@ -118,6 +131,10 @@ ifont *registered_font(int number) {
     return number >= 1 && number <= most_registered ? registered[number - 1] : nullptr;
 }
 
+ifont *open_font(const char *name, int size, int aa) {
+    return open(name, size, aa).release();
+}
+
 void restore_font(ifont *f, int color) {
     select(f);
     kvstate.current_color = color;
@@ -135,7 +152,7 @@ void reset() {
 } // namespace text
 
 ifont *OpenFont(const char *name, int size, int aa) try {
-    return name ? text::open_font(name, size, aa).release() : nullptr;
+    return name ? text::open_font(name, size, aa) : nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;
 }

@@ -2,6 +2,7 @@
 #include "text/size_cache.h"
 
 #include <algorithm>
+#include <new>
 
 #include "text/face.h"
 
@@ -33,12 +34,14 @@ void SizeCache::drop_glyphs() {
     glyph_bytes_ = 0;
 }
 
-// Loads the glyph into the slot of the face that has it; null when that fails.
+// Loads the glyph into the slot of the face that has it; null when that fails. Throws bad_alloc.
 FT_Face SizeCache::load(Mode mode, uint16_t c) {
     const GlyphRef glyph = face_.find(c);
     Face &owner = face_.owner(glyph);
     if (!owner.set_size(pixels_)) return nullptr;
-    return FT_Load_Glyph(owner.ft(), glyph.index(), load_flags(mode)) == 0 ? owner.ft() : nullptr;
+    const FT_Error error = FT_Load_Glyph(owner.ft(), glyph.index(), load_flags(mode));
+    owner.check_memory();
+    return error == 0 ? owner.ft() : nullptr;
 }
 
 uint8_t SizeCache::load_width(Mode mode, uint16_t c) {
@@ -63,8 +66,15 @@ int SizeCache::load_kerning(Mode mode, uint16_t first, uint16_t second) {
 
 std::unique_ptr<Glyph> SizeCache::load_glyph(Mode mode, uint16_t c) {
     auto glyph = std::make_unique<Glyph>();
-    glyph->index = face_.find(c).index();
-    if (const FT_Face ft = load(mode, c)) render(ft, mode, strength_, *glyph);
+    const GlyphRef ref = face_.find(c);
+    glyph->index = ref.index();
+    try {
+        if (const FT_Face ft = load(mode, c)) render(ft, mode, strength_, *glyph);
+    } catch (const std::bad_alloc &) {
+        face_.owner(ref).check_memory();
+        throw;
+    }
+    face_.owner(ref).check_memory();
     if (all_glyph_bytes + glyph->bytes() > most_glyph_bytes)
         for (SizeCache *cache : all_caches) cache->drop_glyphs();
     return glyph;

@@ -9,6 +9,7 @@
 
 #include "text/blit.h"
 #include "text/current.h"
+#include "text/freetype.h"
 
 namespace text {
 namespace {
@@ -113,7 +114,9 @@ Glyph rasterise(const Shape &shape, int size) {
     bitmap.num_grays = 256;
     bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
     Outline outline(shape, size);
-    if (FT_Outline_Get_Bitmap(ft, &outline.outline, &bitmap) != 0) return glyph;
+    const FT_Error error = FT_Outline_Get_Bitmap(ft, &outline.outline, &bitmap);
+    check_freetype_memory();
+    if (error != 0) return glyph;
     glyph.top = size;
     copy_coverage(bitmap, glyph);
     return glyph;

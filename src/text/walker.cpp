@@ -78,13 +78,12 @@ Advance Walker::slow_step(uint16_t c) {
         return {0, 0};
     }
     if (is_invisible(c)) return {0, 0};
-    if (!has_face()) return {0, 10};
-    if (c < first_printable) {
+    if (has_face() && c < first_printable) {
         end_pair();
         return {0, control_width()};
     }
-    choose_cjk(c);
-    return character_step(c);
+    if (has_face()) choose_cjk(c);
+    return has_face() ? character_step(c) : Advance{0, 10};
 }
 
 } // namespace text

@@ -1,24 +1,32 @@
 // SPDX-License-Identifier: MIT
 // Groups of parameters that components read at once.
-#include <algorithm>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "ground/guard.h"
+#include "hw.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/events.h"
 #include "kelvane/theme.h"
 
 namespace {
 
-// A default in pixels that is meant for a screen 600 wide, in proportion to the shorter side of a
-// larger one.
+// How many percent of their own size defaults have on this panel: the least in the steps of the
+// themes that make a target of 48 pixels 7 mm high.
+int panel_percent() {
+    constexpr int target = 48, least_mm = 7, largest = 175, step = 25;
+    constexpr double mm_per_inch = 25.4;
+    int percent = 100;
+    while (percent < largest &&
+           target * percent * mm_per_inch < 100.0 * least_mm * device_display_dpi())
+        percent += step;
+    return percent;
+}
+
+// A default in pixels that is meant for 167 dots an inch, on this panel; a half goes up.
 int scaled(int length) {
-    constexpr int64_t designed_for = 600;
-    const int64_t side = std::min(ScreenWidth(), ScreenHeight());
-    return static_cast<int>(std::max(designed_for, side) * length / designed_for);
+    return (length * panel_percent() + 50) / 100;
 }
 
 // A short text, made without memory that could be missing.
@@ -56,8 +64,8 @@ iselection_style load_style(const std::string &prefix, const iselection_style &d
 
 irect load_title_rect(const char *name) {
     irect r;
-    const int indent = scaled(10);
-    kv_getthemerect(name, &r, indent, 0, -1 - indent, 0, ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS);
+    const int indent = scaled(24);
+    kv_getthemerect(name, &r, indent, 0, -1 - indent, 0, ALIGN_LEFT | VALIGN_MIDDLE | TEXT_DOTS);
     return r;
 }
 
@@ -107,31 +115,31 @@ icontext_menu_properties LoadContextMenuProperties() {
     };
     icontext_menu_properties p{};
     p.font_normal = font("normal", "default", "0");
-    p.font_selected = font("selected", "defaultb", "0");
-    p.font_disabled = font("disabled", "default", "0x555555");
+    p.font_selected = font("selected", "defaultb", "0xFFFFFF");
+    p.font_disabled = font("disabled", "default", "0x666666");
     p.background_color_normal = value("background.color.normal", WHITE);
     p.background_color_disabled = value("background.color.disabled", WHITE);
     p.blackout = value("blackout", 0);
-    p.item_height = length("item.height", 46);
+    p.item_height = length("item.height", 48);
     p.item_border_indent_horizontal = length("item.border.indent.horizontal", 18);
     p.item_border_indent_vertical = length("item.border.indent.vertical", 6);
-    p.separator_indent_horizontal = length("separator.indent.horizontal", 12);
-    p.separator_indent_vertical = value("separator.indent.vertical", 0);
+    p.separator_indent_horizontal = length("separator.indent.horizontal", 18);
+    p.separator_indent_vertical = length("separator.indent.vertical", 4);
     p.separator_height = length("separator.height", 1);
     p.separator_style = value("separator.style", 0);
-    p.separator_color = value("separator.color", DGRAY);
+    p.separator_color = value("separator.color", BLACK);
     p.separator_frequency = value("separator.frequency", 2);
-    p.marker_height = length("marker.height", 3);
-    p.marker_indent_horizontal = length("marker.indent.horizontal", 12);
-    p.marker_style = value("marker.style", 0);
+    p.marker_height = length("marker.height", 4);
+    p.marker_indent_horizontal = length("marker.indent.horizontal", 0);
+    p.marker_style = value("marker.style", 1);
     p.marker_color = value("marker.color", BLACK);
     p.border_size = value("border.size", GetThemeInt("border.size", scaled(3)));
-    p.border_radius = value("border.radius", GetThemeInt("border.radius", scaled(5)));
+    p.border_radius = value("border.radius", GetThemeInt("border.radius", scaled(8)));
     p.title_height = value("title.height", GetThemeInt("dialog.title.height", scaled(52)));
     p.enable_pointer = value("pointer.enable", 1);
     p.font_normal_color = value("font.normal.color", BLACK);
-    p.font_selected_color = value("font.selected.color", BLACK);
-    p.font_disabled_color = value("font.disabled.color", DGRAY);
+    p.font_selected_color = value("font.selected.color", WHITE);
+    p.font_disabled_color = value("font.disabled.color", 0x666666);
     p.bullet_show = value("bullet.show", 1);
     p.bullet_style = value("bullet.style", 0);
     p.background_style = value("background.style", 0);
@@ -153,8 +161,8 @@ ipager LoadPagerProperties() {
 }
 
 icaption_properties LoadApplicationCaptionProperties() {
-    return {load_scaled_font("application.caption.font", "defaultb", 18, "0"),
-            GetThemeInt("application.caption.height", scaled(36)),
+    return {load_scaled_font("application.caption.font", "defaultb", 24, "0"),
+            GetThemeInt("application.caption.height", scaled(48)),
             GetThemeInt("application.caption.color.background", WHITE),
             load_title_rect("application.caption.title.position.landscape"),
             load_title_rect("application.caption.title.position.portrait"),

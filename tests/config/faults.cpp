@@ -34,7 +34,7 @@ struct countdown {
 };
 
 countdown crash;      // counts pages written and lengths set
-countdown io_failure; // counts reads, pages written and lengths set
+countdown io_failure; // counts reads, pages written, lengths set and syncs
 countdown allocation_failure;
 
 bool memory_runs_out() {
@@ -75,7 +75,9 @@ size_t __wrap_kv_fwrite(const void *from, size_t size, size_t n, std::FILE *f) {
 
 // These tests are about killed processes, not about power that fails.
 int __wrap_fdatasync(int) {
-    return 0;
+    if (!io_failure.strikes()) return 0;
+    errno = EIO;
+    return -1;
 }
 
 int __wrap_ftruncate(int fd, off_t size) {
@@ -280,6 +282,72 @@ TEST(ConfigFaults, AnyFailingReadOrWriteLosesNothing) {
                 if (HasFailure()) return;
             }
         }
+    }
+}
+
+// A failing sync leaves nothing undone but the promise that a save has been kept.
+TEST(ConfigFaults, ASaveThatAnswersYesIsOnTheDisk) {
+    const scene s;
+    for (const change &c : changes) {
+        SCOPED_TRACE(c.what);
+        int successes = 0;
+        for (int step = 0; successes == 0; step++) {
+            s.put(c.text());
+            io_failure = {step, true};
+            const int saved = c.save(s);
+            const bool failed = io_failure.struck;
+            io_failure = {};
+            EXPECT_EQ(saved, !failed) << step;
+            EXPECT_TRUE(!saved || s.text() == text_of(c.after()));
+            successes += saved;
+            if (HasFailure()) return;
+        }
+    }
+}
+
+// The first save of a file that is not there is whole, or has not been.
+TEST(ConfigFaults, AFirstSaveIsMadeWholeOrNotAtAll) {
+    const change c = {"", {}, numbered("k", 900, "value")};
+    int made = 0;
+    for (int step = 0; made == 0; step++) {
+        const scene s;
+        made = !crashed(c, s, step);
+        const bool exists = std::filesystem::exists(s.path);
+        EXPECT_TRUE(!exists || s.text() == text_of(c.written));
+        EXPECT_TRUE(!made || (exists && step > 1));
+    }
+    for (int step = 0; made == 1; step++) {
+        const scene s;
+        io_failure = {step, false};
+        const int saved = c.save(s);
+        if (!io_failure.struck) made = 2;
+        io_failure = {};
+        EXPECT_EQ(saved, std::filesystem::exists(s.path)) << step;
+        EXPECT_EQ(c.save(s), 1) << "the next try";
+        EXPECT_EQ(s.text(), text_of(c.written));
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(s.folder.path()), {}), 1);
+    }
+}
+
+// A value that memory was short for is lost, but neither the one before it nor the handle.
+TEST(ConfigFaults, AfterAFailedWriteTheHandleSavesOn) {
+    for (int step = 0, failed = 1; failed; step++) {
+        const scene s;
+        iconfig *c = OpenConfig(s.path.c_str(), nullptr);
+        WriteString(c, "a", "old");
+        WriteStringVolatile(c, "v", "old");
+        allocation_failure = {step, false};
+        WriteString(c, "a", "new");
+        WriteStringVolatile(c, "v", "new");
+        failed = allocation_failure.struck;
+        allocation_failure = {};
+        for (const char *name : {"a", "v"}) {
+            const std::string value = ReadString(c, name, "");
+            EXPECT_TRUE(value == "new" || (failed && value == "old")) << name << value << step;
+        }
+        EXPECT_EQ(SaveConfig(c), 1);
+        EXPECT_EQ(s.read().size(), 1u) << step;
+        CloseConfigNoSave(c);
     }
 }
 

@@ -20,36 +20,11 @@
 #include "kelvane/theme.h"
 #include "support/tempdir.h"
 #include "support/theme_file.h"
-#include "theme/builtin.h"
+#include "tool.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Result {
-    int status;
-    std::string output; // of both kinds
-};
-
-// Runs the program; a sanitizer's report is no answer.
-Result run(const std::string &words) {
-    std::FILE *pipe = popen(("'" THEME_TOOL "' " + words + " 2>&1").c_str(), "re");
-    Result result{-1, {}};
-    for (char piece[4096]; const size_t count = std::fread(piece, 1, sizeof piece, pipe);)
-        result.output.append(piece, count);
-    const int status = pclose(pipe);
-    if (WIFEXITED(status)) result.status = WEXITSTATUS(status);
-    EXPECT_EQ(result.output.find("Sanitizer"), std::string::npos) << result.output;
-    EXPECT_EQ(result.output.find("runtime error"), std::string::npos) << result.output;
-    return result;
-}
-
-std::vector<std::string> lines(const std::string &text) {
-    std::vector<std::string> out;
-    for (size_t at = 0, end; (end = text.find('\n', at)) != text.npos; at = end + 1)
-        out.push_back(text.substr(at, end - at));
-    return out;
-}
 
 // Rows of grey and alpha.
 void write_png(const fs::path &file, const std::vector<uint8_t> &grey_alpha, size_t height = 2) {
@@ -198,7 +173,10 @@ TEST(ThemeTool, ScalesSizesAndNothingElse) {
         const char *name, *before, *after;
     } rows[] = {
         {"pager.height", "0x15", "53"},
-        {"^pager.height", "-3", "-8"},
+        {"^pager.height", "-3", "-7"}, // a half goes up
+        {"unit.size", "4", "10"},
+        {"dialog.frame.spacing", "25", "63"},
+        {"header.margin.left", "19", "55"}, // 24 and 60 with the 5 pixels that the library adds
         {"separator.size", "0", "0"},
         {"header.font", "#default,9,0xffffff", "#default,23,0xffffff"},
         {"menu.font.normal", "own", "own,30"},
@@ -395,24 +373,31 @@ TEST(ThemeTool, OutlivesHostileFiles) {
 
 class ShippedTheme : public testing::TestWithParam<std::string> {};
 
+std::vector<std::string> pictures_of(const std::string &listing) {
+    std::vector<std::string> names;
+    for (const std::string &line : lines(listing))
+        if (line.find(" picture ") != line.npos) names.push_back(line.substr(0, line.find(' ')));
+    return names;
+}
+
 TEST_P(ShippedTheme, IsWhole) {
     const TempDir place;
     const fs::path folder = fs::path(SOURCE_DIR "/themes") / GetParam();
-    const std::set<std::string> has_no_builtin = {"button_normal", "button_selected",
-                                                  "arrow_page_prev", "arrow_page_next"};
+    const std::string documentation = read_file(SOURCE_DIR "/docs/themes.md");
     fs::create_directories("system/themes");
     EXPECT_EQ(run("pack '" + folder.string() + "' system/themes/t.tqt").output, "");
+    const std::vector<std::string> pictures = pictures_of(run("list system/themes/t.tqt").output);
+    EXPECT_GT(pictures.size(), 80U);
     OpenTheme("t");
-    for (const auto &entry : fs::directory_iterator(folder / "pictures")) {
-        const std::string variant = entry.path().stem().string();
+    for (const std::string &variant : pictures) {
         const std::string name = variant.substr(variant.starts_with('^') ? 1 : 0);
         kvstate.orientation = variant == name ? 0 : 1;
         EXPECT_TRUE(IsResourcePresent(name.c_str())) << name;
         ibitmap *picture = GetResource(name.c_str(), nullptr);
         EXPECT_TRUE(picture) << name;
         std::free(picture);
-        EXPECT_TRUE(theme::builtin_image(name.c_str()) || has_no_builtin.contains(name))
-            << name << " is used by nothing";
+        const std::string plain = name.substr(0, name.size() - (name.ends_with("_a") ? 2 : 0));
+        EXPECT_NE(documentation.find("`" + plain + "`"), documentation.npos) << name;
     }
     kvstate.orientation = 0;
     // The library knows every parameter: none would take "," as its value.
@@ -423,6 +408,47 @@ TEST_P(ShippedTheme, IsWhole) {
     write_file("f/parameters.txt", spoilt);
     EXPECT_EQ(lines(run("pack f t.tqt").output).size(), lines(spoilt).size());
     OpenTheme("none");
+}
+
+// The sides of a picture, in pixels.
+std::pair<int, int> sides(const char *name) {
+    ibitmap *picture = GetResource(name, nullptr);
+    const std::pair<int, int> sides =
+        picture ? std::pair<int, int>(picture->width, picture->height) : std::pair(0, 0);
+    std::free(picture);
+    return sides;
+}
+
+// Fonts, lengths and pictures agree at every scale that a device gets.
+TEST_P(ShippedTheme, KeepsItsMeasuresAtEveryScale) {
+    const TempDir place;
+    fs::create_directories("system/themes");
+    const std::string folder = (fs::path(SOURCE_DIR "/themes") / GetParam()).string();
+    for (const auto &[percent, unit] : {std::pair(100, 4), {125, 5}, {150, 6}, {175, 7}}) {
+        SCOPED_TRACE(percent);
+        ASSERT_EQ(
+            run("pack --scale " + std::to_string(percent) + " '" + folder + "' system/themes/t.tqt")
+                .output,
+            "");
+        OpenTheme("t");
+        EXPECT_EQ(GetThemeInt("unit.size", 0), unit);
+        EXPECT_EQ(GetThemeInt("header.margin.left", 0) + 5, 6 * unit);
+        const auto [button_width, bar] = sides("button_close");
+        EXPECT_GE(std::min(button_width, bar), 11 * unit);
+        EXPECT_EQ(sides("header_top").second, bar + 4 * unit);
+        EXPECT_EQ(sides("header_topleft").second, bar + 4 * unit);
+        EXPECT_EQ(sides("frame_topleft").second, sides("frame_top").second);
+        EXPECT_EQ(sides("frame_bottomleft").first, sides("frame_left").first);
+        EXPECT_EQ(sides("icon_question"), sides("icon_error"));
+        ibitmap *middle = GetResource("frame_top", nullptr);
+        ASSERT_TRUE(middle);
+        int border = 0;
+        for (int y = 0; y < middle->height; ++y)
+            border += (middle->data[y * middle->scanline] & 0xF0) == 0;
+        EXPECT_EQ(border, GetThemeInt("border.size", 0));
+        std::free(middle);
+        OpenTheme("none");
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Themes, ShippedTheme, testing::Values("default", "contrast"),

@@ -7,6 +7,7 @@
 #include <minizip/unzip.h>
 #include <minizip/zip.h>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -211,8 +212,10 @@ TEST_F(Bmp, RefusalsSayWhy) {
         ASSERT_NE(bm, nullptr);
         EXPECT_EQ(bm->data[0], 0);
     }
-    EXPECT_EQ(said("LoadBitmap", [] { LoadBitmap("none.bmp"); }), "Cannot open bitmap: none.bmp\n");
-    EXPECT_EQ(said("LoadBitmap", [] { EXPECT_EQ(LoadBitmap("."), nullptr); }), "");
+    ASSERT_EQ(mkfifo("pipe.bmp", 0600), 0);
+    for (const std::string name : {"none.bmp", "pipe.bmp", "."})
+        EXPECT_EQ(said("LoadBitmap", [&] { EXPECT_EQ(LoadBitmap(name.c_str()), nullptr); }),
+                  "Cannot open bitmap: " + name + "\n");
     EXPECT_EQ(LoadBitmap(nullptr), nullptr);
     EXPECT_EQ(max_bmp_size(), device_display_width() * device_display_height() * 3 + 1024);
 }

@@ -137,23 +137,25 @@ TEST_F(Frame, ClientAreaAndTitleBar) {
     struct {
         int flags;
         irect inside;
-    } const cases[] = {{0, {112, 112, 276, 176, 0}},
-                       {FRAME_HEADER, {112, 136, 276, 152, 0}},
-                       {FRAME_BUTTON_CLOSE, {112, 136, 276, 152, 0}},
-                       {FRAME_DICTIONARY, {112, 136, 276, 152, 0}},
-                       {FRAME_OVERLAP | FRAME_INNER_SIDES, {112, 112, 276, 176, 0}}};
+    } const cases[] = {{0, {112, 120, 276, 168, 0}},
+                       {FRAME_HEADER, {112, 160, 276, 128, 0}},
+                       {FRAME_BUTTON_CLOSE, {112, 160, 276, 128, 0}},
+                       {FRAME_DICTIONARY, {112, 160, 276, 128, 0}},
+                       {FRAME_OVERLAP | FRAME_INNER_SIDES, {112, 120, 276, 168, 0}}};
     for (const auto &c : cases) {
         FillArea(0, 0, 600, 800, DGRAY);
         irect inside;
         DrawFrame(100, 100, 300, 200, nullptr, "title", c.flags, &inside);
         EXPECT_TRUE(inside == c.inside) << std::hex << c.flags;
-        EXPECT_EQ(grey(250, 104), c.inside.y == 136 ? 0 : 255);
-        EXPECT_EQ(grey(250, 100), 0); // the outline on all sides
+        EXPECT_EQ(grey(250, 100), 255); // a white rim above
+        EXPECT_EQ(grey(250, 107), 255);
+        EXPECT_EQ(grey(250, 151), c.inside.y == 160 ? 0 : 255); // the title bar
+        EXPECT_EQ(grey(250, 108), 0);                           // the outline on all sides
         EXPECT_EQ(grey(250, 299), 0);
         EXPECT_EQ(grey(100, 200), 0);
         EXPECT_EQ(grey(399, 200), 0);
         EXPECT_EQ(grey(250, 200), 255);
-        EXPECT_EQ(grey(100, 100), (c.flags & FRAME_OVERLAP) != 0 ? 0 : 0x55); // square or round
+        EXPECT_EQ(grey(100, 108), (c.flags & FRAME_OVERLAP) != 0 ? 0 : 255); // square or round
         EXPECT_EQ(grey(399, 299), 0x55);
         EXPECT_EQ(grey(99, 200), 0x55);
         EXPECT_EQ(grey(400, 200), 0x55);
@@ -216,9 +218,9 @@ TEST_F(Frame, FlagsChooseAmongThePiecesOfTheTheme) {
 TEST_F(Frame, IconStandsInTheMiddleOfTheTitleBar) {
     const raster::BitmapPtr icon(NewBitmap(9, 7));
     DrawFrame(100, 100, 300, 200, icon.get(), nullptr, FRAME_HEADER, nullptr);
-    for (int y = 105; y < 130; ++y)
-        for (int x = 105; x < 395; ++x)
-            ASSERT_EQ(grey(x, y) == 255, x >= 117 && x < 126 && y >= 114 && y < 121)
+    for (int y = 112; y < 150; ++y)
+        for (int x = 112; x < 388; ++x)
+            ASSERT_EQ(grey(x, y) == 255, x >= 117 && x < 126 && y >= 126 && y < 133)
                 << x << ',' << y;
 }
 
@@ -226,14 +228,14 @@ TEST_F(Frame, ButtonsAnswerToThePointer) {
     constexpr int all = FRAME_BUTTON_CLOSE | FRAME_BUTTON_MOVEUP | FRAME_BUTTON_MOVEDOWN;
     struct {
         int flags, px, py, hit;
-    } const cases[] = {{all, 387, 104, FRAME_BUTTON_CLOSE},
-                       {all, 356, 131, FRAME_BUTTON_CLOSE},
-                       {all, 355, 118, FRAME_BUTTON_MOVEUP},
-                       {all, 292, 118, FRAME_BUTTON_MOVEDOWN},
-                       {all, 291, 118, 0},
+    } const cases[] = {{all, 387, 108, FRAME_BUTTON_CLOSE},
+                       {all, 340, 151, FRAME_BUTTON_CLOSE},
+                       {all, 339, 118, FRAME_BUTTON_MOVEUP},
+                       {all, 244, 118, FRAME_BUTTON_MOVEDOWN},
+                       {all, 243, 118, 0},
                        {all, 388, 118, 0},
-                       {all, 387, 103, 0},
-                       {all, 387, 132, 0},
+                       {all, 387, 107, 0},
+                       {all, 387, 152, 0},
                        {FRAME_BUTTON_MOVEDOWN, 387, 118, FRAME_BUTTON_MOVEDOWN},
                        {FRAME_BUTTON_CLOSE | 0x8000, 387, 118, FRAME_BUTTON_CLOSE},
                        {all, INT_MIN, INT_MAX, 0}};
@@ -248,7 +250,7 @@ TEST_F(Frame, ButtonsAnswerToThePointer) {
     }
     // Too narrow for the second button: the layout stops there.
     EXPECT_EQ(CheckFramePointer(0, 0, 80, 99, all, 60, 18), FRAME_BUTTON_CLOSE);
-    EXPECT_EQ(CheckFramePointer(0, 0, 80, 99, all, 30, 18), 0);
+    EXPECT_EQ(CheckFramePointer(0, 0, 80, 99, all, 19, 18), 0);
 }
 
 TEST_F(Frame, UpdatesTheTitleBarOnlyWhenAsked) {
@@ -258,8 +260,8 @@ TEST_F(Frame, UpdatesTheTitleBarOnlyWhenAsked) {
     } const cases[] = {{1, 380, ""},
                        {1, -1, ""},
                        {1 | FRAME_UPDATE, 110, ""},
-                       {1 | FRAME_UPDATE, 380, "100,100 300x36"},
-                       {1 | FRAME_UPDATE, -1, "100,100 300x36"}};
+                       {1 | FRAME_UPDATE, 380, "100,100 300x60"},
+                       {1 | FRAME_UPDATE, -1, "100,100 300x60"}};
     for (const auto &c : cases) {
         headless::clear_updates();
         CheckFramePointer(100, 100, 300, 200, c.flags, c.px, 118);
@@ -486,7 +488,7 @@ TEST_F(Chrome, KeylockIconComesAndGoes) {
     DrawLine(0, 0, 599, 799, BLACK);
     const std::vector<uint8_t> before = screen();
     ASSERT_TRUE(keylock::show_icon());
-    EXPECT_EQ(grey(512 + 24, 32), 0); // 600 - 48 - 32 is 520, down to a multiple of 16
+    EXPECT_EQ(grey(512 + 24, 36), 0); // 600 - 48 - 32 is 520, down to a multiple of 16
     EXPECT_EQ(grey(511, 50), 255);
     EXPECT_EQ(kvstate.canvas->clipx2, 0);
     keylock::restore_under_icon();

@@ -444,7 +444,14 @@ TEST_F(Config, TheGlobalHandleIsTheRuntimes) {
     handle h(path);
     kvstate.cfg = h;
     EXPECT_EQ(GetGlobalConfig(), h.c);
-    kvstate.cfg = nullptr;
+    CloseConfig(OpenConfig(path.c_str(), nullptr));
+    EXPECT_EQ(GetGlobalConfig(), h.c) << "another handle on the file";
+    kvstate.cfg = OpenConfig(path.c_str(), nullptr);
+    CloseConfig(GetGlobalConfig());
+    EXPECT_EQ(GetGlobalConfig(), nullptr);
+    kvstate.cfg = OpenConfig(path.c_str(), nullptr);
+    CloseConfigNoSave(GetGlobalConfig());
+    EXPECT_EQ(GetGlobalConfig(), nullptr);
 }
 
 } // namespace

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Configuration files that are hostile, cannot be written or are not there; the device's own file.
-#include <csignal>
-#include <functional>
+#include <cerrno>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include "file/hooks.h"
 #include "internal.h"
 #include "kelvane/config.h"
+#include "support/child.h"
 #include "unit/config_fixture.h"
 
 namespace {
@@ -110,15 +110,6 @@ TEST_F(Config, FilesThatCannotBeWrittenAreTriedAgain) {
     EXPECT_EQ(file(), "a=1\n");
 }
 
-// Runs in a child, whose exit status tells the result.
-int in_child(const std::function<int()> &work) {
-    const pid_t child = fork();
-    if (child == 0) _exit(work());
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 TEST_F(Config, ReadOnlyFilesStayAsTheyAre) {
     put("a=1\n");
     fs::permissions(path, fs::perms(0444));
@@ -141,16 +132,13 @@ TEST_F(Config, ReadOnlyFilesStayAsTheyAre) {
     EXPECT_EQ(file(), "a=1\n");
 }
 
-// A limit of the file size stands for a full disk.
 TEST_F(Config, AFullDiskKeepsTheOldText) {
     for (const int keys : {10, 1000}) {
         std::string text;
         for (int i = 0; i < keys; i++) text += "key" + std::to_string(10000 + i) + "=1\n";
         put(text);
         const int result = in_child([&] {
-            signal(SIGXFSZ, SIG_IGN);
-            const rlimit limit{text.size() + 5, text.size() + 5};
-            setrlimit(RLIMIT_FSIZE, &limit);
+            fill_disk(text.size() + 5);
             handle grown(path), same(path), shorter(path);
             WriteString(grown, "a", "longer than 5");
             if (SaveConfig(grown) != 0 || grown.c->changed != 0) return 10;
@@ -165,6 +153,28 @@ TEST_F(Config, AFullDiskKeepsTheOldText) {
         text.erase(text.find("key10003"), strlen("key10003=1\n"));
         EXPECT_EQ(file(), text) << keys;
     }
+}
+
+TEST_F(Config, AFirstSaveOnAFullDiskLeavesNothing) {
+    iconfigedit defaults[] = {{1, nullptr, "text", "", "size", "9", nullptr, nullptr, nullptr}, {}};
+    EXPECT_EQ(in_child([&] {
+                  fill_disk(3);
+                  handle h(path, defaults);
+                  WriteInt(h, "size", 12345);
+                  return SaveConfig(h) == 0 && h.c->changed == 1 && h.get("size") == "12345" ? 0
+                                                                                             : 1;
+              }),
+              0);
+    EXPECT_TRUE(fs::is_empty(root)) << "an empty file would hide the defaults";
+    EXPECT_EQ(handle(path, defaults).get("size"), "9");
+}
+
+TEST_F(Config, APipeIsNoConfigurationFile) {
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    handle h(path);
+    WriteInt(h, "a", 1);
+    EXPECT_EQ(SaveConfig(h) + RefreshConfig(&h.c), 0);
+    EXPECT_EQ(h.c->changed, 1);
 }
 
 class DeviceDescription : public Config {
@@ -192,6 +202,34 @@ TEST_F(DeviceDescription, LinesAreTrimmedAndTheLastOneWins) {
 TEST_F(DeviceDescription, IsReadOnceEvenWhenMissing) {
     EXPECT_EQ(cfg_read_int("a", 7), 7);
     put("a=1\n");
+    EXPECT_EQ(cfg_read_int("a", 7), 7);
+}
+
+TEST_F(DeviceDescription, AFailureThatPassesIsNotRemembered) {
+    put("a=1\n");
+    for (const int error : {EMFILE, ENFILE, ENOMEM, EIO}) {
+        static int now;
+        now = error;
+        file_hooks.open_plain = [](const char *, const char *) -> FILE * {
+            errno = now;
+            return nullptr;
+        };
+        EXPECT_EQ(cfg_read_int("a", 7), 7);
+    }
+    // A file that cannot be read to its end.
+    file_hooks.open_plain = [](const char *, const char *) -> FILE * {
+        cookie_io_functions_t io{};
+        io.read = [](void *, char *, size_t) -> ssize_t { return errno = EIO, -1; };
+        return fopencookie(nullptr, "r", io);
+    };
+    EXPECT_EQ(cfg_read_int("a", 7), 7);
+    file_hooks = {};
+    EXPECT_EQ(cfg_read_int("a", 7), 1);
+}
+
+TEST_F(DeviceDescription, APipeIsNotWaitedFor) {
+    fs::create_directories("system/config");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     EXPECT_EQ(cfg_read_int("a", 7), 7);
 }
 

@@ -35,16 +35,26 @@ struct FakeDevice {
 
 inline FakeDevice device;
 
+// Puts the error of the next open into errno; 0 when it works.
+inline int next_open_error() {
+    if (device.open_errors.empty()) return 0;
+    const int error = device.open_errors.front();
+    if (device.open_errors.size() > 1) device.open_errors.erase(device.open_errors.begin());
+    return errno = error;
+}
+
 inline FILE *fake_open(const char *path, const char *mode) {
     if (std::string(path) == "/proc/mounts") {
         errno = 0; // what the table's reader leaves behind
         return fmemopen(device.mounts.data(), device.mounts.size(), mode);
     }
     ++device.opens;
-    if (device.open_errors.empty()) return std::fopen(path, mode);
-    errno = device.open_errors.front();
-    if (device.open_errors.size() > 1) device.open_errors.erase(device.open_errors.begin());
-    return errno ? nullptr : std::fopen(path, mode);
+    return next_open_error() ? nullptr : std::fopen(path, mode);
+}
+
+inline FILE *fake_open_plain(const char *path, const char *mode) {
+    ++device.opens;
+    return next_open_error() ? nullptr : file_defaults::open_plain(path, mode);
 }
 
 class FileTest : public testing::Test {
@@ -67,6 +77,7 @@ class FileTest : public testing::Test {
             device.now_ms += us / 1000;
         };
         file_hooks.open = fake_open;
+        file_hooks.open_plain = fake_open_plain;
         kvstate.waketime = 0;
     }
     void TearDown() override {

@@ -2,11 +2,15 @@
 // Waiting, retrying and warning, on a clock that moves only when the library pauses.
 #include "file_fixture.h"
 
+#include <fcntl.h>
 #include <functional>
 
+#include "file/stream.h"
 #include "file/warning.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 TEST_F(FileTest, EveryPathOperationWaitsForSettlingStorage) {
     struct stat st;
@@ -224,6 +228,31 @@ TEST_F(FileTest, CloseReportsWhatCouldNotBeWritten) {
     kv_fwrite("x", 1, 1, to_pipe);
     EXPECT_EQ(kv_fclose(to_pipe), 0) << "a pipe cannot be synced";
     close(ends[0]);
+}
+
+TEST_F(FileTest, OnlyPlainFilesAreOpenedAndNothingIsWaitedFor) {
+    fs::create_directory("directory");
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    fs::create_symlink("pipe", "to pipe");
+    write_file("plain", "text");
+    fs::create_symlink("plain", "to plain");
+    for (const auto how : {file::Access::read, file::Access::rewrite}) {
+        for (const char *path : {"directory", "pipe", "to pipe", "/dev/zero", "none"}) {
+            EXPECT_EQ(file::open_plain(path, how), nullptr) << path;
+            EXPECT_NE(errno, 0) << path;
+        }
+        EXPECT_EQ(file::open_plain(nullptr, how), nullptr);
+        const file::Stream f = file::open_plain("to plain", how);
+        ASSERT_NE(f, nullptr);
+        EXPECT_EQ(fcntl(fileno(f.get()), F_GETFL) & O_NONBLOCK, 0);
+        EXPECT_EQ(fcntl(fileno(f.get()), F_GETFD), FD_CLOEXEC);
+        EXPECT_EQ(kv_fgetc(f.get()), 't');
+    }
+    EXPECT_EQ(kv_fwrite("x", 1, 1, file::open_plain("plain", file::Access::rewrite).get()), 1u);
+    EXPECT_EQ(contents("plain"), "xext");
+    device.open_errors = {EROFS, EIO};
+    EXPECT_EQ(file::open_plain("plain"), nullptr);
+    EXPECT_EQ(device.requests.size(), 1u) << "damage is told as kv_fopen() tells it";
 }
 
 TEST_F(FileTest, NullArgumentsDoNothing) {

@@ -194,17 +194,22 @@ TEST_F(FileTest, WalkOrders) {
 }
 
 TEST_F(FileTest, WalkKeepsTheLargestResultAndStopsAboveOne) {
-    for (const char *name : {"t/s/a", "t/s/b", "t/s/c", "t/z"}) write_file(name, "");
+    for (const char *name : {"t/s/a", "t/s/b", "t/s/c"}) write_file(name, "");
     Walk keep;
-    keep.results = {{"t/s/a", 1}, {"t/s/b", -7}, {"t/z", 0}};
+    keep.results = {{"t/s/a", 1}, {"t/s/b", -7}};
     EXPECT_EQ(keep.run("t", 0, 1), 1);
-    EXPECT_EQ(keep.seen.size(), 6u);
+    EXPECT_EQ(keep.seen.size(), 5u);
     for (int dirsfirst : {0, 1}) {
         Walk stop;
         stop.results = {{"t/s/a", 2}, {"t/s/b", 3}, {"t/s/c", 4}, {"t/s/", dirsfirst ? 0 : 9}};
         const int result = stop.run("t", dirsfirst, 1);
-        EXPECT_EQ(stop.results[stop.seen.back()], result) << "nothing is visited after the stop";
         EXPECT_GE(result, 2);
+        const auto last = std::find(stop.seen.begin(), stop.seen.end(), dirsfirst ? "" : "t/s/");
+        EXPECT_EQ(last - stop.seen.begin(), dirsfirst ? 3 : 1) << "no further entry is read";
+        if (dirsfirst) continue;
+        EXPECT_EQ(strings(last, stop.seen.end()), (strings{"t/s/", "t/"}))
+            << "what is told after its contents is told all the same";
+        EXPECT_EQ(result, 9);
     }
     Walk at_once;
     at_once.results = {{"t/", 5}};
@@ -236,6 +241,22 @@ TEST_F(FileTest, WalkEndsInLoopsAndTakesAnyName) {
     fs::permissions("t/closed", fs::perms::all);
 }
 
+TEST_F(FileTest, WalkFollowsEachLinkedDirectoryOnce) {
+    constexpr int levels = 30;
+    for (int i = 0; i < levels; ++i) {
+        const std::string here = "t/" + std::to_string(i), next = "../" + std::to_string(i + 1);
+        write_file(here + "/f", "");
+        for (const char *link : {"/a", "/b"}) fs::create_symlink(next, here + link);
+    }
+    write_file("t/" + std::to_string(levels) + "/f", "");
+    Walk walk;
+    walk.run("t/0", 1, 1);
+    EXPECT_EQ(walk.seen.size(), 2u * (levels + 1)) << "each level, and its file";
+    Walk all;
+    all.run("t", 1, 1);
+    EXPECT_LE(all.seen.size(), 1 + 4u * (levels + 1)) << "once by its name, once by a link";
+}
+
 TEST_F(FileTest, WalkLeavesOutPathsOf1025Bytes) {
     std::string dir = "t";
     while (dir.size() < 900) dir += "/" + std::string(98, 'd');
@@ -261,7 +282,10 @@ TEST_F(FileTest, CopiesAnySizeAndName) {
     EXPECT_EQ(copy_file("copy", "no/such/dir"), 0);
     EXPECT_EQ(copy_file("copy", "/dev/full"), 0)
         << "a full disk is noticed, however little is written";
-    EXPECT_EQ(copy_file(".", "new"), 1) << "what cannot be read counts as ended";
+    EXPECT_EQ(copy_file(".", "new"), 0) << "only plain files are copied";
+    EXPECT_FALSE(fs::exists("new"));
+    EXPECT_EQ(copy_file("copy", "./copy"), 1) << "already there";
+    EXPECT_EQ(contents("copy").size(), 100'000u);
     EXPECT_EQ(copy_file(nullptr, "a") + copy_file("copy", nullptr), 0);
 }
 

@@ -2,6 +2,7 @@
 // Which file a name opens, what a font tells of itself, which font is current, and bad fonts.
 #include <climits>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "internal.h"
 #include "kelvane/hash.h"
@@ -223,8 +224,70 @@ TEST_F(Fonts, StrengthWidensByHalfASixtyFourthOnEachSide) {
     EXPECT_EQ(CharWidth('w'), wide);
 }
 
+TEST_F(Fonts, ADeviceWithoutFontsIsToldHowToMakeThemOnce) {
+    const auto hints = [](const char *name) {
+        const std::string errors = errors_of([&] { CloseFont(OpenFont(name, 20, 1)); });
+        return errors.find("kelvane-device FOLDER PROGRAM") != errors.npos;
+    };
+    EXPECT_FALSE(hints("missing")); // the default font stands in
+    std::filesystem::remove_all("system/fonts");
+    text::reset();
+    EXPECT_FALSE(hints("/no/such/file.ttf"));
+    EXPECT_TRUE(hints("default"));
+    EXPECT_FALSE(hints("default"));
+}
+
+// Whoever opened one would wait for ever.
+TEST_F(Fonts, PipesAreNoFonts) {
+    ASSERT_EQ(mkfifo("system/fonts/pipe.ttf", 0600), 0);
+    ASSERT_EQ(mkfifo("system/fonts/pipe.ttc", 0600), 0);
+    std::filesystem::create_directory("system/fonts/folder.ttc");
+    EXPECT_STREQ(Font("pipe", 20)->family, "DejaVu Sans");
+    EXPECT_STREQ(Font("pipe.ttc:1", 20)->family, "DejaVu Sans");
+    EXPECT_EQ(OpenFont(std::filesystem::absolute("system/fonts/pipe.ttc").c_str(), 20, 1), nullptr);
+    EXPECT_STREQ(EnumFontsEx()[0], "DejaVuSans.ttf");
+}
+
+// A copy of the default font in which each pair of its kerning table moves by as much as can be.
+std::string kerning_wildly(std::string font, char high, char low) {
+    const size_t entry = font.find("kern");
+    size_t table = 0;
+    for (size_t i = 0; i < 4; ++i) table = table << 8 | uint8_t(font[entry + 8 + i]);
+    const size_t pairs = size_t(uint8_t(font[table + 10])) << 8 | uint8_t(font[table + 11]);
+    for (size_t i = 0; i < pairs; ++i) {
+        font[table + 18 + 6 * i + 4] = high;
+        font[table + 18 + 6 * i + 5] = low;
+    }
+    return font;
+}
+
+TEST_F(Fonts, WidthsBeyondThirtyTwoBitsAreRight) {
+    const std::string font_bytes = read_file(fonts::dejavu / "DejaVuSans.ttf");
+    write_file("system/fonts/left.ttf", kerning_wildly(font_bytes, '\x80', 0));
+    write_file("system/fonts/right.ttf", kerning_wildly(font_bytes, '\x7F', '\xFF'));
+    std::string pairs, symbols(99999, '\x11');
+    while (pairs.size() < 99999) pairs += "AV";
+    fonts::Canvas canvas(20, 20);
+    const auto lines_of = [](const Font &font, const std::string &text) {
+        SetFont(font, BLACK);
+        DrawTextRect(0, 0, 10, 30, text.c_str(), ALIGN_CENTER | TEXT_UNDERLINE);
+        DrawTextRect(0, 0, INT_MAX, 30, text.c_str(), ALIGN_JUSTIFY | TEXT_ROTATE);
+        return TextRectHeightEx(INT_MAX, INT_MAX, text.c_str(), ALIGN_RIGHT) / font->linespacing;
+    };
+    const Font left("left", 4000), right("right", 4000);
+    SetFont(left, BLACK);
+    ASSERT_LT(StringWidth("AV"), -30000);
+    EXPECT_EQ(StringWidth(pairs.c_str()), INT_MIN);
+    EXPECT_EQ(lines_of(left, pairs), 1);
+    EXPECT_EQ(lines_of(right, pairs), 2);
+    const Font large("default", 20);
+    large->baseline = INT_MAX; // as an application may leave it
+    EXPECT_EQ(lines_of(large, symbols), 99999);
+}
+
 TEST_F(Fonts, BadFilesGiveTheirMessage) {
     std::filesystem::remove_all("system/fonts");
+    errors_of([] { OpenFont("default", 20, 1); }); // says once more than the others
     std::filesystem::create_directories("system/fonts/folder.ttf");
     write_file("system/fonts/empty.ttf", "");
     write_file("system/fonts/text.ttf", "this is no font");

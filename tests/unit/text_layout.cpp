@@ -330,7 +330,11 @@ TEST_F(Layout, BreaksInExamples) {
     EXPECT_STREQ(DrawTextRect(0, 0, dash, 1, "aa-aa", ALIGN_JUSTIFY), "aa");
     EXPECT_STREQ(DrawTextRect(0, 0, dash + 1, 1, "aa.aaa", ALIGN_JUSTIFY), "aaa"); // by force
     EXPECT_STREQ(DrawTextRect(0, 0, aa, 1, "aaaaa", 0), "aaa");
-    EXPECT_STREQ(DrawTextRect(0, 0, 1, 1, "xyz", 0), "yz");
+    for (const int edge : {1, 0, -1, INT_MIN}) {
+        EXPECT_STREQ(DrawTextRect(0, 0, edge, edge, "xyz", 0), "yz"); // a line, and a character
+        EXPECT_EQ(TextRectHeightEx(edge, edge, "xyz", 0), ls);
+        EXPECT_EQ(lines(edge, "xyz"), 3);
+    }
     EXPECT_STREQ(DrawTextRect(0, 0, StringWidth("  aa"), 2 * ls, "a\n  aa b", 0),
                  "b"); // an indent is a line's own
     EXPECT_STREQ(DrawTextRect(0, 0, aa, ls, "aa   aa", 0), "aa");

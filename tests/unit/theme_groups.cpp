@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "hw.h"
 #include "kelvane/events.h"
 #include "kelvane/text.h"
 #include "kelvane/theme.h"
@@ -75,15 +76,17 @@ TEST_F(ThemeGroups, SelectionsTakeWhatTheyLackFromTheCommonOne) {
     EXPECT_EQ(LoadSelectionProperties(nullptr).style, 3);
 }
 
-TEST_F(ThemeGroups, DefaultsSuitTheScreen) {
+TEST_F(ThemeGroups, DefaultsSuitTheDotsAnInch) {
     struct {
-        const char *mode;
-        int width, caption, item, border, font, indent;
-    } const screens[] = {{"0", 600, 36, 46, 3, 20, 10}, {"11", 1404, 84, 107, 7, 46, 23}};
-    for (const auto &s : screens) {
-        restart_with("emu_resmode=" + std::string(s.mode));
-        fonts::link_all();
-        ASSERT_EQ(ScreenWidth(), s.width);
+        const char *description;
+        int dpi, caption, item, border, font, indent;
+    } const panels[] = {{"0x1", 167, 48, 48, 3, 20, 24},
+                        {"0x2", 212, 60, 60, 4, 25, 30},
+                        {"0xb", 227, 72, 72, 5, 30, 36},
+                        {"0x8", 300, 84, 84, 5, 35, 42}};
+    for (const auto &s : panels) {
+        loadHwConfigEmulator(s.description);
+        ASSERT_EQ(device_display_dpi(), s.dpi);
         const icaption_properties caption = LoadApplicationCaptionProperties();
         const icontext_menu_properties menu = LoadContextMenuProperties();
         EXPECT_EQ(caption.height, s.caption);
@@ -92,7 +95,7 @@ TEST_F(ThemeGroups, DefaultsSuitTheScreen) {
                   std::tuple(s.indent, 0, -s.indent - 1, 0));
         EXPECT_TRUE(menu.item_height == s.item && menu.border_size == s.border);
         EXPECT_EQ(text_of(menu.font_normal), std::to_string(s.font) + "/0");
-        EXPECT_EQ(text_of(menu.font_disabled), std::to_string(s.font) + "/5592405");
+        EXPECT_EQ(text_of(menu.font_disabled), std::to_string(s.font) + "/6710886");
         for (ifont *font : {caption.font, menu.font_selected}) text_of(font);
     }
     open("border.size=9\ndialog.title.height=70\ncontext_menu.font.normal=default,12,3");

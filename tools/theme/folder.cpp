@@ -30,16 +30,17 @@ std::vector<fs::path> files_of(const fs::path &folder) {
     return files;
 }
 
-Theme read_folder(const fs::path &folder, Mistakes &mistakes) {
-    constexpr std::array parts = {parameter_file, picture_folder, font_folder, translation_folder};
+Theme read_folder(const fs::path &folder, int percent, Mistakes &mistakes) {
+    constexpr std::array parts = {parameter_file, drawing_folder, picture_folder, font_folder,
+                                  translation_folder};
     const bool is_theme = std::ranges::any_of(
         parts, [&folder](const char *part) { return fs::exists(folder / part); });
     if (!is_theme) {
         mistakes.add({folder}, "is no theme's folder; it needs the file parameters.txt or a folder "
-                               "pictures, fonts or translations");
+                               "drawings, pictures, fonts or translations");
         return {};
     }
-    return {read_text(folder, mistakes), read_resources(folder, mistakes)};
+    return {read_text(folder, mistakes), read_resources(folder, percent, mistakes)};
 }
 
 } // namespace tool

@@ -2,6 +2,7 @@
 // A theme as a folder of files that people edit:
 //
 //     parameters.txt
+//     drawings/*.txt, descriptions of pictures
 //     pictures/NAME.png, ^NAME.png, NAME:4.png, ^NAME:4.png; also .jpg .bmp .tif
 //     fonts/FACE.ttf
 //     translations/LANGUAGE.txt, any-language.txt
@@ -20,6 +21,7 @@ namespace tool {
 
 inline constexpr const char *parameter_file = "parameters.txt";
 inline constexpr const char *picture_folder = "pictures", *font_folder = "fonts";
+inline constexpr const char *drawing_folder = "drawings";
 inline constexpr const char *translation_folder = "translations";
 inline constexpr const char *any_language = "any-language"; // the file for "*"
 
@@ -31,12 +33,14 @@ struct Theme {
     std::vector<Resource> resources; // in the order of their names
 };
 
-// Reads and checks a folder; the theme is whole when nothing was added to the mistakes.
-Theme read_folder(const std::filesystem::path &folder, Mistakes &mistakes);
+// Reads and checks a folder; the theme is whole when nothing was added to the mistakes. Only what
+// is drawn is in the scale already.
+Theme read_folder(const std::filesystem::path &folder, int percent, Mistakes &mistakes);
 
 // The two halves of read_folder().
 ThemeText read_text(const std::filesystem::path &folder, Mistakes &mistakes);
-std::vector<Resource> read_resources(const std::filesystem::path &folder, Mistakes &mistakes);
+std::vector<Resource> read_resources(const std::filesystem::path &folder, int percent,
+                                     Mistakes &mistakes);
 
 // All bytes of a file; throws std::system_error.
 std::string read_whole(const std::filesystem::path &file);

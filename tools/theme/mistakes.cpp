@@ -16,7 +16,7 @@ std::string message(const Place &place, const std::string &what) {
 
 void Mistakes::add(const Place &place, const std::string &what) {
     lines_.push_back(message(place, what));
-    any_ = true;
+    ++count_;
 }
 
 void Mistakes::warn(const Place &place, const std::string &what) {

@@ -21,13 +21,14 @@ class Mistakes {
     void add(const Place &place, const std::string &what);
     // Told as well, but nothing fails for it.
     void warn(const Place &place, const std::string &what);
-    bool any() const { return any_; }
+    bool any() const { return count_ > 0; }
+    size_t count() const { return count_; }
     // Tells everything on standard error, as "file:line: what".
     void print() const;
 
   private:
     std::vector<std::string> lines_;
-    bool any_ = false;
+    size_t count_ = 0;
 };
 
 // A name out of a file, fit to be shown: bytes that a terminal would obey become \xNN.

@@ -101,7 +101,7 @@ class Replacement {
 
 int pack(const fs::path &folder, const fs::path &file, int percent) {
     Mistakes mistakes;
-    Theme theme = read_folder(folder, mistakes);
+    Theme theme = read_folder(folder, percent, mistakes);
     mistakes.print();
     if (mistakes.any()) return EXIT_FAILURE;
     if (percent != 100) scale(theme, percent);

@@ -18,6 +18,7 @@ namespace tool {
 struct Resource {
     std::string name;
     std::string bytes;
+    bool is_scaled = false; // drawn for the scale that is asked for
 };
 
 // What is wrong with the name of a picture, with the marks of its variant; empty when nothing is.

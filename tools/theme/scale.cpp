@@ -64,7 +64,8 @@ void scale(Theme &theme, int percent) {
     for (Entry &entry : theme.text.parameters)
         entry.value = scaled_value(entry.name, entry.value, percent);
     for (Resource &resource : theme.resources) {
-        if (is_truetype(resource.bytes) || has_fixed_size(resource.name)) continue;
+        if (resource.is_scaled || is_truetype(resource.bytes) || has_fixed_size(resource.name))
+            continue;
         const auto *bytes = reinterpret_cast<const uint8_t *>(resource.bytes.data());
         if (const auto picture = to_picture(std::span(bytes, resource.bytes.size())))
             resource.bytes = pack(scaled(*picture, percent)).bytes();

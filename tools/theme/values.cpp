@@ -11,7 +11,9 @@
 namespace tool {
 namespace {
 
-enum class Kind { number, length, color, font, rectangle, text };
+// A title margin is a length to which the library adds `title_gap`.
+enum class Kind { number, length, title_margin, color, font, rectangle, text };
+constexpr int title_gap = 5;
 
 struct Known {
     std::string_view name;
@@ -30,8 +32,11 @@ constexpr Known known[] = {
     {"border.color", Kind::color},
     {"border.radius", Kind::length},
     {"border.size", Kind::length},
+    {"button.exit.indent.horizontal", Kind::length},
+    {"button.exit.indent.vertical", Kind::length},
     {"button.font.active", Kind::font},
     {"button.font.normal", Kind::font},
+    {"button.font.normal.little_bit_smaller", Kind::font},
     {"context_menu.background.color.disabled", Kind::color},
     {"context_menu.background.color.normal", Kind::color},
     {"context_menu.background.style", Kind::number},
@@ -61,14 +66,23 @@ constexpr Known known[] = {
     {"context_menu.separator.indent.vertical", Kind::length},
     {"context_menu.separator.style", Kind::number},
     {"context_menu.title.height", Kind::length},
+    {"dialog.button.header.size", Kind::length},
+    {"dialog.button.separator.color", Kind::color},
+    {"dialog.button.separator.style", Kind::number},
+    {"dialog.corner.use_raunding", Kind::number},
+    {"dialog.frame.spacing", Kind::length},
+    {"dialog.icon.hatch", Kind::number},
+    {"dialog.style", Kind::number},
     {"dialog.title.height", Kind::length},
-    {"dictionary.margin.left", Kind::length},
+    {"dialog.window.indent.vertical", Kind::length},
+    {"dictionary.margin.left", Kind::title_margin},
     {"dictionary.margin.right", Kind::length},
     {"header.color", Kind::color},
     {"header.font", Kind::font},
-    {"header.margin.left", Kind::length},
+    {"header.margin.left", Kind::title_margin},
     {"header.margin.right", Kind::length},
     {"hwconfig", Kind::text},
+    {"keyboard.transparent.screen", Kind::number},
     {"menu.color.disabled", Kind::color},
     {"menu.color.normal", Kind::color},
     {"menu.color.selected", Kind::color},
@@ -80,9 +94,11 @@ constexpr Known known[] = {
     {"pager.font", Kind::font},
     {"pager.height", Kind::length},
     {"pager.indent.horizontal", Kind::length},
+    {"panel.height", Kind::length},
     {"panel_position", Kind::number},
     {"popup.caption.font", Kind::font},
     {"popup.dialog.caption.to.upper", Kind::number},
+    {"progressbar.width", Kind::length},
     {"selection.background.color", Kind::color},
     {"selection.background.style", Kind::number},
     {"selection.border.radius", Kind::length},
@@ -114,6 +130,7 @@ constexpr Known known[] = {
     {"taskmgr.title.height", Kind::length},
     {"taskmgr.width", Kind::length},
     {"title.style", Kind::number},
+    {"unit.size", Kind::length},
     {"use_dithering", Kind::number},
     {"window.color", Kind::color},
     {"window.font", Kind::font},
@@ -185,11 +202,22 @@ std::string rectangle_fault(std::string_view value) {
     return other_flags ? "a flag is none of B C D E F L M R S V" : "";
 }
 
+// A hundredth; a half goes up.
+int64_t half_up(int64_t hundredfold) {
+    const int64_t raised = hundredfold + 50;
+    return raised / 100 - (raised % 100 < 0 ? 1 : 0);
+}
+
 std::string scaled_number(std::string_view text, int percent, int base) {
     const long value = std::strtol(std::string(text).c_str(), nullptr, base);
-    const int64_t scaled = (int64_t{value} * percent + (value < 0 ? -50 : 50)) / 100;
+    const int64_t scaled = half_up(int64_t{value} * percent);
     // What is thin stays visible.
     return std::to_string(value > 0 ? std::max<int64_t>(scaled, 1) : scaled);
+}
+
+std::string scaled_title_margin(std::string_view text, int percent) {
+    const long value = std::strtol(std::string(text).c_str(), nullptr, 0);
+    return std::to_string(half_up(int64_t{value + title_gap} * percent) - title_gap);
 }
 
 // A size that counts from the far edge, which -1 reaches.
@@ -255,6 +283,7 @@ std::string value_fault(std::string_view name, std::string_view value) {
     switch (parameter->kind) {
     case Kind::number:
     case Kind::length:
+    case Kind::title_margin:
         return is_number(value, INT_MIN, INT_MAX, 0)
                    ? ""
                    : quoted(value) + "is not a number; write one such as 12 or 0x0C";
@@ -281,6 +310,8 @@ std::string scaled_value(std::string_view name, std::string_view value, int perc
     switch (kind) {
     case Kind::length:
         return scaled_number(value, percent, 0);
+    case Kind::title_margin:
+        return scaled_title_margin(value, percent);
     case Kind::font:
         return scaled_font(value, percent);
     case Kind::rectangle:

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// Going through three megabytes of text page by page, beside laying the same text out in chunks of
+// 100,000 characters.
+#include "beside.h"
+#include "ground/utf8.h"
+#include "text_common.h"
+
+namespace {
+
+constexpr size_t book_bytes = 3'000'000, chunk = 100000;
+constexpr int page_height = 760;
+
+// Words with spaces, or Japanese without, in paragraphs.
+std::string book(const std::vector<std::string_view> &words, const char *gap, const char *stop) {
+    std::mt19937 random(7);
+    std::string text;
+    for (int word = 1; text.size() < book_bytes; ++word) {
+        text += words[random() % words.size()];
+        text += word % 72 == 0 ? "\n" : word % 12 == 0 ? stop : gap;
+    }
+    return text;
+}
+
+std::string arabic() {
+    return book({"السلام", "عليكم", "كتاب", "في", "من", "على", "البيت", "الكبير", "يوم", "رجل",
+                 "وقال", "مدينة", "هذا", "الذي", "كان", "بعد"},
+                " ", ". ");
+}
+
+std::string japanese() {
+    return book({"日本", "の", "は", "東京", "です", "カタカナ", "ひらがな", "本", "を", "読む",
+                 "時間", "が", "人", "言葉", "ました", "今日"},
+                "", "。");
+}
+
+// A canvas whose clip is below all text: lines are laid out and not drawn.
+struct NothingShows {
+    icanvas canvas = {1, 1, 1, 8, 0, 0, INT32_MAX, INT32_MAX, nullptr};
+    NothingShows() { kvstate.canvas = &canvas; }
+    ~NothingShows() { kvstate.canvas = nullptr; }
+};
+
+int pages_of(const std::string &text) {
+    int count = 0;
+    for (const char *at = text.c_str(); *at != '\0'; ++count)
+        at = DrawTextRect(0, 0, bench_width, page_height, at, ALIGN_LEFT);
+    return count;
+}
+
+std::vector<std::string> chunks_of(const std::string &text) {
+    std::vector<std::string> chunks;
+    const char *s = text.c_str(), *const end = s + text.size();
+    while (s < end) {
+        const char *const next = utf8::skip(s, end, chunk);
+        chunks.emplace_back(s, next);
+        s = next;
+    }
+    return chunks;
+}
+
+int height_of(const std::vector<std::string> &chunks) {
+    int height = 0;
+    for (const std::string &text : chunks)
+        DrawTextRect3(0, 0, bench_width, INT32_MAX, text.c_str(), ALIGN_LEFT, &height);
+    return height;
+}
+
+void pages_and_chunks(benchmark::State &state, const std::string &text, const char *font_file) {
+    const BenchFont font;
+    const NothingShows canvas;
+    ifont *const own = font_file != nullptr ? OpenFont(font_file, bench_font_size, 1) : nullptr;
+    SetFont(own, BLACK);
+    const std::vector<std::string> chunks = chunks_of(text);
+    height_of(chunks);
+    Turns turns(state, Against::limit);
+    for (auto _ : state) {
+        turns.other([&] { benchmark::DoNotOptimize(height_of(chunks)); });
+        turns.ours([&] { benchmark::DoNotOptimize(pages_of(text)); });
+    }
+    CloseFont(own);
+}
+
+void add(const char *language, const std::string &text, const char *font_file) {
+    benchmark::RegisterBenchmark(
+        (std::string("pages_and_chunks<") + language + '>').c_str(),
+        [=](benchmark::State &state) { pages_and_chunks(state, text, font_file); })
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(3);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    add("english", prose(Language::english, book_bytes), nullptr);
+    add("arabic", arabic(), nullptr);
+    add("japanese", japanese(), "/usr/share/fonts/truetype/droid/DroidSansFallbackFull.ttf");
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -3,6 +3,7 @@
 #include "lifecycle/hooks.h"
 
 #include "chrome/panel.h"
+#include "config/hooks.h"
 #include "file/hooks.h"
 #include "ground/message.h"
 #include "hw.h"
@@ -32,6 +33,10 @@ void send_system_request(int request) {
 void pass_time(long long us) {
     hw::pass_time(us);
 }
+
+// Settings keep secrets whether or not a screen is open: this one stands for as long as the
+// process.
+[[maybe_unused]] const auto service = config::hooks.service = kv_ipc_request;
 
 } // namespace
 

@@ -12,8 +12,8 @@
  *
  * Unless a comment says otherwise, a function returns what the system call of the same name
  * returns, with the same errno, and a null path answers -1 without a call. Paths and names are
- * bytes: they need not be valid UTF-8. The calls may run on any thread; the warnings open a
- * message box, so a file that may fail belongs on the application's thread.
+ * bytes: they need not be valid UTF-8. Like the rest of the library the calls belong to the
+ * application's thread.
  */
 #ifndef KELVANE_FILES_H
 #define KELVANE_FILES_H

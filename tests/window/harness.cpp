@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Processes, the X server and its extensions, behind the header without either.
 #include "harness.h"
 
 #include <cerrno>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Finds the rows of the menu where the window shows them, and clicks them.
 #include "menu_clicks.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Starts the application and finds its window.
 #include "session.h"
 
 #include <algorithm>

@@ -15,7 +15,6 @@
 #include "lifecycle/lifecycle.h"
 #include "runtime/screens.h"
 #include "text/text.h"
-#include "theme/opened.h"
 
 namespace {
 
@@ -51,7 +50,7 @@ void install_hooks() {
     file_hooks.storage_ready = hw_usbready;
     file_hooks.clock_ms = hw_timeinms;
     file_hooks.pause = pass_time;
-    text::hooks = {.is_rtl = IsRTL, .font_bytes = theme::unpack_font};
+    text::hooks.is_rtl = IsRTL;
     message_hooks.show = Message;
     screens.show_keylock_icon = keylock::show_icon;
     screens.restore_under_icon = keylock::restore_under_icon;

@@ -16,6 +16,7 @@
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
 #include "raster/bitmap_rows.h"
+#include "text/text.h"
 #include "theme/container.h"
 #include "theme/opened.h"
 #include "theme/overrides.h"
@@ -162,6 +163,7 @@ void OpenTheme(const char *name) {
     ground::guarded([&] {
         const std::string wanted = name; // it may be a value of the theme that is closed
         theme::source = {theme::find_picture, theme::find_text};
+        text::hooks.font_bytes = theme::unpack_font;
         theme::close_theme();
         theme::open_theme(wanted);
     });                          // what was read before memory ran out stays

@@ -171,8 +171,6 @@ struct IntText {
 
 } // namespace
 
-extern "C" {
-
 iconfig *OpenConfig(const char *path, iconfigedit *defaults) {
     return ground::guarded(nullptr, [&]() -> iconfig * {
         handle c = make_handle(path ? path : "");
@@ -268,5 +266,4 @@ void ClearConfig(iconfig *c) {
     for (ihash layer : {c->hash, c->vhash, c->modified_hash}) hash_clear(layer);
     static_cast<OpenedConfig *>(c)->known_text.reset();
     c->changed = 1;
-}
 }

@@ -93,8 +93,6 @@ const char *find_in_description(const std::forward_list<DeviceEntry> &entries, c
 
 } // namespace config
 
-extern "C" {
-
 const char *cfg_read_string(const char *name, const char *deflt) {
     const char *value = config::find_value(name);
     return value ? value : deflt;
@@ -103,5 +101,4 @@ const char *cfg_read_string(const char *name, const char *deflt) {
 int cfg_read_int(const char *name, int deflt) {
     const char *value = config::find_value(name);
     return value ? ground::parse_int(value) : deflt;
-}
 }

@@ -33,8 +33,6 @@ struct Message {
 
 } // namespace config
 
-extern "C" {
-
 void WriteSecret(iconfig *c, const char *name, const char *value) {
     using namespace config;
     if (!c || !name || !value) return;
@@ -53,5 +51,4 @@ char *ReadSecret(iconfig *c, const char *name, const char *deflt) {
     if (length >= enciphered_size) return const_cast<char *>(value);
     const Message secret(value, length, REQUEST_DECIPHER);
     return secret.answered ? strdup(secret.text) : const_cast<char *>(deflt);
-}
 }

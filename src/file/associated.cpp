@@ -64,8 +64,6 @@ char *associated_file(const char *path, char kind, Purpose why) {
 
 } // namespace
 
-extern "C" {
-
 char *CheckAssociatedFile(const char *path, char kind) {
     return associated_file(path, kind, Purpose::find);
 }
@@ -73,5 +71,3 @@ char *CheckAssociatedFile(const char *path, char kind) {
 char *GetAssociatedFile(const char *path, char kind) {
     return associated_file(path, kind, Purpose::create);
 }
-
-} // extern "C"

@@ -62,8 +62,6 @@ void for_each_associated(const char *from, const char *to, Action act) {
 
 } // namespace
 
-extern "C" {
-
 int copy_file(const char *from, const char *to) {
     return ground::guarded(
         0, [&]() -> int { return copy(from, to, Unreadable::ended) != Copied::no; });
@@ -94,5 +92,3 @@ int unlink_file_with_af(const char *path) {
     for_each_associated(path, nullptr, [](const char *state, const char *) { kv_unlink(state); });
     return removed;
 }
-
-} // extern "C"

@@ -72,8 +72,8 @@ char **make_list(NameArray &found) {
 
 } // namespace
 
-extern "C" char **kv_enum_files(char ***list, const char *dir1, const char *dir2, const char *dir3,
-                                const char *exts, int noext) {
+char **kv_enum_files(char ***list, const char *dir1, const char *dir2, const char *dir3,
+                     const char *exts, int noext) {
     if (list) {
         free_list(*list);
         *list = nullptr;

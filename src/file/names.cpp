@@ -34,8 +34,6 @@ const char *find_storage_label(const char *path) {
 
 } // namespace
 
-extern "C" {
-
 int kv_strcasecmp(const char *a, const char *b) {
     if (!a || !b) return (a != nullptr) - (b != nullptr);
     return ground::compare_folded(a, b);
@@ -82,5 +80,3 @@ void Path2String(const char *path, char *out, int outsize) {
     const std::size_t label = std::strlen(storage) + 2 + std::strlen(rest);
     if (label + 8 < room) std::snprintf(out, room, "%s: %s", storage, rest);
 }
-
-} // extern "C"

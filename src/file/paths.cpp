@@ -51,8 +51,6 @@ void safe_wait(const char *path) {
     while (storage_may_be_settling() && !file_hooks.storage_ready()) pause_for_storage();
 }
 
-extern "C" {
-
 void kv_buildpath(const char *path) {
     if (!ready_for(path)) return;
     const ground::HeapString prefix(strdup(path));
@@ -113,5 +111,3 @@ int has_secure_storage() {
     struct stat st;
     return kv_stat("./system/mnt/secure", &st) == 0 && S_ISDIR(st.st_mode);
 }
-
-} // extern "C"

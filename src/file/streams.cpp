@@ -57,8 +57,6 @@ file::Stream file::open_plain(const char *path, Access how) {
     return Stream(open_watched(path, how == Access::read ? "rbe" : "r+be", file_hooks.open_plain));
 }
 
-extern "C" {
-
 FILE *kv_fopen(const char *path, const char *mode) {
     return open_watched(path, mode, file_hooks.open);
 }
@@ -127,5 +125,3 @@ int kv_preload(const char *path, int max) {
     }
     return kv_fclose_no_sync(f);
 }
-
-} // extern "C"

@@ -99,8 +99,7 @@ int Walk::entry(const char *directory_path, const char *name, const Ancestor &pa
 
 } // namespace
 
-extern "C" int recurse_action(const char *path, kv_walkproc proc, void *ctx, int dirsfirst,
-                              int withdirs) {
+int recurse_action(const char *path, kv_walkproc proc, void *ctx, int dirsfirst, int withdirs) {
     struct stat st;
     if (!proc || kv_stat(path, &st) != 0) return 0;
     if (!S_ISDIR(st.st_mode)) return withdirs ? proc(path, 0, ctx) : 0;

@@ -143,8 +143,6 @@ void reset() {
 
 } // namespace lang
 
-extern "C" {
-
 char **EnumLanguages(void) {
     return ground::guarded(nullptr, [&]() -> char ** {
         static char **codes = nullptr;
@@ -241,5 +239,4 @@ void SetRTLBook(int rtl) {
 
 int IsBookRTL(void) {
     return texts.book_rtl == -1 ? IsRTL() : texts.book_rtl;
-}
 }

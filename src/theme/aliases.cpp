@@ -50,8 +50,6 @@ bool read_setting(const std::string &place, char *out, int outlen) {
 
 } // namespace
 
-extern "C" {
-
 int resolve_resource_name(const char *name, char *out, int outlen) {
     return ground::guarded(0, [&]() -> int {
         if (!name || !out || outlen < 1) return 0;
@@ -65,5 +63,4 @@ ibitmap *GetKeyResource(const char *name, ibitmap *deflt) {
     char resolved[name_buffer];
     const bool found = resolve_resource_name(name, resolved, sizeof resolved) != 0;
     return GetResource(found ? resolved : name, deflt);
-}
 }

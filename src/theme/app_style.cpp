@@ -26,8 +26,6 @@ int common_style() {
 
 } // namespace
 
-extern "C" {
-
 int GetDefaultAppStyle(void) {
     return (device_touchpanel() > 0 ? touch : 0) |
            (device_keyboard() == keyboard_with_keys ? keys : 0);
@@ -52,5 +50,4 @@ iappstyle *GetAppStyleEx(const char *app) {
 
 int GetAppGlobalStyle(void) {
     return common_style();
-}
 }

@@ -151,8 +151,6 @@ text::FontBytes unpack_font(const std::string &name) {
 
 } // namespace theme
 
-extern "C" {
-
 char **EnumThemes(void) {
     static char **names = nullptr;
     return kv_enum_files(&names, theme::folder, nullptr, nullptr, "tqt", 1);
@@ -178,5 +176,4 @@ int IsResourcePresent(const char *name) {
         return (theme::is_landscape() && theme::has_in_file(theme::turned_name(plain))) ||
                theme::has_in_file(plain) || opened.overrides.has(plain);
     });
-}
 }

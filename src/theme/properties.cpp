@@ -71,8 +71,6 @@ irect load_title_rect(const char *name) {
 
 } // namespace
 
-extern "C" {
-
 itaskmgr_properties LoadTaskManagerProperties() {
     const int border_size = GetThemeInt("taskmgr.border.size", 3);
     return {
@@ -177,5 +175,4 @@ iselection_style LoadSelectionProperties(const char *key) {
             style = load_style(std::string(key) + ".", style);
     });
     return style;
-}
 }

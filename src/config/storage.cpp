@@ -35,12 +35,13 @@ bool resize(std::FILE *f, size_t size) {
 
 // What follows reaches the disk later than what was written: power may fail in between.
 bool write_barrier(std::FILE *f) {
-    return fdatasync(fileno(f)) == 0;
+    return fdatasync(fileno(f)) == 0 || errno == EINVAL; // what cannot be synced has no disk
 }
 
 // Appends blank lines until the file is as long as the new text, so that the disk has room for it.
 bool reserve(std::FILE *f, size_t old_size, size_t size) {
-    if (size <= old_size || write_at(f, old_size, std::string(size - old_size, '\n'))) return true;
+    if (size <= old_size) return true;
+    if (write_at(f, old_size, std::string(size - old_size, '\n')) && write_barrier(f)) return true;
     resize(f, old_size);
     return false;
 }

@@ -47,8 +47,8 @@ std::optional<file::Contents> read_settings(std::FILE *f);
 // Puts `text`, of at most `longest_text`, in the place of the `old_size` bytes that were read. A
 // process killed on the way leaves a file that reads as the old settings, the new ones, or some of
 // each, every value whole; when the disk is full the old text stays. When the power fails on the
-// way, every setting that is in both texts is in the file. False when the text could not be
-// written.
+// way, every setting of both texts is in the file, but its value may be cut. False when the text
+// could not be written.
 bool replace_text(std::FILE *f, size_t old_size, const std::optional<std::string> &old,
                   const std::string &text);
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What the list of fonts leaves to be freed.
 #pragma once
 
 namespace text {

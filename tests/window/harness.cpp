@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Starts and stops display servers and programs, and waits for what they do.
 #include "harness.h"
 
 #include <cerrno>

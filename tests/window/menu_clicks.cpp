@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Finds the items of the menu where they are drawn, and clicks them.
 #include "menu_clicks.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Starts the application in its window and reads what it wrote.
 #include "session.h"
 
 #include <algorithm>

@@ -74,8 +74,8 @@ char **empty_list() {
 } // namespace
 
 void reset_enumeration() {
-    names = {};
-    list = {};
+    names.clear();
+    list.clear();
     kvstate.fontlist = nullptr;
     kvstate.fontcount = 0;
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What the list of fonts leaves to be freed.
+// The end of the list of fonts.
 #pragma once
 
 namespace text {
 
-// Frees the list of EnumFonts().
+// Forgets the list of EnumFonts().
 void reset_enumeration();
 
 } // namespace text

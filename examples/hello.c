@@ -32,5 +32,5 @@ static int handler(int type, int par1, int par2) {
 
 int main(void) {
     KelvaneMain(handler);
-    return 0;
+    return 1; /* only reached when the screen could not be opened */
 }

@@ -5,7 +5,6 @@
 
 #include "device_folder.h"
 #include "internal.h"
-#include "kelvane/hash.h"
 #include "kelvane/theme.h"
 #include "theme/parameter_text.h"
 #include "theme/parameters.h"
@@ -13,7 +12,7 @@
 
 namespace {
 
-ihash table;
+ground::TextTable table;
 
 void read_all_forms(const char *name) {
     char out[16];
@@ -29,16 +28,11 @@ void read_all_forms(const char *name) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static const fuzz::DeviceFolder folder;
-    if (!table) table = hash_new(1021);
-    hash_clear(table);
-    theme::source.text = [](const char *name) {
-        return static_cast<const char *>(hash_find(table, name));
-    };
+    table.clear();
+    theme::source.text = [](const char *name) { return ground::find_text(table, name); };
     std::string text(data, data + size);
     theme::read_parameters(text.data(), text.size(), table);
     const fuzz::Visit visit(folder);
-    hash_enumerate(
-        table, nullptr, [](const char *name, void *, void *) { return read_all_forms(name), 0; },
-        nullptr);
+    for (const auto &[name, value] : table) read_all_forms(name.c_str());
     return 0;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 
 namespace hw {
 
@@ -32,8 +33,8 @@ struct Hooks {
     void (*post_to_main)(int type, int par1, int par2) = [](int, int, int) {};
     // The loop ends after its present step.
     void (*end_loop)() = [] {};
-    // Ends the application at once; it may return.
-    void (*exit)() = [] {};
+    // Runs the exit actions of the application and ends the process at once.
+    void (*exit)(int status) = [](int status) { std::_Exit(status); };
     // Rows of the status panel.
     int (*panel_height)() = [] { return 0; };
 };

@@ -10,14 +10,14 @@
 #include <memory>
 #include <new>
 #include <string_view>
-#include <unistd.h>
 
 #include "ground/hash_access.h"
+#include "ground/seeded_hash.h"
 
 namespace {
 
 // qsort() has no context pointer: sorted enumerations hand their comparator over in here.
-kv_hashcmpproc acmpproc;
+thread_local kv_hashcmpproc acmpproc;
 
 int compare_items(const void *a, const void *b) {
     const auto *x = *static_cast<const ihash_item *>(a);
@@ -64,17 +64,18 @@ ihash_item insert(ihash h, ihash_item *bucket, std::string_view name, void *valu
     return item;
 }
 
+// A string may lie in the one that it replaces, which is therefore freed last, and stays when there
+// is no memory for the new one. Other values go before the new ones come.
 bool replace(ihash h, ihash_item item, void *value) {
-    void *const old = item->value;
-    if (old == value) return true;
-    // A string that cannot be copied must not cost the old one. Other values may need to go first.
-    const bool copy_first = h->addproc == str_addproc;
-    if (!copy_first) h->delproc(old);
+    void *const former = item->value;
+    if (former == value) return true;
+    const bool copies = h->addproc == str_addproc;
+    if (!copies) h->delproc(former);
     if (!set_value(h, item, value)) {
-        item->value = old;
+        item->value = former;
         return false;
     }
-    if (copy_first) h->delproc(old);
+    if (copies) h->delproc(former);
     return true;
 }
 
@@ -121,46 +122,11 @@ bool store_hashed(ihash h, const char *name, void *value) {
     return insert(h, bucket, name, value) != nullptr;
 }
 
-namespace {
-
-// The product of two words, folded into one: each bit of it depends on every bit of both.
-uint64_t fold(uint64_t a, uint64_t b) {
-    const auto product = static_cast<unsigned __int128>(a) * b;
-    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
-}
-
-// Two numbers that nobody who writes a file can know.
-struct Secret {
-    uint64_t seed = 0x243f6a8885a308d3, factor = 0x13198a2e03707344;
-
-    Secret() {
-        // Without a source of chance the constants still spread all names that mean no harm.
-        static_cast<void>(getentropy(this, sizeof *this));
-        factor |= 1;
-    }
-};
-
-// A hash for which no names can be prepared that meet in one slot, as they can for hash_of().
-uint64_t slot_hash(std::string_view name) {
-    static const Secret chosen;
-    uint64_t hash = chosen.seed ^ name.size();
-    uint64_t word = 0;
-    for (; name.size() >= sizeof word; name.remove_prefix(sizeof word)) {
-        std::memcpy(&word, name.data(), sizeof word);
-        hash = fold(hash ^ word, chosen.factor);
-    }
-    word = 0;
-    for (const char c : name) word = word << 8 | static_cast<unsigned char>(c);
-    return fold(hash ^ word, chosen.factor);
-}
-
-} // namespace
-
 HashFiller::HashFiller(ihash filled) : table(filled), slots(512) {
     while (static_cast<size_t>(table->count) * 2 >= slots.size()) slots.resize(slots.size() * 2);
     for (int i = 0; i < table->prime; i++)
         for (ihash_item item = table->items[i]; item; item = item->next)
-            put({slot_hash(item->name), item});
+            put({ground::seeded_hash(item->name), item});
 }
 
 // The slot that holds the item of that name, or the free one where it belongs.
@@ -190,7 +156,7 @@ void HashFiller::grow() {
 bool HashFiller::add(std::string_view name, const char *value) {
     if (static_cast<size_t>(table->count) * 2 >= slots.size()) grow();
     void *stored = const_cast<char *>(value);
-    const uint64_t hash = slot_hash(name);
+    const uint64_t hash = ground::seeded_hash(name);
     Slot &s = find_slot(hash, name.data());
     if (s.item) return replace(table, s.item, stored);
     ihash_item *bucket = bucket_of(table, hash_of(name.data()));

@@ -2,6 +2,9 @@
 // Does to the device what a script says.
 #include "hw_linux/action.h"
 
+#include <climits>
+#include <cstdio>
+
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/picture.h"
@@ -9,24 +12,37 @@
 #include "kelvane/events.h"
 
 namespace hw {
+namespace {
 
-void perform(const Action &action) {
+bool save_frame(const Action &action, const char *script) {
+    char asker[PATH_MAX + 32];
+    std::snprintf(asker, sizeof asker, "%s:%d: frame", script, action.line);
+    return save_picture(action.file.c_str(), asker);
+}
+
+} // namespace
+
+bool perform(const Action &action, const char *script) {
     switch (action.verb) {
     case Verb::key:
-        return set_key_bit(action.par1, action.type == EVT_KEYPRESS);
+        set_key_bit(action.par1, action.type == EVT_KEYPRESS);
+        break;
     case Verb::pointer:
-        return panel_pointer_input(action.type, action.par1, action.par2);
+        panel_pointer_input(action.type, action.par1, action.par2);
+        break;
     case Verb::raw:
         record("raw %d %d %d %d", action.type, action.mod, action.par1, action.par2);
-        return push_input(action.type, action.mod, action.par1, action.par2);
+        push_input(action.type, action.mod, action.par1, action.par2);
+        break;
     case Verb::command:
-        return run_command(action.par1);
+        run_command(action.par1);
+        break;
     case Verb::frame:
-        save_picture(action.file.c_str());
-        return;
+        return save_frame(action, script);
     case Verb::close:
         window_closed();
     }
+    return true;
 }
 
 } // namespace hw

@@ -16,8 +16,10 @@ struct Action {
     // command: par1.
     int type = 0, mod = 0, par1 = 0, par2 = 0;
     std::string file = {}; // frame: where the picture goes
+    int line = 0;          // of the script, from 1; 0 for what stands in none
 };
 
-void perform(const Action &action);
+// Does it on behalf of `script`, whose name a failure is said with; then false.
+bool perform(const Action &action, const char *script);
 
 } // namespace hw

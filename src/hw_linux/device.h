@@ -46,15 +46,19 @@ const DeviceOps *device();
 
 // Puts a raw event into the input ring of 64 slots; says so on standard error when it is full.
 void push_input(int type, int mod, int par1, int par2);
-// A key of the key table went down or up; only a change becomes an event.
+// A key of the key table went down or up, as a person sees the keys who holds the device the way
+// it was opened; only a change becomes an event.
 void set_key_bit(int bit, bool down);
 // The pointer in drawing-area pixels, as a raw event type: 30 down, 31 move, 29 up. Scales to
-// framebuffer pixels and queues the events; a move counts only between down and up.
+// framebuffer pixels and queues the events; a move counts only between down and up. What moves or
+// is lifted outside the framebuffer does so at its edge.
 void pointer_input(int type, int x, int y);
 // Runs a command of the window's menu, see menu.h.
 void run_command(int command);
 // The window is being closed by the user. Does not return: the process ends with status 0.
 [[noreturn]] void window_closed();
+// Ends the process at once, after the application's exit actions.
+[[noreturn]] void end_process(int status);
 
 // State of the emulated device that the menu changes.
 struct EmulatedState {

@@ -13,8 +13,9 @@
 namespace hw {
 namespace {
 
-constexpr int64_t clock_start_us = 60'000'000; // the device was switched on a minute ago
-constexpr int64_t nap_us = 50'000;             // a sleep that a signal just missed lasts no longer
+constexpr int64_t clock_start_us = 60'000'000;  // the device was switched on a minute ago
+constexpr int64_t clock_end_us = INT64_MAX / 4; // and no sum of times leaves the range
+constexpr int64_t nap_us = 50'000;              // a sleep that a signal just missed lasts no longer
 
 std::unique_ptr<uint8_t[]> memory;
 PixelBuffer buffer;
@@ -51,15 +52,18 @@ bool keeps_pace() {
 }
 
 void pass(int64_t us) {
-    now_us += us;
+    now_us += std::min(us, clock_end_us - now_us);
+}
+
+// What a signal left of a nap has not passed.
+int64_t nap(int64_t us) {
+    timespec time{us / 1'000'000, us % 1'000'000 * 1000};
+    if (nanosleep(&time, &time) == 0) return us;
+    return us - (time.tv_sec * 1'000'000 + time.tv_nsec / 1000);
 }
 
 void pause(int64_t us) {
-    if (keeps_pace()) {
-        const timespec time{us / 1'000'000, us % 1'000'000 * 1000};
-        nanosleep(&time, nullptr);
-    }
-    pass(us);
+    pass(keeps_pace() ? nap(us) : us);
 }
 
 bool sleep(int64_t us, bool) {

@@ -26,12 +26,17 @@ struct RingEntry {
 
 RingEntry gtk_events[ring_slots];
 int ring_head = 0, ring_tail = 0;
-bool pointer_down = false;
+
+struct Pointer {
+    bool down = false;
+    int x = 0, y = 0; // where it was last
+};
+Pointer pointer;
 
 constexpr int scanned_key_bits = 16; // hw_keystate never sees the keys after these
 
 static_assert(std::size(key_table) == key_bits);
-bool prekeys[key_bits];
+bool prekeys[key_bits]; // by the keys that a person presses
 
 int from_drawing_area(Zoom zoom, int position) {
     const auto wide = int64_t{position};
@@ -44,6 +49,21 @@ int from_drawing_area(Zoom zoom, int position) {
         return static_cast<int>(wide * 3 / 2);
     }
     return position;
+}
+
+int clockwise(int code, int quarters) {
+    static constexpr int directions[] = {KEY_UP, KEY_RIGHT, KEY_DOWN, KEY_LEFT};
+    const auto *found = std::find(std::begin(directions), std::end(directions), code);
+    return found == std::end(directions) ? code : directions[(found - directions + quarters) & 3];
+}
+
+// The key of the device that lies where a person looks for this one: the keys of a device that is
+// held turned are turned with it.
+int code_in_hand(int code) {
+    const int quarters = held_quarter_turns();
+    if (code == KEY_PREV || code == KEY_NEXT)
+        return quarters >= 2 ? KEY_PREV + KEY_NEXT - code : code;
+    return clockwise(code, quarters);
 }
 
 // The first bit with a key that matches; -1 for none.
@@ -76,7 +96,7 @@ bool take_input(RingEntry &entry) {
 
 void reset_input() {
     ring_head = ring_tail = 0;
-    pointer_down = false;
+    pointer = {};
     std::memset(prekeys, 0, sizeof prekeys);
 }
 
@@ -110,7 +130,15 @@ void set_key_bit(int bit, bool down) {
     if (bit < 0 || bit >= key_bits || prekeys[bit] == down) return;
     prekeys[bit] = down;
     record("key %s %d", down ? "down" : "up", key_table[bit].code);
-    push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, key_table[bit].code, 0);
+    push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, code_in_hand(key_table[bit].code), 0);
+}
+
+void release_keys() {
+    for (int bit = 0; bit < key_bits; ++bit) set_key_bit(bit, false);
+}
+
+void lift_pointer() {
+    if (pointer.down) panel_pointer_input(EVT_POINTERUP, pointer.x, pointer.y);
 }
 
 bool a_key_is_held() {
@@ -118,12 +146,13 @@ bool a_key_is_held() {
 }
 
 void panel_pointer_input(int type, int x, int y) {
-    if (type == EVT_POINTERMOVE && !pointer_down) return;
-    if (type != EVT_POINTERMOVE) pointer_down = type == EVT_POINTERDOWN;
+    if (type == EVT_POINTERMOVE && !pointer.down) return;
+    if (type != EVT_POINTERDOWN) move_onto_canvas(x, y);
+    pointer = {type != EVT_POINTERUP, x, y};
     record("%s %d %d", verb_of(type), x, y);
     push_input(type, 0, x, y);
     if (type == EVT_POINTERMOVE || device_touchpanel() > 2)
-        push_input(EVT_MTSYNC, 0, 0, pointer_down ? 1 : 0);
+        push_input(EVT_MTSYNC, 0, 0, pointer.down ? 1 : 0);
 }
 
 void pointer_input(int type, int x, int y) {
@@ -154,7 +183,7 @@ int hw_nextevent(hw_event *event) {
 
 int hw_keystate(int key) {
     for (int bit = 0; bit < scanned_key_bits; ++bit)
-        if (key_table[bit].code == key) return prekeys[bit];
+        if (code_in_hand(key_table[bit].code) == key) return prekeys[bit];
     return 0;
 }
 

@@ -14,6 +14,9 @@ void reset_input();
 bool has_input();
 // Some key is down: the device stays awake.
 bool a_key_is_held();
+// The person turns away: every key that is down goes up, and so does the pointer.
+void release_keys();
+void lift_pointer();
 // pointer_input() in panel pixels.
 void panel_pointer_input(int type, int x, int y);
 // The first row of the key table with this code, name or key of the workstation; -1 for none.

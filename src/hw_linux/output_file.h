@@ -6,7 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+
+#include "file/stream.h"
 
 namespace hw {
 
@@ -35,10 +36,7 @@ class OutputFile {
     std::FILE *stream() const { return file_.get(); }
 
   private:
-    struct Close {
-        void operator()(std::FILE *file) const { std::fclose(file); }
-    };
-    std::unique_ptr<std::FILE, Close> file_;
+    file::Stream file_;
     const char *variable_ = "";
 };
 

@@ -13,7 +13,7 @@
 
 namespace hw {
 
-bool save_picture(const char *file) {
+bool save_picture(const char *file, const char *asker) {
     if (!device()) return false;
     const PixelBuffer pixels = device()->pixels();
     const size_t width = static_cast<size_t>(pixels.width), size = width * pixels.height;
@@ -29,7 +29,8 @@ bool save_picture(const char *file) {
     image.format = PNG_FORMAT_GRAY;
     image.flags = PNG_IMAGE_FLAG_FAST;
     if (png_image_write_to_file(&image, file, 0, grey.get(), 0, nullptr)) return true;
-    std::fprintf(stderr, "%s: %s\n", file, image.message);
+    std::fprintf(stderr, "%s: %s: %s (a file that can be written is meant)\n", asker, file,
+                 image.message);
     return false;
 }
 

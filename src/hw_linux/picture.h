@@ -4,7 +4,8 @@
 
 namespace hw {
 
-// Saves what the panel shows as a grey PNG. False after saying on standard error what is wrong.
-bool save_picture(const char *file);
+// Saves what the panel shows as a grey PNG. False after saying on standard error what is wrong, and
+// for whom: `asker` is the line of a script or the variable that asks for it.
+bool save_picture(const char *file, const char *asker);
 
 } // namespace hw

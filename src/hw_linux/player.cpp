@@ -27,6 +27,7 @@ enum class Play { nothing, waiting, running };
 
 struct Player {
     Play play = Play::nothing;
+    std::string name; // of the script
     Script script;
     size_t position = 0;
     Monkey monkey;
@@ -60,6 +61,7 @@ bool load_script(const char *name) {
         std::fprintf(stderr, "%s: the script is larger than 16 MiB\n", name);
         return false;
     }
+    player.name = name;
     player.script = parse_script(text);
     for (const ScriptError &error : player.script.errors)
         std::fprintf(stderr, "%s:%d: %s\n", name, error.line, error.message.c_str());
@@ -142,7 +144,7 @@ void run_due_action() {
         player.play = Play::nothing;
     else
         load_next_action();
-    perform(action);
+    if (!perform(action, player.name.c_str())) end_process(1);
 }
 
 } // namespace hw

@@ -9,6 +9,7 @@
 #include <memory>
 #include <new>
 
+#include "ground/guard.h"
 #include "hw.h"
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
@@ -93,9 +94,7 @@ constexpr int quarter_turns[4] = {0, 1, 3, 2};
 
 // The canvas is upright in the window when its orientation is the position the device is held in.
 int turn_of(int orientation) {
-    const bool held = state.position >= 0 && state.position <= 3;
-    const int base = held ? quarter_turns[state.position] : 0;
-    return quarter_turns[(quarter_turns[orientation] - base) & 3];
+    return quarter_turns[(quarter_turns[orientation] - held_quarter_turns()) & 3];
 }
 
 void lay_canvas() {
@@ -162,6 +161,22 @@ PanelView panel_view() {
     return {screen.zoom, turn_of(screen.orientation), panel_on_top ? hooks.panel_height() : 0};
 }
 
+void move_onto_canvas(int &x, int &y) {
+    if (!screen.device) return;
+    const icanvas &c = screen.canvas;
+    Point pixel = from_panel(panel_view(), c, {x, y});
+    pixel.x = std::clamp<int64_t>(pixel.x, 0, c.width - 1);
+    pixel.y = std::clamp<int64_t>(pixel.y, 0, c.height - 1);
+    const Point place = to_panel(panel_view(), c, pixel);
+    x = static_cast<int>(place.x);
+    y = static_cast<int>(place.y);
+}
+
+int held_quarter_turns() {
+    const bool held = state.position >= 0 && state.position <= 3;
+    return held ? quarter_turns[state.position] : 0;
+}
+
 int &closing() {
     return screen.closing;
 }
@@ -178,10 +193,13 @@ bool panel_to_canvas(int &x, int &y) {
 
 void window_closed() {
     record("close");
+    end_process(0);
+}
+
+void end_process(int status) {
     screen.closing = 1;
-    hooks.exit();
-    std::fflush(nullptr);
-    std::_Exit(0);
+    hooks.exit(status);
+    std::_Exit(status);
 }
 
 } // namespace hw
@@ -190,13 +208,12 @@ using namespace hw;
 
 int hw_init() {
     if (screen.device) return 1;
-    try {
-        if (open_screen()) return 1;
-    } catch (const std::bad_alloc &) {
+    const bool opened = ground::guarded_or(open_screen, [] {
         std::fputs("out of memory\n", stderr);
-    }
-    hw_close();
-    return 0;
+        return false;
+    });
+    if (!opened) hw_close();
+    return opened;
 }
 
 void hw_close() {

@@ -6,9 +6,12 @@
 #include <charconv>
 #include <iterator>
 #include <limits>
+#include <set>
 #include <utility>
 
+#include "ground/lines.h"
 #include "hw_linux/input.h"
+#include "hw_linux/key_table.h"
 #include "hw_linux/menu.h"
 #include "kelvane/events.h"
 
@@ -35,28 +38,58 @@ const Name *find_name(const Name (&table)[N], std::string_view name) {
     return found == table + N ? nullptr : found;
 }
 
-bool is_blank(char c) {
-    return c == ' ' || c == '\t' || c == '\r';
-}
-
-std::string_view trim(std::string_view text) {
-    while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 // Takes the first word off a trimmed text.
 std::string_view take_word(std::string_view &text) {
-    const auto *end = std::find_if(text.begin(), text.end(), is_blank);
+    const auto *end = std::find_if(text.begin(), text.end(), ground::is_blank);
     const std::string_view word = text.substr(0, static_cast<size_t>(end - text.begin()));
-    text = trim(text.substr(word.size()));
+    text = ground::trim(text.substr(word.size()));
     return word;
+}
+
+// What is wrong, and what would be right.
+std::string mistake(std::string_view what, std::string_view word, std::string_view allowed) {
+    std::string text(what);
+    if (!word.empty()) text.append(": ").append(word);
+    return text.append(" (").append(allowed).append(")");
+}
+
+std::string range_text(int least, int most) {
+    return "a number from " + std::to_string(least) + " to " + std::to_string(most);
+}
+
+// The names of the elements of a table, each once.
+template <class Table, class NameOf>
+std::string listed(const Table &table, NameOf name_of) {
+    std::string all;
+    std::set<std::string_view> seen;
+    for (const auto &entry : table) {
+        const std::string_view name = name_of(entry);
+        if (name.empty() || !seen.insert(name).second) continue;
+        all.append(all.empty() ? "" : ", ").append(name);
+    }
+    return all;
+}
+
+// What may stand where a path of the menu goes wrong.
+std::string allowed_items(std::string_view path) {
+    const auto below = [&](std::string_view item) {
+        return item.size() > path.size() && item.starts_with(path) && item[path.size()] == '/';
+    };
+    const auto items = menu_items();
+    while (std::none_of(items.begin(), items.end(), [&](auto &item) { return below(item.path); })) {
+        const size_t parent = path.rfind('/');
+        path = path.substr(0, parent == path.npos ? 0 : parent);
+    }
+    return listed(items, [&](const MenuItem &item) -> std::string_view {
+        const std::string_view text = item.path;
+        return below(text) ? text.substr(0, text.find('/', path.size() + 1)) : "";
+    });
 }
 
 // Reads the words of one line; the first thing wrong is kept and everything after it ignored.
 class Line {
   public:
-    explicit Line(std::string_view text) : rest_(trim(text)) {}
+    explicit Line(std::string_view text) : rest_(ground::trim(text)) {}
 
     std::string_view word() { return take_word(rest_); }
     bool at_end() const { return rest_.empty() || rest_.front() == '#'; }
@@ -66,14 +99,10 @@ class Line {
         const std::string_view text = word();
         int value = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (text.empty())
-            fail("a number is missing");
-        else if (error != std::errc() || end != text.data() + text.size())
-            fail("not a number: " + std::string(text));
-        else if (value < least || value > most)
-            fail("out of range: " + std::string(text));
-        else
-            return value;
+        const bool whole = end == text.data() + text.size() && error != std::errc::invalid_argument;
+        if (whole && error == std::errc() && value >= least && value <= most) return value;
+        const char *what = whole ? "out of range" : "not a number";
+        fail(mistake(text.empty() ? "a number is missing" : what, text, range_text(least, most)));
         return least;
     }
 
@@ -81,20 +110,25 @@ class Line {
     int name(const Name (&table)[N]) {
         const std::string_view text = word();
         const Name *found = find_name(table, text);
-        if (!found) fail("unknown word: " + std::string(text));
+        if (!found)
+            fail(
+                mistake("unknown word", text, listed(table, [](const Name &n) { return n.name; })));
         return found ? found->value : 0;
     }
 
     // A key by name, with or without "KEY_", or by code. Answers its bit of the key table.
     int key() {
-        std::string_view rest = rest_, text = take_word(rest);
-        if (text.starts_with("KEY_")) text.remove_prefix(4);
-        int bit = find_name_bit(text);
-        if (bit >= 0)
-            rest_ = rest;
-        else
-            bit = find_code_bit(number(0, any));
-        if (bit < 0) fail("no such key");
+        const std::string_view text = word();
+        const int named = find_name_bit(text.substr(text.starts_with("KEY_") ? 4 : 0));
+        if (named >= 0) return named;
+        int code = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code);
+        const bool whole = error == std::errc() && end == text.data() + text.size();
+        const int bit = whole ? find_code_bit(code) : -1;
+        if (bit < 0)
+            fail(mistake(text.empty() ? "a key is missing" : "no such key", text,
+                         listed(key_table, [](const KeyRow &row) { return row.name; }) +
+                             " or a code"));
         return bit;
     }
 
@@ -116,8 +150,9 @@ class Parser {
         Line line(text);
         if (line.at_end()) return;
         const size_t before = script.actions.size();
+        number_ = number;
         read(line);
-        if (!line.at_end()) line.fail("more words than expected");
+        if (!line.at_end()) line.fail("more words than expected: " + std::string(line.word()));
         if (line.error().empty()) return;
         script.actions.resize(before);
         script.errors.push_back({number, line.error()});
@@ -133,8 +168,11 @@ class Parser {
 
     void read(Line &line);
 
+    int number_ = 0; // of the line
+
     void add(Action action) {
         action.delay_ms = std::exchange(script.final_delay_ms, 0);
+        action.line = number_;
         script.actions.push_back(std::move(action));
     }
     void add_delay(int ms) { script.final_delay_ms += ms; }
@@ -191,12 +229,14 @@ class Parser {
         const auto items = menu_items();
         const auto item = std::find_if(items.begin(), items.end(),
                                        [&](const MenuItem &it) { return it.path == path; });
-        if (item == items.end()) return line.fail("no such menu item");
+        if (item == items.end())
+            return line.fail(mistake("no such menu item", path, allowed_items(path)));
         add_command(item->command);
     }
     void command(Line &line) {
         const int number = line.number(0, any);
-        if (!find_menu_item(number)) line.fail("no such command");
+        if (!find_menu_item(number))
+            line.fail(mistake("no such command", std::to_string(number), "the menu's numbers"));
         add_command(number);
     }
     void orientation(Line &line) { add_command(command_orientation + line.number(0, 3)); }
@@ -225,18 +265,14 @@ void Parser::read(Line &line) {
     const std::string_view verb = line.word();
     for (const Rule &rule : rules)
         if (rule.verb == verb) return (this->*rule.read)(line);
-    line.fail("unknown verb: " + std::string(verb));
+    line.fail(mistake("unknown verb", verb, listed(rules, [](const Rule &r) { return r.verb; })));
 }
 
 } // namespace
 
 Script parse_script(std::string_view text) {
     Parser parser;
-    for (int number = 1; !text.empty(); ++number) {
-        const size_t end = std::min(text.find('\n'), text.size());
-        parser.parse(number, text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
+    for (int number = 1; !text.empty(); ++number) parser.parse(number, ground::take_line(text));
     return std::move(parser.script);
 }
 

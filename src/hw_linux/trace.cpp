@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "hw.h"
+#include "hw_linux/device.h"
 #include "hw_linux/output_file.h"
 #include "hw_linux/picture.h"
 
@@ -59,7 +60,7 @@ void write_line(const UpdateRecord &u) {
 void save_frame(int seq) {
     char file[PATH_MAX];
     std::snprintf(file, sizeof file, "%s/%06d.png", frames_dir.c_str(), seq);
-    save_picture(file);
+    if (!save_picture(file, "KELVANE_FRAMES")) end_process(1);
 }
 
 } // namespace

@@ -17,20 +17,24 @@ constexpr int64_t refine_us = 100000;
 int dynamic_switch = 0;
 const char *update_cause = "";
 
-void paint(const irect &area) {
+// False when the application closed the device while the toolkit was let work.
+bool paint(const irect &area) {
     const hw::DeviceOps *device = hw::device();
     hw::eink_waveform(hw::panel_view(), *hw::framebuffer(), area, device->pixels());
     device->present();
     device->pump();
+    if (!hw::device()) return false;
     device->pause(settle_us);
+    return true;
 }
 
 enum class Flash { no, yes };
 
 int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
     const long long start_ms = hw_boottime_ms();
-    if (flash == Flash::yes) paint(area);
-    paint(area);
+    const int times = flash == Flash::yes ? 2 : 1;
+    for (int i = 0; i < times; ++i)
+        if (!paint(area)) return 0;
     hw::trace_update({0, kind, std::exchange(update_cause, ""), start_ms, area.x, area.y, area.w,
                       area.h, mode, dynamic_switch});
     return hw::emulated().update_answer;

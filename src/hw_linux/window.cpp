@@ -13,6 +13,7 @@
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
+#include "ground/guard.h"
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/window_menu.h"
@@ -62,6 +63,12 @@ gboolean on_configure(GtkWidget *, GdkEventConfigure *, gpointer) {
     return TRUE;
 }
 
+// Whoever has the keyboard from now on is told when its keys go up.
+gboolean on_focus_out(GtkWidget *, GdkEventFocus *, gpointer) {
+    hw::release_keys();
+    return FALSE;
+}
+
 gboolean on_key(GtkWidget *, GdkEventKey *event, gpointer) {
     if (event->keyval == 0) return FALSE;
     hw::set_key_bit(hw::find_workstation_bit(event->keyval), event->type == GDK_KEY_PRESS);
@@ -74,10 +81,14 @@ void drop_menu() {
     g_object_unref(std::exchange(window.menu, nullptr));
 }
 
-// Made anew each time: the start need not wait for it, and its marks show the present state.
+// Made anew each time: the start need not wait for it, and its marks show the present state. It
+// takes the keyboard and the pointer away.
 void popup_menu(const GdkEventButton &event) {
     drop_menu();
-    window.menu = hw::make_window_menu();
+    hw::release_keys();
+    hw::lift_pointer();
+    window.menu = ground::guarded(nullptr, hw::make_window_menu);
+    if (!window.menu) return;
     gtk_menu_popup(GTK_MENU(window.menu), nullptr, nullptr, nullptr, nullptr, event.button,
                    event.time);
 }
@@ -143,6 +154,7 @@ GtkWidget *make_top(const hw::WindowSpec &spec, GtkWidget *area) {
     gtk_window_set_resizable(GTK_WINDOW(top), FALSE);
     gtk_widget_add_events(top, GDK_KEY_PRESS_MASK | GDK_KEY_RELEASE_MASK);
     g_signal_connect(top, "destroy", G_CALLBACK(quit), nullptr);
+    g_signal_connect(top, "focus-out-event", G_CALLBACK(on_focus_out), nullptr);
     g_signal_connect(top, "key_press_event", G_CALLBACK(on_key), nullptr);
     g_signal_connect(top, "key_release_event", G_CALLBACK(on_key), nullptr);
     GtkWidget *box = gtk_vbox_new(FALSE, 0);

@@ -2,18 +2,21 @@
 // TIFF files, decoded by libtiff: bilevel and 8-bit pictures. Others of its kinds come out white.
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <new>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
-#include "file/storage.h"
 #include "ground/guard.h"
 #include "ground/log.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
+#include "image/stream.h"
 #include "image/tiff_library.h"
 #include "kelvane/pictures.h"
 #include "raster/bitmap_rows.h"
@@ -51,8 +54,12 @@ TiffPtr open(const char *path) {
     libtiff().TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes);
     libtiff().TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_silent, nullptr);
     libtiff().TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keep_silent, nullptr);
-    safe_wait(path);
-    return TiffPtr(libtiff().TIFFOpenExt(path, "rM", options.get()));
+    const Stream file = file::open_plain(path);
+    const int fd = file ? fcntl(fileno(file.get()), F_DUPFD_CLOEXEC, 0) : -1;
+    if (fd < 0) return nullptr;
+    TiffPtr tiff(libtiff().TIFFFdOpenExt(fd, path, "rM", options.get()));
+    if (!tiff) close(fd);
+    return tiff;
 }
 
 enum class Rows {

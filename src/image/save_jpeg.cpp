@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Saves bitmaps as grey JPEG files.
+#include <algorithm>
 #include <csetjmp>
 #include <cstdint>
 #include <cstdio>
@@ -9,7 +10,6 @@
 
 #include "ground/guard.h"
 #include "image/stream.h"
-#include "kelvane/canvas.h"
 #include "kelvane/pictures.h"
 #include "raster/bitmap.h"
 #include "raster/bitmap_rows.h"
@@ -76,12 +76,14 @@ bool JpegEncoder::finish() {
     return true;
 }
 
+// A row that is too short for its pixels continues in the next one, and the last one in white.
 void read_row(const ibitmap &bm, size_t y, std::vector<uint8_t> &grey) {
-    const uint8_t *row = bm.data + y * bm.scanline;
-    if (raster::depth_of(bm) != 16)
-        return raster::row_to_grey(row, raster::depth_of(bm), 0, bm.width, grey.data());
-    const kv_img_conv words{const_cast<uint8_t *>(row), grey.data(), bm.width, 1, 0, 0};
-    kv_rgb565_to_gs(&words);
+    const int depth = raster::depth_of(bm);
+    if (!raster::is_known_depth(depth)) return;
+    const size_t bits = (raster::pixel_bytes(bm) - y * bm.scanline) * 8;
+    const size_t pixels = std::min(bits / static_cast<size_t>(depth), grey.size());
+    std::fill(grey.begin(), grey.end(), 255);
+    raster::row_to_grey(bm.data + y * bm.scanline, depth, 0, pixels, grey.data());
 }
 
 bool write_picture(JpegEncoder &encoder, std::FILE *f, const ibitmap &bm, int quality) {

@@ -15,7 +15,7 @@ void say_closed(const char *function, const char *path) {
 } // namespace
 
 Stream open_picture(const char *function, const char *path) {
-    Stream f(kv_fopen(path, "rb"));
+    Stream f = file::open_plain(path);
     if (!f) say_closed(function, path);
     return f;
 }

@@ -34,12 +34,12 @@ std::optional<TiffLibrary> load() {
     TiffLibrary tiff{};
     Loader loader(KELVANE_LIBTIFF);
     loader.find(tiff.TIFFClose, "TIFFClose");
+    loader.find(tiff.TIFFFdOpenExt, "TIFFFdOpenExt");
     loader.find(tiff.TIFFGetField, "TIFFGetField");
     loader.find(tiff.TIFFGetFieldDefaulted, "TIFFGetFieldDefaulted");
     loader.find(tiff.TIFFGetStrileByteCount, "TIFFGetStrileByteCount");
     loader.find(tiff.TIFFIsTiled, "TIFFIsTiled");
     loader.find(tiff.TIFFNumberOfStrips, "TIFFNumberOfStrips");
-    loader.find(tiff.TIFFOpenExt, "TIFFOpenExt");
     loader.find(tiff.TIFFOpenOptionsAlloc, "TIFFOpenOptionsAlloc");
     loader.find(tiff.TIFFOpenOptionsFree, "TIFFOpenOptionsFree");
     loader.find(tiff.TIFFOpenOptionsSetErrorHandlerExtR, "TIFFOpenOptionsSetErrorHandlerExtR");

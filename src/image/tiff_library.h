@@ -10,12 +10,12 @@ namespace image {
 // The functions of libtiff that are used, by their own names.
 struct TiffLibrary {
     decltype(&::TIFFClose) TIFFClose;
+    decltype(&::TIFFFdOpenExt) TIFFFdOpenExt;
     decltype(&::TIFFGetField) TIFFGetField;
     decltype(&::TIFFGetFieldDefaulted) TIFFGetFieldDefaulted;
     decltype(&::TIFFGetStrileByteCount) TIFFGetStrileByteCount;
     decltype(&::TIFFIsTiled) TIFFIsTiled;
     decltype(&::TIFFNumberOfStrips) TIFFNumberOfStrips;
-    decltype(&::TIFFOpenExt) TIFFOpenExt;
     decltype(&::TIFFOpenOptionsAlloc) TIFFOpenOptionsAlloc;
     decltype(&::TIFFOpenOptionsFree) TIFFOpenOptionsFree;
     decltype(&::TIFFOpenOptionsSetErrorHandlerExtR) TIFFOpenOptionsSetErrorHandlerExtR;

@@ -24,7 +24,9 @@ enum {
 /**
  * A picture. The rows of pixels follow the four numbers in the same block, top row first, and
  * after them the mask when there is one: rows of (width + 7) / 8 bytes, one bit a pixel, highest
- * bit first, 1 drawn and 0 left out.
+ * bit first, 1 drawn and 0 left out. When a scanline is too short for the width, the pixels at the
+ * end of a row lie in the next row, and those of the last one in four spare bytes behind it, which
+ * such a bitmap must have.
  *
  * Pixels are packed from the highest bits of a byte down. Depth 1: 1 is white. Depth 2: levels 0,
  * 85, 170, 255. Depth 4: level n is the grey 17 n. Depth 8: one grey byte. Depth 16: little-endian
@@ -226,7 +228,7 @@ KELVANE_API ibitmap *LoadBitmap(const char *path);
 KELVANE_API ibitmap *zLoadBitmap(void *zip, const char *name);
 /**
  * Writes a bitmap of depth 2, 4 or 8 without its mask: as 16 greys, or 256 at depth 8. Makes the
- * directories of @p path.
+ * directories of @p path. A file of that name stays as it is until the new one is whole.
  * @return 1 when every byte is on the disk, else 0; 0 for null and for other depths
  */
 KELVANE_API int SaveBitmap(const char *path, const ibitmap *bm);

@@ -69,7 +69,10 @@ typedef struct oldconfigedit_s {
  * @return the handle, closed by CloseConfig(); null only when memory runs out
  */
 KELVANE_API iconfig *OpenConfig(const char *path, iconfigedit *defaults);
-/** The handle of "./system/config/global.cfg", opened with the screen; the library's own. */
+/**
+ * The handle of "./system/config/global.cfg", opened with the screen; the library's own. Null
+ * before that, and when it has been closed.
+ */
 KELVANE_API iconfig *GetGlobalConfig(void);
 /**
  * Takes over what other processes have saved. Unsaved and volatile values still win; pending
@@ -81,8 +84,8 @@ KELVANE_API int RefreshConfig(iconfig **handle);
  * Merges the unsaved changes into the file; see docs/config.md for what holds between processes.
  * @return 1 when saved, or when there was nothing to save; 0 when the file cannot be opened,
  *         created or read, or would have 16 MiB or over 250,000 settings, and the changes stay for
- *         the next save; 0 also when the write fails, and then the changes live on in this handle
- *         but are not tried again
+ *         the next save; 0 also when the write or the sync fails, and then the changes live on in
+ *         this handle but are not tried again
  */
 KELVANE_API int SaveConfig(iconfig *c);
 /** SaveConfig(), then CloseConfigNoSave(). */

@@ -12,8 +12,8 @@
  *
  * Unless a comment says otherwise, a function returns what the system call of the same name
  * returns, with the same errno, and a null path answers -1 without a call. Paths and names are
- * bytes: they need not be valid UTF-8. The calls may run on any thread; the warnings open a
- * message box, so a file that may fail belongs on the application's thread.
+ * bytes: they need not be valid UTF-8. Like the rest of the library the calls belong to the
+ * application's thread.
  */
 #ifndef KELVANE_FILES_H
 #define KELVANE_FILES_H
@@ -167,15 +167,16 @@ KELVANE_API char **kv_enum_files(char ***list, const char *dir1, const char *dir
  * Called for each file and directory of a walk.
  * @param path valid during the call
  * @param isdir 1 for a directory, 0 for anything else
- * @return above 1 ends the walk
+ * @return above 1 ends the reading of the directory, and of those around it
  */
 typedef int (*kv_walkproc)(const char *path, int isdir, void *ctx);
 /**
  * Walks a tree and calls @p proc for what it meets, in the order of the directories. Symbolic links
- * are followed; a link back to a directory that is being walked counts as a directory that cannot
- * be opened. Entries whose path would reach 1025 bytes are left out, and so are entries that cannot
- * be stat'ed.
- * @param dirsfirst not 0: a directory is passed before its contents, else after
+ * are followed, to each directory once; a link to a directory that another link has led to, or that
+ * is being walked, counts as a directory that cannot be opened. Entries whose path would reach 1025
+ * bytes are left out, and so are entries that cannot be stat'ed.
+ * @param dirsfirst not 0: a directory is passed before its contents, else after, and then also when
+ *                  its reading was ended
  * @param withdirs not 0: @p path itself is passed too. What lies in @p path is passed in any case,
  *                 nested directories included; a @p path that is a file is passed only when set
  * @return the largest result of @p proc, at least 0 for a directory; 0 for null arguments
@@ -189,15 +190,20 @@ KELVANE_API int recurse_action(const char *path, kv_walkproc proc, void *ctx, in
  * 'z'. The calls ending in _with_af apply to the file and then to those that exist.
  * @{ */
 /**
- * Copies the contents of a file. A source that cannot be read to its end counts as ended there.
- * @param to replaced when it exists; must not be the same file as @p from
- * @return 1; 0 when one of them cannot be opened, or a write or the sync at the end fails
+ * Copies the contents of a plain file. A source that cannot be read to its end counts as ended
+ * there.
+ * @param to replaced by the whole copy when it exists, and keeps its permissions; links to it are
+ *           followed. When it is @p from itself, nothing is done
+ * @return 1; 0 when one of them cannot be opened, or a write or the sync at the end fails, and @p
+ * to is as before: see docs/files.md
  */
 KELVANE_API int copy_file(const char *from, const char *to);
 /**
- * Moves a file, by copying when it cannot be renamed. Does nothing when the paths are equal for
- * kv_strcasecmp(): storage cards do not tell such names apart.
- * @return 1; 0 on failure, and @p from stays
+ * Moves a file, by copying when it cannot be renamed; only plain files are copied, and only whole
+ * ones. Does nothing when the paths are equal for kv_strcasecmp(): storage cards do not tell such
+ * names apart.
+ * @return 1; 0 on failure, also when both are one file, and @p from stays. The copy is at @p to
+ * when all that failed was to remove @p from
  */
 KELVANE_API int move_file(const char *from, const char *to);
 /** copy_file(), then the associated files. @return as copy_file(), of the file itself */

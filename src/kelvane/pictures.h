@@ -77,7 +77,8 @@ KELVANE_API ibitmap *LoadPNGStretch(const char *path, int width, int height, int
 /** @} */
 
 /** @name Saving
- * The mask is not saved. A null path or bitmap gives 0.
+ * The mask is not saved. A null path or bitmap gives 0. A file of that name stays as it is until
+ * the new one is whole, and when that fails: see docs/files.md.
  * @{ */
 /**
  * Saves a bitmap as a grey PNG of 8 bits. Any depth but 2 is read as depth 4; rows that are too

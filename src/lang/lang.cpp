@@ -6,37 +6,42 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <new>
+#include <forward_list>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "file/stream.h"
 #include "ground/guard.h"
-#include "ground/hash_access.h"
 #include "ground/lines.h"
+#include "ground/text_table.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/files.h"
-#include "kelvane/hash.h"
 #include "lang/language_file.h"
 #include "lang/translations.h"
 
 namespace {
 
+using ground::set_text;
+using ground::TextTable;
+
 constexpr const char *folder = "./system/language";
 constexpr const char *english_code = "en";
 constexpr char prefix = '@';
-constexpr int buckets = 1021;
 constexpr int most_steps = 10;
 constexpr size_t key_buffer = 1024;
 
 struct Texts {
-    ihash current = nullptr; // of the language, the names of languages, those of themes
-    ihash english = nullptr; // made by the first LoadLanguage() that finds a file, kept for ever
+    TextTable current; // of the language, the names of languages, those of themes
+    std::forward_list<TextTable::node_type> replaced; // that somebody may still hold
+    std::optional<TextTable> english; // made by the first LoadLanguage() that finds a file
     bool is_rtl = false;
     int book_rtl = -1; // -1: as the language
 };
 
-Texts texts;
+// Never destroyed: an application may ask while it ends.
+Texts &texts = *new Texts;
 
 // A language's file as it is; empty when it cannot be read. More than any language has is not read.
 struct LanguageFile {
@@ -49,7 +54,7 @@ LanguageFile read_language(std::string code) {
     constexpr size_t most_bytes = 8 << 20;
     LanguageFile read{std::move(code), {}};
     const std::string path = std::string(folder) + "/" + read.code + ".txt";
-    const file::Stream in(kv_fopen(path.c_str(), "rbe"));
+    const file::Stream in = file::open_plain(path.c_str());
     if (!in) return read;
     read.found = true;
     for (size_t size = 0; size < most_bytes;) {
@@ -61,13 +66,6 @@ LanguageFile read_language(std::string code) {
     return read;
 }
 
-// The table, made when it is not there yet. Throws bad_alloc.
-ihash need(ihash &table) {
-    if (!table) table = hash_new(buckets);
-    if (!table) throw std::bad_alloc();
-    return table;
-}
-
 LanguageFile find_language(const char *code) {
     LanguageFile file = read_language(code);
     // Storage that has only just appeared answers the second time.
@@ -75,22 +73,14 @@ LanguageFile find_language(const char *code) {
     return file.found ? file : read_language(english_code);
 }
 
-// Fills an empty table; the name that the file gives itself is a text of the current table.
-lang::Direction fill(ihash table, LanguageFile &file, const std::string &code) {
-    HashFiller filler(table);
+// Fills a table; the name that the file gives itself is a text of the current table.
+lang::Direction fill(TextTable &table, LanguageFile &file, const std::string &code) {
     lang::LanguageText text(file.bytes);
     const char *name = text.take_name();
     if (!name) return lang::Direction::left_to_right;
-    if (table == texts.current)
-        filler.add(code.c_str(), name);
-    else
-        hash_add(texts.current, code.c_str(), name);
+    set_text(texts.current, code, name);
     return text.take_translations(
-        [&](const char *key, const char *value) { filler.add(key, value); });
-}
-
-const char *find(ihash table, const char *key) {
-    return static_cast<const char *>(hash_find(table, key));
+        [&](const char *key, const char *value) { set_text(table, key, value); });
 }
 
 bool is_word(const char *text) {
@@ -110,15 +100,15 @@ const char *target_of(const char *text, std::string &trimmed) {
 }
 
 // In the language, then in English; null when there is no translation.
-const char *find_text(const char *key) {
-    const char *text = find(texts.current, key);
-    return text ? text : find(texts.english, key);
+const char *find_translation(const char *key) {
+    const char *text = ground::find_text(texts.current, key);
+    return text || !texts.english ? text : ground::find_text(*texts.english, key);
 }
 
 // Null for a key without a translation. A text that leads, at whatever step, to such a key is taken
 // as it is.
 const char *look_up(const char *key, int &depth) {
-    const char *const first = find_text(key);
+    const char *const first = find_translation(key);
     const char *text = first;
     std::string trimmed;
     while (text && *text == prefix && std::strcmp(text, key) != 0) {
@@ -126,7 +116,7 @@ const char *look_up(const char *key, int &depth) {
         if (!target) return text;
         depth++;
         key = target;
-        text = find_text(key);
+        text = find_translation(key);
     }
     if (text && *text != prefix) return text;
     if (*key == prefix) depth = most_steps;
@@ -137,13 +127,17 @@ const char *look_up(const char *key, int &depth) {
 
 namespace lang {
 
-HashFiller translation_filler() {
-    return HashFiller(need(texts.current));
+void add_translation(const char *key, const char *text) {
+    const auto former = texts.current.find(std::string_view(key));
+    if (former != texts.current.end()) {
+        if (former->second == text) return;
+        texts.replaced.emplace_front();
+        texts.replaced.front() = texts.current.extract(former);
+    }
+    texts.current.emplace(key, text);
 }
 
 void reset() {
-    for (ihash table : {texts.current, texts.english})
-        if (table) hash_destroy(table);
     texts = {};
 }
 
@@ -158,7 +152,7 @@ char **EnumLanguages(void) {
         for (char **code = codes; code && *code; code++) {
             LanguageFile file = read_language(*code);
             lang::LanguageText text(file.bytes);
-            AddTranslation(*code, text.take_name());
+            if (const char *name = text.take_name()) lang::add_translation(*code, name);
         }
         return codes;
     });
@@ -169,20 +163,21 @@ void LoadLanguage(const char *code) {
     ground::guarded([&] {
         if (!code) return;
         LanguageFile file = find_language(code); // first: the code may be a text of the table
-        hash_clear(need(texts.current));
+        texts.current.clear();
+        texts.replaced.clear();
         std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
         texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
         if (!file.found || texts.english) return;
         // The first language that is loaded goes by the name that English gives itself.
         LanguageFile english = read_language(english_code);
-        fill(need(texts.english), english, file.code);
+        fill(texts.english.emplace(), english, file.code);
     });
 }
 
 void AddTranslation(const char *key, const char *text) {
     // The key stays without a translation.
     ground::guarded([&] {
-        if (key && text) hash_add(need(texts.current), key, text);
+        if (key && text) set_text(texts.current, key, text);
     });
 }
 
@@ -204,13 +199,13 @@ const char *GetLangTextR(const char *key, int *depth) {
 
 const char *GetLangTextS(const char *key) {
     if (!key) return nullptr;
-    const char *text = find_text(key);
+    const char *text = find_translation(key);
     return text ? text : key;
 }
 
 const char *GetCurrentLangText(const char *key) {
     if (!key) return nullptr;
-    const char *text = find(texts.current, key);
+    const char *text = ground::find_text(texts.current, key);
     return text ? text : key;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "config/format.h"
@@ -17,22 +18,29 @@ namespace {
 constexpr size_t longest_name = 63;
 constexpr size_t longest_line = 16383;
 
-bool is_this_device(std::string_view name) {
-    for (const char *own : {cfg_read_string("model", "unknown"), cfg_read_string("partner", "")})
-        if (!name.empty() && ground::equal_folded(own, name)) return true;
-    return false;
-}
-
-// Whether "[X5,Y7]" names this device.
-bool is_own_section(std::string_view header) {
-    header.remove_prefix(1);
-    while (!header.empty()) {
-        const size_t end = std::min(header.find_first_of(",]"), header.size());
-        if (is_this_device(header.substr(0, end))) return true;
-        header.remove_prefix(std::min(end + 1, header.size()));
+// The names by which sections call this device, looked up once for a file.
+class DeviceNames {
+  public:
+    // Whether "[X5,Y7]" is a section for it.
+    bool are_in(std::string_view header) const {
+        header.remove_prefix(1);
+        while (!header.empty()) {
+            const size_t end = std::min(header.find_first_of(",]"), header.size());
+            if (include(header.substr(0, end))) return true;
+            header.remove_prefix(std::min(end + 1, header.size()));
+        }
+        return false;
     }
-    return false;
-}
+
+  private:
+    bool include(std::string_view name) const {
+        return !name.empty() &&
+               (ground::equal_folded(model_, name) || ground::equal_folded(partner_, name));
+    }
+
+    std::string model_ = cfg_read_string("model", "unknown"),
+                partner_ = cfg_read_string("partner", "");
+};
 
 void add_line(char *line, const AddTranslation &add) {
     char *equals = std::strchr(line, '=');
@@ -60,10 +68,11 @@ const char *LanguageText::take_name() {
 
 Direction LanguageText::take_translations(const AddTranslation &add) {
     Direction direction = Direction::left_to_right;
+    const DeviceNames device;
     bool skipping = false;
     while (char *line = take_line(longest_line)) {
         line += std::strspn(line, " \t");
-        if (*line == '[') skipping = !is_own_section(line);
+        if (*line == '[') skipping = !device.are_in(line);
         if (skipping || *line == '#' || *line == '[') continue;
         if (std::strncmp(line, "%RTL", 4) == 0)
             direction = Direction::right_to_left;

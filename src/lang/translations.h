@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The translations of the present language, for those who add many or forget them.
+// The translations of the present language, for those who add to them or forget them.
 #pragma once
-
-#include "ground/hash_access.h"
 
 namespace lang {
 
-// Adds as AddTranslation() does, while nothing else changes the translations. Throws bad_alloc.
-HashFiller translation_filler();
+// Adds a text as AddTranslation() does, but one of that key that was handed out before stays valid
+// until the next LoadLanguage(). Throws bad_alloc.
+void add_translation(const char *key, const char *text);
 
 // Forgets the language: every key stands for itself.
 void reset();

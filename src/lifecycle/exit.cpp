@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "ground/log.h"
-#include "hw.h"
 #include "internal.h"
 #include "lifecycle/lifecycle.h"
 #include "runtime/interface_flags.h"
@@ -34,6 +33,10 @@ void exit_actions() {
     unlink(current_file);
 }
 
+bool owns_screen() {
+    return kvstate.isopen && getpid() == kvstate.pid;
+}
+
 } // namespace
 
 void install_signal_handlers() {
@@ -50,17 +53,18 @@ void restore_signal_handlers() {
         sigaction(ending_signals[i], &previous_actions[i], nullptr);
 }
 
-void end_application() {
-    if (!kvstate.isopen || getpid() != kvstate.pid) return;
-    const bool external = has_interface_flag(UI_EXTERNAL);
+void leave_application() {
+    if (!owns_screen()) return;
     exit_actions();
-    if (external) {
-        if (kvstate.isopen) close_screen(); // the handler of EVT_EXIT may have done so
-        return;
-    }
-    hw_close();
-    std::fflush(nullptr);
-    _exit(0);
+    if (kvstate.isopen) close_screen(); // the handler of EVT_EXIT may have done so
+}
+
+// Any other stream may be in use by a thread that waits for its input, for ever.
+void end_process(int status) {
+    leave_application();
+    std::fflush(stdout);
+    std::fflush(stderr);
+    _exit(status);
 }
 
 void CloseApp() {
@@ -71,9 +75,11 @@ void CloseApp() {
 void ClearOnExit() {
     static bool ending; // a handler may end the application once more while it is being ended
     if (!kvstate.isopen) return;
+    const bool ends_process = owns_screen() && !has_interface_flag(UI_EXTERNAL);
     const bool outermost = !std::exchange(ending, true);
     if (outermost) hide_current_handler();
-    end_application();
+    if (ends_process) end_process(0);
+    leave_application();
     if (outermost) ending = false;
 }
 

@@ -3,6 +3,7 @@
 #include "lifecycle/hooks.h"
 
 #include "chrome/panel.h"
+#include "config/hooks.h"
 #include "file/hooks.h"
 #include "ground/message.h"
 #include "hw.h"
@@ -33,12 +34,16 @@ void pass_time(long long us) {
     hw::pass_time(us);
 }
 
+// Settings keep secrets whether or not a screen is open: this one stands for as long as the
+// process.
+[[maybe_unused]] const auto service = config::hooks.service = kv_ipc_request;
+
 } // namespace
 
 void install_hooks() {
     hw::hooks = {.post_to_main = post_to_main,
                  .end_loop = end_loop,
-                 .exit = end_application,
+                 .exit = end_process,
                  .panel_height = PanelHeight};
     file_hooks.system_request = send_system_request;
     file_hooks.translate = GetLangText;

@@ -12,9 +12,10 @@ void close_screen();
 // Reads the settings of the runtime from the global configuration and the device description.
 void load_settings();
 
-// Ends the application: EVT_EXIT, the device, and the process unless the screen is external.
-// Does nothing in any process but the one that opened the screen.
-void end_application();
+// Sends EVT_EXIT and closes the screen. Does nothing in any process but the one that opened it.
+void leave_application();
+// The same; then the process ends at once, without its exit handlers.
+[[noreturn]] void end_process(int status);
 
 void install_signal_handlers();
 void restore_signal_handlers();

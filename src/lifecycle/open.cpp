@@ -8,6 +8,7 @@
 
 #include "chrome/chrome.h"
 #include "dialogs/stack.h"
+#include "ground/guard.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -105,19 +106,19 @@ void start_runtime() {
 }
 
 // False when memory is short.
-bool open_areas() try {
-    load_settings();
-    if (MultitaskingSupported()) pass_key_masks();
-    take_screen();
-    load_resources();
-    start_runtime();
-    return kvstate.timers && kvstate.events && kvstate.tsc;
-} catch (const std::bad_alloc &) {
-    return false;
+bool open_areas() {
+    return ground::guarded(false, [] {
+        load_settings();
+        if (MultitaskingSupported()) pass_key_masks();
+        take_screen();
+        load_resources();
+        start_runtime();
+        return kvstate.timers && kvstate.events && kvstate.tsc;
+    });
 }
 
 void own_process(Ownership ownership) {
-    static const bool registered = std::atexit(end_application) == 0;
+    static const bool registered = std::atexit(leave_application) == 0;
     static_cast<void>(registered);
     kvstate.initialized = 0;
     kvstate.pid = getpid();

@@ -7,6 +7,7 @@
 #include "ground/number.h"
 #include "internal.h"
 #include "raster/clip.h"
+#include "raster/pixels.h"
 
 namespace {
 
@@ -56,7 +57,9 @@ icanvas *GetCanvas() {
 void ClearScreen() {
     const icanvas *c = kvstate.canvas;
     if (!c || !raster::is_drawable(*c)) return;
-    std::memset(c->addr, 0xFF, static_cast<size_t>(c->scanline) * static_cast<size_t>(c->height));
+    // What lies between its rows may belong to a picture that the canvas is a part of.
+    raster::for_each_row(*c, {0, 0, c->width, c->height},
+                         [](uint8_t *row, size_t count) { std::memset(row, 0xFF, count); });
 }
 
 void SetClip(int x, int y, int w, int h) {

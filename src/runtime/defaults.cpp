@@ -95,6 +95,13 @@ void power_key_released() {
     }
 }
 
+void toggle_playing() {
+    if (hw_is_player_playing())
+        hw_mp_pause();
+    else
+        hw_mp_play();
+}
+
 void change_volume(int step) {
     hw_mp_setvolume(hw_mp_volume() + step);
 }
@@ -127,7 +134,7 @@ void key_action(const ievent &event) {
         volume_key(event.par1);
         break;
     case EVT_KEYREPEAT:
-        if (event.par1 == KEY_MUSIC && event.par2 == 1) screens.toggle_playing();
+        if (event.par1 == KEY_MUSIC && event.par2 == 1) toggle_playing();
         volume_key(event.par1);
         break;
     default:

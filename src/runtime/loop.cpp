@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ground/number.h"
 #include "hw.h"
 #include "hw_seam.h"
 #include "runtime/delivery.h"
@@ -51,7 +52,7 @@ SleepPlan plan_sleep(int64_t now) {
     const bool locked = hw_get_keylock();
     const int platform = device_platform();
     SleepPlan plan{kv_get_first_timer(), false};
-    if (plan.until - now > shallow_sleep_ms) {
+    if (ground::saturated_difference(plan.until, now) > shallow_sleep_ms) {
         if (now - state.last_activity < recent_activity_ms && !locked) {
             plan.until = std::min(plan.until, state.last_activity + recent_activity_ms);
             plan.until = std::max(plan.until, now + shallow_sleep_ms);
@@ -66,7 +67,8 @@ SleepPlan plan_sleep(int64_t now) {
 
 // Input ends the pause early, and so does a timer that comes due.
 void idle_pause() {
-    const int64_t until_timer_ms = timers_first_due() - hw_boottime_ms();
+    const int64_t until_timer_ms =
+        ground::saturated_difference(timers_first_due(), hw_boottime_ms());
     // A pause that ended a millisecond short of the timer would let it fire that much early.
     const bool timer_first = until_timer_ms <= idle_pause_us / 1000 + 1;
     hw_pause(timer_first ? std::max<int64_t>(until_timer_ms, 0) * 1000 : idle_pause_us);
@@ -74,7 +76,8 @@ void idle_pause() {
 
 // False when the device refuses, as it may.
 bool go_to_sleep(const SleepPlan &plan, int64_t now) {
-    const int64_t ms = std::clamp<int64_t>(plan.until - now, 0, longest_sleep_ms);
+    const int64_t ms =
+        std::clamp<int64_t>(ground::saturated_difference(plan.until, now), 0, longest_sleep_ms);
     if (!hw_sleep(static_cast<int>(ms), plan.deep)) return false;
     kvstate.waketime = hw_boottime_ms();
     extend_wake_time(wake_after_activity_ms);

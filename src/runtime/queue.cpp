@@ -5,9 +5,16 @@
 #include <mutex>
 #include <new>
 
+#include <pthread.h>
+
 namespace {
 
 std::mutex message_mutex;
+
+// A child of fork() gets the mutex as it is, and of all threads only the one that forked, which
+// could wait for ever for one that is not there. So no other thread has it while a child is made.
+const int fork_handlers = pthread_atfork(
+    [] { message_mutex.lock(); }, [] { message_mutex.unlock(); }, [] { message_mutex.unlock(); });
 
 int next_slot(int slot) {
     return (slot + 1) % event_ring_slots;

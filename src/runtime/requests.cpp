@@ -2,7 +2,6 @@
 // Requests to the system monitor, and the application's way to and from the foreground.
 #include <unistd.h>
 
-#include "config/hooks.h"
 #include "ground/log.h"
 #include "hw.h"
 #include "internal.h"
@@ -18,11 +17,6 @@ constexpr int no_flags = 0;
 constexpr int no_timeout = 0;
 
 } // namespace
-
-// Settings keep secrets whether or not a screen is open.
-int config::system_service(int cmd, int param, unsigned char *data, int insize, int outsize) {
-    return kv_ipc_request(cmd, param, data, insize, outsize);
-}
 
 int kv_ipc_request(int cmd, int param, unsigned char *data, int insize, int outsize) {
     return hw_ipcrequest(cmd, param, data, insize, outsize, no_flags, no_timeout);

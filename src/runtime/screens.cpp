@@ -12,7 +12,7 @@ void log_only() {
     tq_print_log2(LOG_INFO_LEVEL, "No component opens the %s screen\n", Name);
 }
 
-constexpr char player[] = "player", player_close[] = "player closing", playing[] = "playing",
+constexpr char player[] = "player", player_close[] = "player closing",
                network[] = "network information", bluetooth[] = "Bluetooth information",
                audio[] = "audio output", calendar_name[] = "calendar", light[] = "front light",
                menu[] = "main menu", hourglass_name[] = "hourglass";
@@ -33,7 +33,6 @@ const char *default_key_action(int key, KeyPress press) {
 constexpr ScreenHooks defaults = {
     .open_player = log_only<player>,
     .close_player = log_only<player_close>,
-    .toggle_playing = log_only<playing>,
     .network_info = log_only<network>,
     .bluetooth_info = log_only<bluetooth>,
     .audio_output = log_only<audio>,

@@ -9,7 +9,6 @@ struct ScreenHooks {
     // Screens that default actions open.
     void (*open_player)();
     void (*close_player)();
-    void (*toggle_playing)();
     void (*network_info)();
     void (*bluetooth_info)();
     void (*audio_output)();

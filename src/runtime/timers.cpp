@@ -45,6 +45,14 @@ itimer *find_free_slot() {
     return grow_table(growth_slots) ? kvstate.timers + first_new : nullptr;
 }
 
+// A time that was given when the clock stood at `before`, now that it stands at `now`; the nearest
+// time there is when that one is out of range.
+int64_t moved(int64_t time, int64_t before, int64_t now) {
+    using Wide = __int128;
+    const Wide there = Wide{time} - before + now;
+    return static_cast<int64_t>(std::clamp<Wide>(there, INT64_MIN, INT64_MAX));
+}
+
 void free_slot(itimer &timer) {
     timer.tp = nullptr;
     timer.extime = 0;
@@ -160,6 +168,6 @@ long long kv_get_first_timer() {
 
 void kv_validate_timer_state(itimer *timer, long long now) {
     if (!timer) return;
-    if (timer->lastchecktime > now) timer->extime = now + (timer->extime - timer->lastchecktime);
+    if (timer->lastchecktime > now) timer->extime = moved(timer->extime, timer->lastchecktime, now);
     timer->lastchecktime = now;
 }

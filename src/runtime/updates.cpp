@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <limits>
 
+#include "ground/number.h"
 #include "hw.h"
 #include "hw_seam.h"
 #include "runtime/screens.h"
@@ -38,11 +38,6 @@ int64_t round4_up(int64_t n) {
     return (n + 3) & ~int64_t{3};
 }
 
-int clamp_to_int(int64_t n) {
-    return static_cast<int>(std::clamp<int64_t>(n, std::numeric_limits<int>::min(),
-                                                std::numeric_limits<int>::max() & ~3));
-}
-
 bool is_whole_screen(const Area &a) {
     const auto spans = [](int size, int screen) {
         return size == screen || size == round4_up(screen);
@@ -57,7 +52,7 @@ bool clip_axis(int &start, int &size, int screen) {
         wide -= start;
         start = 0;
     }
-    size = clamp_to_int(std::min<int64_t>(wide, int64_t{screen} - start));
+    size = ground::saturated(std::min<int64_t>(wide, int64_t{screen} - start));
     return size > 0;
 }
 
@@ -115,7 +110,7 @@ void run_schedule(void *) {
     }
     if (!earliest) return;
     const int64_t remaining = std::max<int64_t>(earliest->utime - hw_boottime_ms(), 0);
-    SetHardTimer("schedule", run_schedule, clamp_to_int(remaining));
+    SetHardTimer("schedule", run_schedule, ground::saturated(remaining));
 }
 
 Area merge_schedule(Area area) {
@@ -198,11 +193,24 @@ void full_update_with(const char *cause, int (*device_update)()) {
     forget_pending_updates();
 }
 
-void soft_update_with(void (*partial)(int, int, int, int)) {
+void grey_update_in(const char *cause, Area a) {
+    check_update_area(&a.x, &a.y, &a.w, &a.h, nullptr);
+    state.cause = cause;
+    if (is_whole_screen(a))
+        show_and_defer(a, UPDATE_GREY, DYNAMIC_OFF);
+    else
+        show_and_defer(a, UPDATE_PARTIAL_GREY, DYNAMIC_PARTIAL);
+}
+
+void hq_update_in(const char *cause, Area a) {
+    checked_update_in(cause, a, UPDATE_PARTIAL_HQ, DYNAMIC_OFF);
+}
+
+void soft_update_with(const char *cause, void (*partial)(const char *, Area)) {
     if (!kvstate.isopen) return;
     extend_wake_time(update_wake_ms());
     task_reset_update_counter();
-    partial(0, 0, ScreenWidth(), ScreenHeight());
+    partial(cause, {0, 0, ScreenWidth(), ScreenHeight()});
     forget_pending_updates();
 }
 
@@ -219,8 +227,8 @@ void check_update_area(int *x, int *y, int *w, int *h, int *mode) {
         *h = ScreenHeight();
         if (mode) *mode = UPDATE_GREY;
     } else {
-        *w = clamp_to_int(round4_up(int64_t{*x & 3} + *w));
-        *h = clamp_to_int(round4_up(int64_t{*y & 3} + *h));
+        *w = ground::saturated(round4_up(int64_t{*x & 3} + *w)) & ~3;
+        *h = ground::saturated(round4_up(int64_t{*y & 3} + *h)) & ~3;
         *x &= ~3;
         *y &= ~3;
     }
@@ -263,11 +271,11 @@ void FullUpdateHQ() {
 }
 
 void SoftUpdate() {
-    soft_update_with(PartialUpdate);
+    soft_update_with("SoftUpdate", grey_update_in);
 }
 
 void SoftUpdateHQ() {
-    soft_update_with(PartialUpdateHQ);
+    soft_update_with("SoftUpdateHQ", hq_update_in);
 }
 
 void FineUpdate() {
@@ -283,13 +291,7 @@ int HQUpdateSupported() {
 }
 
 void PartialUpdate(int x, int y, int w, int h) {
-    Area a{x, y, w, h};
-    check_update_area(&a.x, &a.y, &a.w, &a.h, nullptr);
-    state.cause = "PartialUpdate";
-    if (is_whole_screen(a))
-        show_and_defer(a, UPDATE_GREY, DYNAMIC_OFF);
-    else
-        show_and_defer(a, UPDATE_PARTIAL_GREY, DYNAMIC_PARTIAL);
+    grey_update_in("PartialUpdate", {x, y, w, h});
 }
 
 void PartialUpdateBlack(int x, int y, int w, int h) {
@@ -301,7 +303,7 @@ void PartialUpdateBW(int x, int y, int w, int h) {
 }
 
 void PartialUpdateHQ(int x, int y, int w, int h) {
-    checked_update_in("PartialUpdateHQ", {x, y, w, h}, UPDATE_PARTIAL_HQ, DYNAMIC_OFF);
+    hq_update_in("PartialUpdateHQ", {x, y, w, h});
 }
 
 void PartialUpdateDU4(int x, int y, int w, int h) {

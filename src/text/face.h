@@ -34,7 +34,6 @@ class Face {
     Face(std::string name, FacePtr face);
 
     const std::string &name() const { return name_; }
-    void rename(std::string name) { name_ = std::move(name); }
     FT_Face ft() const { return face_.get(); }
     size_t glyph_count() const {
         return static_cast<size_t>(std::max(face_->num_glyphs, FT_Long{0}));

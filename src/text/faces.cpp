@@ -5,7 +5,7 @@
 #include <memory>
 #include <new>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "ground/log.h"
 #include "internal.h"
@@ -55,15 +55,21 @@ void add_to_table(Face &face) {
     kvstate.fonthash = faces;
 }
 
-Face *open_face(const std::string &name) {
-    for (const FontFile &file : font_files(name)) {
-        FacePtr opened = open_font_file(file.path.c_str(), file.face_index);
-        if (!opened) continue;
-        auto face = std::make_unique<Face>(name, std::move(opened));
-        add_to_table(*face);
-        return face.release();
-    }
+// The first font under a name: one in memory, or what its files have.
+FacePtr open_first(const std::string &name) {
+    if (FontBytes font = hooks.font_bytes(name); font.bytes)
+        return open_font_bytes(std::move(font));
+    for (const FontFile &file : font_files(name))
+        if (FacePtr opened = open_font_file(file.path.c_str(), file.face_index)) return opened;
     return nullptr;
+}
+
+Face *open_face(const std::string &name) {
+    FacePtr opened = open_first(name);
+    if (!opened) return nullptr;
+    auto face = std::make_unique<Face>(name, std::move(opened));
+    add_to_table(*face);
+    return face.release();
 }
 
 void choose_fallback(Face &face) {
@@ -83,19 +89,6 @@ void drop_table() {
 int add_references(const char *, void *face, void *sum) {
     *static_cast<int *>(sum) += static_cast<Face *>(face)->references;
     return 0;
-}
-
-int add_to_list(const char *, void *face, void *list) {
-    static_cast<std::vector<Face *> *>(list)->push_back(static_cast<Face *>(face));
-    return 0;
-}
-
-// Keeps a face in the table under a name that nobody asks for.
-void set_aside(Face &face) {
-    static unsigned count = 0;
-    vhash_delete(faces, face.name().c_str());
-    face.rename(face.name() + '\n' + std::to_string(++count));
-    add_to_table(face);
 }
 
 // Fonts that applications have not closed.
@@ -131,13 +124,6 @@ void release_face(Face *face) {
     if (!face || --face->references > 0) return;
     vhash_delete(faces, face->name().c_str());
     delete face;
-}
-
-void forget_faces_in(const std::string &directory) {
-    std::vector<Face *> all;
-    hash_enumerate(faces, nullptr, add_to_list, &all);
-    for (Face *face : all)
-        if (face->name().starts_with(directory)) set_aside(*face);
 }
 
 void reset_faces() {

@@ -5,20 +5,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <iterator>
 #include <new>
-#include <sys/stat.h>
 #include <utility>
 #include FT_MODULE_H
 
 #include "file/stream.h"
 #include "ground/log.h"
 #include "internal.h"
-#include "kelvane/files.h"
 
 namespace text {
 namespace {
@@ -88,12 +85,9 @@ FT_Error start() {
     return FT_Err_Out_Of_Memory;
 }
 
-// Reads the start of a file, so that storage is there when FreeType opens it. Only plain files are
-// fonts: a pipe would be waited for.
+// Reads the start of a file, so that storage is there when FreeType opens it.
 bool preread(const char *path) {
-    struct stat status;
-    if (kv_stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    const file::Stream stream(kv_fopen(path, "rb"));
+    const file::Stream stream = file::open_plain(path);
     if (!stream && errno == ENOMEM) throw std::bad_alloc();
     char start[preread_bytes];
     return stream && kv_fread(start, 1, sizeof start, stream.get()) > 0;
@@ -115,6 +109,16 @@ void stop_freetype() {
     FT_Done_Library(freetype);
     freetype = nullptr;
     kvstate.ftlibrary = nullptr;
+}
+
+FacePtr open_font_bytes(FontBytes font) {
+    if (!library()) return nullptr;
+    FT_Face face = nullptr;
+    const FT_Error error =
+        FT_New_Memory_Face(library(), font.bytes.get(), static_cast<FT_Long>(font.size), 0, &face);
+    FacePtr owner(error == 0 ? face : nullptr, FaceCloser{std::move(font)});
+    check_freetype_memory();
+    return owner;
 }
 
 FacePtr open_font_file(const char *path, int face_index) {

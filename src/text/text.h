@@ -2,8 +2,11 @@
 // What other areas need of fonts and text beyond the public names.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
+#include "ground/heap.h"
 #include "kelvane/text.h"
 
 namespace text {
@@ -18,15 +21,21 @@ inline constexpr const char *bold_italic_font = "DejaVuSans-BoldOblique";
 // Makes what GetFont() answered current again, in a colour; null: no font is current.
 void restore_font(ifont *f, int color);
 
-// What this area asks of upper ones. `is_rtl` tells whether the interface runs right to left.
+// A font file in memory.
+struct FontBytes {
+    ground::HeapPtr<uint8_t> bytes;
+    size_t size = 0;
+};
+
+// What this area asks of upper ones. `is_rtl` tells whether the interface runs right to left,
+// `font_bytes` has the fonts that lie in no file, by name, and nothing for all others.
 struct Hooks {
     int (*is_rtl)() = [] { return 0; };
+    FontBytes (*font_bytes)(const std::string &name) = [](const std::string &) {
+        return FontBytes();
+    };
 };
 extern Hooks hooks;
-
-// The files whose names begin so have been deleted: what is open stays, and what is opened from now
-// on is read anew. Throws bad_alloc.
-void forget_faces_in(const std::string &directory);
 
 // Closes what the library itself opened and forgets everything, once the screen is closed. While
 // applications still hold fonts, all faces stay.

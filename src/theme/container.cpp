@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <zlib.h>
 
@@ -23,11 +24,6 @@ uint32_t read_u32(std::string_view bytes, size_t at) {
 }
 
 } // namespace
-
-std::unique_ptr<Container> Container::open(const std::string &path) {
-    std::FILE *file = kv_fopen(path.c_str(), "rbe");
-    return std::unique_ptr<Container>(file ? new Container(file) : nullptr);
-}
 
 // Reads the start of the file, and finds its size.
 bool Container::read_head() {
@@ -79,23 +75,20 @@ void Container::read_index(std::string_view index) {
 }
 
 void Container::add(std::string_view name, const Packed &entry) {
-    if (is_inside(entry) && resources_.try_emplace(ground::folded(name), entry).second)
-        names_.emplace_back(name);
-    else
+    const bool fits = is_inside(entry) && entry.unpacked_size <= largest_theme - unpacked_size_;
+    if (!fits || !resources_.try_emplace(ground::folded(name), entry).second) {
         ++left_out_;
-}
-
-uint64_t Container::unpacked_size() const {
-    uint64_t size = parameters_.unpacked_size;
-    for (const auto &[name, entry] : resources_) size += entry.unpacked_size;
-    return size;
+        return;
+    }
+    unpacked_size_ += entry.unpacked_size;
+    names_.emplace_back(name);
 }
 
 // Compressed bytes lie behind the header and in the file, and they and what they unpack to are of a
 // bearable size.
 bool Container::is_inside(const Packed &entry) const {
     return entry.offset >= header_size_ &&
-           std::max(entry.unpacked_size, entry.packed_size) <= largest_resource &&
+           can_be_resource(entry.unpacked_size, entry.packed_size) &&
            uint64_t{entry.offset} + entry.packed_size <= file_size_;
 }
 

@@ -2,13 +2,14 @@
 // A theme file: a parameter text and named resources, each packed by zlib.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "file/stream.h"
@@ -30,6 +31,14 @@ inline constexpr uint32_t largest_header = 16 << 20, largest_resource = 64 << 20
 // unpacked whenever a theme is opened, and each line of the text is kept. A picture may fill the
 // largest display in 24 bits.
 inline constexpr uint32_t largest_picture = 8 << 20, largest_text = 4 << 20;
+// Only blank pictures are packed better than this.
+inline constexpr uint32_t best_ratio = 100;
+// What all resources of a theme may unpack to; what comes behind in the index is not there.
+inline constexpr uint64_t largest_theme = 256 << 20;
+inline constexpr bool can_be_resource(uint64_t unpacked, uint64_t packed) {
+    return std::max(unpacked, packed) <= largest_resource &&
+           (unpacked <= largest_picture || unpacked / best_ratio <= packed);
+}
 
 // Unpacked bytes, with four spare zero bytes behind them.
 struct Block {
@@ -39,8 +48,7 @@ struct Block {
 
 class Container {
   public:
-    // Null when there is no such file.
-    static std::unique_ptr<Container> open(const std::string &path);
+    explicit Container(file::Stream file) : file_(std::move(file)) {}
 
     // Reads the header; false when it is not that of a theme. Throws bad_alloc, as all the others.
     bool read_header();
@@ -52,17 +60,15 @@ class Container {
     Block unpack(std::string_view name, uint32_t most = UINT32_MAX) const;
     // The resources that lie inside the file as the index names them, in its order.
     const std::vector<std::string> &names() const { return names_; }
-    // How many others the index has: outside the file, too large, or of a name it had before.
+    // How many others the index has: outside the file, too large, alone or with those before, or of
+    // a name it had before.
     size_t left_out() const { return left_out_; }
-    // What everything takes when it is unpacked.
-    uint64_t unpacked_size() const;
 
   private:
     struct Packed {
         uint32_t unpacked_size, offset, packed_size;
     };
 
-    explicit Container(std::FILE *file) : file_(file) {}
     bool read_head();
     std::string read_at(uint32_t offset, size_t size) const;
     void read_index(std::string_view index);
@@ -79,6 +85,7 @@ class Container {
         resources_; // by name in lower case; a hash could be made to collide
     std::vector<std::string> names_;
     size_t left_out_ = 0;
+    uint64_t unpacked_size_ = 0; // of all resources
 };
 
 } // namespace theme

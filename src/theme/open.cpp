@@ -3,20 +3,21 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "file/stream.h"
 #include "ground/guard.h"
+#include "ground/text_table.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/files.h"
-#include "kelvane/hash.h"
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
+#include "raster/bitmap_rows.h"
+#include "text/text.h"
 #include "theme/container.h"
-#include "theme/fonts.h"
 #include "theme/opened.h"
 #include "theme/overrides.h"
 #include "theme/parameter_text.h"
@@ -30,30 +31,36 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *folder = "./system/themes";
-constexpr int buckets = 1021;
 constexpr int deepest_of_four_greys = 2; // bits
 
 struct Opened {
     std::unique_ptr<Container> container; // null: no theme is open
-    ihash parameters = nullptr;
+    ground::TextTable parameters;
     Overrides overrides;
+    unsigned count = 0; // of themes that were opened
 };
 
-Opened opened;
+// Never destroyed: an application may ask while it ends.
+Opened &opened = *new Opened;
 
 struct Found {
     std::string path;
     std::unique_ptr<Container> container;
 };
 
+std::unique_ptr<Container> open_container(const std::string &path) {
+    file::Stream file = file::open_plain(path.c_str());
+    return file ? std::make_unique<Container>(std::move(file)) : nullptr;
+}
+
 Found find_theme(const std::string &name) {
     Found found{std::string(folder) + "/" + name + ".tqt", nullptr};
     // Storage that has only just appeared answers the second time.
     for (int attempt = 0; attempt < 2 && !found.container && !hw_safemode(); attempt++)
-        found.container = Container::open(found.path);
+        found.container = open_container(found.path);
     if (found.container) return found;
     found.path = std::string(folder) + "/.default.tqt";
-    found.container = Container::open(found.path);
+    found.container = open_container(found.path);
     return found;
 }
 
@@ -67,10 +74,8 @@ std::string real_name(const Found &found, const std::string &name) {
 void close_theme() {
     opened.container.reset();
     opened.overrides.clear();
-    drop_extracted_fonts();
-    if (!opened.parameters) opened.parameters = hash_new(buckets);
-    if (!opened.parameters) throw std::bad_alloc();
-    hash_clear(opened.parameters);
+    opened.parameters.clear();
+    ++opened.count;
 }
 
 void open_theme(const std::string &name) {
@@ -78,7 +83,6 @@ void open_theme(const std::string &name) {
     if (!found.container) return;
     const std::string real = real_name(found, name);
     std::fprintf(stderr, "OpenTheme: %s\nTheme real name: %s\n", found.path.c_str(), real.c_str());
-    make_font_folder();
     if (!found.container->read_header()) return;
     const Block text = found.container->unpack_parameters();
     read_parameters(reinterpret_cast<char *>(text.bytes.get()), text.size, opened.parameters);
@@ -87,15 +91,18 @@ void open_theme(const std::string &name) {
 }
 
 const char *find_text(const char *name) {
-    return static_cast<const char *>(hash_find(opened.parameters, name));
+    return ground::find_text(opened.parameters, name);
 }
 
-// Whether the pixels and the mask that the record tells of lie inside the block.
-bool is_whole(const Block &block) {
+// Whether the record is one of a picture whose pixels and mask lie inside the block. At an odd
+// width CopyBitmapDepth8To4() makes rows that are cut short by half a byte.
+bool is_picture(const Block &block) {
     if (block.size < sizeof(ibitmap)) return false;
     const auto &bm = *reinterpret_cast<const ibitmap *>(block.bytes.get());
     const size_t mask = raster::has_mask(bm) ? raster::mask_bytes(bm) : 0;
-    return block.size >= sizeof(ibitmap) + raster::pixel_bytes(bm) + mask;
+    return bm.width > 0 && bm.height > 0 && raster::is_known_depth(raster::depth_of(bm)) &&
+           bm.scanline >= size_t{bm.width} * static_cast<unsigned>(raster::depth_of(bm)) / 8 &&
+           block.size >= sizeof(ibitmap) + raster::pixel_bytes(bm) + mask;
 }
 
 // A picture of exactly that name, but for the end of a variant, which replacements do not have.
@@ -107,7 +114,7 @@ ibitmap *find_picture(const char *name) {
         if (raster::BitmapPtr picture = opened.overrides.load(std::string(base)))
             return picture.release();
         Block block = opened.container->unpack(name, largest_picture);
-        return is_whole(block) ? reinterpret_cast<ibitmap *>(block.bytes.release()) : nullptr;
+        return is_picture(block) ? reinterpret_cast<ibitmap *>(block.bytes.release()) : nullptr;
     });
 }
 
@@ -116,18 +123,30 @@ bool has_in_file(const std::string &name) {
            opened.container->has(name);
 }
 
+// What the names of the open theme's fonts begin with: another one than in earlier themes, whose
+// fonts may still be open.
+std::string font_prefix() {
+    return "theme " + std::to_string(opened.count) + "/";
+}
+
 } // namespace
 
 void reset() {
-    opened.container.reset();
-    opened.overrides.clear();
-    if (opened.parameters) hash_destroy(std::exchange(opened.parameters, nullptr));
+    close_theme();
     source = {};
     drop_ui_parameters();
 }
 
-Block unpack_resource(const std::string &name) {
-    return opened.container ? opened.container->unpack(name) : Block{};
+std::string font_name(const std::string &face) {
+    const bool is_own = opened.container && opened.container->has(face);
+    return is_own ? font_prefix() + face : face;
+}
+
+text::FontBytes unpack_font(const std::string &name) {
+    const std::string prefix = font_prefix();
+    if (!opened.container || !name.starts_with(prefix)) return {};
+    Block font = opened.container->unpack(std::string_view(name).substr(prefix.size()));
+    return {std::move(font.bytes), font.size};
 }
 
 } // namespace theme
@@ -144,6 +163,7 @@ void OpenTheme(const char *name) {
     ground::guarded([&] {
         const std::string wanted = name; // it may be a value of the theme that is closed
         theme::source = {theme::find_picture, theme::find_text};
+        text::hooks.font_bytes = theme::unpack_font;
         theme::close_theme();
         theme::open_theme(wanted);
     });                          // what was read before memory ran out stays

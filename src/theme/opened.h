@@ -4,12 +4,14 @@
 
 #include <string>
 
-#include "theme/container.h"
+#include "text/text.h"
 
 namespace theme {
 
-// A resource of the theme file as it is; none without a theme.
-Block unpack_resource(const std::string &name);
+// The name by which OpenFont() finds a face: that of the theme's own, when it carries one.
+std::string font_name(const std::string &face);
+// The font of such a name, unpacked; none when it is not of the theme that is open.
+text::FontBytes unpack_font(const std::string &name);
 
 // Closes the theme; without one nothing has a value.
 void reset();

@@ -2,14 +2,17 @@
 // Looks for replacement pictures in the archive and the folders of a theme.
 #include "theme/overrides.h"
 
-#include <filesystem>
+#include <dirent.h>
+#include <memory>
 #include <optional>
 #include <string_view>
+#include <sys/stat.h>
 #include <utility>
 
 #include "bmp/bmp.h"
 #include "ground/fold.h"
 #include "kelvane/bitmaps.h"
+#include "kelvane/files.h"
 
 namespace theme {
 namespace {
@@ -21,6 +24,15 @@ std::optional<std::string> picture_name(std::string_view file) {
     const size_t stem = file.size() - extension.size();
     if (!ground::equal_folded(file.substr(stem), extension)) return {};
     return std::string(file.substr(0, stem));
+}
+
+struct DirectoryCloser {
+    void operator()(DIR *directory) const { kv_closedir(directory); }
+};
+
+bool is_file(const std::string &path) {
+    struct stat st;
+    return kv_stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
 
 } // namespace
@@ -41,12 +53,11 @@ void Overrides::find_in_archive(const std::string &path) {
 }
 
 void Overrides::find_in_directory(const std::string &path) {
-    std::error_code error, ignored;
-    for (std::filesystem::directory_iterator at(path, error), end; !error && at != end;
-         at.increment(error))
-        if (const auto name = picture_name(at->path().filename().native());
-            name && at->is_regular_file(ignored)) // a pipe would be waited for
-            files_[*name] = at->path();
+    // The standard library's iterators end the process when memory is short.
+    const std::unique_ptr<DIR, DirectoryCloser> directory(kv_opendir(path.c_str()));
+    while (const dirent *entry = directory ? kv_readdir(directory.get()) : nullptr)
+        if (const auto name = picture_name(entry->d_name); name && is_file(path + entry->d_name))
+            files_[*name] = path + entry->d_name;
 }
 
 bool Overrides::has(const std::string &name) const {

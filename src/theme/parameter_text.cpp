@@ -3,11 +3,8 @@
 #include "theme/parameter_text.h"
 
 #include <cstring>
-#include <new>
-#include <optional>
 
 #include "ground/fold.h"
-#include "ground/hash_access.h"
 #include "ground/lines.h"
 #include "internal.h"
 #include "lang/translations.h"
@@ -15,21 +12,8 @@
 namespace theme {
 namespace {
 
-struct Tables {
-    HashFiller parameters;
-    std::optional<HashFiller> translations; // made for the first one: few themes have any
-
-    void add(const char *name, const char *value) {
-        if (!parameters.add(name, value)) throw std::bad_alloc();
-    }
-    void add_translation(const char *key, const char *value) {
-        if (!translations) translations = lang::translation_filler();
-        if (!translations->add(key, value)) throw std::bad_alloc();
-    }
-};
-
 // A line of the parameter text: a translation, "de:@Key=text" or "*:@Key=text", or a parameter.
-void add_line(char *line, Tables &tables) {
+void add_line(char *line, ground::TextTable &parameters) {
     line += std::strspn(line, " \t");
     char *equals = std::strchr(line, '=');
     if (*line == '#' || !equals) return;
@@ -38,18 +22,17 @@ void add_line(char *line, Tables &tables) {
     for (size_t end = std::strlen(value); end > 0 && value[end - 1] == '\r'; end--)
         value[end - 1] = '\0';
     char *colon = std::strchr(line, ':');
-    if (!colon) return tables.add(line, value);
+    if (!colon) return ground::set_text(parameters, line, value);
     *colon = '\0';
     if (std::strcmp(line, "*") == 0 || ground::compare_folded(line, kvstate.locale) == 0)
-        tables.add_translation(colon + 1, value);
+        lang::add_translation(colon + 1, value);
 }
 
 } // namespace
 
-void read_parameters(char *text, size_t size, ihash table) {
-    Tables tables{HashFiller(table), {}};
+void read_parameters(char *text, size_t size, ground::TextTable &parameters) {
     std::span<char> rest(text, size);
-    while (char *line = ground::take_line(rest).data()) add_line(line, tables);
+    while (char *line = ground::take_line(rest).data()) add_line(line, parameters);
 }
 
 } // namespace theme

@@ -4,12 +4,12 @@
 
 #include <cstddef>
 
-#include "kelvane/hash.h"
+#include "ground/text_table.h"
 
 namespace theme {
 
 // Adds the parameters to the table, and the translations that hold for the language to the
 // language's own. The text is taken apart, and the byte behind its end written. Throws bad_alloc.
-void read_parameters(char *text, size_t size, ihash parameters);
+void read_parameters(char *text, size_t size, ground::TextTable &parameters);
 
 } // namespace theme

@@ -3,14 +3,19 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <vector>
 
 #include "scene.h"
+#include "support/child.h"
 
 namespace {
 
@@ -160,6 +165,57 @@ TEST(ConfigCampaign, KillsLoseNothing) {
     // About one in ten; without them the campaign would show nothing.
     EXPECT_GT(torn, kills / 100);
     std::printf("%d kills, %d of them in the middle of a write\n", kills, torn);
+}
+
+// Mounts an empty file system of 16 pages over a folder, for this process alone.
+bool mount_small_disk(const std::string &folder) {
+    const std::string user = "0 " + std::to_string(getuid()) + " 1";
+    const std::string group = "0 " + std::to_string(getgid()) + " 1";
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
+    std::ofstream("/proc/self/uid_map") << user;
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/gid_map") << group;
+    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("none", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
+}
+
+// Saves on a disk with so many pages left. 0 when nothing is lost.
+int save_on_full_disk(const scene &s, const settings &before, size_t pages) {
+    if (!before.empty()) s.put(text_of(before));
+    const std::string filler = s.folder.path() / "filler";
+    std::ofstream(filler) << std::string(size_t{64} << 10, 'x');
+    std::error_code ignored;
+    const auto filled = std::filesystem::file_size(filler, ignored) / 4096;
+    std::filesystem::resize_file(filler, 4096 * (filled - std::min<size_t>(filled, pages)));
+    iconfig *c = OpenConfig(s.path.c_str(), nullptr);
+    settings after = before;
+    for (int i = 0; i < 90; i++) {
+        const std::string name = "a" + std::to_string(i);
+        WriteString(c, name.c_str(), (after[name] = std::string(90, 'v')).c_str());
+    }
+    const int saved = SaveConfig(c);
+    CloseConfigNoSave(c);
+    const settings found = s.read();
+    if (found != (saved ? after : before)) return 1;
+    if (!saved && before.empty() && std::filesystem::exists(s.path)) return 2;
+    std::filesystem::remove(filler);
+    std::filesystem::remove(s.path);
+    return std::filesystem::is_empty(s.folder.path()) ? 0 : 3;
+}
+
+TEST(ConfigCampaign, AFullDiskLosesNothing) {
+    const scene s;
+    const int result = in_child([&] {
+        if (!mount_small_disk(s.folder.path())) return 77;
+        settings few, many;
+        for (int i = 0; i < 200; i++) (i < 5 ? few : many)["k" + std::to_string(i)] = "value";
+        for (const settings &before : {settings(), few, many})
+            for (size_t pages = 0; pages < 12; pages++)
+                if (const int wrong = save_on_full_disk(s, before, pages)) return wrong;
+        return 0;
+    });
+    if (result == 77) GTEST_SKIP() << "cannot mount a file system";
+    EXPECT_EQ(result, 0);
 }
 
 } // namespace

@@ -117,6 +117,14 @@ TEST(Hash, ValuesGoThroughTheProcedures) {
     EXPECT_EQ(vhash_find(borrowed.get(), "k"), one);
 }
 
+TEST(Hash, AStringMayReplaceTheOneThatItLiesIn) {
+    const std::string text(100, 'x');
+    const table h = strings(3, {{"a", text.c_str()}});
+    hash_add(h.get(), "a", static_cast<const char *>(hash_find(h.get(), "a")) + 1);
+    HashFiller(h.get()).add("a", static_cast<const char *>(hash_find(h.get(), "a")) + 1);
+    EXPECT_EQ(static_cast<const char *>(hash_find(h.get(), "a")), text.substr(2));
+}
+
 int stop_at_once(const char *, void *, void *calls_made) {
     return ++*static_cast<int *>(calls_made);
 }

@@ -91,6 +91,69 @@ TEST_F(Input, DrawingAreaPixelsAreScaledToPanelPixels) {
     }
 }
 
+TEST_F(Input, KeysTurnWithThePictureOfADeviceThatStartsTurned) {
+    const int looked_for[] = {KEY_UP, KEY_RIGHT, KEY_DOWN, KEY_LEFT, KEY_PREV, KEY_NEXT, KEY_OK};
+    for (int position = 0; position < 4; ++position) {
+        restart_with("orientation=" + std::to_string(position + 1) + "\n");
+        ASSERT_EQ(GetOrientation(), position);
+        for (int key : looked_for) {
+            headless::clear_events();
+            headless::key_down(key);
+            headless::advance(1000);
+            headless::key_up(key);
+            const std::string code = "(" + std::to_string(key);
+            EXPECT_EQ(headless::events(),
+                      "KEYPRESS" + code + ",0) KEYREPEAT" + code + ",1) KEYRELEASE" + code + ",1) ")
+                << position;
+        }
+        // A picture upside down turns the keys with it, as it does on a device held upright.
+        SetOrientation(3 - position);
+        headless::clear_events();
+        headless::press(KEY_UP);
+        EXPECT_EQ(headless::events(), "KEYPRESS(18,0) KEYRELEASE(18,0) ") << position;
+    }
+}
+
+TEST_F(Input, AFingerIsLiftedWhereverItIs) {
+    const struct {
+        const char *config;
+        int x, y;
+        const char *up;
+    } cases[] = {{"", -7, 900, "POINTERUP(0,799) "},
+                 {"", INT_MAX, INT_MIN, "POINTERUP(599,0) "},
+                 {"emu_resmode=6\n", -1, 5000, "POINTERUP(0,1023) "},
+                 {"orientation=2\n", 900, -1, "POINTERUP(799,0) "}};
+    for (const auto &c : cases) {
+        restart_with(c.config);
+        headless::on_event([](int type, int, int) { return type == EVT_MTSYNC; });
+        hw::pointer_input(EVT_POINTERDOWN, 50, 60);
+        hw::pointer_input(EVT_POINTERUP, c.x, c.y);
+        headless::advance(1000);
+        EXPECT_NE(headless::events().find(c.up), std::string::npos) << headless::events();
+        EXPECT_EQ(headless::events().find("POINTERLONG"), std::string::npos) << c.config;
+    }
+    SetOrientation(3);
+    headless::clear_events();
+    headless::tap(0, 0); // the free edge of a turned picture is no place to touch
+    headless::pointer(EVT_POINTERDOWN, 10, 10);
+    headless::pointer(EVT_POINTERUP, 0, 0);
+    EXPECT_NE(headless::events().find("POINTERUP"), std::string::npos);
+}
+
+TEST_F(Input, APersonWhoTurnsAwayLetsGoOfEverything) {
+    for (int bit : {5, 9}) hw::set_key_bit(bit, true);
+    hw::panel_pointer_input(EVT_POINTERDOWN, 3, 4);
+    hw::panel_pointer_input(EVT_POINTERMOVE, 5, 6);
+    taken();
+    for (int round = 0; round < 2; ++round) {
+        hw::release_keys();
+        hw::lift_pointer();
+        EXPECT_EQ(taken(),
+                  round ? Raw()
+                        : (Raw{{26, 0, 10, 0}, {26, 0, 18, 0}, {29, 0, 5, 6}, {39, 0, 0, 0}}));
+    }
+}
+
 TEST_F(Input, MenuCommandsReachTheMainHandler) {
     const struct {
         int command;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 #include "internal.h"
@@ -118,17 +119,6 @@ TEST(Lifecycle, EveryEndGivesItsCallsAndStatusZero) {
              if (type == EVT_SHOW) raise(SIGQUIT);
          },
          "INIT SHOW EXIT "},
-        {"exit(3) in a handler",
-         [](int type) {
-             if (type == EVT_SHOW) std::exit(3);
-         },
-         "INIT SHOW EXIT "},
-        {"exit(3) in EVT_EXIT",
-         [](int type) {
-             if (type == EVT_SHOW) CloseApp();
-             if (type == EVT_EXIT) std::exit(3);
-         },
-         "INIT SHOW HIDE EXIT "},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -137,6 +127,59 @@ TEST(Lifecycle, EveryEndGivesItsCallsAndStatusZero) {
         EXPECT_EQ(outcome.status, 0);
         EXPECT_FALSE(outcome.current_left);
     }
+}
+
+TEST(Lifecycle, AnExitOfTheApplicationsOwnGoesOnAfterTheExitActions) {
+    struct {
+        const char *name;
+        std::function<void(int)> action;
+        const char *calls;
+        int status;
+    } const cases[] = {
+        {"exit(3) in a handler",
+         [](int type) {
+             if (type == EVT_SHOW) std::exit(3);
+         },
+         "INIT SHOW EXIT exits ", 3},
+        {"exit(4) in EVT_EXIT",
+         [](int type) {
+             if (type == EVT_SHOW) CloseApp();
+             if (type == EVT_EXIT) std::exit(4);
+         },
+         "INIT SHOW HIDE EXIT exits ", 4},
+        {"a return",
+         [](int type) {
+             if (type == EVT_SHOW) LeaveKelvaneMain();
+         },
+         "INIT SHOW HIDE returned EXIT exits ", 7},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const Outcome outcome = run([&] {
+            std::atexit([] { note("exits"); }); // before the screen opens, so it runs last
+            run_and(c.action);
+        });
+        EXPECT_EQ(outcome.calls, c.calls);
+        EXPECT_EQ(outcome.status, c.status);
+        EXPECT_FALSE(outcome.current_left);
+    }
+}
+
+TEST(Lifecycle, AThreadThatWaitsForInputDoesNotHoldUpTheEnd) {
+    const Outcome outcome = run([] {
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        dup2(ends[0], STDIN_FILENO);
+        alarm(10);
+        std::thread([] { std::getchar(); }).detach();
+        run_and([](int type) {
+            if (type == EVT_INIT)
+                SetHardTimer(
+                    "close", [](void *) { CloseApp(); }, 100);
+        });
+    });
+    EXPECT_EQ(outcome.calls, "INIT SHOW HIDE EXIT ");
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(Lifecycle, AForkedChildThatExitsRunsNothing) {

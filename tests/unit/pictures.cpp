@@ -422,6 +422,19 @@ Bytes read_png(const char *path) {
     return pixels;
 }
 
+// Rows that are too short go on in the next one, and the last one in white: not in what lies
+// behind.
+TEST_F(Pictures, SavedRowsStayInsideTheBitmap) {
+    const ibitmap head{60, 3, 8, 8};
+    std::vector<uint8_t> block(sizeof head + 24 + 200, 0);
+    std::memcpy(block.data(), &head, sizeof head);
+    ASSERT_EQ(SaveJPEG("short.jpg", reinterpret_cast<const ibitmap *>(block.data()), 100), 1);
+    const GreyPicture jpeg = decode_jpeg("short.jpg", 1);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 60; ++x)
+            ASSERT_NEAR(jpeg.at(x, y), x < 24 - y * 8 ? 0 : 255, 10) << x << " " << y;
+}
+
 TEST_F(Pictures, SavedGreysComeBack) {
     for (const int depth : {1, 2, 4, 8, 16, 24}) {
         constexpr int w = 21, h = 6;

@@ -113,6 +113,7 @@ TEST_F(HostilePictures, EachRefusalSaysWhy) {
     const std::string grey_row = chunk("IDAT", packed(std::string(2, 0)));
     write_file("empty.png", ""), write_file("empty.jpg", ""), write_file("empty.tiff", "");
     std::filesystem::create_directory("folder.png");
+    for (const char *pipe : {"pipe.png", "pipe.jpg", "pipe.tiff"}) mkfifo(pipe, 0600);
     write_file("text.png", "not a picture at all"), write_file("text.jpg", "not a picture at all");
     write_png("interlaced.png", 10, 10, {8, PNG_COLOR_TYPE_RGB, true}, Bytes(300));
     write_file("no pixels.png", png_of(1, 1, "\x08\x00", ""));
@@ -152,7 +153,10 @@ TEST_F(HostilePictures, EachRefusalSaysWhy) {
         {"none.png", "can't open none.png\n"},
         {"none.jpg", "can't open none.jpg\n"},
         {"none.tiff", "can't open none.tiff\n"},
-        {"folder.png", "error laoding folder.png\n"},
+        {"folder.png", "can't open folder.png\n"},
+        {"pipe.png", "can't open pipe.png\n"},
+        {"pipe.jpg", "can't open pipe.jpg\n"},
+        {"pipe.tiff", "can't open pipe.tiff\n"},
         {"empty.png", "error reading file info empty.png\n"},
         {"text.png", "error reading file info text.png\n"},
         {"no pixels.png", "error reading file info no pixels.png\n"},

@@ -290,10 +290,16 @@ void note_action() {
     actions += Name;
 }
 
+void on_unhandled_press(int key, int ms) {
+    kvstate.hproc = log_unhandled;
+    headless::key_down(key);
+    headless::advance(ms);
+    headless::key_up(key);
+}
+
 TEST_F(Runtime, DefaultActionsOfUnhandledEvents) {
     screens.open_player = note_action<'o'>;
     screens.close_player = note_action<'c'>;
-    screens.toggle_playing = note_action<'t'>;
     screens.network_info = note_action<'n'>;
     screens.bluetooth_info = note_action<'b'>;
     screens.audio_output = note_action<'a'>;
@@ -311,8 +317,7 @@ TEST_F(Runtime, DefaultActionsOfUnhandledEvents) {
         {128, 0, 0, "b"}, {133, 0, 0, "f"},
         {26, 30, 0, "o"}, {26, 30, 1, ""},
         {25, 23, 0, "m"}, {25, 26, 0, "m"},
-        {25, 27, 0, ""},  {28, 30, 1, "t"},
-        {28, 30, 2, ""},  {26, 1, 0, "p0"},
+        {25, 27, 0, ""},  {26, 1, 0, "p0"},
         {26, 1, 2, ""},   {221, 0, 0, "./system/mnt/ext1/screens/bitmap_usage_report"}};
     for (const auto &c : cases) {
         actions.clear();
@@ -336,6 +341,18 @@ TEST_F(Runtime, DefaultActionsOfUnhandledEvents) {
     SendEvent(log_unhandled, EVT_KEYPRESS, KEY_MINUS, 0);
     headless::advance(1);
     EXPECT_EQ(hw_mp_volume(), 53);
+}
+
+TEST_F(Runtime, TheMusicKeyHeldPlaysAndPauses) {
+    on_unhandled_press(KEY_MUSIC, 3000);
+    EXPECT_EQ(hw_mp_state(), HW_MP_STOPPED) << "nothing is loaded";
+    hw_mp_load("song.mp3");
+    on_unhandled_press(KEY_MUSIC, 900);
+    EXPECT_EQ(hw_mp_state(), HW_MP_STOPPED) << "a short press repeats nothing";
+    for (int state : {HW_MP_PLAYING, HW_MP_PAUSED, HW_MP_PLAYING}) {
+        on_unhandled_press(KEY_MUSIC, 3000);
+        EXPECT_EQ(hw_mp_state(), state) << "only the first repeat counts";
+    }
 }
 
 TEST_F(Runtime, ThePowerKeyWaitsForASecondPress) {

@@ -4,7 +4,9 @@
 #include <atomic>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 #include "kelvane/events.h"
@@ -63,6 +65,34 @@ TEST(RuntimeThreads, EventsOfEachThreadStayInOrder) {
     ClearOnExit();
     closed = true;
     late.join();
+}
+
+TEST(RuntimeThreads, ChildrenMayQueueEventsWhateverOtherThreadsDo) {
+    const TempDir folder;
+    setenv("KELVANE_DEVICE", "headless", 1);
+    ASSERT_EQ(OpenScreenExt(), 1);
+    std::atomic<bool> done = false;
+    std::vector<std::thread> threads;
+    for (int s = 0; s < 2; s++)
+        threads.emplace_back([&done] {
+            while (!done) SendEvent(check_order, first_type, 0, 0);
+        });
+    int stuck = 0;
+    for (int i = 0; i < 300 && stuck == 0; i++) {
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(5); // ends a child that waits for ever
+            SendEvent(check_order, first_type, 0, 0);
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        stuck += status != 0;
+    }
+    done = true;
+    for (std::thread &thread : threads) thread.join();
+    EXPECT_EQ(stuck, 0);
+    ClearOnExit();
 }
 
 } // namespace

@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Text when memory is short: each allocation fails in turn, and afterwards all is as ever.
+// Text and themes when memory is short: each allocation fails in turn, and afterwards all is as
+// ever.
+#include <cstdlib>
 #include <gtest/gtest.h>
 
+#include "kelvane/languages.h"
+#include "kelvane/theme.h"
 #include "support/failing_memory.h"
 #include "support/fonts.h"
+#include "support/headless.h"
+#include "support/theme_file.h"
+#include "support/zip_file.h"
 
 namespace {
 
@@ -55,6 +62,41 @@ TEST_F(ShortMemory, EachAllocationMayFail) {
                 has_failed = memory.has_failed();
             }
             EXPECT_TRUE(session()) << "after allocation " << k << " failed";
+        }
+    }
+    testing::internal::GetCapturedStderr();
+}
+
+class ShortMemoryOfThemes : public headless::Test {};
+
+TEST_F(ShortMemoryOfThemes, EachAllocationMayFail) {
+    ThemeFile theme("head=own,20\n*:@A=b\n");
+    theme.add("pic", ThemeFile::picture(0x10));
+    theme.add("own", read_file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"));
+    write_file("system/themes/t.tqt", theme.bytes());
+    write_file("system/themes/t/x.bmp", "BM");
+    write_zip("system/resources/t.zip", {{"y.bmp", "BM"}});
+    write_file("system/language/en.txt", "English\n@B=c\n");
+    const auto use = [] {
+        LoadLanguage("en");
+        EnumLanguages();
+        OpenTheme("t");
+        for (const char *name : {"pic", "x", "y"}) std::free(GetResource(name, nullptr));
+        ifont *font = GetThemeFont("head", nullptr);
+        CloseFont(font);
+        return font && *GetLangText("@A") == 'b' && *GetLangText("@B") == 'c';
+    };
+    testing::internal::CaptureStderr();
+    ASSERT_TRUE(use());
+    for (const auto times : {FailingMemory::once, FailingMemory::for_ever}) {
+        bool has_failed = true;
+        for (long k = 0; has_failed; ++k) {
+            {
+                const FailingMemory memory(k, times);
+                use();
+                has_failed = memory.has_failed();
+            }
+            EXPECT_TRUE(use()) << "after allocation " << k << " failed";
         }
     }
     testing::internal::GetCapturedStderr();

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Theme files, and what replaces their pictures, as they lie on a device.
 #include <cerrno>
+#include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
+#include <vector>
 
 #include "kelvane/config.h"
 #include "kelvane/languages.h"
@@ -246,19 +250,20 @@ TEST_F(ThemeTest, FontsOfTheTheme) {
     ThemeFile theme("head=#own,30,0x555555\n^head=default,40\nfar=../config/own,9\n");
     theme.add("own", face);
     theme.add("../config/own", face);
-    write_file("system/tmp/fonts/old.ttf", "of the last theme");
     open(theme);
-    EXPECT_FALSE(fs::exists("system/tmp/fonts/old.ttf"));
+    const auto files = [] { return std::distance(fs::recursive_directory_iterator("."), {}); };
+    const auto before = files();
     ifont *font = GetThemeFont("head", nullptr);
     ASSERT_TRUE(font);
     EXPECT_EQ(font->size, 30);
     EXPECT_EQ(font->color, 0x555555);
     EXPECT_EQ(font->aa, 0);
     EXPECT_STREQ(font->family, "DejaVu Sans");
-    EXPECT_EQ(read_file("system/tmp/fonts/own.ttf"), face);
-    CloseFont(font);
-    CloseFont(GetThemeFont("far", nullptr));
-    EXPECT_FALSE(fs::exists("system/config/own.ttf"));
+    ifont *larger = OpenFont(font->name, 40, 1);
+    ASSERT_TRUE(larger) << "a font's name opens it in another size";
+    EXPECT_STREQ(larger->family, "DejaVu Sans");
+    for (ifont *f : {font, larger, GetThemeFont("far", nullptr)}) CloseFont(f);
+    EXPECT_EQ(files(), before) << "fonts are read from the theme, and nothing is written";
     EXPECT_EQ(GetThemeFont("missing", nullptr), nullptr);
 }
 
@@ -332,6 +337,107 @@ TEST_F(ThemeTest, DamagedFiles) {
     fs::resize_file("system/themes/t.tqt", (1 << 30) + (1 << 20)); // takes no room
     OpenTheme("t");
     for (const char *name : {"picture", "wide"}) EXPECT_EQ(grey(name), -1) << name;
+}
+
+// What a theme unpacks to is bounded, alone and together, whatever its index promises.
+TEST_F(ThemeTest, Bombs) {
+    ThemeFile bombs("blank=blank,20\nfull=full,20\n");
+    const std::string face = read_file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
+    bombs.add("blank", std::string(face).append(55 << 20, '\0'));
+    bombs.add("full", std::string(face).append((8 << 20) - face.size(), '\0'));
+    for (int i = 1; i <= 32; ++i) bombs.add_entry("e" + std::to_string(i), 8 << 20, 0, 17);
+    open(bombs);
+    EXPECT_EQ(GetThemeFont("blank", nullptr), nullptr) << "packed more than 100 to 1";
+    ifont *full = GetThemeFont("full", nullptr);
+    EXPECT_TRUE(full);
+    CloseFont(full);
+    EXPECT_EQ(IsResourcePresent("e31"), 1);
+    EXPECT_EQ(IsResourcePresent("e32"), 0) << "more than 256 MiB together";
+}
+
+// Records that no bitmap has, or whose pixels would lie outside their block.
+TEST_F(ThemeTest, RecordsOfPictures) {
+    const struct {
+        const char *name;
+        uint16_t width, height, depth, scanline;
+        size_t bytes;
+        int level;
+    } records[] = {{"good", 4, 2, 4, 2, 4, 1},           {"padded", 4, 2, 4, 8, 16, 1},
+                   {"halved", 5, 2, 4, 2, 4, 1},         {"masked", 4, 2, 0x8004, 2, 6, 1},
+                   {"no width", 0, 2, 4, 2, 4, -1},      {"no height", 4, 0, 4, 2, 4, -1},
+                   {"depth", 4, 2, 5, 2, 4, -1},         {"no depth", 4, 2, 0, 2, 4, -1},
+                   {"rows", 60, 3, 8, 1, 3, -1},         {"no rows", 0xFFFF, 0xFFFF, 4, 0, 4, -1},
+                   {"cut mask", 4, 2, 0x8004, 2, 5, -1}, {"cut", 4, 2, 4, 2, 3, -1}};
+    ThemeFile theme("");
+    for (const auto &r : records) {
+        std::string bytes;
+        for (const uint16_t number : {r.width, r.height, r.depth, r.scanline})
+            bytes += {static_cast<char>(number), static_cast<char>(number >> 8)};
+        theme.add(r.name, bytes.append(r.bytes, '\x11'));
+    }
+    open(theme);
+    for (const auto &r : records) EXPECT_EQ(grey(r.name), r.level) << r.name;
+}
+
+// Names that meet in one bucket of a plain hash table are found as fast as any others.
+TEST_F(ThemeTest, PreparedNames) {
+    std::vector<std::string> names{""};
+    for (int pair = 0; pair < 15; ++pair) { // 63 * 'A' + 'z' is 63 * 'B' + ';'
+        const size_t count = names.size();
+        for (size_t i = 0; i < count; ++i) names.push_back(names[i] + "B;");
+        for (size_t i = 0; i < count; ++i) names[i] += "Az";
+    }
+    std::string parameters, texts = "English\n";
+    for (const std::string &name : names) {
+        parameters += name + "=1\n*:t" + name + "=1\n";
+        texts += name + "=1\n";
+    }
+    write_file("system/language/en.txt", texts);
+    const auto start = std::clock();
+    LoadLanguage("en");
+    open(ThemeFile(parameters));
+    int found = 0;
+    for (const std::string &name : names)
+        found += GetThemeInt(name.c_str(), 0) + (*GetLangText(name.c_str()) == '1') +
+                 (*GetLangText(("t" + name).c_str()) == '1');
+    EXPECT_EQ(found, 3 * static_cast<int>(names.size()));
+    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 2);
+}
+
+TEST_F(ThemeTest, PipesAreNotWaitedFor) {
+    for (const char *folder : {"system/themes/t", "system/language", "system/resources"})
+        fs::create_directories(folder);
+    for (const char *pipe : {"system/themes/pipe.tqt", "system/themes/t/x.bmp",
+                             "system/resources/t.zip", "system/language/de.txt"})
+        ASSERT_EQ(mkfifo(pipe, 0600), 0);
+    open(ThemeFile("a=b\n"));
+    EXPECT_EQ(grey("x"), -1);
+    OpenTheme("pipe");
+    EXPECT_STREQ(GetThemeString("a", "-"), "-");
+    LoadLanguage("de");
+    EnumLanguages();
+    EXPECT_STREQ(GetLangText("de"), "de");
+}
+
+// A text that was handed out is valid until the language changes.
+TEST_F(ThemeTest, TextsThatSomebodyHolds) {
+    write_file("system/language/en.txt", "English\n@A=one\n");
+    LoadLanguage("en");
+    EnumLanguages();
+    const char *held = GetLangText("@A"), *name = GetLangText("en");
+    open(ThemeFile("*:@A=a text of the theme, too long to lie in its record\n*:en=Theme's\n"));
+    const char *themed = GetLangText("@A");
+    open(ThemeFile("*:@A=another\n"));
+    write_file("system/language/en.txt", "Renamed\n");
+    EnumLanguages();
+    EXPECT_STREQ(GetLangText("@A"), "another");
+    EXPECT_STREQ(GetLangText("en"), "Renamed");
+    EXPECT_STREQ(held, "one");
+    EXPECT_STREQ(name, "English");
+    EXPECT_STREQ(themed, "a text of the theme, too long to lie in its record");
+    AddTranslation("@A", themed);
+    AddTranslation("@A", GetLangText("@A") + 2); // part of the text that it replaces
+    EXPECT_STREQ(GetLangText("@A"), "text of the theme, too long to lie in its record");
 }
 
 TEST_F(ThemeTest, ChangesLeaveNothingBehind) {

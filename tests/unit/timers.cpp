@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Timers on the headless clock: when they fire, how they are known, what a callback may do.
+#include <climits>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "hw.h"
 #include "internal.h"
 #include "kelvane/timers.h"
+#include "kelvane/updates.h"
 #include "runtime/wake.h"
 #include "support/headless.h"
 
@@ -157,6 +161,44 @@ TEST_F(Timers, AClockSetBackMovesTheDueTime) {
     kv_validate_timer_state(&timer, 800);
     EXPECT_EQ(timer.extime, 900);
     kv_validate_timer_state(nullptr, 0);
+}
+
+TEST_F(Timers, TimesStopAtTheEndsOfTheirRange) {
+    constexpr int64_t least = INT64_MIN, most = INT64_MAX;
+    const struct {
+        int64_t due, checked, now, moved;
+    } cases[] = {
+        {most, 1, 0, most - 1},      {most, most, least, least},         {least, 1, 0, least},
+        {least, most, least, least}, {most, least + 1, least, most - 1}, {0, most, least, least}};
+    for (const auto &each : cases) {
+        itimer timer{};
+        timer.extime = each.due;
+        timer.lastchecktime = each.checked;
+        kv_validate_timer_state(&timer, each.now);
+        EXPECT_EQ(timer.extime, each.moved) << each.due << " " << each.checked << " " << each.now;
+    }
+    for (int64_t due : {least, most}) {
+        SetHardTimerEx("extreme", fire, a, 10);
+        for (itimer &timer : std::span(kvstate.timers, static_cast<size_t>(kvstate.ntimers)))
+            if (timer.tp == fire) timer.extime = due;
+        kv_process_event_loop();
+    }
+    EXPECT_EQ(fired.size(), 1U) << "the one that was due for ever";
+}
+
+TEST_F(Timers, AClockAtItsEndGoesOn) {
+    hw::set_horizon(hw::no_horizon - 1);
+    for (int i = 0; i < 3; i++) hw_pause(LLONG_MAX);
+    const int64_t end = headless::now();
+    EXPECT_GT(end, INT64_MAX / 1000 / 5);
+    for (int ms : {INT_MIN, INT_MAX, 0}) {
+        SetHardTimer("late", fire, ms);
+        EXPECT_EQ(QueryTimer(fire), end + ms);
+        for (int i = 0; i < 3; i++) EXPECT_EQ(kv_process_event_loop(), KELVANE_CONTINUE);
+    }
+    FullUpdate();
+    EXPECT_EQ(headless::now(), end);
+    EXPECT_EQ(fired.size(), 2U);
 }
 
 TEST_F(Timers, NullAndAbsurdArgumentsDoNoHarm) {

@@ -89,6 +89,23 @@ TEST_F(Updates, ModesAndAreas) {
     for (const auto &c : cases) EXPECT_EQ(shown(c.action), c.expected) << c.name;
 }
 
+TEST_F(Updates, AreCalledAsTheApplicationCalledThem) {
+    const struct {
+        void (*call)();
+        const char *name;
+    } calls[] = {{SoftUpdate, "SoftUpdate"},
+                 {SoftUpdateHQ, "SoftUpdateHQ"},
+                 {FullUpdate, "FullUpdate"},
+                 {[] { PartialUpdateHQ(0, 0, 9, 9); }, "PartialUpdateHQ"},
+                 {[] { PartialUpdate(0, 0, 9, 9); }, "PartialUpdate"}};
+    for (const auto &c : calls) {
+        headless::clear_updates();
+        c.call();
+        ASSERT_EQ(headless::updates().size(), 1u) << c.name;
+        EXPECT_STREQ(headless::updates()[0].call, c.name);
+    }
+}
+
 TEST_F(Updates, ScreensWhoseSidesAreNoMultiplesOfFourHaveAWholeToo) {
     restart_with("emu_resmode=1\n");
     ASSERT_EQ(ScreenWidth(), 758);

@@ -9,6 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <glib.h>
+
 #include "hw.h"
 #include "kelvane.h"
 
@@ -22,6 +24,8 @@ struct Options {
     int fork = 0;     // 1: a child comes and goes at the start
     int seed = -1;    // draws noise and keeps it in ./framebuffer
     int trail = 0;    // 1: every event of a person leaves a mark on the screen
+    int busy = 0;     // 1: a key starts updates without end
+    int vanish = 0;   // 1: the toolkit calls back in the middle of an update and ends everything
 } options;
 
 void say(const char *what, int number = 0) {
@@ -69,6 +73,19 @@ void show() {
     say("shown");
 }
 
+void vanish() {
+    g_idle_add(
+        [](void *) -> gboolean {
+            ClearOnExit();
+            return FALSE;
+        },
+        nullptr);
+    DynamicUpdateA2(0, 0, 50, 50);
+    FullUpdate();
+    SoftUpdate();
+    say("vanished");
+}
+
 void turn(int orientation) {
     SetOrientation(orientation);
     ClearScreen();
@@ -96,6 +113,9 @@ int handler(int type, int par1, int par2) {
     if (type == EVT_INIT) start();
     if (type == EVT_SHOW) show();
     if (type == EVT_ORIENTATION) turn(par1);
+    if (type == EVT_KEYPRESS && options.vanish) vanish();
+    while (type == EVT_KEYPRESS && options.busy) FullUpdate();
+    if (type == EVT_EXIT && options.busy) FullUpdate();
     if (options.trail && leaves_a_mark(type)) leave_a_mark(type, par1, par2);
     if (type == EVT_KEYRELEASE && par1 == options.close) CloseApp();
     return 1;
@@ -110,6 +130,8 @@ int *find_option(const std::string &name) {
     if (name == "fork") return &options.fork;
     if (name == "seed") return &options.seed;
     if (name == "trail") return &options.trail;
+    if (name == "busy") return &options.busy;
+    if (name == "vanish") return &options.vanish;
     return nullptr;
 }
 

@@ -15,11 +15,29 @@ constexpr int EXIT = 22, HIDE = 24;
 class EndsTest : public WindowTest {
   protected:
     // The calls that the application hears between the deed and its end.
-    void expect_end(const Lines &calls) {
+    void expect_end(const Lines &calls, int status = 0) {
         EXPECT_EQ(events_in(app_->take_rest(), {EXIT, HIDE}), calls);
-        EXPECT_EQ(app_->wait(), 0);
+        EXPECT_EQ(app_->wait(), status);
         EXPECT_FALSE(sandbox_.has("system/tmp/.current"));
     }
+};
+
+class ManagedTest : public EndsTest {
+  protected:
+    void press_close_button() const {
+        const auto frame = server_.place_of(server_.frame_of(window_));
+        ASSERT_GT(frame.height, place_.height) << "no title bar";
+        server_.click(1, frame.x + frame.width - 10, frame.y + 10);
+    }
+    void SetUp() override { ASSERT_TRUE(openbox_.take_until("ready")); }
+
+  private:
+    desktop::Program openbox_{{"openbox", "--sm-disable", "--startup", "echo ready"},
+                              sandbox_.path(""),
+                              {{"DISPLAY", server_.name()},
+                               {"HOME", sandbox_.path("")},
+                               {"XDG_CONFIG_HOME", sandbox_.path("")},
+                               {"XDG_CACHE_HOME", sandbox_.path("")}}};
 };
 
 } // namespace
@@ -45,25 +63,33 @@ TEST_F(EndsTest, EachSignalExitsWithoutHiding) {
     }
 }
 
-TEST_F(EndsTest, TheCloseButtonOfTheWindowManagerExitsWithoutHiding) {
-    desktop::Program openbox({"openbox", "--sm-disable", "--startup", "echo ready"},
-                             sandbox_.path(""),
-                             {{"DISPLAY", server_.name()},
-                              {"HOME", sandbox_.path("")},
-                              {"XDG_CONFIG_HOME", sandbox_.path("")},
-                              {"XDG_CACHE_HOME", sandbox_.path("")}});
-    ASSERT_TRUE(openbox.take_until("ready"));
+TEST_F(ManagedTest, TheCloseButtonExitsWithoutHiding) {
     start();
-    const auto frame = server_.place_of(server_.frame_of(window_));
-    ASSERT_GT(frame.height, place_.height) << "no title bar";
-    server_.click(1, frame.x + frame.width - 10, frame.y + 10);
+    press_close_button();
     expect_end({"22 0 0"});
 }
 
-TEST_F(EndsTest, LosingTheServerExitsWithoutHiding) {
+TEST_F(ManagedTest, TheCloseButtonEndsAnApplicationThatIsUpdating) {
+    start({"busy=1"});
+    server_.stroke(XK_Up);
+    until("25 17 0");
+    press_close_button();
+    expect_end({"22 0 0"});
+}
+
+TEST_F(EndsTest, ACallbackOfTheToolkitMayCloseTheScreenInAnUpdate) {
+    start({"external=1", "vanish=1", "close=27"});
+    server_.stroke(XK_Up);
+    EXPECT_EQ(events_in(until("vanished 0"), {EXIT, HIDE}), (Lines{"24 0 0", "22 0 0"}));
+    until("shown 0");
+    app_->signal(SIGTERM);
+    EXPECT_EQ(app_->wait(), 3);
+}
+
+TEST_F(EndsTest, LosingTheServerExitsWithoutHidingAndIsAFailure) {
     start();
     server_.kill();
-    expect_end({"22 0 0"});
+    expect_end({"22 0 0"}, 1);
 }
 
 TEST_F(EndsTest, AnApplicationThatOpenedTheScreenGoesOnAndMayOpenItAgain) {

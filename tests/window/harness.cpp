@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Starts and stops display servers and programs, and waits for what they do.
+// Processes, the X server and its extensions, behind the header without either.
 #include "harness.h"
 
 #include <cerrno>

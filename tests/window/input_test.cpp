@@ -61,6 +61,43 @@ TEST_F(WindowTest, TheServersAutoRepeatIsOnePressAndTheRuntimesOwnRepeats) {
     EXPECT_EQ(after, Lines{"26 20 2"});
 }
 
+TEST_F(WindowTest, KeysThatNobodySeesGoUpAreReleased) {
+    start({"delay=300", "interval=100"});
+    server_.key(XK_Up, true);
+    server_.key(XK_Return, true);
+    until("25 10 0");
+    server_.click(3, root_x(100), root_y(100)); // the menu takes the keyboard
+    until("26 10 0"); // the first release ends what the second press began, as ever
+    ASSERT_TRUE(desktop::await([&] { return !server_.popups().empty(); }));
+    server_.key(XK_Up, false);
+    server_.key(XK_Return, false);
+    server_.stroke(XK_Escape);
+    ASSERT_TRUE(desktop::await([&] { return server_.popups().empty(); }));
+
+    server_.key(XK_Down, true);
+    EXPECT_EQ(events_in(until("25 18 0"), {28}), Lines{}) << "nothing repeats behind the menu";
+    server_.move(root_x(place_.width + 50), root_y(100)); // the focus follows the pointer
+    until("26 18 0");
+    server_.key(XK_Down, false);
+}
+
+TEST_F(WindowTest, APointerThatLeavesTheWindowIsReleasedAllTheSame) {
+    start();
+    server_.move(root_x(100), root_y(200));
+    server_.button(1, true);
+    until("30 100 200");
+    server_.move(root_x(place_.width + 80), root_y(210));
+    server_.button(1, false);
+    EXPECT_EQ(events_in(until("29 599 210"), {34}), Lines{});
+
+    server_.move(root_x(100), root_y(200));
+    server_.button(1, true);
+    until("30 100 200");
+    server_.click(3, root_x(100), root_y(200)); // the menu takes the pointer
+    until("29 100 200");
+    server_.button(1, false);
+}
+
 TEST_F(WindowTest, TheLeftButtonIsTheTouchPanel) {
     const struct {
         int mode, numerator, denominator; // from the drawing area to the framebuffer

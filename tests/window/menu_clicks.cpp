@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Finds the items of the menu where they are drawn, and clicks them.
+// Finds the rows of the menu where the window shows them, and clicks them.
 #include "menu_clicks.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Starts the application in its window and reads what it wrote.
+// Starts the application and finds its window.
 #include "session.h"
 
 #include <algorithm>

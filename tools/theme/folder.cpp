@@ -7,14 +7,24 @@
 #include <cerrno>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <system_error>
+
+#include "theme/container.h"
 
 namespace tool {
 namespace fs = std::filesystem;
 
+bool is_odd(const fs::path &file) {
+    std::error_code error;
+    return fs::exists(file, error) && !fs::is_regular_file(file, error);
+}
+
 std::string read_whole(const fs::path &file) {
-    if (fs::is_directory(file))
-        throw std::system_error(EISDIR, std::generic_category(), file.string());
+    if (is_odd(file)) throw std::runtime_error(printable(file.string()) + " is no plain file");
+    std::error_code error;
+    if (const auto size = fs::file_size(file, error); !error && size > theme::largest_theme)
+        throw std::system_error(EFBIG, std::generic_category(), file.string());
     std::ifstream in(file, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(in), {}};
     if (!in.is_open() || in.bad())

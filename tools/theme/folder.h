@@ -42,7 +42,9 @@ ThemeText read_text(const std::filesystem::path &folder, Mistakes &mistakes);
 std::vector<Resource> read_resources(const std::filesystem::path &folder, int percent,
                                      Mistakes &mistakes);
 
-// All bytes of a file; throws std::system_error.
+// Whether something else than a file is there: a pipe or a device would be waited for.
+bool is_odd(const std::filesystem::path &file);
+// All bytes of a file; throws std::runtime_error, also for what is larger than any theme.
 std::string read_whole(const std::filesystem::path &file);
 // The files of a folder but for hidden ones, by name; none when there is no such folder.
 std::vector<std::filesystem::path> files_of(const std::filesystem::path &folder);

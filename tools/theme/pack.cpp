@@ -41,8 +41,12 @@ std::string file_bytes(const Theme &theme) {
     for (const Resource &r : theme.resources)
         header += theme::file_entry_numbers + theme::file_name_field(r.name.size());
     std::string index, data;
+    uint64_t unpacked = 0;
     for (const Resource &r : theme.resources) {
         const std::string packed = deflated(r.bytes);
+        if (!theme::can_be_resource(r.bytes.size(), packed.size()))
+            throw std::runtime_error(r.name + " is nearly empty, and too large for that");
+        unpacked += r.bytes.size();
         index += u32(r.bytes.size()) + u32(header + data.size()) + u32(packed.size()) + r.name;
         index.append(theme::file_name_field(r.name.size()) - r.name.size(), '\0');
         data += packed;
@@ -54,7 +58,7 @@ std::string file_bytes(const Theme &theme) {
         out += u32(n);
     out += index + data + packed_text;
     if (header > theme::largest_header || text.size() > theme::largest_text ||
-        out.size() > UINT32_MAX)
+        unpacked > theme::largest_theme || out.size() > UINT32_MAX)
         throw std::runtime_error("the theme is larger than a theme file can be");
     return out;
 }

@@ -4,12 +4,12 @@
 
 #include <map>
 #include <strings.h>
+#include <system_error>
+#include <utility>
 
 namespace tool {
 namespace fs = std::filesystem;
 namespace {
-
-constexpr uint64_t largest_theme = 1 << 30; // unpacked
 
 // The last value of each name stays where the first one was.
 ThemeText last_values(std::string_view text) {
@@ -39,19 +39,22 @@ ThemeText last_values(std::string_view text) {
 } // namespace
 
 std::unique_ptr<theme::Container> open_theme(const fs::path &file, Mistakes &mistakes) {
-    auto container = theme::Container::open(file.string());
-    if (!container) {
+    // A pipe or a device would be waited for.
+    std::error_code error;
+    const bool is_file = fs::is_regular_file(file, error);
+    file::Stream stream(is_file ? kv_fopen(file.c_str(), "rbe") : nullptr);
+    if (!stream) {
         mistakes.add({file}, "cannot be opened; check its name and permissions");
-    } else if (!container->read_header()) {
+        return nullptr;
+    }
+    auto container = std::make_unique<theme::Container>(std::move(stream));
+    if (!container->read_header()) {
         mistakes.add({file}, "is no theme, or its beginning is damaged; pack it again");
-        container.reset();
-    } else if (container->unpacked_size() > largest_theme) {
-        mistakes.add({file}, "would unpack to more than 1 GiB; no theme does");
         container.reset();
     } else if (container->left_out() > 0) {
         mistakes.add({file}, std::to_string(container->left_out()) +
-                                 " entries of the index lead nowhere or repeat a name; pack it "
-                                 "again");
+                                 " entries of the index lead nowhere, are too large or repeat a "
+                                 "name; pack it again");
     }
     return container;
 }

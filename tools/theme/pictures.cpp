@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "folder.h"
 #include "kelvane/pictures.h"
 #include "raster/bitmap.h"
 #include "resources.h"
@@ -74,6 +75,7 @@ Picture to_picture(const ibitmap &bm) {
 
 // Throws std::runtime_error.
 Picture load(const std::filesystem::path &file) {
+    if (is_odd(file)) throw std::runtime_error("it is no plain file");
     const std::string kind = extension(file), path = file.string();
     if (kind == ".png") return read_png(file);
     raster::BitmapPtr bm;

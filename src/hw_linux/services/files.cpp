@@ -1,23 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Small files in which a device's kernel shows and takes settings.
 #include <cstdio>
-#include <cstring>
-#include <memory>
 
+#include "file/stream.h"
 #include "hw.h"
-
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-} // namespace
 
 int hw_read_file(const char *path, char *buffer, int size) {
     if (!path || !buffer || size < 1) return -1;
-    File file(std::fopen(path, "rb"));
+    const file::Stream file(std::fopen(path, "rb"));
     if (!file) return -1;
     // The first byte tells a readable file from a directory before the buffer is touched.
     int first = std::fgetc(file.get());

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 // A player that keeps its state and makes no sound.
 #include <algorithm>
-#include <new>
 
+#include "ground/guard.h"
 #include "hw.h"
 #include "hw_linux/services/state.h"
 
 using hw::services;
 
-int hw_mp_load(const char *path) try {
+int hw_mp_load(const char *path) {
     if (!path || !*path) return 0;
-    services().track = path;
-    hw_mp_stop();
-    return 1;
-} catch (const std::bad_alloc &) {
-    return 0;
+    return ground::guarded(0, [&] {
+        services().track = path;
+        hw_mp_stop();
+        return 1;
+    });
 }
 
 int hw_mp_play(void) {

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "ground/seeded_hash.h"
+
+#include <cstring>
+#include <unistd.h>
+
+namespace ground {
+namespace {
+
+// The product of two words, folded into one: each bit of it depends on every bit of both.
+uint64_t fold(uint64_t a, uint64_t b) {
+    const auto product = static_cast<unsigned __int128>(a) * b;
+    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
+}
+
+// Two numbers that nobody who writes a file can know.
+struct Secret {
+    uint64_t seed = 0x243f6a8885a308d3, factor = 0x13198a2e03707344;
+
+    Secret() {
+        // Without a source of chance the constants still spread all names that mean no harm.
+        static_cast<void>(getentropy(this, sizeof *this));
+        factor |= 1;
+    }
+};
+
+} // namespace
+
+uint64_t seeded_hash(std::string_view name) {
+    static const Secret chosen;
+    uint64_t hash = chosen.seed ^ name.size();
+    uint64_t word = 0;
+    for (; name.size() >= sizeof word; name.remove_prefix(sizeof word)) {
+        std::memcpy(&word, name.data(), sizeof word);
+        hash = fold(hash ^ word, chosen.factor);
+    }
+    word = 0;
+    for (const char c : name) word = word << 8 | static_cast<unsigned char>(c);
+    return fold(hash ^ word, chosen.factor);
+}
+
+} // namespace ground

@@ -17,7 +17,7 @@ static int starts[max_pages], pages, page;
 
 static iconfig *settings;
 static int text_size, night;
-static ifont *text_font, *small_font;
+static ifont *text_font, *small_font, *label_font;
 static int minutes;
 
 static int page_handler(int type, int par1, int par2);
@@ -81,8 +81,10 @@ static void save_settings(void) {
 static void open_fonts(void) {
     CloseFont(text_font);
     CloseFont(small_font);
+    CloseFont(label_font);
     text_font = OpenFont("default", text_size * unit(), 1);
     small_font = OpenFont("default", 4 * unit(), 1);
+    label_font = OpenFont("defaultb", (9 * unit() + 1) / 2, 1);
 }
 
 /* Draws the text from an offset on; answers the offset of the next page. */
@@ -265,7 +267,7 @@ static void draw_box(void) {
     const irect box = box_area();
     FillAreaRect(&box, WHITE);
     DrawSelection(box.x, box.y, box.w, box.h, BLACK);
-    SetFont(small_font, BLACK);
+    SetFont(label_font, BLACK);
     for (int i = 0; i < buttons; i++) {
         const irect r = button_area(i);
         DrawRect(r.x, r.y, r.w, r.h, BLACK);

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Reads bench/goals.txt, then the JSON of a benchmark program, which has one member a line: prints a
-# line a benchmark with our median time and its counters, behind each counter that has a goal
-# whether it is met, and in what the two sides differ.
+# line a benchmark with our median time and its counters, behind each that has a goal whether it is
+# met, and in what the two sides differ.
 
 function verdict(name, counter, value,    i) {
     for (i = 1; i <= goals; i++) {
@@ -32,6 +32,7 @@ function end_of_run(    i, line) {
     sub(/\/manual_time$/, "", run_name)
     sub(/\/iterations:[0-9]+$/, "", run_name)
     line = sprintf("  %-48s %12s", run_name, ours_us == "" ? "" : sprintf("%.2f us", ours_us))
+    if (ours_us != "") line = line verdict(run_name, "ours_us", ours_us)
     for (i = 1; i <= counters; i++)
         line = line sprintf("  %s %.3g%s", counter[i], value[i], verdict(run_name, counter[i], value[i]))
     print line (label ? "  [" label "]" : "")

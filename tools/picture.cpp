@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads and writes PNG files, and packs pixels as the library keeps them.
 #include "picture.h"
 
 #include <png.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Draws and aligns the labels of all pages.
 #include "lettering.h"
 
 #include "page.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Makes ridges, clouds and water of noise, so that no picture file is needed.
 #include "photograph.h"
 
 #include <algorithm>

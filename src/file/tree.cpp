@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <set>
 #include <utility>
 
+#include "file/directory.h"
 #include "ground/guard.h"
 
 namespace {
@@ -25,10 +25,6 @@ Identity identity(const struct stat &st) {
 struct Ancestor {
     Identity self;
     const Ancestor *parent;
-};
-
-struct DirectoryCloser {
-    void operator()(DIR *dir) const { kv_closedir(dir); }
 };
 
 // Links back to a directory that is being walked would multiply the walk at every turn.
@@ -70,7 +66,7 @@ int Walk::directory(const char *path, const struct stat &st, VisitOrder order,
                     const Ancestor *parent) {
     const Ancestor self{identity(st), parent};
     if (leads_back(parent, self.self)) return 0;
-    const std::unique_ptr<DIR, DirectoryCloser> dir(kv_opendir(path));
+    const file::Directory dir(kv_opendir(path));
     if (!dir) return 0;
     int result = 0;
     if (order == VisitOrder::directory_first) result = std::max(result, proc_(path, 1, ctx_));

@@ -14,6 +14,12 @@ constexpr int fold_case(char c) {
     return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
 }
 
+// Letters of ASCII, whatever the locale.
+constexpr bool is_letter(char c) {
+    const int small = fold_case(c);
+    return small >= 'a' && small <= 'z';
+}
+
 // Compares at most `n` bytes of two strings: below 0, 0 or above 0.
 constexpr int compare_folded(const char *a, const char *b, std::size_t n = SIZE_MAX) {
     for (; n; ++a, ++b, --n) {

@@ -171,8 +171,6 @@ void remove_item(ihash h, ihash_item *link) {
     h->count--;
 }
 
-extern "C" {
-
 void *str_addproc(void *value) {
     return value ? strdup(static_cast<char *>(value)) : nullptr;
 }
@@ -304,5 +302,4 @@ ihash hash_merge(ihash a, ihash b) {
     if (hash_merge_to(a, b, merged) == 0) return merged;
     hash_destroy(merged);
     return nullptr;
-}
 }

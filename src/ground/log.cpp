@@ -29,7 +29,7 @@ void kv_warn(const char *function, const char *format, ...) {
     va_end(args);
 }
 
-extern "C" void tq_print_log2(int level, const char *format, ...) {
+void tq_print_log2(int level, const char *format, ...) {
     if (level > log_level()) return;
     va_list args;
     va_start(args, format);

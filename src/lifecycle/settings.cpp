@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // From the settings to the runtime record.
-#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
+#include "ground/fold.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -26,8 +26,7 @@ void copy_text(char (&to)[N], const char *from) {
 
 // "EN", "EN: English" and "EN English" name a layout; anything else does not.
 bool is_layout(const char *text) {
-    return std::isalpha(static_cast<unsigned char>(text[0])) &&
-           std::isalpha(static_cast<unsigned char>(text[1])) &&
+    return ground::is_letter(text[0]) && ground::is_letter(text[1]) &&
            (text[2] == ':' || text[2] == ' ' || text[2] == '\0');
 }
 

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <dirent.h>
-#include <memory>
 #include <new>
 #include <string>
 #include <vector>
 
+#include "file/directory.h"
 #include "ground/fold.h"
 #include "ground/guard.h"
 #include "internal.h"
@@ -24,10 +24,6 @@ constexpr const char *font_extensions = "ttf,ttc,otf";
 constexpr size_t extension_length = 4;
 constexpr int most_faces = 10; // that a name can choose
 
-struct DirectoryCloser {
-    void operator()(DIR *dir) const { kv_closedir(dir); }
-};
-
 std::vector<std::string> names; // of the list
 std::vector<char *> list;       // pointers to them
 
@@ -41,7 +37,7 @@ bool comes_before(const std::string &a, const std::string &b) {
 
 std::vector<std::string> font_names() {
     std::vector<std::string> found;
-    const std::unique_ptr<DIR, DirectoryCloser> dir(kv_opendir(font_directory));
+    const file::Directory dir(kv_opendir(font_directory));
     while (const dirent *entry = kv_readdir(dir.get()))
         if (match_ext(entry->d_name, font_extensions)) found.push_back(entry->d_name);
     std::sort(found.begin(), found.end(), comes_before);
@@ -74,8 +70,8 @@ char **empty_list() {
 } // namespace
 
 void reset_enumeration() {
-    names = {};
-    list = {};
+    names.clear();
+    list.clear();
     kvstate.fontlist = nullptr;
     kvstate.fontcount = 0;
 }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
+// The end of the list of fonts.
 #pragma once
 
 namespace text {
 
-// Frees the list of EnumFonts().
+// Forgets the list of EnumFonts().
 void reset_enumeration();
 
 } // namespace text

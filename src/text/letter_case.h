@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Capitals of all scripts, for drawing; names that are compared need ground/fold.h.
 #pragma once
 
 #include <string>

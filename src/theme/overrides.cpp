@@ -3,13 +3,13 @@
 #include "theme/overrides.h"
 
 #include <dirent.h>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <sys/stat.h>
 #include <utility>
 
 #include "bmp/bmp.h"
+#include "file/directory.h"
 #include "ground/fold.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/files.h"
@@ -25,10 +25,6 @@ std::optional<std::string> picture_name(std::string_view file) {
     if (!ground::equal_folded(file.substr(stem), extension)) return {};
     return std::string(file.substr(0, stem));
 }
-
-struct DirectoryCloser {
-    void operator()(DIR *directory) const { kv_closedir(directory); }
-};
 
 bool is_file(const std::string &path) {
     struct stat st;
@@ -54,7 +50,7 @@ void Overrides::find_in_archive(const std::string &path) {
 
 void Overrides::find_in_directory(const std::string &path) {
     // The standard library's iterators end the process when memory is short.
-    const std::unique_ptr<DIR, DirectoryCloser> directory(kv_opendir(path.c_str()));
+    const file::Directory directory(kv_opendir(path.c_str()));
     while (const dirent *entry = directory ? kv_readdir(directory.get()) : nullptr)
         if (const auto name = picture_name(entry->d_name); name && is_file(path + entry->d_name))
             files_[*name] = path + entry->d_name;

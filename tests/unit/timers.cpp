@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Timers on the headless clock: when they fire, how they are known, what a callback may do.
 #include <climits>
 #include <cstring>
 #include <gtest/gtest.h>

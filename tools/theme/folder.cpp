@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads the folder of a theme file by file, and says of each what is wrong.
 #include "folder.h"
 
 #include <algorithm>

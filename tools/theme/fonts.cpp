@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Whether bytes are a TrueType font that FreeType will open, from its table of contents.
 #include <algorithm>
 #include <array>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// kelvane-theme list: what is in a theme file, a line an item.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

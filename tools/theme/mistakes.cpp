@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Collects mistakes and tells them.
 #include "mistakes.h"
 
 #include <cstdio>

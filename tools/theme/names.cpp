@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The names that resources may have, which are those that the library looks for.
 #include "resources.h"
 
 namespace tool {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// kelvane-theme pack: a folder becomes a file, whole or not at all.
 #include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads a theme file and tells the kinds of its resources apart.
 #include "packed.h"
 
 #include <map>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Picture files become grey pictures with holes, and blocks of a theme become pictures again.
 #include <algorithm>
 #include <array>
 #include <cstring>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Scales the lengths that the library and its themes name, and the pictures.
 #include "scale.h"
 
 #include <algorithm>

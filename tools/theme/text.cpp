@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reads and writes the parameter text, a line an entry.
 #include "text.h"
 
 #include <algorithm>

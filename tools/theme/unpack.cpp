@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// kelvane-theme unpack: a file becomes a folder that packs to the same theme.
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Checks the values of parameters as the library would read them.
 #include "values.h"
 
 #include <algorithm>

@@ -66,7 +66,7 @@ static int limited(int n, int least, int most) {
 
 static void read_settings(void) {
     settings = OpenConfig("./system/config/reader.cfg", NULL);
-    text_size = limited(ReadInt(settings, "text.size", 6), smallest_text, largest_text);
+    text_size = limited(ReadInt(settings, "text.size", 5), smallest_text, largest_text);
     night = ReadInt(settings, "night", 0) != 0;
     starts[0] = limited(ReadInt(settings, "position", 0), 0, (int)strlen(book));
 }

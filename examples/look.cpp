@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How the open theme looks: windows, selections and borders, a page each, below the application's
-// caption and above the pager.
+// How the open theme looks: windows, selections, borders and boxes, a page each, below the
+// application's caption and above the pager.
 //
-// PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends.
+// PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends. On the page of boxes
+// OK opens one after the other.
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -180,12 +181,75 @@ void draw_borders(const irect &area) {
     }
 }
 
+// What boxes stand over.
+void draw_reading(const irect &area) {
+    constexpr const char *text =
+        "Call me Ishmael. Some years ago, never mind how long precisely, having little or no money "
+        "in my purse, and nothing particular to interest me on shore, I thought I would sail about "
+        "a little and see the watery part of the world. It is a way I have of driving off the "
+        "spleen and regulating the circulation.\n"
+        "Whenever I find myself growing grim about the mouth; whenever it is a damp, drizzly "
+        "November in my soul; whenever I find myself involuntarily pausing before coffin "
+        "warehouses, and bringing up the rear of every funeral I meet; then, I account it high "
+        "time to get to sea as soon as I can.\n"
+        "There now is your insular city of the Manhattoes, belted round by wharves as Indian isles "
+        "by coral reefs; commerce surrounds it with her surf. Right and left, the streets take you "
+        "waterward.";
+    write(inset(area, margin(), unit()), "window.font", "default,20,0", text,
+          ALIGN_JUSTIFY | TEXT_DOTS);
+}
+
+void tell() {
+    Message(ICON_INFORMATION, nullptr, "\u201CMoby-Dick\u201D is in the library now.", 5000);
+}
+
+void ask() {
+    Dialog(ICON_QUESTION, nullptr, "The battery is low. Do you want to go on reading?", "Go on",
+           "Switch off", nullptr);
+}
+
+void ask_in_german() {
+    Dialog3(ICON_WARNING, nullptr,
+            "\u201EMoby-Dick\u201C wurde auf einem anderen Ger\u00E4t weitergelesen. Welche "
+            "Lesestelle soll behalten werden?",
+            "Diese behalten", "Andere \u00FCbernehmen", "Sp\u00E4ter", nullptr);
+}
+
+void show_progress() {
+    OpenProgressbar(ICON_WIFI, nullptr, "Fetching \u201CMoby-Dick\u201D", 40, [](int) {});
+}
+
+void ask_in_arabic() {
+    LoadLanguage("ar");
+    Dialog3(ICON_ERROR | DEF_BUTTON3, nullptr, "الذاكرة ممتلئة. هل تريد حذف الكتب التي قرأتها؟",
+            "حذف الكل", "اختيار", "إلغاء",
+            [](int) { LoadLanguage(ReadString(GetGlobalConfig(), "language", "en")); });
+}
+
+constexpr void (*boxes[])() = {tell, ask, ask_in_german, show_progress, ask_in_arabic};
+int next_box = 0;
+
+void open_next_box() {
+    const int box = next_box;
+    next_box = (box + 1) % int(std::size(boxes));
+    boxes[box]();
+}
+
 struct Page {
     const char *title;
     void (*draw)(const irect &area);
+    void (*ok)();
 };
-constexpr Page pages[] = {
-    {"Windows", draw_windows}, {"Selections", draw_selections}, {"Borders", draw_borders}};
+constexpr Page pages[] = {{"Windows", draw_windows, nullptr},
+                          {"Selections", draw_selections, nullptr},
+                          {"Borders", draw_borders, nullptr},
+                          {"Boxes", draw_reading, open_next_box}};
+
+int ok_pressed(const Page &page) {
+    if (!page.ok) return 0;
+    page.ok();
+    return 1;
+}
 
 ipager pager;
 
@@ -242,6 +306,8 @@ int key_pressed(int key) {
     case KEY_NEXT:
     case KEY_RIGHT:
         return turn_to(pager.current_page + 1);
+    case KEY_OK:
+        return ok_pressed(pages[pager.current_page - 1]);
     case KEY_MENU:
         turn_screen(clockwise[GetOrientation() & 3]);
         return 1;

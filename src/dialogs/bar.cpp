@@ -65,13 +65,14 @@ void draw_filling(const irect &bar) {
     DrawBitmap(bar.x + bar.w - right.width(), bar.y, right.get());
 }
 
-// The full bar shows as far as the progress goes.
+// The full bar shows as far as the progress goes. A high one keeps half its height from the foot.
 void draw_pictures(const irect &area, int percent) {
     const int h = look().bar_middle.height();
-    const irect bar{area.x, middle_y(area, h), area.w, h, 0};
+    const int y = std::min(middle_y(area, h), area.y + area.h - h - h / 2);
+    const irect bar{area.x, y, area.w, h, 0};
     draw_trough(bar);
     const irect clip = GetClipRect();
-    SetClip(bar.x, area.y, bar.w * percent / 100, area.h);
+    SetClip(bar.x, bar.y, bar.w * percent / 100, bar.h);
     draw_filling(bar);
     SetClipRect(&clip);
 }

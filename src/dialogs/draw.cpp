@@ -21,7 +21,7 @@ namespace {
 constexpr int hatch_step = 4;
 constexpr int foot_margin = 12; // of the hatch in a box without buttons
 constexpr int hatch_slant = 8;  // rows in which the hatch gets a pixel narrower
-constexpr int body_flags = ALIGN_LEFT | VALIGN_MIDDLE | TEXT_DOTS;
+constexpr int body_flags = ALIGN_LEFT | VALIGN_MIDDLE | TEXT_DOTS | TEXT_RTL_MIRROR;
 constexpr int label_flags = ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS | TEXT_RTL_MIRROR;
 
 int right_of(const irect &r) {
@@ -153,12 +153,13 @@ void draw_body(const OpenBox &box) {
 
 void draw_labels(const OpenBox &box, const ButtonArea &area) {
     const text::FontScope scope(label_font());
+    const int margin = label_font() ? label_font()->size / 3 : 0;
     const int inverse = label_font() ? ~label_font()->color & WHITE : WHITE;
     for_each_button(box, [&](int button) {
         SetFont(label_font(), is_inverted(box, button) ? inverse : -1);
         const irect r = face_of(place_of(box, button), area);
         const std::string &label = *box.labels[static_cast<size_t>(button - 1)];
-        DrawTextRect(r.x, r.y, r.w, r.h, label.c_str(), label_flags);
+        DrawTextRect(r.x + margin, r.y, r.w - 2 * margin, r.h, label.c_str(), label_flags);
     });
 }
 

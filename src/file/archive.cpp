@@ -80,9 +80,9 @@ void Archive::Closer::operator()(void *zip) const {
 std::unique_ptr<Archive> Archive::open(const char *path) {
     struct stat st;
     if (kv_stat(path, &st) != 0 || !S_ISREG(st.st_mode)) return nullptr;
-    const unzFile zip = unzOpen64(path);
+    Zip zip(unzOpen64(path));
     if (!zip) return nullptr;
-    std::unique_ptr<Archive> archive(new Archive(zip));
+    std::unique_ptr<Archive> archive(new Archive(std::move(zip)));
     archive->read_index();
     return archive;
 }

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace file {
@@ -47,12 +48,14 @@ class Archive {
     struct Closer {
         void operator()(void *zip) const;
     };
-    explicit Archive(void *zip) : zip_(zip) {}
+    using Zip = std::unique_ptr<void, Closer>; // an unzFile
+
+    explicit Archive(Zip zip) : zip_(std::move(zip)) {}
     void read_index();
     bool add_current();
     bool go_to(std::string_view name);
 
-    std::unique_ptr<void, Closer> zip_; // an unzFile
+    Zip zip_;
     std::vector<Member> members_;
     std::map<std::string, std::size_t> index_; // by folded name; a hash could be made to collide
     std::size_t name_bytes_ = 0;

@@ -27,23 +27,4 @@ ifont *open_font(const char *name, int size, int aa);
 // What a code of the text switches to; null when no such font is registered.
 ifont *registered_font(int number);
 
-// The current font and colour, restored at the end of the scope.
-class FontScope {
-  public:
-    FontScope()
-        : font_(kvstate.current_font), aside_(put_aside_for_cjk(nullptr)),
-          color_(kvstate.current_color) {}
-    ~FontScope() {
-        if (kvstate.current_font != font_) restore_font(font_, color_);
-        kvstate.current_color = color_;
-        put_aside_for_cjk(aside_);
-    }
-    FontScope(const FontScope &) = delete;
-    FontScope &operator=(const FontScope &) = delete;
-
-  private:
-    ifont *font_, *aside_;
-    int color_;
-};
-
 } // namespace text

@@ -5,6 +5,7 @@
 
 #include "ground/guard.h"
 #include "ground/number.h"
+#include "text/font_scope.h"
 #include "text/layout.h"
 #include "text/measure.h"
 #include "text/walker.h"

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "text/current.h"
+#include "text/font_scope.h"
 
 namespace text {
 

@@ -8,7 +8,7 @@
 #include "picture_file.h"
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    silence_loaders();
+    prepare_loaders();
     return 0;
 }
 

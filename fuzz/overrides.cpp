@@ -10,7 +10,7 @@
 #include "theme/overrides.h"
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    silence_loaders();
+    prepare_loaders();
     return 0;
 }
 

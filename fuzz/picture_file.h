@@ -10,11 +10,14 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "image/limits.h"
 #include "kelvane/pictures.h"
 
-// Loaders say why they refuse a file, which here is most of them.
-inline void silence_loaders() {
+// Loaders say why they refuse a file, which here is most of them, and take pictures of a size that
+// leaves time for many.
+inline void prepare_loaders() {
     stderr = std::fopen("/dev/null", "w");
+    image::reduction = 100;
 }
 
 class PictureFile {

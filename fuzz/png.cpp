@@ -38,7 +38,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t max
 }
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    silence_loaders();
+    prepare_loaders();
     return 0;
 }
 

@@ -108,7 +108,7 @@ void copy(Bytes &bytes, const ibitmap &bm) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    silence_loaders();
+    prepare_loaders();
     return 0;
 }
 

@@ -27,7 +27,7 @@ void read_current(unzFile zip) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    silence_loaders();
+    prepare_loaders();
     return 0;
 }
 

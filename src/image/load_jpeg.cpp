@@ -87,14 +87,14 @@ void JpegDecoder::heed_message(j_common_ptr info, int level) {
 void JpegDecoder::limit_scans(j_common_ptr info) {
     const int scans = of(info).info_.input_scan_number;
     const Size size = of(info).size();
-    if (scans > max_jpeg_scans || int64_t{size.width} * size.height * scans > max_scanned_area)
+    if (scans > max_jpeg_scans || int64_t{size.width} * size.height * scans > max_scanned_area())
         fail(info);
 }
 
 bool JpegDecoder::read_header(std::FILE *f) {
     if (setjmp(failure_) != 0) return false;
     jpeg_create_decompress(&info_);
-    info_.mem->max_memory_to_use = max_codec_bytes;
+    info_.mem->max_memory_to_use = max_codec_bytes();
     info_.progress = &progress_;
     jpeg_stdio_src(&info_, f);
     jpeg_read_header(&info_, TRUE);

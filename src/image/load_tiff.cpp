@@ -51,7 +51,7 @@ TiffPtr open(const char *path) {
     if (!tiff_library()) return nullptr;
     const std::unique_ptr<TIFFOpenOptions, OptionsFree> options(libtiff().TIFFOpenOptionsAlloc());
     if (!options) throw std::bad_alloc();
-    libtiff().TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes);
+    libtiff().TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), max_codec_bytes());
     libtiff().TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keep_silent, nullptr);
     libtiff().TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keep_silent, nullptr);
     const Stream file = file::open_plain(path);
@@ -112,11 +112,12 @@ bool is_bounded(uint16_t compression) {
 
 // Strips may name the same bytes over and over. There are no more of them than rows.
 bool has_bounded_strips(TIFF *tiff) {
+    const auto most = static_cast<uint64_t>(max_decoded_bytes());
     uint64_t sum = 0;
     const uint32_t count = libtiff().TIFFNumberOfStrips(tiff);
-    for (uint32_t i = 0; i < count && sum <= max_decoded_bytes; ++i)
-        sum += std::min<uint64_t>(libtiff().TIFFGetStrileByteCount(tiff, i), max_decoded_bytes + 1);
-    return sum <= max_decoded_bytes;
+    for (uint32_t i = 0; i < count && sum <= most; ++i)
+        sum += std::min<uint64_t>(libtiff().TIFFGetStrileByteCount(tiff, i), most + 1);
+    return sum <= most;
 }
 
 // Each scan of a JPEG strip may go over the whole strip, for next to no data.
@@ -134,7 +135,7 @@ bool has_bounded_scans(TIFF *tiff, const Header &h) {
             break;
         for (size_t at = 0; (at = raw.find(scan_marker, at)) != raw.npos; ++at) area += strip_area;
     }
-    return area <= max_scanned_area;
+    return area <= max_scanned_area();
 }
 
 bool is_reasonable(const Header &h) {

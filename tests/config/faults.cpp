@@ -249,12 +249,12 @@ void expect_nothing_lost(const settings &found, const change &c) {
     const settings after = c.after();
     for (const auto &[name, value] : c.before)
         EXPECT_GE(found.count(name), after.count(name)) << name;
-    for (const auto &[name, value] : found) {
+    for (const auto &setting : found) {
         const auto is = [&](const settings &all) {
-            const auto same = all.find(name);
-            return same != all.end() && same->second == value;
+            const auto same = all.find(setting.first);
+            return same != all.end() && *same == setting;
         };
-        EXPECT_TRUE(is(c.before) || is(after)) << name << "=" << value;
+        EXPECT_TRUE(is(c.before) || is(after)) << setting.first << "=" << setting.second;
     }
 }
 

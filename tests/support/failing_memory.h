@@ -48,7 +48,7 @@ class FailingMemory {
 };
 
 // Sanitizers start before any malloc() of ours could: with them only C++'s operators fail.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef KELVANE_SANITIZED
 inline void *fallible_malloc(size_t size) {
     return FailingMemory::fails_now() ? nullptr : std::malloc(size);
 }

@@ -268,7 +268,7 @@ TEST(ThemeTool, TellsAllMistakesAtOnce) {
     EXPECT_EQ(told.size(), expected.size()) << packed.output;
     for (const auto &[where, what] : expected)
         EXPECT_EQ(std::ranges::count_if(told,
-                                        [&](const std::string &line) {
+                                        [&, &where = where, &what = what](const std::string &line) {
                                             return line.starts_with(where) &&
                                                    line.find(what) != line.npos;
                                         }),

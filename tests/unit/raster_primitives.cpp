@@ -206,8 +206,8 @@ const Primitive primitives[] = {
 class Comparison {
   public:
     Comparison(Random &random, int max_w, int max_h)
-        : random_(random), fast_(random(1, max_w), random(1, max_h), random(0, 1) ? 24 : 8,
-                                 random(0, 2) ? random(0, 9) : 0) {
+        : fast_(random(1, max_w), random(1, max_h), random(0, 1) ? 24 : 8,
+                random(0, 2) ? random(0, 9) : 0) {
         for (uint8_t &byte : fast_.memory) byte = static_cast<uint8_t>(random(0, 255));
         // Inverted colours and neighbours of the extreme levels come up often enough.
         for (int i = 0; i < fast_.scanline * fast_.height / 2; ++i)
@@ -231,7 +231,6 @@ class Comparison {
     }
 
   private:
-    Random &random_;
     TestCanvas fast_;
 };
 

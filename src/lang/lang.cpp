@@ -188,8 +188,7 @@ const char *GetLangTextR(const char *key, int *depth) {
         [&]() -> const char * {
             if (!key) return nullptr;
             int own_depth = 0;
-            if (!depth) depth = &own_depth;
-            const char *text = look_up(key, *depth);
+            const char *text = look_up(key, depth ? *depth : own_depth);
             return text ? text : key;
         },
         [&]() -> const char * { return GetLangTextS(key); });

@@ -67,8 +67,7 @@ int kv_mkdir(const char *path, mode_t mode) {
 }
 
 int kv_stat(const char *path, struct stat *st) {
-    if (!st) path = nullptr;
-    return ready_for(path) ? stat(path, st) : -1;
+    return ready_for(st ? path : nullptr) ? stat(path, st) : -1;
 }
 
 int kv_access(const char *path, int mode) {

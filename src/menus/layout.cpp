@@ -6,7 +6,6 @@
 
 #include "hw.h"
 #include "kelvane/text.h"
-#include "raster/box.h"
 #include "text/font_scope.h"
 
 namespace menus {
@@ -55,8 +54,7 @@ Columns columns_of(const std::vector<Item> &items, const Look &look) {
     return c;
 }
 
-LabelState widest_state(int kind) {
-    if (kind == ITEM_HEADER) return LabelState::title;
+LabelState unselected_state(int kind) {
     return kind == ITEM_INACTIVE ? LabelState::disabled : LabelState::plain;
 }
 
@@ -66,19 +64,46 @@ int beside_title(const Request &request, const Look &look, bool is_paged) {
     return exit + (is_paged ? least_units / 4 * look.unit : 0);
 }
 
-// Selecting the font is what takes time, so labels in the same one go together.
-int widest_label(const std::vector<Item> &items, const Look &look, const Fonts &fonts, int kind) {
-    const text::FontScope scope;
-    const ifont *selected = nullptr;
-    int64_t width = 0;
-    for (const Item &item : items) {
-        if ((item.kind == ITEM_HEADER) != (kind == ITEM_HEADER)) continue;
-        const ifont *font = label_font(look, fonts, item, widest_state(item.kind));
-        if (font != selected) SetFont(selected = font, -1);
-        const int64_t own = StringWidth(item.text.c_str());
-        width = std::max(width, item.kind == ITEM_HEADER ? own : own + own / bold_part);
+// Selecting a font takes time, so labels in the same one go together.
+class Measurer {
+  public:
+    Measurer(const Look &look, const Fonts &fonts) : look_(look), fonts_(fonts) {}
+
+    int64_t width(const Item &item, LabelState state) {
+        const ifont *font = label_font(look_, fonts_, item, state);
+        if (font != font_) SetFont(font_ = font, -1);
+        return StringWidth(item.text.c_str());
     }
-    return raster::saturated(width);
+
+  private:
+    const Look &look_;
+    const Fonts &fonts_;
+    const text::FontScope scope_;
+    const ifont *font_ = nullptr;
+};
+
+int64_t widest_title(const std::vector<Item> &items, const Look &look, const Fonts &fonts) {
+    Measurer measurer(look, fonts);
+    int64_t width = 0;
+    for (const Item &item : items)
+        if (item.kind == ITEM_HEADER)
+            width = std::max(width, measurer.width(item, LabelState::title));
+    return width;
+}
+
+// As it is when selected: wider by a part, or by what bold letters take in the widest one.
+int64_t widest_label(const std::vector<Item> &items, const Look &look, const Fonts &fonts) {
+    Measurer measurer(look, fonts);
+    int64_t width = 0;
+    const Item *widest = nullptr;
+    for (const Item &item : items) {
+        if (item.kind == ITEM_HEADER || item.kind == ITEM_SEPARATOR) continue;
+        const int64_t own = measurer.width(item, unselected_state(item.kind));
+        if (own > width) width = own, widest = &item;
+    }
+    if (!widest) return 0;
+    const int64_t bold = measurer.width(*widest, LabelState::selected);
+    return std::max(width + width / bold_part, bold + look.unit);
 }
 
 } // namespace
@@ -108,10 +133,10 @@ Layout lay_out(const Request &request, const Look &look, int room_w, int room_h)
     if (overflows && device_touchpanel() > multi_touch_above_kind) rules.flow = Flow::scrolled;
     const bool is_paged = overflows && rules.flow == Flow::pages;
     if (is_paged) l.columns.scroll_w = thumb_w + 2 * look.unit;
-    const int64_t label = int64_t{widest_label(items, look, request.fonts, ITEM_ACTIVE)} +
-                          l.columns.text_offset() + l.columns.beyond_text();
-    const int64_t title = int64_t{widest_label(items, look, request.fonts, ITEM_HEADER)} +
-                          2 * l.columns.indent + beside_title(request, look, is_paged);
+    const int64_t label = widest_label(items, look, request.fonts) + l.columns.text_offset() +
+                          l.columns.beyond_text();
+    const int64_t title = widest_title(items, look, request.fonts) + 2 * l.columns.indent +
+                          beside_title(request, look, is_paged);
     const int64_t least = int64_t{least_units} * look.unit;
     l.w = static_cast<int>(std::min<int64_t>(std::max({label, title, least}), room_w));
     l.level = build_level(std::move(items), rules, request.position);

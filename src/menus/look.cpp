@@ -52,7 +52,8 @@ LookPtr load_look(const icontext_menu_properties *properties) {
                        text::FontPtr(p.font_disabled)};
     cut_lengths(p);
     look->unit = length(GetThemeInt("unit.size", p.item_height / units_per_row), 1);
-    look->small_font.reset(OpenFont("default", 4 * look->unit, 1));
+    const int small = p.font_normal ? p.font_normal->size * 4 / 5 : 4 * look->unit;
+    look->small_font.reset(OpenFont("default", small, 1));
     look->bullet = Picture("context_menu_bullet_unselected");
     look->bullet_selected = Picture("context_menu_bullet_selected");
     look->arrow = Picture("context_menusubmenu_close");

@@ -59,9 +59,7 @@ struct Items {
 
 // Updates are left out: the runtime does nothing while the screen counts as closed.
 void open_menu(Items &items) {
-    kvstate.isopen = 1;
     menus::open({items.items.data(), 0, [](int) {}, {}, nullptr});
-    kvstate.isopen = 0;
     take_events();
 }
 

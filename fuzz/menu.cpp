@@ -96,11 +96,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const int position = bytes.next() - 1;
     Array array(bytes);
     answers = 0;
-    kvstate.isopen = 1;
     OpenMenuEx(array.items.data(), position, bytes.next() * 2, bytes.next() * 2, answer);
     play(array, bytes);
     CloseContextMenu();
-    kvstate.isopen = 0;
     if (answers > 1 || before != screen.pixels) std::abort();
     return 0;
 }

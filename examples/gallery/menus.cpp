@@ -99,9 +99,9 @@ void open_to_the_left() {
 }
 
 void open_with_icons() {
-    static ibitmap *icon = GetResource("icon_information", nullptr);
+    static ibitmap *icon = GetResource("close", nullptr);
     static imenuex items[] = {
-        {ITEM_ACTIVE, 41, "About the device", nullptr, icon, nullptr, nullptr},
+        {ITEM_ACTIVE, 41, "Close the book", nullptr, icon, nullptr, nullptr},
         {ITEM_ACTIVE, 42, "Without an icon", nullptr, nullptr, nullptr, nullptr},
         {}};
     const irect r = row_area(selected);

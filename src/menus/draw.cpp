@@ -55,12 +55,6 @@ void draw_scroll_bar(const Menu &menu) {
     FillArea(track.x, top, thumb_w, thumb_h, BLACK);
 }
 
-irect shared(const irect &a, const irect &b) {
-    const int x = std::max(a.x, b.x), y = std::max(a.y, b.y);
-    return {x, y, std::max(std::min(a.x + a.w, b.x + b.w) - x, 0),
-            std::max(std::min(a.y + a.h, b.y + b.h) - y, 0), 0};
-}
-
 // Where the rim may be drawn: away from the level below.
 irect beside_clip(const Menu &menu) {
     const irect &parent = menu.beside;
@@ -90,6 +84,12 @@ void draw_pointer(const Menu &menu) {
 }
 
 } // namespace
+
+irect shared(const irect &a, const irect &b) {
+    const int x = std::max(a.x, b.x), y = std::max(a.y, b.y);
+    return {x, y, std::max(std::min(a.x + a.w, b.x + b.w) - x, 0),
+            std::max(std::min(a.y + a.h, b.y + b.h) - y, 0), 0};
+}
 
 irect inside_of(const Menu &menu) {
     const int border = menu.look->p.border_size;

@@ -173,7 +173,7 @@ void OpenMenu3x3(const imenu *menu, const ibitmap *const pictures[9], int pos,
                  kv_menuhandler hproc) {
     using namespace menus;
     ground::guarded([&] {
-        if (!menu || menu->type == 0 || !hproc || !kvstate.isopen || grid) return;
+        if (!menu || menu->type == 0 || !hproc || !kvstate.framebuffer || grid) return;
         Grid made;
         made.hproc = hproc;
         made.look = load_look(nullptr);

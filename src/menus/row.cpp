@@ -117,11 +117,15 @@ void draw_arrow(const Brush &b) {
 void draw_item(const Brush &b) {
     const Columns &c = b.menu.layout.columns;
     const int border = b.p().border_size, start = c.indent - border;
+    const irect clip = GetClipRect();
+    const irect own = shared(clip, b.place); // icons may be higher than rows
+    SetClipRect(&own);
     draw_background(b);
     if (b.row.item.kind == ITEM_BULLET && c.bullet_w > 0) draw_picture(b, bullet_of(b), start);
     draw_picture(b, b.row.item.icon, start + c.bullet_w);
     if (b.row.item.kind == ITEM_SUBMENU) draw_arrow(b);
     draw_label(b, c.text_offset() - border, c.beyond_text() - c.scroll_w - border);
+    SetClipRect(&clip);
 }
 
 // "2 / 3" at the end of the title bar. Returns its width.

@@ -183,7 +183,7 @@ void open_items(const Item &row, Opening &o) {
 } // namespace
 
 void open(const Opening &o) {
-    if (is_empty(o.menu) || !o.hproc || !kvstate.isopen) return;
+    if (is_empty(o.menu) || !o.hproc || !kvstate.framebuffer) return;
     if (level_count() < most_levels) open_level(o);
 }
 
@@ -291,7 +291,7 @@ void GetMenuRectEx(irect *result, imenuex *menu) {
     if (!result) return;
     *result = {};
     ground::guarded([&] {
-        if (is_empty(menu) || !kvstate.isopen) return;
+        if (is_empty(menu) || !kvstate.framebuffer) return;
         Menu measured = make_menu({menu, -1, nullptr, {}, nullptr});
         measure(measured);
         result->w = measured.rect.w;

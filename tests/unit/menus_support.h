@@ -22,7 +22,7 @@ inline void answer(int index) {
 }
 
 inline void write_right_to_left() {
-    write_file("system/language/xx.txt", "%RTL\n@word=word\n");
+    write_file("system/language/xx.txt", "Language\n%RTL\n");
     LoadLanguage("xx");
 }
 inline void write_left_to_right() {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How the open theme looks: windows, selections, borders and boxes, a page each, below the
+// How the open theme looks: windows, selections, borders, boxes and menus, a page each, below the
 // application's caption and above the pager.
 //
-// PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends. On the page of boxes
-// OK opens one after the other.
+// PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends. On the pages of
+// boxes and menus OK opens one after the other.
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -235,6 +235,77 @@ void open_next_box() {
     boxes[box]();
 }
 
+void nothing_chosen(int) {}
+
+imenu sizes[] = {{ITEM_BULLET, 1, "Small", nullptr},
+                 {ITEM_BULLET, 2, "Medium", nullptr},
+                 {ITEM_BULLET, 3, "Large", nullptr},
+                 {ITEM_BULLET, 4, "Very large", nullptr},
+                 {}};
+imenu book_menu[] = {
+    {ITEM_HEADER, 0, "Moby-Dick", nullptr},       {ITEM_ACTIVE, 1, "Contents", nullptr},
+    {ITEM_ACTIVE, 2, "Bookmarks", nullptr},       {ITEM_INACTIVE, 3, "Notes", nullptr},
+    {ITEM_SEPARATOR, 0, nullptr, nullptr},        {ITEM_SUBMENU, 0, "Text size", sizes},
+    {ITEM_ACTIVE, 4, "Turn the screen", nullptr}, {}};
+imenu arabic_sizes[] = {{ITEM_BULLET, 1, "صغير", nullptr}, {ITEM_BULLET, 2, "كبير", nullptr}, {}};
+imenu arabic_menu[] = {{ITEM_HEADER, 0, "الكتاب", nullptr},
+                       {ITEM_ACTIVE, 1, "المحتويات", nullptr},
+                       {ITEM_INACTIVE, 2, "الملاحظات", nullptr},
+                       {ITEM_SUBMENU, 0, "حجم النص", arabic_sizes},
+                       {}};
+
+void open_menu() {
+    OpenMenu(book_menu, 5, margin(), GetCaptionHeight() + 2 * unit(), nothing_chosen);
+}
+
+// Beside a word of the text.
+void open_context_menu() {
+    static imenu items[] = {{ITEM_ACTIVE, 1, "Look it up", nullptr},
+                            {ITEM_ACTIVE, 2, "Translate", nullptr},
+                            {ITEM_ACTIVE, 3, "Copy", nullptr},
+                            {}};
+    icontext_menu *context = CreateContextMenu("word");
+    if (!context) return;
+    context->menu = items;
+    context->hproc = nothing_chosen;
+    context->pos_selected_item =
+        iRect(ScreenWidth() / 2, ScreenHeight() / 4, 14 * unit(), 6 * unit(), 0);
+    context->active_element = 0;
+    context->enable_aura = 1;
+    OpenContextMenu(context);
+}
+
+void open_grid() {
+    static const char *names[] = {"icon_information", "icon_question", "icon_warning"};
+    static ibitmap *icons[std::size(names)];
+    static const ibitmap *pictures[9];
+    static const imenu cells[] = {
+        {ITEM_ACTIVE, 1, "Library", nullptr},  {ITEM_ACTIVE, 2, "Search in all books", nullptr},
+        {ITEM_ACTIVE, 3, "Notes", nullptr},    {ITEM_ACTIVE, 4, "Dictionary", nullptr},
+        {ITEM_ACTIVE, 5, "Pictures", nullptr}, {ITEM_INACTIVE, 6, "Network", nullptr},
+        {ITEM_ACTIVE, 7, "Settings", nullptr}, {ITEM_ACTIVE, 8, "Help", nullptr},
+        {ITEM_ACTIVE, 9, "Off", nullptr},      {}};
+    for (size_t i = 0; i < std::size(names); i++)
+        if (!icons[i]) icons[i] = GetResource(names[i], nullptr);
+    for (size_t i = 0; i < std::size(pictures); i++) pictures[i] = icons[i % std::size(names)];
+    OpenMenu3x3(cells, pictures, 1, nothing_chosen);
+}
+
+void open_arabic_menu() {
+    LoadLanguage("ar");
+    OpenMenu(arabic_menu, 3, ScreenWidth(), GetCaptionHeight() + 2 * unit(),
+             [](int) { LoadLanguage(ReadString(GetGlobalConfig(), "language", "en")); });
+}
+
+constexpr void (*menus[])() = {open_menu, open_context_menu, open_grid, open_arabic_menu};
+int next_menu = 0;
+
+void open_next_menu() {
+    const int menu = next_menu;
+    next_menu = (menu + 1) % int(std::size(menus));
+    menus[menu]();
+}
+
 struct Page {
     const char *title;
     void (*draw)(const irect &area);
@@ -243,7 +314,8 @@ struct Page {
 constexpr Page pages[] = {{"Windows", draw_windows, nullptr},
                           {"Selections", draw_selections, nullptr},
                           {"Borders", draw_borders, nullptr},
-                          {"Boxes", draw_reading, open_next_box}};
+                          {"Boxes", draw_reading, open_next_box},
+                          {"Menus", draw_reading, open_next_menu}};
 
 int ok_pressed(const Page &page) {
     if (!page.ok) return 0;

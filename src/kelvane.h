@@ -35,6 +35,7 @@
 #include "kelvane/frames.h"
 #include "kelvane/hash.h"
 #include "kelvane/languages.h"
+#include "kelvane/menus.h"
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"
 #include "kelvane/text.h"

@@ -19,6 +19,7 @@
 #include "lang/translations.h"
 #include "lifecycle/hooks.h"
 #include "lifecycle/lifecycle.h"
+#include "menus/stack.h"
 #include "pager/pager.h"
 #include "runtime/handlers.h"
 #include "runtime/input.h"
@@ -154,6 +155,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    menus::reset();
     dialogs::reset();
     keylock::reset();
     pager::reset();

@@ -51,6 +51,14 @@ bool queue_has_plain_run() {
     return kvstate.evtstart < kvstate.evtend;
 }
 
+int queue_count(kv_handler h) {
+    const std::lock_guard lock(message_mutex);
+    int count = 0;
+    for (int slot = kvstate.evtstart; slot != kvstate.evtend; slot = next_slot(slot))
+        if (kvstate.events[slot].hproc == h) ++count;
+    return count;
+}
+
 bool queue_take(ievent &entry) {
     const std::lock_guard lock(message_mutex);
     if (kvstate.evtstart == kvstate.evtend) return false;

@@ -11,6 +11,8 @@ void queue_close();
 bool queue_is_empty();
 // True while the ring holds entries that have not wrapped around its end.
 bool queue_has_plain_run();
+// How many entries wait for a handler.
+int queue_count(kv_handler h);
 // Moves the oldest entry to `entry`; false when there is none.
 bool queue_take(ievent &entry);
 // Clears kvstate while no other thread is adding an event.

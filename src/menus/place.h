@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Where menus go on the screen.
+#pragma once
+
+#include "kelvane/menus.h"
+
+namespace menus {
+
+enum class PlacedBy {
+    corner,  // its own top left
+    submenu, // the row of a plain menu that opens it
+    item     // what a context menu belongs to
+};
+
+struct Anchor {
+    PlacedBy by = PlacedBy::corner;
+    int x = 0, y = 0; // of the corner
+    irect item{};     // the row, as wide as its menu, or the item
+    int side = MENU_SIDE_AUTO;
+    int overlap = 0; // of a submenu and its parent; of a context menu less than 0: the gap
+};
+
+// What menus may cover: the screen without caption, panel and margins.
+irect menu_area();
+
+// The rectangle of a menu. As much of it as fits is inside the area; `flags` is the side that was
+// taken.
+irect place(const Anchor &anchor, int w, int h, const irect &area);
+
+} // namespace menus

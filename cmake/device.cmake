@@ -10,5 +10,5 @@ configure_file(tools/kelvane-device.in installed/kelvane-device @ONLY)
 
 install(PROGRAMS ${PROJECT_BINARY_DIR}/installed/kelvane-device
   DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(DIRECTORY data/language data/keyboard DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane)
+install(DIRECTORY data/config data/language data/keyboard DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane)
 install(FILES man/kelvane-device.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

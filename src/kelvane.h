@@ -27,6 +27,7 @@
 #define KELVANE_H
 
 #include "kelvane/bitmaps.h"
+#include "kelvane/bookinfo.h"
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
 #include "kelvane/dialogs.h"

@@ -9,7 +9,7 @@
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
 #include "text/font_scope.h"
-#include "text/letter_case.h"
+#include "ground/letter_case.h"
 #include "theme/parameters.h"
 
 namespace {
@@ -60,7 +60,7 @@ void DrawApplicationCaption(const char *title, const irect *rect) {
         DrawLine(0, p.height - 1, ScreenWidth() - 1, p.height - 1, BLACK);
         if (!title) return;
         const irect place = rect ? *rect : title_place(p);
-        const std::string text = p.uppercase != 0 ? text::upper_case(title) : title;
+        const std::string text = p.uppercase != 0 ? ground::upper_case(title) : title;
         const text::FontScope font(p.font);
         DrawTextRect2(&place, text.c_str());
     });

@@ -12,7 +12,7 @@
 #include "kelvane/updates.h"
 #include "raster/box.h"
 #include "text/font_scope.h"
-#include "text/letter_case.h"
+#include "ground/letter_case.h"
 #include "theme/parameters.h"
 
 namespace {
@@ -161,7 +161,7 @@ void draw_title_text(const Box &box, const char *title) {
     const text::FontScope font(ui.header_font.get());
     const bool low = ui.title_style == theme::TitleStyle::low;
     const bool capitals = low && GetThemeInt("popup.dialog.caption.to.upper", 0) == 1;
-    const std::string text = capitals ? text::upper_case(title) : title;
+    const std::string text = capitals ? ground::upper_case(title) : title;
     const irect r = to_rect({box.x, box.y, box.w, low ? box.h - 10 : box.h});
     DrawTextRect(r.x, r.y, r.w, r.h, text.c_str(),
                  ALIGN_LEFT | (low ? VALIGN_BOTTOM : VALIGN_MIDDLE));

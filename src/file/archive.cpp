@@ -110,6 +110,10 @@ bool Archive::add_current() {
     return true;
 }
 
+bool Archive::contains(std::string_view name) const {
+    return index_.contains(ground::folded(name));
+}
+
 bool Archive::go_to(std::string_view name) {
     const auto found = index_.find(ground::folded(name));
     if (found == index_.end()) return false;

@@ -37,6 +37,7 @@ class Archive {
 
     // In the order of the archive.
     const std::vector<Member> &members() const { return members_; }
+    bool contains(std::string_view name) const;
     // A member's bytes; nothing when it is missing, larger than `limit`, or not what its entry
     // promises.
     std::optional<MemberBytes> read(std::string_view name, std::size_t limit);

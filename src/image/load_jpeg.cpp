@@ -14,6 +14,7 @@
 #include "ground/guard.h"
 #include "ground/log.h"
 #include "image/available_memory.h"
+#include "image/from_memory.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
 #include "image/stream.h"
@@ -34,7 +35,8 @@ class JpegDecoder {
     ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
 
     // Each is false when the file is damaged or not supported.
-    bool read_header(std::FILE *f);
+    template <class SetSource>
+    bool read_header(SetSource set_source);
     bool start(unsigned denominator);
     bool read_rows(Pipeline &pipeline);
 
@@ -91,12 +93,13 @@ void JpegDecoder::limit_scans(j_common_ptr info) {
         fail(info);
 }
 
-bool JpegDecoder::read_header(std::FILE *f) {
+template <class SetSource>
+bool JpegDecoder::read_header(SetSource set_source) {
     if (setjmp(failure_) != 0) return false;
     jpeg_create_decompress(&info_);
     info_.mem->max_memory_to_use = max_codec_bytes();
     info_.progress = &progress_;
-    jpeg_stdio_src(&info_, f);
+    set_source(&info_);
     jpeg_read_header(&info_, TRUE);
     return true;
 }
@@ -145,29 +148,46 @@ bool fits_memory(const JpegDecoder &decoder) {
     return false;
 }
 
-raster::BitmapPtr damaged() {
-    kv_warn(function, "error loading image\n");
+enum class Faults { told, passed_over };
+
+raster::BitmapPtr damaged(Faults faults) {
+    if (faults == Faults::told) kv_warn(function, "error loading image\n");
     return nullptr;
 }
 
-raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish) {
-    const Stream file = open_picture(function, path);
-    if (!file) return nullptr;
+template <class SetSource>
+raster::BitmapPtr decode(SetSource set_source, Size wanted, Scaling scaling, const Finish &finish,
+                         Faults faults) {
     JpegDecoder decoder;
-    if (!decoder.read_header(file.get())) return damaged();
+    if (!decoder.read_header(set_source)) return damaged(faults);
     const Size size = decoder.size();
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]image width, height: %d, %d \n", getpid(), size.width,
                   size.height);
     if (!fits_memory(decoder)) return nullptr;
     if (!is_reasonable(size)) throw std::bad_alloc();
     wanted = resolved(wanted, size);
-    if (!decoder.start(denominator(size, wanted, scaling))) return damaged();
+    if (!decoder.start(denominator(size, wanted, scaling))) return damaged(faults);
     Pipeline pipeline(decoder.decoded_size(), wanted, scaling, finish);
-    if (!decoder.read_rows(pipeline)) return damaged();
+    if (!decoder.read_rows(pipeline)) return damaged(faults);
     return pipeline.finish();
 }
 
+raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish) {
+    const Stream file = open_picture(function, path);
+    if (!file) return nullptr;
+    return decode([&](j_decompress_ptr info) { jpeg_stdio_src(info, file.get()); }, wanted, scaling,
+                  finish, Faults::told);
+}
+
 } // namespace
+
+raster::BitmapPtr image::load_jpeg(std::span<const uint8_t> bytes, Size wanted) {
+    constexpr int unchanged = 100;
+    return decode([&](j_decompress_ptr info) { jpeg_mem_src(info, bytes.data(), bytes.size()); },
+                  wanted, Scaling::proportional,
+                  {brightness_curve(unchanged, unchanged), no_frame, dithering_levels()},
+                  Faults::passed_over);
+}
 
 ibitmap *LoadJPEG(const char *path, int width, int height, int br, int co, int proportional) {
     return ground::guarded_or(

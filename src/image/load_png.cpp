@@ -12,6 +12,7 @@
 
 #include "ground/guard.h"
 #include "ground/log.h"
+#include "image/from_memory.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
 #include "image/stream.h"
@@ -189,8 +190,9 @@ bool PngDecoder::read_rows(Pipeline &pipeline, uint8_t *raw) {
     return true;
 }
 
+// Without a path nobody is told.
 raster::BitmapPtr refused(const char *format, const char *path) {
-    kv_warn(function, format, path);
+    if (path) kv_warn(function, format, path);
     return nullptr;
 }
 
@@ -199,7 +201,14 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
     if (!file) return nullptr;
     const auto bytes = file::read_whole(file.get(), max_file_bytes);
     if (!bytes) return refused("error laoding %s\n", path);
-    PngDecoder decoder(bytes->raw());
+    return load_png(bytes->raw(), path, wanted, scaling);
+}
+
+} // namespace
+
+raster::BitmapPtr image::load_png(std::span<const uint8_t> bytes, const char *path, Size wanted,
+                                  Scaling scaling) {
+    PngDecoder decoder(bytes);
     if (!decoder.read_header()) return refused("error reading file info %s\n", path);
     if (decoder.is_interlaced()) return refused("number_passes>1 - error\n", path);
     const Size size = decoder.size();
@@ -212,8 +221,6 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
     if (!decoder.read_rows(pipeline, raw.data())) return refused("error laoding %s\n", path);
     return pipeline.finish();
 }
-
-} // namespace
 
 ibitmap *LoadPNG(const char *path, int dither) {
     return LoadPNGStretch(path, -1, -1, 0, dither);

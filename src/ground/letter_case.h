@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Capitals of all scripts, for drawing; names that are compared need ground/fold.h.
+// Capitals of all scripts, for what is shown; names that are compared need ground/fold.h.
 #pragma once
 
 #include <string>
 
-namespace text {
+namespace ground {
 
 // UTF-8 text in capitals, whatever the process's locale. Bytes that are not UTF-8 stay.
 std::string upper_case(const char *utf8);
 
-} // namespace text
+} // namespace ground

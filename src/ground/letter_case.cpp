@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Upper case by the table of letters of the C library, whatever the locale of the process.
-#include "text/letter_case.h"
+#include "ground/letter_case.h"
 
 #include <clocale>
 #include <cstring>
@@ -8,7 +8,7 @@
 #include <cwctype>
 #include <locale.h>
 
-namespace text {
+namespace ground {
 namespace {
 
 // The C library's own table of letters. Where there is none, ASCII alone has capitals.
@@ -51,4 +51,4 @@ std::string upper_case(const char *utf8) {
     return out;
 }
 
-} // namespace text
+} // namespace ground

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+// Converts with iconv, and tells well-formed UTF-8 from the rest.
+#include "bookinfo/encoding.h"
+
+#include <array>
+#include <cerrno>
+#include <iconv.h>
+
+#include "ground/fold.h"
+
+namespace book {
+namespace {
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
+constexpr bool is_continuation(unsigned char c) {
+    return (c & 0xC0) == 0x80;
+}
+
+// The length that a first byte tells, and the range of the second byte.
+struct Form {
+    size_t length;
+    unsigned char low, high;
+};
+
+constexpr Form form_of(unsigned char first) {
+    if (first < 0x80) return {1, 0, 0};
+    if (first < 0xC2 || first > 0xF4) return {0, 0, 0};
+    if (first < 0xE0) return {2, 0x80, 0xBF};
+    if (first < 0xF0)
+        return {3, static_cast<unsigned char>(first == 0xE0 ? 0xA0 : 0x80),
+                static_cast<unsigned char>(first == 0xED ? 0x9F : 0xBF)};
+    return {4, static_cast<unsigned char>(first == 0xF0 ? 0x90 : 0x80),
+            static_cast<unsigned char>(first == 0xF4 ? 0x8F : 0xBF)};
+}
+
+struct Character {
+    size_t size;
+    bool is_valid;
+};
+
+Character next_character(std::string_view text) {
+    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+    const Form form = form_of(byte(0));
+    if (form.length == 0) return {1, false};
+    for (size_t i = 1; i < form.length; ++i) {
+        if (i == text.size() || !is_continuation(byte(i))) return {i, false};
+        if (i == 1 && (byte(1) < form.low || byte(1) > form.high)) return {1, false};
+    }
+    return {form.length, true};
+}
+
+std::string mended(std::string_view text) {
+    if (is_utf8(text)) return std::string(text);
+    std::string out;
+    while (!text.empty()) {
+        const Character c = next_character(text);
+        out += c.is_valid ? text.substr(0, c.size) : replacement;
+        text.remove_prefix(c.size);
+    }
+    return out;
+}
+
+// From an encoding to UTF-8; null when nobody knows it.
+Iconv open_iconv(const char *encoding) {
+    const iconv_t handle = iconv_open("UTF-8", encoding);
+    return Iconv(handle != reinterpret_cast<iconv_t>(-1) ? handle : nullptr);
+}
+
+std::string converted(iconv_t handle, std::string_view text) {
+    std::string out, copy(text); // iconv() does not promise to leave it
+    char *in = copy.data();
+    size_t left = copy.size();
+    const auto step = [&](char **from) {
+        std::array<char, 512> buffer;
+        char *to = buffer.data();
+        size_t room = buffer.size();
+        const bool failed = iconv(handle, from, &left, &to, &room) == static_cast<size_t>(-1);
+        const int error = failed ? errno : 0;
+        out.append(buffer.data(), to);
+        return error;
+    };
+    iconv(handle, nullptr, nullptr, nullptr, nullptr);
+    while (left > 0) {
+        const int error = step(&in);
+        if (error != EILSEQ && error != EINVAL) continue;
+        out += replacement;
+        ++in, --left;
+    }
+    step(nullptr);
+    return out;
+}
+
+} // namespace
+
+bool is_utf8(std::string_view text) {
+    while (!text.empty()) {
+        const Character c = next_character(text);
+        if (!c.is_valid) return false;
+        text.remove_prefix(c.size);
+    }
+    return true;
+}
+
+size_t first_character(std::string_view text) {
+    return text.empty() ? 0 : next_character(text).size;
+}
+
+std::string utf8_of(unsigned long c) {
+    const auto byte = [](unsigned long value) { return static_cast<char>(value); };
+    const auto rest = [&](int shift) { return byte(0x80 | (c >> shift & 0x3F)); };
+    if (c == 0 || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) return {};
+    if (c < 0x80) return {byte(c)};
+    if (c < 0x800) return {byte(0xC0 | c >> 6), rest(0)};
+    if (c < 0x10000) return {byte(0xE0 | c >> 12), rest(6), rest(0)};
+    return {byte(0xF0 | c >> 18), rest(12), rest(6), rest(0)};
+}
+
+void IconvCloser::operator()(void *handle) const {
+    iconv_close(handle);
+}
+
+Converter::Converter(const std::string &encoding) {
+    if (encoding.empty()) return;
+    is_declared_ =
+        ground::equal_folded(encoding, "utf-8") || ground::equal_folded(encoding, "utf8");
+    if (is_declared_) return;
+    handle_ = open_iconv(encoding.c_str());
+    // Tags were found byte by byte: where letters are other bytes, the declaration is wrong.
+    constexpr std::string_view letters = "<a>";
+    is_declared_ = handle_ && converted(handle_.get(), letters) == letters;
+    if (!is_declared_) handle_.reset();
+}
+
+std::string Converter::operator()(std::string_view text) const {
+    return handle_ ? mended(converted(handle_.get(), text)) : mended(text);
+}
+
+std::string without_mark(std::string text, std::string &encoding) {
+    const std::string_view start = text;
+    const char *utf16 = start.starts_with("\xFF\xFE")   ? "UTF-16LE"
+                        : start.starts_with("\xFE\xFF") ? "UTF-16BE"
+                                                        : nullptr;
+    if (utf16) {
+        encoding = "UTF-8";
+        const Iconv handle = open_iconv(utf16);
+        return handle ? mended(converted(handle.get(), start.substr(2))) : std::string();
+    }
+    if (!start.starts_with("\xEF\xBB\xBF")) return text;
+    encoding = "UTF-8";
+    return text.substr(3);
+}
+
+} // namespace book

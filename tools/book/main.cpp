@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+// kelvane-book: prints what the library says of files.
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+#include <kelvane/bookinfo.h>
+#include <kelvane/pictures.h>
+
+#include "report.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int usage_error = 2;
+
+constexpr const char *usage =
+    "kelvane-book [--json] FILE...          prints what the files say of themselves\n"
+    "kelvane-book [--json] -r FOLDER...     the same of all books below folders\n"
+    "kelvane-book --cover OUT.png FILE      saves the cover of a book\n"
+    "kelvane-book --help | --version\n";
+
+struct Options {
+    std::vector<std::string> paths;
+    std::optional<std::string> cover;
+    report::Style style = report::Style::table;
+    bool is_recursive = false;
+};
+
+std::optional<Options> parse(const std::vector<std::string> &words) {
+    Options o;
+    for (size_t i = 0; i < words.size(); ++i) {
+        const std::string &word = words[i];
+        if (word == "--json")
+            o.style = report::Style::json;
+        else if (word == "-r")
+            o.is_recursive = true;
+        else if (word == "--cover" && i + 1 < words.size())
+            o.cover = words[++i];
+        else if (word == "--")
+            return o.paths.insert(o.paths.end(), words.begin() + static_cast<long>(i) + 1,
+                                  words.end()),
+                   o;
+        else if (word.starts_with('-'))
+            return std::nullopt;
+        else
+            o.paths.push_back(word);
+    }
+    const bool fits = !o.cover || (o.paths.size() == 1 && !o.is_recursive);
+    return fits && !o.paths.empty() ? std::optional(o) : std::nullopt;
+}
+
+// Outside of a device folder the table of file types is the one that comes with the library: it is
+// read from a folder that has it as its "system".
+void lend_table() {
+    std::error_code error;
+    if (fs::exists("system/config/extensions.cfg", error)) return;
+    const fs::path data = fs::read_symlink("/proc/self/exe", error).parent_path() / KELVANE_DATA;
+    const fs::path here = fs::current_path(error);
+    std::string lent = (fs::temp_directory_path(error) / "kelvane-book-XXXXXX").string();
+    if (error || !mkdtemp(lent.data())) return;
+    fs::create_directory_symlink(data, fs::path(lent) / "system", error);
+    fs::current_path(lent, error);
+    GetSupportedFileTypes();
+    fs::current_path(here, error);
+    fs::remove_all(lent, error);
+}
+
+bool is_book(const fs::path &path) {
+    const kv_filetype *type = FileType(path.c_str());
+    return type && type->type != BOOK_TYPE_NO;
+}
+
+// The books below a folder, in the order of their names. What cannot be read is passed over.
+std::vector<std::string> books_below(const std::string &folder) {
+    std::vector<std::string> found;
+    std::error_code error;
+    fs::recursive_directory_iterator at(folder, fs::directory_options::skip_permission_denied,
+                                        error);
+    for (; !error && at != fs::recursive_directory_iterator(); at.increment(error))
+        if (is_book(at->path())) found.push_back(at->path().string());
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+// A line that is written over, for people who wait.
+void show_progress(size_t done, size_t all) {
+    static const bool is_watched = isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
+    if (is_watched && (done % 64 == 0 || done == all))
+        std::fprintf(stderr, "\r%zu of %zu%s", done, all, done == all ? "\n" : "");
+}
+
+int save_cover(const std::string &path, const std::string &to) {
+    ibitmap *cover = GetBookCover(path.c_str(), -1, -1);
+    const bool is_saved = cover && SavePNG(to.c_str(), cover) == 1;
+    if (!cover)
+        std::fprintf(stderr, "kelvane-book: %s has no cover that can be read\n", path.c_str());
+    else if (!is_saved)
+        std::fprintf(stderr, "kelvane-book: cannot write %s\n", to.c_str());
+    std::free(cover);
+    return is_saved ? 0 : 1;
+}
+
+int print_all(const Options &o) {
+    int status = 0;
+    std::vector<std::string> files;
+    for (const std::string &path : o.paths) {
+        std::error_code error;
+        if (!fs::exists(path, error)) {
+            std::fprintf(stderr, "kelvane-book: there is no %s\n", path.c_str());
+            status = 1;
+        } else if (o.is_recursive && fs::is_directory(path, error)) {
+            const auto found = books_below(path);
+            files.insert(files.end(), found.begin(), found.end());
+        } else {
+            files.push_back(path);
+        }
+    }
+    report::Printer print(o.style);
+    for (size_t i = 0; i < files.size(); ++i) {
+        if (const bookinfo *book = GetBookInfo(files[i].c_str())) print(*book);
+        if (o.is_recursive) show_progress(i + 1, files.size());
+    }
+    return status;
+}
+
+} // namespace
+
+int main(int count, char **arguments) {
+    const std::vector<std::string> words(arguments + 1, arguments + count);
+    if (words == std::vector<std::string>{"--help"}) return std::fputs(usage, stdout) < 0;
+    if (words == std::vector<std::string>{"--version"})
+        return std::puts("kelvane-book " KELVANE_VERSION) < 0;
+    const auto options = parse(words);
+    if (!options) {
+        std::fputs(usage, stderr);
+        return usage_error;
+    }
+    lend_table();
+    return options->cover ? save_cover(options->paths[0], *options->cover) : print_all(*options);
+}

@@ -13,25 +13,38 @@ inline int ignore(int, int, int) {
     return 0;
 }
 
+inline bool open_device(kv_handler handler) {
+    if (!OpenScreenExt()) return false;
+    hw::set_horizon(hw::device()->clock_us());
+    PrepareForLoop(handler);
+    headless::detail::settle();
+    return true;
+}
+inline void close_device() {
+    ClearOnExit();
+    hw::set_horizon(hw::no_horizon);
+}
+
+// A working directory with the fonts of a device, which will be headless.
+struct Folder {
+    TempDir dir;
+    Folder() {
+        fonts::link_all();
+        setenv("KELVANE_DEVICE", "headless", 1);
+    }
+};
+
 class Device {
   public:
     Device() {
-        fonts::link_all();
-        setenv("KELVANE_DEVICE", "headless", 1);
-        if (!OpenScreenExt()) std::abort();
-        hw::set_horizon(hw::device()->clock_us());
-        PrepareForLoop(ignore);
-        headless::detail::settle();
+        if (!open_device(ignore)) std::abort();
     }
-    ~Device() {
-        ClearOnExit();
-        hw::set_horizon(hw::no_horizon);
-    }
+    ~Device() { close_device(); }
     Device(const Device &) = delete;
     Device &operator=(const Device &) = delete;
 
   private:
-    TempDir dir_;
+    Folder folder_;
 };
 
 } // namespace failures

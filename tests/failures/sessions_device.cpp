@@ -39,9 +39,8 @@ class Boxes : public Session {
 
   private:
     static uint64_t draw() {
-        while (GetDialogShow() > 0) CloseDialog();
-        FlushEvents();
         answers = 0;
+        if (!open_device(ignore)) return 0;
         ClearScreen();
         frame_init(0, 0, ScreenWidth(), ScreenHeight(), 0);
         DrawFrame(0, 0, ScreenWidth(), ScreenHeight(), nullptr, "Title", 0, nullptr);
@@ -57,10 +56,12 @@ class Boxes : public Session {
         UpdateProgressbar("Still", 60);
         seen = seen * 31 + picture();
         CloseProgressbar();
-        return seen * 31 + picture() + static_cast<uint64_t>(GetDialogShow());
+        seen = seen * 31 + picture() + static_cast<uint64_t>(GetDialogShow());
+        close_device();
+        return seen;
     }
 
-    Device device_;
+    Folder folder_;
     uint64_t expected_;
 };
 
@@ -77,7 +78,6 @@ void tick(void *) {
 class Life : public Session {
   public:
     Life() {
-        fonts::link_all();
         write_file("system/config/global.cfg", "language=de\ntheme=t\n");
         write_file("system/config/device.cfg",
                    "model=Test\npartner=p\nhwconfig=0x10111201003043\n");
@@ -86,7 +86,6 @@ class Life : public Session {
         write_file("keys.script", "wait 50\npress NEXT\nwait 50\ntap 10 10\nwait 99999\n");
         for (const char *file : {"system/config/global.cfg", "system/config/device.cfg"})
             keep(file);
-        setenv("KELVANE_DEVICE", "headless", 1);
         setenv("KELVANE_SCRIPT", "keys.script", 1);
         setenv("KELVANE_TRACE", "trace.jsonl", 1);
         setenv("KELVANE_RECORD", "recorded.script", 1);
@@ -98,9 +97,7 @@ class Life : public Session {
 
     bool run() override {
         shown = ticks = 0;
-        if (!OpenScreenExt()) return ClearOnExit(), false;
-        hw::set_horizon(hw::device()->clock_us());
-        PrepareForLoop(show);
+        if (!open_device(show)) return false;
         SetHardTimer("tick", tick, 100);
         headless::advance(500);
         PartialUpdate(1, 2, 30, 40);
@@ -114,13 +111,12 @@ class Life : public Session {
         SetOrientation(0);
         OpenProgressbar(0, "Title", "Working", 10, nullptr);
         const int boxes = GetDialogShow();
-        ClearOnExit();
-        hw::set_horizon(hw::no_horizon);
+        close_device();
         return is_read && is_set && boxes == 1 && shown == 1 && ticks == 1;
     }
 
   private:
-    TempDir dir_;
+    Folder folder_;
 };
 
 constexpr Area areas_here[] = {{"Boxes", make<Boxes>}, {"Life", make<Life>}};

@@ -64,7 +64,9 @@ class Bitmaps : public Session {
     Bitmaps() {
         SaveBitmap("b.bmp", bm_.get()), keep("b.bmp");
         write_zip("b.zip", {{"b.bmp", read_file("b.bmp")}});
+        zip_ = unzOpen("b.zip");
     }
+    ~Bitmaps() override { unzClose(zip_); }
 
     bool run() override {
         ClearScreen();
@@ -80,20 +82,14 @@ class Bitmaps : public Session {
         DitherArea(0, 0, 200, 200, 4, 1);
         QuickFloyd16Dither(0, 0, 200, 200);
         const bool saved = SaveBitmap("b.bmp", bm_.get()) == 1;
-        BitmapPtr loaded(LoadBitmap("b.bmp")), member(load_member());
+        BitmapPtr loaded(LoadBitmap("b.bmp")), member(zLoadBitmap(zip_, "B.BMP"));
         return saved && copy && screen && turned && loaded && member;
     }
 
   private:
-    static BitmapPtr load_member() {
-        const unzFile zip = unzOpen("b.zip");
-        BitmapPtr bm(zLoadBitmap(zip, "B.BMP"));
-        if (zip) unzClose(zip);
-        return bm;
-    }
-
     Device device_;
     BitmapPtr bm_ = shades(40, 30);
+    unzFile zip_;
 };
 
 constexpr Area areas_here[] = {{"Pictures", make<Pictures>},

@@ -484,10 +484,11 @@ KELVANE_API void hw_set_frontlight_value(int percent);
 /**
  * Reads the beginning of a file.
  * @param buffer receives at most @p size - 1 bytes and a NUL; untouched on failure
- * @return bytes read; -1 when the file cannot be read or an argument is null or @p size below 1
+ * @return bytes read; -1 when it is no plain file or cannot be read, an argument is null or @p size
+ *         below 1
  */
 KELVANE_API int hw_read_file(const char *path, char *buffer, int size);
-/** Replaces a file's content by @p text. @return 1; 0 on failure or for a null argument */
+/** Replaces a plain file's content by @p text. @return 1; 0 on failure or for a null argument */
 KELVANE_API int hw_write_file(const char *path, const char *text);
 /** @} */
 

@@ -50,5 +50,6 @@ char *ReadSecret(iconfig *c, const char *name, const char *deflt) {
     const size_t length = std::strlen(value);
     if (length >= enciphered_size) return const_cast<char *>(value);
     const Message secret(value, length, REQUEST_DECIPHER);
-    return secret.answered ? strdup(secret.text) : const_cast<char *>(deflt);
+    char *copy = secret.answered ? strdup(secret.text) : nullptr;
+    return copy ? copy : const_cast<char *>(deflt);
 }

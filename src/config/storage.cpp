@@ -17,10 +17,19 @@ namespace {
 
 // The system copies so much of a write at a time; a kill may fall in between.
 constexpr size_t atomic_write = 4096;
+// A file that is replaced as often while it is opened is taken as it is.
+constexpr int most_replacements = 100;
 
 void lock(std::FILE *f, int how) {
     while (flock(fileno(f), how) != 0 && errno == EINTR) {
     }
+}
+
+// Whether another file has the path by now.
+bool was_replaced(std::FILE *f, const char *path) {
+    struct stat is, named;
+    return fstat(fileno(f), &is) == 0 && kv_stat(path, &named) == 0 &&
+           (is.st_dev != named.st_dev || is.st_ino != named.st_ino);
 }
 
 bool write_at(std::FILE *f, size_t offset, std::string_view bytes) {
@@ -102,12 +111,16 @@ void UnlockingCloser::operator()(std::FILE *f) const {
     kv_fclose_no_sync(f);
 }
 
+// Another file that took its place while the lock was waited for holds what counts.
 LockedStream open_locked(const char *path, Access how) {
-    file::Stream f = file::open_plain(path, how);
-    if (!f) return nullptr;
-    std::setvbuf(f.get(), nullptr, _IONBF, 0); // each write is one system call
-    lock(f.get(), how == Access::read ? LOCK_SH : LOCK_EX);
-    return LockedStream(f.release());
+    for (int tries = 0;; ++tries) {
+        file::Stream f = file::open_plain(path, how);
+        if (!f) return nullptr;
+        std::setvbuf(f.get(), nullptr, _IONBF, 0); // each write is one system call
+        lock(f.get(), how == Access::read ? LOCK_SH : LOCK_EX);
+        LockedStream locked(f.release());
+        if (tries == most_replacements || !was_replaced(locked.get(), path)) return locked;
+    }
 }
 
 LockedStream open_or_create(const char *path) {

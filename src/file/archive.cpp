@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "ground/fold.h"
-#include "kelvane/files.h"
 
 namespace file {
 namespace {
@@ -70,19 +69,29 @@ std::optional<MemberBytes> read_whole_current(unzFile zip, size_t limit) {
     return size && *size <= limit ? read_current(zip, *size) : std::nullopt;
 }
 
+// How minizip reads a stream that stays ours: it forgets to close its own when memory is short.
+zlib_filefunc64_def calls_on(std::FILE *file) {
+    zlib_filefunc64_def calls;
+    fill_fopen64_filefunc(&calls);
+    calls.opaque = file;
+    calls.zopen64_file = [](void *stream, const void *, int) { return stream; };
+    calls.zclose_file = [](void *, void *) { return 0; };
+    return calls;
+}
+
 } // namespace
 
 void Archive::Closer::operator()(void *zip) const {
     unzClose(zip);
 }
 
-// A pipe would be waited for.
 std::unique_ptr<Archive> Archive::open(const char *path) {
-    struct stat st;
-    if (kv_stat(path, &st) != 0 || !S_ISREG(st.st_mode)) return nullptr;
-    Zip zip(unzOpen64(path));
+    Stream file = open_plain(path);
+    if (!file) return nullptr;
+    zlib_filefunc64_def calls = calls_on(file.get());
+    Zip zip(unzOpen2_64(path, &calls));
     if (!zip) return nullptr;
-    std::unique_ptr<Archive> archive(new Archive(std::move(zip)));
+    std::unique_ptr<Archive> archive(new Archive(std::move(file), std::move(zip)));
     archive->read_index();
     return archive;
 }

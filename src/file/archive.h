@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "file/stream.h"
+
 namespace file {
 
 // What lies behind so many members or bytes of names is not there, nor is a member of a longer
@@ -51,11 +53,12 @@ class Archive {
     };
     using Zip = std::unique_ptr<void, Closer>; // an unzFile
 
-    explicit Archive(Zip zip) : zip_(std::move(zip)) {}
+    Archive(Stream file, Zip zip) : file_(std::move(file)), zip_(std::move(zip)) {}
     void read_index();
     bool add_current();
     bool go_to(std::string_view name);
 
+    Stream file_;
     Zip zip_;
     std::vector<Member> members_;
     std::map<std::string, std::size_t> index_; // by folded name; a hash could be made to collide

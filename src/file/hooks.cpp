@@ -21,6 +21,11 @@ bool is_plain(int fd) {
     return false;
 }
 
+int access_of(const char *mode) {
+    if (mode[0] == 'w') return O_WRONLY | O_CREAT | O_TRUNC;
+    return mode[1] == '+' ? O_RDWR : O_RDONLY;
+}
+
 } // namespace
 
 namespace file_defaults {
@@ -51,8 +56,7 @@ void pause(long long us) {
 
 // Opening without O_NONBLOCK would wait for the other end of a pipe.
 std::FILE *open_plain(const char *path, const char *mode) {
-    const int access = mode[1] == '+' ? O_RDWR : O_RDONLY;
-    const int fd = ::open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const int fd = ::open(path, access_of(mode) | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
     if (fd < 0) return nullptr;
     if (is_plain(fd) && fcntl(fd, F_SETFL, 0) == 0)
         if (std::FILE *f = fdopen(fd, mode)) return f;

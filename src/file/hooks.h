@@ -31,8 +31,7 @@ struct FileHooks {
     void (*pause)(long long us) = file_defaults::pause;
     // Opens a stream as fopen() does. Default: fopen().
     std::FILE *(*open)(const char *path, const char *mode) = std::fopen;
-    // Opens a plain file that exists, in a mode that begins with "r", and nothing else. Default:
-    // never waits.
+    // Opens a plain file in a mode of fopen(), and nothing else. Default: never waits.
     std::FILE *(*open_plain)(const char *path, const char *mode) = file_defaults::open_plain;
 };
 

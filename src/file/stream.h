@@ -19,9 +19,10 @@ struct StreamCloser {
 };
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
-enum class Access { read, rewrite };
+// `create` makes the file when there is none, and empties it.
+enum class Access { read, rewrite, create };
 
-// Opens a plain file that exists, as kv_fopen() does. Null at once, with errno, for anything else:
+// Opens a plain file, as kv_fopen() does. Null at once, with errno, for anything else:
 // a pipe, a device or a directory in the place of a file is neither waited for nor read. This is
 // how the library opens what users, or their programs, may have put there.
 Stream open_plain(const char *path, Access how = Access::read);

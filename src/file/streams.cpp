@@ -54,7 +54,8 @@ FILE *open_watched(const char *path, const char *mode, Opener open) {
 } // namespace
 
 file::Stream file::open_plain(const char *path, Access how) {
-    return Stream(open_watched(path, how == Access::read ? "rbe" : "r+be", file_hooks.open_plain));
+    constexpr const char *modes[] = {"rbe", "r+be", "wbe"};
+    return Stream(open_watched(path, modes[static_cast<int>(how)], file_hooks.open_plain));
 }
 
 FILE *kv_fopen(const char *path, const char *mode) {

@@ -8,12 +8,14 @@
 #include <cstdlib>
 #include <unistd.h>
 
+#include "ground/number.h"
+
 namespace {
 
 int log_level() {
     static const int level = [] {
         const char *text = std::getenv("KELVANE_LOG");
-        return text ? std::atoi(text) : 3;
+        return text ? ground::parse_int(text, nullptr, 10) : 3;
     }();
     return level;
 }

@@ -8,10 +8,14 @@
 namespace ground {
 namespace {
 
-// The product of two words, folded into one: each bit of it depends on every bit of both.
+// The product of two words, folded into one: each bit of it depends on every bit of both. Machines
+// of 32 bits have no type for the whole product.
 uint64_t fold(uint64_t a, uint64_t b) {
-    const auto product = static_cast<unsigned __int128>(a) * b;
-    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
+    const uint64_t a_low = static_cast<uint32_t>(a), a_high = a >> 32;
+    const uint64_t b_low = static_cast<uint32_t>(b), b_high = b >> 32;
+    const uint64_t middle = a_high * b_low + (a_low * b_low >> 32);
+    const uint64_t lower = a_low * b_high + static_cast<uint32_t>(middle);
+    return (a * b) ^ (a_high * b_high + (middle >> 32) + (lower >> 32));
 }
 
 // Two numbers that nobody who writes a file can know.

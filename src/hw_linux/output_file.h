@@ -20,7 +20,7 @@ class OutputFile {
         const char *name = std::getenv(variable);
         if (!name || !*name) return true;
         variable_ = variable;
-        file_.reset(std::fopen(name, "we"));
+        file_ = file::open_plain(name, file::Access::create);
         if (file_) std::setvbuf(file_.get(), nullptr, _IOLBF, BUFSIZ);
         if (!file_) std::fprintf(stderr, "%s=%s: %s\n", variable, name, std::strerror(errno));
         return file_ != nullptr;

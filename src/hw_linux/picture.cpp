@@ -2,13 +2,16 @@
 // Writes what a person sees as a PNG file.
 #include "hw_linux/picture.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <new>
 
 #include <png.h>
 
+#include "file/stream.h"
 #include "hw_linux/device.h"
 
 namespace hw {
@@ -28,9 +31,12 @@ bool save_picture(const char *file, const char *asker) {
     image.height = static_cast<png_uint_32>(pixels.height);
     image.format = PNG_FORMAT_GRAY;
     image.flags = PNG_IMAGE_FLAG_FAST;
-    if (png_image_write_to_file(&image, file, 0, grey.get(), 0, nullptr)) return true;
+    file::Stream stream = file::open_plain(file, file::Access::create);
+    const bool written =
+        stream && png_image_write_to_stdio(&image, stream.get(), 0, grey.get(), 0, nullptr);
+    if (stream && std::fclose(stream.release()) == 0 && written) return true;
     std::fprintf(stderr, "%s: %s: %s (a file that can be written is meant)\n", asker, file,
-                 image.message);
+                 *image.message ? image.message : std::strerror(errno));
     return false;
 }
 

@@ -8,11 +8,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 
+#include "file/stream.h"
 #include "hw_linux/device.h"
 #include "hw_linux/menu.h"
 #include "hw_linux/monkey.h"
@@ -42,27 +41,19 @@ const char *setting(const char *name) {
     return value && *value ? value : nullptr;
 }
 
-bool read_file(const char *name, std::string &text) {
-    std::ifstream file(name, std::ios::binary);
-    if (!file) return false;
-    text.resize(script_limit + 1);
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<size_t>(file.gcount()));
-    return !file.bad();
-}
-
 bool load_script(const char *name) {
-    std::string text;
-    if (!read_file(name, text)) {
+    const file::Stream stream = file::open_plain(name);
+    if (!stream) {
         std::fprintf(stderr, "%s: %s\n", name, std::strerror(errno));
         return false;
     }
-    if (text.size() > script_limit) {
-        std::fprintf(stderr, "%s: the script is larger than 16 MiB\n", name);
+    const auto text = file::read_whole(stream.get(), script_limit);
+    if (!text) {
+        std::fprintf(stderr, "%s: the script cannot be read, or is larger than 16 MiB\n", name);
         return false;
     }
     player.name = name;
-    player.script = parse_script(text);
+    player.script = parse_script(text->view());
     for (const ScriptError &error : player.script.errors)
         std::fprintf(stderr, "%s:%d: %s\n", name, error.line, error.message.c_str());
     player.play = Play::waiting;

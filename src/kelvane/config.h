@@ -109,8 +109,8 @@ KELVANE_API int ReadInt(iconfig *c, const char *name, int deflt);
 /**
  * Reads a value of WriteSecret().
  * @return the deciphered value, freed by the caller with free(3); a stored value of 160 bytes or
- *         more as it is, the handle's; @p deflt itself when the name is not there or the
- *         system service does not answer
+ *         more as it is, the handle's; @p deflt itself when the name is not there, the system
+ *         service does not answer or memory runs out
  */
 KELVANE_API char *ReadSecret(iconfig *c, const char *name, const char *deflt);
 /** @} */

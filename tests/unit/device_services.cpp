@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 #include "hw.h"
@@ -168,6 +169,9 @@ TEST(Services, SmallFiles) {
     char text[8] = "unread";
     EXPECT_EQ(hw_read_file(path, text, sizeof text), -1);
     EXPECT_EQ(hw_read_file("/", text, sizeof text), -1);
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    EXPECT_EQ(hw_read_file("pipe", text, sizeof text), -1);
+    EXPECT_EQ(hw_write_file("pipe", "x"), 0);
     EXPECT_STREQ(text, "unread");
     EXPECT_EQ(hw_write_file("/dev/full", "x"), 0);
     EXPECT_EQ(hw_write_file(path, "0123456789"), 1);

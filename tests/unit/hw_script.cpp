@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <png.h>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 #include "hw.h"
@@ -259,10 +260,14 @@ TEST_F(Session, APictureThatCannotBeWrittenEndsTheProcessAsAFailure) {
     std::filesystem::create_directories(file("frames/000001.png"));
     EXPECT_EXIT(play("press OK\n"), testing::ExitedWithCode(1),
                 "KELVANE_FRAMES: " + file("frames/000001.png") + ": Is a directory");
+    ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
+    EXPECT_EXIT(play("frame " + file("pipe") + "\n"), testing::ExitedWithCode(1),
+                "frame: " + file("pipe") + ": No such device or address");
 }
 
 TEST_F(Session, WhatCannotBeDoneIsSaidAndNothingOpens) {
     ClearOnExit();
+    ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
     write_file(file("bad"), "wait 1\norientation -5\n\nkey over OK\n");
     const struct {
         const char *variable;
@@ -279,6 +284,9 @@ TEST_F(Session, WhatCannotBeDoneIsSaidAndNothingOpens) {
          "KELVANE_TRACE=" + file("no/dir") + ": No such file or directory\n"},
         {"KELVANE_FRAMES", file("bad/dir"),
          "KELVANE_FRAMES=" + file("bad/dir") + ": Not a directory\n"},
+        {"KELVANE_SCRIPT", file("pipe"), file("pipe") + ": Invalid argument\n"},
+        {"KELVANE_TRACE", file("pipe"),
+         "KELVANE_TRACE=" + file("pipe") + ": No such device or address\n"},
         {"KELVANE_RECORD", "/", "KELVANE_RECORD=/: Is a directory\n"},
         {"KELVANE_DEVICE", "paper", "KELVANE_DEVICE=paper: no such device (window or headless)\n"},
     };

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "ground/number.h"
+
 namespace tool {
 namespace {
 
@@ -210,20 +212,20 @@ int64_t half_up(int64_t hundredfold) {
 }
 
 std::string scaled_number(std::string_view text, int percent, int base) {
-    const long value = std::strtol(std::string(text).c_str(), nullptr, base);
-    const int64_t scaled = half_up(int64_t{value} * percent);
+    const int64_t value = ground::parse_int(std::string(text).c_str(), nullptr, base);
+    const int64_t scaled = half_up(value * percent);
     // What is thin stays visible.
     return std::to_string(value > 0 ? std::max<int64_t>(scaled, 1) : scaled);
 }
 
 std::string scaled_title_margin(std::string_view text, int percent) {
-    const long value = std::strtol(std::string(text).c_str(), nullptr, 0);
-    return std::to_string(half_up(int64_t{value + title_gap} * percent) - title_gap);
+    const int64_t value = ground::parse_int(std::string(text).c_str());
+    return std::to_string(half_up((value + title_gap) * percent) - title_gap);
 }
 
 // A size that counts from the far edge, which -1 reaches.
 std::string scaled_size(std::string_view text, int percent) {
-    const long value = std::strtol(std::string(text).c_str(), nullptr, 0);
+    const int64_t value = ground::parse_int(std::string(text).c_str());
     if (value >= 0) return scaled_number(text, percent, 0);
     return std::to_string(std::stol(scaled_number(std::to_string(value + 1), percent, 10)) - 1);
 }

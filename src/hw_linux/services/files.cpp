@@ -7,9 +7,9 @@
 
 int hw_read_file(const char *path, char *buffer, int size) {
     if (!path || !buffer || size < 1) return -1;
-    const file::Stream file(std::fopen(path, "rb"));
+    const file::Stream file = file::open_plain(path);
     if (!file) return -1;
-    // The first byte tells a readable file from a directory before the buffer is touched.
+    // The first byte tells whether the file can be read before the buffer is touched.
     int first = std::fgetc(file.get());
     if (first == EOF && std::ferror(file.get())) return -1;
     std::ungetc(first, file.get());
@@ -20,8 +20,8 @@ int hw_read_file(const char *path, char *buffer, int size) {
 
 int hw_write_file(const char *path, const char *text) {
     if (!path || !text) return 0;
-    std::FILE *file = std::fopen(path, "wb");
+    file::Stream file = file::open_plain(path, file::Access::create);
     if (!file) return 0;
-    bool written = std::fputs(text, file) != EOF;
-    return (std::fclose(file) == 0) && written;
+    const bool written = std::fputs(text, file.get()) != EOF;
+    return std::fclose(file.release()) == 0 && written;
 }

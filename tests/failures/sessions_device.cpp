@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// Boxes, frames, and the life of an application in a device folder.
+#include <algorithm>
+#include <cstdlib>
+#include <numeric>
+
+#include "failures/device.h"
+#include "failures/sessions.h"
+#include "kelvane/canvas.h"
+#include "kelvane/config.h"
+#include "kelvane/dialogs.h"
+#include "kelvane/frames.h"
+#include "kelvane/languages.h"
+#include "kelvane/theme.h"
+#include "kelvane/timers.h"
+#include "kelvane/updates.h"
+#include "support/theme_file.h"
+
+namespace failures {
+namespace {
+
+int answers = 0;
+void answer(int button) {
+    answers += button;
+}
+
+// A number that tells one screen from another.
+uint64_t picture() {
+    const icanvas &c = *kvstate.framebuffer;
+    return std::accumulate(c.addr, c.addr + c.scanline * c.height, uint64_t{0},
+                           [](uint64_t sum, uint8_t byte) { return sum * 31 + byte; });
+}
+
+class Boxes : public Session {
+  public:
+    Boxes() { expected_ = draw(); }
+
+    bool run() override { return draw() == expected_ && answers == 1; }
+
+  private:
+    static uint64_t draw() {
+        answers = 0;
+        if (!open_device(ignore)) return 0;
+        ClearScreen();
+        frame_init(0, 0, ScreenWidth(), ScreenHeight(), 0);
+        DrawFrame(0, 0, ScreenWidth(), ScreenHeight(), nullptr, "Title", 0, nullptr);
+        DrawApplicationCaption("Caption", nullptr);
+        uint64_t seen = picture();
+        Dialog3(0, "Title", "Which of these?", "One", "Two", "Three", answer);
+        seen = seen * 31 + picture();
+        headless::press(KEY_OK);
+        Message(1, "Title", "A message that goes by itself", 500);
+        seen = seen * 31 + picture();
+        headless::advance(1000);
+        OpenProgressbar(0, "Title", "Working", 10, nullptr);
+        UpdateProgressbar("Still", 60);
+        seen = seen * 31 + picture();
+        CloseProgressbar();
+        seen = seen * 31 + picture() + static_cast<uint64_t>(GetDialogShow());
+        close_device();
+        return seen;
+    }
+
+    Folder folder_;
+    uint64_t expected_;
+};
+
+int shown = 0, ticks = 0;
+int show(int type, int, int) {
+    if (type == EVT_SHOW) ++shown, FullUpdate();
+    return 0;
+}
+void tick(void *) {
+    ++ticks;
+}
+
+// From the first line of an application to its last.
+class Life : public Session {
+  public:
+    Life() {
+        write_file("system/config/global.cfg", "language=de\ntheme=t\n");
+        write_file("system/config/device.cfg",
+                   "model=Test\npartner=p\nhwconfig=0x10111201003043\n");
+        write_file("system/language/de.txt", "Deutsch\n@A=b\n");
+        write_file("system/themes/t.tqt", ThemeFile("border.size=3\n").bytes());
+        write_file("keys.script", "wait 50\npress NEXT\nwait 50\ntap 10 10\nwait 99999\n");
+        for (const char *file : {"system/config/global.cfg", "system/config/device.cfg"})
+            keep(file);
+        setenv("KELVANE_SCRIPT", "keys.script", 1);
+        setenv("KELVANE_TRACE", "trace.jsonl", 1);
+        setenv("KELVANE_RECORD", "recorded.script", 1);
+    }
+    ~Life() override {
+        for (const char *name : {"KELVANE_SCRIPT", "KELVANE_TRACE", "KELVANE_RECORD"})
+            unsetenv(name);
+    }
+
+    bool run() override {
+        shown = ticks = 0;
+        if (!open_device(show)) return false;
+        SetHardTimer("tick", tick, 100);
+        headless::advance(500);
+        PartialUpdate(1, 2, 30, 40);
+        ScheduleUpdate(5, 5, 20, 20, 0);
+        SetOrientation(1);
+        headless::advance(400);
+        char word[100] = "";
+        const bool is_read = hw_read_file("system/config/device.cfg", word, sizeof word) > 0;
+        const bool is_set = *GetLangText("@A") == 'b' && GetThemeInt("border.size", 0) == 3 &&
+                            *cfg_read_string("partner", "") == 'p';
+        SetOrientation(0);
+        OpenProgressbar(0, "Title", "Working", 10, nullptr);
+        const int boxes = GetDialogShow();
+        close_device();
+        return is_read && is_set && boxes == 1 && shown == 1 && ticks == 1;
+    }
+
+  private:
+    Folder folder_;
+};
+
+constexpr Area areas_here[] = {{"Boxes", make<Boxes>}, {"Life", make<Life>}};
+
+} // namespace
+
+constinit const std::span<const Area> device_areas = areas_here;
+
+} // namespace failures

@@ -91,6 +91,19 @@ std::string converted(iconv_t handle, std::string_view text) {
     return out;
 }
 
+// The converter of the last encoding, as books come in shelves; null for one that nobody knows, and
+// for one in which tags would be other bytes: they were found, so that declaration is wrong.
+iconv_t keep_iconv(const std::string &encoding) {
+    static std::string &name = *new std::string;
+    static Iconv &kept = *new Iconv;
+    if (name == encoding) return kept.get();
+    constexpr std::string_view letters = "<a>";
+    kept = open_iconv(encoding.c_str());
+    if (kept && converted(kept.get(), letters) != letters) kept.reset();
+    name = encoding;
+    return kept.get();
+}
+
 } // namespace
 
 bool is_utf8(std::string_view text) {
@@ -125,15 +138,12 @@ Converter::Converter(const std::string &encoding) {
     is_declared_ =
         ground::equal_folded(encoding, "utf-8") || ground::equal_folded(encoding, "utf8");
     if (is_declared_) return;
-    handle_ = open_iconv(encoding.c_str());
-    // Tags were found byte by byte: where letters are other bytes, the declaration is wrong.
-    constexpr std::string_view letters = "<a>";
-    is_declared_ = handle_ && converted(handle_.get(), letters) == letters;
-    if (!is_declared_) handle_.reset();
+    handle_ = keep_iconv(encoding);
+    is_declared_ = handle_ != nullptr;
 }
 
 std::string Converter::operator()(std::string_view text) const {
-    return handle_ ? mended(converted(handle_.get(), text)) : mended(text);
+    return handle_ ? mended(converted(handle_, text)) : mended(text);
 }
 
 std::string without_mark(std::string text, std::string &encoding) {

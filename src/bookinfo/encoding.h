@@ -32,7 +32,7 @@ class Converter {
     std::string operator()(std::string_view text) const;
 
   private:
-    Iconv handle_; // null for UTF-8
+    void *handle_ = nullptr; // an iconv_t that is kept for the next book; null for UTF-8
     bool is_declared_ = false;
 };
 

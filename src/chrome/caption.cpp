@@ -5,11 +5,11 @@
 
 #include "chrome/chrome.h"
 #include "ground/guard.h"
+#include "ground/letter_case.h"
 #include "kelvane/events.h"
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
 #include "text/font_scope.h"
-#include "ground/letter_case.h"
 #include "theme/parameters.h"
 
 namespace {

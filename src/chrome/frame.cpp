@@ -6,13 +6,13 @@
 
 #include "chrome/chrome.h"
 #include "ground/guard.h"
+#include "ground/letter_case.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/frames.h"
 #include "kelvane/theme.h"
 #include "kelvane/updates.h"
 #include "raster/box.h"
 #include "text/font_scope.h"
-#include "ground/letter_case.h"
 #include "theme/parameters.h"
 
 namespace {

@@ -88,8 +88,9 @@ class Settings : public Session {
         const bool saved = SaveConfig(c) == 1;
         RefreshConfig(&c);
         const bool same = ReadInt(c, "changed", 0) == turn_;
-        const char *secret = ReadSecret(c, "secret", "");
-        const bool secret_kept = std::strcmp(secret, "word") == 0;
+        char *secret = ReadSecret(c, "secret", nullptr);
+        const bool secret_kept = secret && std::strcmp(secret, "word") == 0;
+        if (secret_kept) std::free(secret);
         CloseConfig(c);
         unlink("new.cfg");
         c = OpenConfig("new.cfg", nullptr);

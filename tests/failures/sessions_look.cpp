@@ -73,7 +73,7 @@ class Themes : public Session {
         }
         ifont *font = GetThemeFont("head", nullptr);
         CloseFont(font);
-        LoadApplicationCaptionProperties();
+        CloseFont(LoadApplicationCaptionProperties().font);
         LoadSelectionProperties("selection");
         return all && font && *GetLangText("@A") == 'b';
     }

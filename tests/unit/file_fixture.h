@@ -57,6 +57,15 @@ inline FILE *fake_open_plain(const char *path, const char *mode) {
     return next_open_error() ? nullptr : file_defaults::open_plain(path, mode);
 }
 
+// A path on another file system than the current folder.
+inline std::string path_elsewhere(const std::string &name) {
+    struct stat here = {}, memory = {};
+    const bool is_memory =
+        stat(".", &here) == 0 && stat("/dev/shm", &memory) == 0 && here.st_dev == memory.st_dev;
+    return (is_memory ? "/var/tmp/kelvane-" : "/dev/shm/kelvane-") + name +
+           std::to_string(getpid());
+}
+
 class FileTest : public testing::Test {
   protected:
     void SetUp() override {

@@ -89,7 +89,7 @@ TEST_F(FileTest, AFullDiskKeepsTheOldFile) {
     for (size_t i = 0; i < raster::pixel_bytes(*bm); ++i)
         bm->data[i] = static_cast<uint8_t>(random() >> 8);
     write_file("source", std::string(9000, 's'));
-    const std::string elsewhere = "/dev/shm/kelvane-full-" + std::to_string(getpid());
+    const std::string elsewhere = path_elsewhere("full-");
     write_file(elsewhere, std::string(9000, 'e'));
     write_file("target", "old");
     const auto before = everything();
@@ -128,7 +128,7 @@ TEST_F(FileTest, SizesThatAreRefusedKeepTheOldFile) {
 }
 
 TEST_F(FileTest, MovesToItselfOrOfWhatCannotBeReadLoseNothing) {
-    const std::string elsewhere = "/dev/shm/kelvane-move-" + std::to_string(getpid());
+    const std::string elsewhere = path_elsewhere("move-");
     write_file("f", "text");
     fs::create_symlink(fs::absolute("f"), elsewhere);
     EXPECT_EQ(move_file("f", elsewhere.c_str()), 0) << "a link to the source";
@@ -154,7 +154,7 @@ TEST_F(FileTest, MovesToItselfOrOfWhatCannotBeReadLoseNothing) {
 
 // A source that fails in the middle: the file is shorter than its size says.
 TEST_F(FileTest, AMoveThatCannotReadItsSourceToTheEndKeepsIt) {
-    const std::string elsewhere = "/dev/shm/kelvane-part-" + std::to_string(getpid());
+    const std::string elsewhere = path_elsewhere("part-");
     write_file(elsewhere, std::string(10000, 'x'));
     file_hooks.open_plain = [](const char *, const char *) -> FILE * {
         cookie_io_functions_t io{};

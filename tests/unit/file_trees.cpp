@@ -301,7 +301,7 @@ TEST_F(FileTest, MovesByRenamingOrCopying) {
     EXPECT_EQ(contents("b"), "upper") << "kept when the move fails";
     EXPECT_FALSE(fs::exists("A.txt"));
 
-    const std::string elsewhere = "/dev/shm/kelvane-file-" + std::to_string(getpid());
+    const std::string elsewhere = path_elsewhere("file-");
     EXPECT_EQ(move_file("b", elsewhere.c_str()), 1);
     EXPECT_EQ(contents(elsewhere), "upper");
     EXPECT_FALSE(fs::exists("b"));

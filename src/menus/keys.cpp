@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The handler of menus and what its keys do. Fingers end here as well: a tap comes back as a key.
+#include <algorithm>
 #include <unistd.h>
+#include <utility>
 
 #include "ground/guard.h"
 #include "ground/log.h"

@@ -3,6 +3,7 @@
 #include "menus/layout.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "hw.h"
 #include "kelvane/text.h"

@@ -27,7 +27,8 @@ using LockedStream = std::unique_ptr<std::FILE, UnlockingCloser>;
 using file::Access;
 
 // Opens a file under a shared lock to read it, under an exclusive one to rewrite it. Waits for the
-// lock; a file that whoever had it put in the place of the old one is opened instead. Null, with errno, when the file cannot be opened.
+// lock; a file that whoever had it put in the place of the old one is opened instead. Null, with
+// errno, when the file cannot be opened.
 LockedStream open_locked(const char *path, Access how);
 
 // Opens a file to rewrite it, and makes an empty one when it is missing.

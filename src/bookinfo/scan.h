@@ -50,7 +50,7 @@ struct TagTable {
     std::array<bool, 128> begins{};
 
     explicit constexpr TagTable(std::span<const Tag> tags) : rows(tags) {
-        for (const Tag &tag : tags) begins[static_cast<size_t>(tag.start.front())] = true;
+        for (const Tag &tag : tags) begins[static_cast<unsigned char>(tag.start.front())] = true;
     }
 };
 

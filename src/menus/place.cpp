@@ -13,8 +13,6 @@
 namespace menus {
 namespace {
 
-using raster::saturated;
-
 constexpr int margin = 8, turned_margin = 14;
 constexpr int turned = 3;
 

@@ -44,7 +44,9 @@ class BookFile {
               b->lang, b->publisher, b->identifiers})
             require_utf8(text);
         for (const char *genre : b->genre) require_utf8(genre);
-        require_utf8(GetBookISBN(name_.c_str()));
+        const char *isbn = GetBookISBN(name_.c_str());
+        if (isbn && std::string(isbn).find_first_not_of("0123456789,") != std::string::npos)
+            std::abort();
         std::free(GetBookCover(name_.c_str(), 30, 40));
     }
 

@@ -52,7 +52,8 @@ void refine(Book &b, const std::string &named) {
     capitalize(b.author);
     for (std::string &genre : b.genres) capitalize(genre = without_markup(genre));
     std::erase(b.genres, "");
-    if (b.title.empty()) b.title = named;
+    // A NUL ends the text that an application sees, and may leave nothing of it.
+    if (*b.title.c_str() == '\0') b.title = named;
 }
 
 } // namespace book

@@ -4,6 +4,8 @@ add_executable(kelvane_theme ${KELVANE_THEME_TOOL} tools/picture.cpp src/theme/c
 target_compile_definitions(kelvane_theme PRIVATE KELVANE_VERSION="${PROJECT_VERSION}")
 target_link_libraries(kelvane_theme PRIVATE kelvane kelvane_flags ZLIB::ZLIB PNG::PNG PkgConfig::CAIRO)
 set_target_properties(kelvane_theme PROPERTIES OUTPUT_NAME kelvane-theme)
+target_precompile_headers(kelvane_theme PRIVATE <algorithm> <filesystem> <map> <string> <string_view>
+  <vector>)
 
 set(KELVANE_THEMES_DIR ${PROJECT_BINARY_DIR}/themes)
 file(MAKE_DIRECTORY ${KELVANE_THEMES_DIR})

@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "scene.h"
+#include "support/repeats.h"
 
 extern "C" int __real_ftruncate(int, off_t);
 
@@ -307,12 +308,12 @@ TEST(ConfigFaults, APowerFailureLosesNoSetting) {
     const scene s;
     for (const change &c : changes) {
         SCOPED_TRACE(c.what);
-        for (unsigned seed = 1; seed <= 3; seed++) {
+        for (int seed = 1; seed <= repeats(3, 1); seed++) {
             int at = 0;
             for (bool more = true; more; at++) {
                 SCOPED_TRACE(std::to_string(at) + " " + std::to_string(seed));
                 s.put(c.text());
-                power = {true, c.text(), std::minstd_rand(seed * 1000 + at)};
+                power = {true, c.text(), std::minstd_rand(static_cast<unsigned>(seed * 1000 + at))};
                 more = crashed(c, s, at);
                 power.fails = false;
                 expect_no_name_lost(s.read(), c);

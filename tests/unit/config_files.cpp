@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Configuration files that are hostile, cannot be written or are not there; the device's own file.
 #include <cerrno>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -175,6 +177,29 @@ TEST_F(Config, APipeIsNoConfigurationFile) {
     WriteInt(h, "a", 1);
     EXPECT_EQ(SaveConfig(h) + RefreshConfig(&h.c), 0);
     EXPECT_EQ(h.c->changed, 1);
+}
+
+// As editors save: a new file gets the name while somebody waits for the lock of the old one.
+TEST_F(Config, AFileThatIsReplacedWhileASaveWaitsIsTheOneThatIsSaved) {
+    put("old=1\n");
+    handle h(path);
+    WriteString(h, "mine", "3");
+    const int old = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(old, LOCK_EX), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        close(old);
+        _exit(SaveConfig(h));
+    }
+    const std::string waits = "-> FLOCK  ADVISORY  WRITE " + std::to_string(child);
+    while (read_file("/proc/locks").find(waits) == std::string::npos) usleep(1000);
+    write_file(root / "new.cfg", "new=2\n");
+    fs::rename(root / "new.cfg", path);
+    close(old);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+    EXPECT_EQ(settings_in(path), (values{{"new", "2"}, {"mine", "3"}}));
 }
 
 class DeviceDescription : public Config {

@@ -6,6 +6,7 @@
 #include "dialogs_support.h"
 #include "kelvane/languages.h"
 #include "runtime/handlers.h"
+#include "support/repeats.h"
 #include "support/theme_file.h"
 
 using namespace boxes;
@@ -203,7 +204,7 @@ TEST_F(Progress, TenThousandBoxesLeaveNothingBehind) {
     };
     boxes(100);
     const size_t before = mallinfo2().uordblks;
-    boxes(10000);
+    boxes(repeats(10000, 1000));
     EXPECT_LT(mallinfo2().uordblks, before + 10000);
     EXPECT_EQ(GetDialogShow(), 0);
 }

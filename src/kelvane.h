@@ -17,8 +17,8 @@
  *   0 (black) to 255 (white).
  * - A null handle or name is ignored: the call does nothing, or returns the caller's default.
  * - Times are milliseconds.
- * - Everything is called from one thread, the one that runs the loop. Only SendEvent() and
- *   SendEventEx() may be called from any thread.
+ * - Everything is called from one thread, the one that runs the loop. Only SendEvent(),
+ *   SendEventEx() and what files.h declares may be called from any thread.
  * - Drawing reaches the screen only by a call of updates.h.
  * - Who frees what is said at each function that returns a pointer; where nothing is said, the
  *   library keeps it.

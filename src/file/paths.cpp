@@ -3,6 +3,7 @@
 #include "kelvane/files.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <iterator>
@@ -39,7 +40,7 @@ bool ready_for(const char *path) {
 } // namespace
 
 bool storage_may_be_settling() {
-    return file_hooks.clock_ms() - kvstate.waketime <= 999;
+    return file_hooks.clock_ms() - std::atomic_ref(kvstate.waketime) <= 999; // on any thread
 }
 
 void pause_for_storage() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The headless device: no display server, and a clock that advances only when the program pauses.
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <ctime>
 #include <memory>
@@ -19,7 +20,7 @@ constexpr int64_t nap_us = 50'000;              // a sleep that a signal just mi
 
 std::unique_ptr<uint8_t[]> memory;
 PixelBuffer buffer;
-int64_t now_us = clock_start_us;
+std::atomic<int64_t> now_us = clock_start_us; // any thread may ask for the time
 
 bool open(const WindowSpec &spec) {
     const int stride = spec.width * 4;
@@ -52,7 +53,7 @@ bool keeps_pace() {
 }
 
 void pass(int64_t us) {
-    now_us += std::min(us, clock_end_us - now_us);
+    now_us += std::min<int64_t>(us, clock_end_us - now_us);
 }
 
 // What a signal left of a nap has not passed.

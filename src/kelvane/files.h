@@ -12,8 +12,11 @@
  *
  * Unless a comment says otherwise, a function returns what the system call of the same name
  * returns, with the same errno, and a null path answers -1 without a call. Paths and names are
- * bytes: they need not be valid UTF-8. Like the rest of the library the calls belong to the
- * application's thread.
+ * bytes: they need not be valid UTF-8.
+ *
+ * The calls may run on any thread, each stream on one at a time, while no thread opens or closes
+ * the screen. A warning opens a message box, though, which belongs to the application's thread, and
+ * with it every file whose storage may be damaged.
  */
 #ifndef KELVANE_FILES_H
 #define KELVANE_FILES_H

@@ -2,6 +2,8 @@
 // Connects the floors while the screen is open.
 #include "lifecycle/hooks.h"
 
+#include <thread>
+
 #include "chrome/panel.h"
 #include "config/hooks.h"
 #include "file/hooks.h"
@@ -30,8 +32,12 @@ void send_system_request(int request) {
     kv_ipc_request(request, 0, nullptr, 0, 0);
 }
 
+std::thread::id loop_thread; // of whoever opened the screen
+
+// Only the thread of the loop moves the device's clock; another one waits for it.
 void pass_time(long long us) {
-    hw::pass_time(us);
+    if (std::this_thread::get_id() == loop_thread) return hw::pass_time(us);
+    file_defaults::pause(us);
 }
 
 // Settings keep secrets whether or not a screen is open: this one stands for as long as the
@@ -41,6 +47,7 @@ void pass_time(long long us) {
 } // namespace
 
 void install_hooks() {
+    loop_thread = std::this_thread::get_id();
     hw::hooks = {.post_to_main = post_to_main,
                  .end_loop = end_loop,
                  .exit = end_process,

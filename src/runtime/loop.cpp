@@ -3,6 +3,7 @@
 #include "runtime/loop.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "ground/number.h"
@@ -79,7 +80,7 @@ bool go_to_sleep(const SleepPlan &plan, int64_t now) {
     const int64_t ms =
         std::clamp<int64_t>(ground::saturated_difference(plan.until, now), 0, longest_sleep_ms);
     if (!hw_sleep(static_cast<int>(ms), plan.deep)) return false;
-    kvstate.waketime = hw_boottime_ms();
+    std::atomic_ref(kvstate.waketime) = hw_boottime_ms();
     extend_wake_time(wake_after_activity_ms);
     return true;
 }

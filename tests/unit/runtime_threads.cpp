@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
-// SendEvent from many threads at once. Run under ThreadSanitizer it proves that the queue has no
-// race; anywhere it proves that entries stay whole and in order.
+// SendEvent from many threads at once, and file calls beside the loop. Run under ThreadSanitizer
+// they prove that there is no race; anywhere they prove that entries stay whole and in order.
 #include <atomic>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <string>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
+#include "hw_linux/clock.h"
+#include "hw_linux/services/state.h"
+#include "internal.h"
 #include "kelvane/events.h"
+#include "kelvane/files.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -92,6 +98,39 @@ TEST(RuntimeThreads, ChildrenMayQueueEventsWhateverOtherThreadsDo) {
     done = true;
     for (std::thread &thread : threads) thread.join();
     EXPECT_EQ(stuck, 0);
+    ClearOnExit();
+}
+
+// A card that comes and goes while the device sleeps and wakes.
+TEST(RuntimeThreads, FilesMayBeUsedWhileTheLoopRuns) {
+    const TempDir folder;
+    setenv("KELVANE_DEVICE", "headless", 1);
+    ASSERT_EQ(OpenScreenExt(), 1);
+    PrepareForLoop(check_order);
+    hw::set_horizon(hw::no_horizon / 2); // so that time passes with each step
+    kv_buildpath("./system/mnt/ext1/");
+    std::atomic<int> running = 4, whole = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < running; t++)
+        threads.emplace_back([t, &running, &whole] {
+            const std::string path = "./system/mnt/ext1/" + std::to_string(t), copy = path + "c";
+            for (int i = 0; i < 20; i++) {
+                FILE *f = kv_fopen(path.c_str(), "w");
+                kv_fwrite(path.data(), 1, path.size(), f);
+                kv_fclose(f);
+                whole += copy_file(path.c_str(), copy.c_str()) == 1 && read_file(copy) == path;
+            }
+            running--;
+        });
+    int64_t wakes = 0;
+    for (int step = 0; running > 0; step++) {
+        hw::set_storage_ready(step % 2);
+        ProcessEventLoop();
+        wakes += std::exchange(kvstate.sleeptime, 0) > 0;
+    }
+    for (std::thread &thread : threads) thread.join();
+    EXPECT_EQ(whole, 80);
+    EXPECT_GT(wakes, 0);
     ClearOnExit();
 }
 

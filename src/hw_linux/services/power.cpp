@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Battery, cable, card and the device's end. The window's menu changes what these report.
 #include <algorithm>
+#include <atomic>
 
 #include "ground/log.h"
 #include "hw.h"
@@ -59,7 +60,7 @@ int hw_flash_mounted(void) {
     return 1;
 }
 int hw_usbready(void) {
-    return hw::services().storage_ready;
+    return std::atomic_ref(hw::services().storage_ready); // on any thread
 }
 int hw_usblink(void) {
     return 0;

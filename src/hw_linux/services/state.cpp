@@ -2,6 +2,8 @@
 // The one record of what the services remember.
 #include "hw_linux/services/state.h"
 
+#include <atomic>
+
 namespace hw {
 
 ServiceState &services() {
@@ -14,7 +16,7 @@ void reset_services() {
 }
 
 void set_storage_ready(bool ready) {
-    services().storage_ready = ready;
+    std::atomic_ref(services().storage_ready) = ready;
 }
 
 } // namespace hw

@@ -2,7 +2,7 @@
 // How often a test does the same again: the sanitizers make each time several times longer.
 #pragma once
 
-constexpr int repeats(int usual, [[maybe_unused]] int sanitized) {
+constexpr int repeats([[maybe_unused]] int usual, [[maybe_unused]] int sanitized) {
 #ifdef KELVANE_SANITIZED
     return sanitized;
 #else

@@ -2,7 +2,8 @@
 // The gallery: what the library draws, shows and hears, a page each.
 //
 // PREV and NEXT, a swipe or a tap on the strip at the bottom turn the pages; MENU, or the window's
-// "Orientation" menu, turns the screen; BACK ends, unless started with --stay (for random input).
+// "Orientation" menu, turns the screen; BACK ends. For random input `--stay` keeps BACK from ending
+// it, and `--stay Boxes` keeps it on that page.
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -23,7 +24,8 @@ constexpr int turns_per_flash = 4;
 int current = 0;
 int turns = 0;
 bool pressed = false;
-bool stay = false; // BACK does not end the gallery
+bool stay = false;         // BACK does not end the gallery
+bool stay_on_page = false; // and nothing turns the page
 int down_x = 0, down_y = 0;
 
 // The left edge of everything.
@@ -73,7 +75,7 @@ void draw() {
 }
 
 void turn_to(int page) {
-    if (page < 0 || page >= count || page == current) return;
+    if (page < 0 || page >= count || page == current || stay_on_page) return;
     if (pages[size_t(current)]->leave) pages[size_t(current)]->leave();
     current = page;
     draw();
@@ -191,6 +193,11 @@ irect grid_cell(const irect &area, int columns, int rows, int index, int gap) {
 
 int main(int argc, char **argv) {
     stay = argc > 1 && std::strcmp(argv[1], "--stay") == 0;
+    for (int i = 0; argc > 2 && i < count; i++) {
+        if (std::strcmp(argv[2], pages[size_t(i)]->title) != 0) continue;
+        current = i;
+        stay_on_page = true;
+    }
     KelvaneMain(handler);
     return 1; // only reached when the screen could not be opened
 }

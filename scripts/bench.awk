@@ -23,7 +23,7 @@ FILENAME == ARGV[1] {
 }
 
 function start_of_run() {
-    kind = label = ours_us = ""
+    kind = label = ours_us = real_us = ""
     counters = 0
 }
 
@@ -31,7 +31,7 @@ function end_of_run(    i, line) {
     if (kind != "median") return
     sub(/\/manual_time$/, "", run_name)
     sub(/\/iterations:[0-9]+$/, "", run_name)
-    line = sprintf("  %-48s %12s", run_name, ours_us == "" ? "" : sprintf("%.2f us", ours_us))
+    line = sprintf("  %-48s %12s", run_name, sprintf("%.2f us", ours_us == "" ? real_us : ours_us))
     if (ours_us != "") line = line verdict(run_name, "ours_us", ours_us)
     for (i = 1; i <= counters; i++)
         line = line sprintf("  %s %.3g%s", counter[i], value[i], verdict(run_name, counter[i], value[i]))
@@ -51,7 +51,8 @@ function end_of_run(    i, line) {
     else if (key == "aggregate_name") kind = text
     else if (key == "label") label = text
     else if (key == "ours_us") ours_us = number + 0
-    else if (key !~ /^(real_time|cpu_time|iterations|repetitions|repetition_index|threads|family_index|per_family_instance_index)$/ && number ~ /^[-0-9]/) {
+    else if (key == "real_time") real_us = number / 1000
+    else if (key !~ /^(cpu_time|iterations|repetitions|repetition_index|threads|family_index|per_family_instance_index)$/ && number ~ /^[-0-9]/) {
         counter[++counters] = key
         value[counters] = number + 0
     }

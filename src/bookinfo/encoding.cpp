@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <iconv.h>
+#include <utility>
 
 #include "ground/fold.h"
 
@@ -98,9 +99,11 @@ iconv_t keep_iconv(const std::string &encoding) {
     static Iconv &kept = *new Iconv;
     if (name == encoding) return kept.get();
     constexpr std::string_view letters = "<a>";
-    kept = open_iconv(encoding.c_str());
-    if (kept && converted(kept.get(), letters) != letters) kept.reset();
+    Iconv opened = open_iconv(encoding.c_str());
+    if (!opened && errno != EINVAL) return nullptr; // it may be known the next time
+    if (opened && converted(opened.get(), letters) != letters) opened.reset();
     name = encoding;
+    kept = std::move(opened);
     return kept.get();
 }
 

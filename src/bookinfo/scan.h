@@ -97,12 +97,12 @@ std::optional<Element> element_at(std::string_view text, size_t after, std::stri
 // The text up to an end tag; nothing when that is missing.
 std::optional<Element> text_until(std::string_view text, size_t after, std::string_view end_tag);
 
-// The value of an attribute of a tag, in quotes of either kind; empty without it. The name is
-// found in any case of letters.
+// The value of an attribute of a tag, in quotes of either kind or none; empty without it. The name
+// is found in any case of letters.
 std::string_view attribute(std::string_view tag, std::string_view name);
 
 // The next element of a name, from `at` on, whose start tag alone is read: markup of any kind in
-// any case of letters. `after` is then behind its ">".
+// any case of letters, with or without a prefix. `after` is then behind its ">".
 std::optional<Element> find_start_tag(std::string_view text, std::string_view name, size_t at = 0);
 
 // The letters, digits, "-" and "_" of an encoding's name, behind any quotes: 29 at most.

@@ -93,8 +93,8 @@ Field list(const char *name, const char *const (&values)[BOOK_GENRES]) {
     for (const char *value : values) {
         if (!value) break;
         const char *separator = all.shown.empty() ? "" : ", ";
-        all.shown += separator + in_one_line(value);
-        all.json += separator + quoted(value);
+        all.shown.append(separator).append(in_one_line(value));
+        all.json.append(separator).append(quoted(value));
     }
     all.json += ']';
     return all;

@@ -75,9 +75,8 @@ void lend_table() {
     fs::remove_all(lent, error);
 }
 
-bool is_book(const fs::path &path) {
-    const kv_filetype *type = FileType(path.c_str());
-    return type && type->type != BOOK_TYPE_NO;
+bool is_book(const bookinfo &info) {
+    return info.typedesc && info.type != BOOK_TYPE_NO;
 }
 
 // Tells why something was not done.
@@ -91,15 +90,16 @@ bool can_be_read(const std::string &path) {
     return false;
 }
 
-// The books below a folder, in the order of their names. Folders that are forbidden are passed
+// The files below a folder, in the order of their names. Folders that are forbidden are passed
 // over.
-std::vector<std::string> books_below(const std::string &folder) {
+std::vector<std::string> files_below(const std::string &folder) {
     std::vector<std::string> found;
     std::error_code error;
     fs::recursive_directory_iterator at(folder, fs::directory_options::skip_permission_denied,
                                         error);
     for (; !error && at != fs::recursive_directory_iterator(); at.increment(error))
-        if (is_book(at->path())) found.push_back(at->path().string());
+        if (std::error_code unknown; !at->is_directory(unknown))
+            found.push_back(at->path().string());
     if (error) complain(folder, error.message());
     std::sort(found.begin(), found.end());
     return found;
@@ -133,7 +133,7 @@ bool print_all(const Options &o) {
         if (!can_be_read(path)) {
             all_read = false;
         } else if (o.is_recursive && fs::is_directory(path, error)) {
-            const auto found = books_below(path);
+            const auto found = files_below(path);
             files.insert(files.end(), found.begin(), found.end());
         } else {
             files.push_back(path);
@@ -141,7 +141,8 @@ bool print_all(const Options &o) {
     }
     report::Printer print(o.style);
     for (size_t i = 0; i < files.size(); ++i) {
-        if (const bookinfo *book = GetBookInfo(files[i].c_str())) print(*book);
+        const bookinfo *info = GetBookInfo(files[i].c_str());
+        if (info && (!o.is_recursive || is_book(*info))) print(*info);
         if (o.is_recursive) show_progress(i + 1, files.size());
     }
     return all_read;

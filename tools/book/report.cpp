@@ -2,7 +2,9 @@
 // Prints the fields of a record that have a value.
 #include "report.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -13,10 +15,9 @@
 namespace report {
 namespace {
 
-// A value for people and for programs.
 struct Field {
     const char *name;
-    std::string shown, json;
+    std::string value;
 };
 
 // Calls put(character, is_well_formed) for each character of a text.
@@ -59,6 +60,8 @@ bool is_control(std::string_view c) {
 
 // A value stays on its line, and does nothing to the terminal.
 std::string in_one_line(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; }))
+        return std::string(text);
     std::string out;
     each_character(text, [&](std::string_view c, bool is_well_formed) {
         out += !is_well_formed ? "\xEF\xBF\xBD" : is_control(c) ? " " : c;
@@ -66,50 +69,49 @@ std::string in_one_line(std::string_view text) {
     return out;
 }
 
-Field text(const char *name, const char *value) {
-    return value ? Field{name, in_one_line(value), quoted(value)} : Field{name, {}, {}};
-}
+// Values in a style; empty for what a book does not have.
+struct Values {
+    Style style;
 
-Field number(const char *name, int64_t value) {
-    const std::string digits = std::to_string(value);
-    return {name, digits, digits};
-}
-
-Field number_if_any(const char *name, int64_t value) {
-    return value != 0 ? number(name, value) : Field{name, {}, {}};
-}
-
-Field time(const char *name, int64_t seconds) {
-    const auto when = static_cast<std::time_t>(seconds);
-    std::tm local{};
-    char shown[32] = "";
-    if (seconds != 0 && localtime_r(&when, &local))
-        std::strftime(shown, sizeof shown, "%Y-%m-%d %H:%M:%S", &local);
-    return {name, shown, std::to_string(seconds)};
-}
-
-Field list(const char *name, const char *const (&values)[BOOK_GENRES]) {
-    Field all{name, {}, "["};
-    for (const char *value : values) {
-        if (!value) break;
-        const char *separator = all.shown.empty() ? "" : ", ";
-        all.shown.append(separator).append(in_one_line(value));
-        all.json.append(separator).append(quoted(value));
+    std::string text(const char *value) const {
+        if (!value) return {};
+        return style == Style::json ? quoted(value) : in_one_line(value);
     }
-    all.json += ']';
-    return all;
+    std::string list(const char *const (&values)[BOOK_GENRES]) const {
+        std::string all;
+        for (const char *value : values)
+            if (value) all.append(all.empty() ? "" : ", ").append(text(value));
+        return style == Style::json && !all.empty() ? '[' + all + ']' : all;
+    }
+    std::string time(int64_t seconds) const {
+        const auto when = static_cast<std::time_t>(seconds);
+        std::tm local{};
+        char date[32] = "";
+        if (style == Style::json || !localtime_r(&when, &local)) return std::to_string(seconds);
+        std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", &local);
+        return date;
+    }
+};
+
+std::string number(int64_t value) {
+    return std::to_string(value);
 }
 
-std::vector<Field> fields_of(const bookinfo &b) {
-    return {text("path", b.path),           text("title", b.title),
-            text("kind", b.typedesc),       number("type", b.type),
-            text("author", b.author),       text("first_author", b.first_author),
-            text("series", b.series),       number_if_any("numinseries", b.numinseries),
-            list("genres", b.genre),        text("lang", b.lang),
-            text("publisher", b.publisher), text("isbn", b.isbn),
-            text("meta_id", b.meta_id),     text("identifiers", b.identifiers),
-            number_if_any("drm", b.drm),    number("size", b.size),
-            time("ctime", b.ctime),         text("annotation", b.annotation)};
+std::string number_if_any(int64_t value) {
+    return value != 0 ? number(value) : std::string();
+}
+
+std::vector<Field> fields_of(const bookinfo &b, Style style) {
+    const Values v{style};
+    return {{"path", v.text(b.path)},           {"title", v.text(b.title)},
+            {"kind", v.text(b.typedesc)},       {"type", number(b.type)},
+            {"author", v.text(b.author)},       {"first_author", v.text(b.first_author)},
+            {"series", v.text(b.series)},       {"numinseries", number_if_any(b.numinseries)},
+            {"genres", v.list(b.genre)},        {"lang", v.text(b.lang)},
+            {"publisher", v.text(b.publisher)}, {"isbn", v.text(b.isbn)},
+            {"meta_id", v.text(b.meta_id)},     {"identifiers", v.text(b.identifiers)},
+            {"drm", number_if_any(b.drm)},      {"size", number(b.size)},
+            {"ctime", v.time(b.ctime)},         {"annotation", v.text(b.annotation)}};
 }
 
 } // namespace
@@ -123,22 +125,23 @@ Printer::~Printer() {
 }
 
 void Printer::operator()(const bookinfo &book) {
+    constexpr size_t name_width = 14;
     const bool is_json = style_ == Style::json;
-    if (is_json)
-        std::fputs(is_first_ ? "\n  {" : ",\n  {", stdout);
-    else if (!is_first_)
-        std::fputs("\n", stdout);
+    std::string out = is_first_ ? "" : is_json ? "," : "\n";
+    if (is_json) out += "\n  {";
     is_first_ = false;
     const char *separator = "";
-    for (const Field &field : fields_of(book)) {
-        if (field.shown.empty()) continue;
+    for (const Field &field : fields_of(book, style_)) {
+        if (field.value.empty()) continue;
         if (is_json)
-            std::printf("%s\n    \"%s\": %s", separator, field.name, field.json.c_str());
+            out.append(separator).append("\n    \"").append(field.name).append("\": ");
         else
-            std::printf("%-13s %s\n", field.name, field.shown.c_str());
+            out.append(field.name).append(name_width - std::strlen(field.name), ' ');
+        out.append(field.value).append(is_json ? "" : "\n");
         separator = ",";
     }
-    if (is_json) std::fputs("\n  }", stdout);
+    if (is_json) out += "\n  }";
+    std::fwrite(out.data(), 1, out.size(), stdout);
 }
 
 } // namespace report

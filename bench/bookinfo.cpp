@@ -6,13 +6,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <libxml/xmlreader.h>
 #include <minizip/unzip.h>
 #include <minizip/zip.h>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
+#include <vector>
 
 #include "beside.h"
 #include "kelvane/bitmaps.h"
@@ -215,6 +218,54 @@ void cover_and_loader(benchmark::State &state) {
         [] { std::free(LoadJPEG("c.jpg", 150, 200, 100, 100, 1)); });
 }
 BENCHMARK(cover_and_loader)->UseManualTime();
+
+// The processor time of the programs that have ended.
+double children_seconds() {
+    rusage used{};
+    getrusage(RUSAGE_CHILDREN, &used);
+    const auto seconds = [](timeval t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+void tool_and_reading(benchmark::State &state) {
+    std::vector<std::string> paths;
+    for (int i = 0; i < 10'000; ++i) {
+        const std::string shelf = "shelf/" + std::to_string(i / 100);
+        std::filesystem::create_directories(shelf);
+        paths.push_back(shelf + "/" + std::to_string(i) + ".fb2");
+        write(paths.back().c_str(),
+              "<?xml version=\"1.0\" encoding=\"utf-8\"?><FictionBook><description><title-info>"
+              "<genre>sf</genre><author><first-name>A</first-name><last-name>B</last-name></author>"
+              "<book-title>Title " +
+                  std::to_string(i) +
+                  "</book-title><annotation><p>text</p></annotation><lang>en</lang></title-info>"
+                  "<publish-info><isbn>978-5-699-12014-7</isbn></publish-info></description>"
+                  "<body>" +
+                  std::string(12'000, 'x') + "</body></FictionBook>");
+    }
+    std::vector<double> ours, other;
+    for (auto _ : state) {
+        const auto read_all = [&] {
+            char bytes[10'000];
+            for (const std::string &path : paths) {
+                const int fd = open(path.c_str(), O_RDONLY);
+                benchmark::DoNotOptimize(read(fd, bytes, sizeof bytes));
+                close(fd);
+            }
+        };
+        other.push_back(seconds(read_all, 1));
+        const double start = children_seconds();
+        if (std::system(KELVANE_BOOK_TOOL " -r shelf >/dev/null") != 0)
+            return state.SkipWithError("the tool failed");
+        ours.push_back(children_seconds() - start);
+        state.SetIterationTime(ours.back());
+    }
+    state.counters["ours_us"] = median(ours) * 1e6;
+    count(state, Against::limit, median(ours), median(other));
+}
+BENCHMARK(tool_and_reading)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -1,7 +1,8 @@
 # kelvane-book, and the table of file types that it lends to folders without a device. Both trees,
 # this one and an installed one, have it at the same place beside the program.
 file(GLOB KELVANE_BOOK_TOOL CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/book/*.cpp)
-add_executable(kelvane_book ${KELVANE_BOOK_TOOL})
+add_executable(kelvane_book ${KELVANE_BOOK_TOOL} src/bookinfo/encoding.cpp)
+target_include_directories(kelvane_book PRIVATE src)
 file(RELATIVE_PATH KELVANE_DATA_FROM_BIN ${CMAKE_INSTALL_FULL_BINDIR}
   ${CMAKE_INSTALL_FULL_DATADIR}/kelvane)
 target_compile_definitions(kelvane_book PRIVATE KELVANE_VERSION="${PROJECT_VERSION}"

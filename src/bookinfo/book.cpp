@@ -32,9 +32,17 @@ void Book::add_genre(std::string_view name) {
 }
 
 void Book::add_isbn(std::string_view number) {
-    if (number.empty() || isbn.find(number) != isbn.npos) return;
+    const auto listed = [](std::string_view all) { return ',' + digits_and_commas(all) + ','; };
+    if (number.empty() || listed(isbn).find(listed(number)) != std::string::npos) return;
     if (!isbn.empty()) isbn += ',';
     isbn += number;
+}
+
+std::string digits_and_commas(std::string_view isbns) {
+    std::string kept;
+    for (const char c : isbns)
+        if ((c >= '0' && c <= '9') || c == ',') kept += c;
+    return kept;
 }
 
 void refine(Book &b, const std::string &named) {

@@ -22,9 +22,12 @@ struct Book {
     void add_author(std::string_view name);
     // Unless it is there, in any case of letters, or there are as many as a record holds.
     void add_genre(std::string_view name);
-    // Unless it is there; behind a comma.
+    // Unless its digits are there; behind a comma.
     void add_isbn(std::string_view number);
 };
+
+// What remains of ISBNs for those who look books up.
+std::string digits_and_commas(std::string_view isbns);
 
 // Sets a text that is still empty, without the blanks around it. Of several the first counts.
 void set_first(std::string &text, std::string_view value);

@@ -135,14 +135,6 @@ bookinfo *getbookinfo(const char *path, const char *separator) {
     return last.record.get();
 }
 
-// What remains of the ISBNs of a book.
-std::string digits_and_commas(const std::string &isbn) {
-    std::string kept;
-    for (const char c : isbn)
-        if ((c >= '0' && c <= '9') || c == ',') kept += c;
-    return kept;
-}
-
 std::string find_isbn(const char *path) {
     const Location l = locate(path);
     Book b;

@@ -2,9 +2,11 @@
 // Converts with iconv, and tells well-formed UTF-8 from the rest.
 #include "bookinfo/encoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <iconv.h>
+#include <utility>
 
 #include "ground/fold.h"
 
@@ -91,17 +93,27 @@ std::string converted(iconv_t handle, std::string_view text) {
     return out;
 }
 
-// The converter of the last encoding, as books come in shelves; null for one that nobody knows, and
-// for one in which tags would be other bytes: they were found, so that declaration is wrong.
-iconv_t keep_iconv(const std::string &encoding) {
-    static std::string &name = *new std::string;
-    static Iconv &kept = *new Iconv;
-    if (name == encoding) return kept.get();
+bool is_ascii(std::string_view text) {
+    return std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
+}
+
+// False where some of ASCII are other characters, or switch to other characters.
+bool keeps_ascii(iconv_t handle) {
+    std::string all;
+    for (char c = 1; c < 0x7F; ++c) all += c;
+    return converted(handle, all) == all;
+}
+
+// Null for an encoding that nobody knows, and for one in which tags would be other bytes: they were
+// found, so that declaration is wrong.
+Iconv open_for_tags(const char *encoding) {
     constexpr std::string_view letters = "<a>";
-    kept = open_iconv(encoding.c_str());
-    if (kept && converted(kept.get(), letters) != letters) kept.reset();
-    name = encoding;
-    return kept.get();
+    Iconv opened = open_iconv(encoding);
+    if (opened && converted(opened.get(), letters) != letters) {
+        opened.reset();
+        errno = EINVAL;
+    }
+    return opened;
 }
 
 } // namespace
@@ -138,12 +150,21 @@ Converter::Converter(const std::string &encoding) {
     is_declared_ =
         ground::equal_folded(encoding, "utf-8") || ground::equal_folded(encoding, "utf8");
     if (is_declared_) return;
-    handle_ = keep_iconv(encoding);
-    is_declared_ = handle_ != nullptr;
+    // The converter of the last encoding is kept, as books come in shelves.
+    static Kept &kept = *new Kept;
+    if (kept.encoding != encoding) {
+        Kept opened{encoding, open_for_tags(encoding.c_str())};
+        if (!opened.handle && errno != EINVAL) return; // it may be known the next time
+        opened.keeps_ascii = opened.handle && keeps_ascii(opened.handle.get());
+        kept = std::move(opened);
+    }
+    kept_ = kept.handle ? &kept : nullptr;
+    is_declared_ = kept_ != nullptr;
 }
 
 std::string Converter::operator()(std::string_view text) const {
-    return handle_ ? mended(converted(handle_, text)) : mended(text);
+    if (!kept_ || (kept_->keeps_ascii && is_ascii(text))) return mended(text);
+    return mended(converted(kept_->handle.get(), text));
 }
 
 std::string without_mark(std::string text, std::string &encoding) {

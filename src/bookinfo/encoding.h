@@ -32,7 +32,13 @@ class Converter {
     std::string operator()(std::string_view text) const;
 
   private:
-    void *handle_ = nullptr; // an iconv_t that is kept for the next book; null for UTF-8
+    struct Kept {
+        std::string encoding;
+        Iconv handle; // null for an encoding that is not known
+        bool keeps_ascii = false;
+    };
+
+    const Kept *kept_ = nullptr; // null for UTF-8; until the next one of another encoding
     bool is_declared_ = false;
 };
 

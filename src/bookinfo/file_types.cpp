@@ -49,16 +49,23 @@ bool leads_anywhere(std::string_view path) {
     return path.starts_with(anywhere);
 }
 
-// What a link names, from where the path starts; the path itself when it is no link.
-std::string followed(const std::string &path) {
-    struct stat st;
-    if (lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
+// What a link names, from where its path starts; the path itself when that cannot be told.
+std::string target_of(const std::string &path) {
     std::array<char, PATH_MAX> target;
     const ssize_t size = readlink(path.c_str(), target.data(), target.size());
     if (size <= 0) return path;
     const std::string_view named(target.data(), static_cast<size_t>(size));
     if (named.front() == '/' || leads_anywhere(named)) return std::string(named);
     return path.substr(0, path.rfind('/') + 1).append(named);
+}
+
+// Goes to the end of a link. False when no file is there.
+bool find_file(Location &l) {
+    safe_wait(l.path.c_str());
+    if (leads_anywhere(l.path) || lstat(l.path.c_str(), &l.st) != 0) return false;
+    if (!S_ISLNK(l.st.st_mode)) return true;
+    l.path = target_of(l.path);
+    return !leads_anywhere(l.path) && kv_stat(l.path.c_str(), &l.st) == 0;
 }
 
 bool is_photo_folder(const std::string &path) {
@@ -87,13 +94,11 @@ void look_into_archive(Location &l) {
 Location locate(const char *path) {
     Location l;
     l.path = path;
-    safe_wait(path);
-    if (!leads_anywhere(l.path)) l.path = followed(l.path);
+    const bool is_there = find_file(l);
     l.name = l.path;
-    if (leads_anywhere(l.path)) {
-        l.type = types().folder();
-    } else if (kv_stat(l.path.c_str(), &l.st) != 0) {
+    if (!is_there) {
         l.st = {};
+        if (leads_anywhere(l.path)) l.type = types().folder();
     } else if (S_ISDIR(l.st.st_mode)) {
         l.type = is_photo_folder(l.path) ? types().photos() : types().folder();
     } else {

@@ -48,6 +48,14 @@ std::string_view refinement(std::string_view text, std::string_view id, std::str
     return {};
 }
 
+// The content of the first meta whose name ends so, whatever stands in front of it.
+std::string_view named_content(std::string_view text, std::string_view end) {
+    for (auto meta = find_start_tag(text, "meta"); meta;
+         meta = find_start_tag(text, "meta", meta->after))
+        if (attribute(meta->tag, "name").ends_with(end)) return attribute(meta->tag, "content");
+    return {};
+}
+
 bool takes_prefix(std::string_view &text, std::string_view prefix) {
     if (!ground::equal_folded(text.substr(0, prefix.size()), prefix)) return false;
     text.remove_prefix(prefix.size());
@@ -78,17 +86,13 @@ class Reader {
         }
     }
 
-    // A collection of EPUB 3 is a series unless it says that it is something else.
-    void find_collection() {
+    // Series that the table does not name: of a meta with its content in front, or of EPUB 3.
+    void find_series() {
+        set_series(named_content(text_, "series"), named_content(text_, "series_index"));
         for (auto meta = find_start_tag(text_, "meta"); meta && book_.series.empty();
-             meta = find_start_tag(text_, "meta", meta->after)) {
-            if (attribute(meta->tag, "property") != "belongs-to-collection") continue;
-            const std::string_view id = attribute(meta->tag, "id"),
-                                   kind = refinement(text_, id, "collection-type");
-            if (!kind.empty() && kind != "series") continue;
-            set_series(text_.substr(meta->after, text_.find('<', meta->after) - meta->after),
-                       refinement(text_, id, "group-position"));
-        }
+             meta = find_start_tag(text_, "meta", meta->after))
+            if (attribute(meta->tag, "property") == "belongs-to-collection")
+                store_collection(*meta);
     }
 
   private:
@@ -136,24 +140,34 @@ class Reader {
         std::string_view text = trimmed(element.text);
         if (!unique_.empty() && attribute(element.tag, "id") == unique_)
             set_first(book_.meta_id, text);
-        const bool is_named = takes_prefix(text, "urn:isbn:") || takes_prefix(text, "isbn:") ||
-                              ground::equal_folded(attribute(element.tag, "opf:scheme"), "isbn") ||
-                              ground::equal_folded(attribute(element.tag, "scheme"), "isbn");
+        bool is_named = false;
+        for (const char *name : {"urn:isbn:", "isbn:", "isbn-10:", "isbn-13:"})
+            is_named = is_named || takes_prefix(text, name);
+        for (const char *name : {"opf:scheme", "scheme"}) { // "ISBN", "ISBN-13"
+            std::string_view scheme = attribute(element.tag, name);
+            is_named = is_named || takes_prefix(scheme, "isbn");
+        }
         if (is_named || is_isbn13(text)) book_.add_isbn(trimmed(text));
     }
 
     size_t handle_series(const Found &found) {
         const auto value = text_until(found.text, found.after, found.tag.end);
         if (!value) return found.after;
-        constexpr std::string_view companion = "series_index\" content=\"";
-        const size_t index = text_.find(companion);
-        set_series(value->text,
-                   index != text_.npos ? text_.substr(index + companion.size(), 20) : "");
+        set_series(value->text, named_content(text_, "series_index"));
         return value->after;
     }
 
+    // A collection is a series unless it says that it is something else.
+    void store_collection(const Element &meta) {
+        const std::string_view id = attribute(meta.tag, "id"),
+                               kind = refinement(text_, id, "collection-type");
+        if (kind.empty() || kind == "series")
+            set_series(text_.substr(meta.after, text_.find('<', meta.after) - meta.after),
+                       refinement(text_, id, "group-position"));
+    }
+
     void set_series(std::string_view name, std::string_view number) {
-        if (!book_.series.empty()) return;
+        if (name.empty() || !book_.series.empty()) return;
         set_first(book_.series, name);
         book_.numinseries = ground::parse_int(std::string(number).c_str(), nullptr, 10);
     }
@@ -169,7 +183,7 @@ void read_package(std::string_view text, Book &book) {
         set_first(book.encoding, attribute(prologue->tag, "encoding"));
     Reader reader(text, book);
     stream_xml_parser(text, table, [&](const Found &found) { return reader.handle(found); });
-    reader.find_collection();
+    reader.find_series();
 }
 
 } // namespace book

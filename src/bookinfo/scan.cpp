@@ -23,6 +23,20 @@ constexpr bool ends_name(char c) {
     return is_space(c) || c == '>' || c == '/';
 }
 
+size_t end_of_word(std::string_view text) {
+    const auto end = std::find_if(text.begin(), text.end(), is_space);
+    return static_cast<size_t>(end - text.begin());
+}
+
+// The place of a tag's name behind a prefix, which writers are free to choose.
+size_t behind_prefix(std::string_view text, size_t at) {
+    constexpr size_t longest = 16;
+    const std::string_view start = text.substr(at, longest);
+    const auto end = std::find_if_not(start.begin(), start.end(), ground::is_letter);
+    return end != start.end() && *end == ':' ? at + static_cast<size_t>(end - start.begin()) + 1
+                                             : at;
+}
+
 } // namespace
 
 size_t pass_unknown_tag(const Found &found) {
@@ -58,18 +72,21 @@ std::string_view attribute(std::string_view tag, std::string_view name) {
             continue;
         }
         tag = ground::trim_left(tag.substr(1), is_space);
-        if (tag.empty() || !is_quote(tag.front())) continue;
-        const size_t end = tag.find(tag.front(), 1);
+        if (tag.empty()) return {};
+        const bool is_quoted = is_quote(tag.front());
+        const size_t start = is_quoted ? 1 : 0;
+        const size_t end = is_quoted ? tag.find(tag.front(), 1) : end_of_word(tag);
         if (end == tag.npos) return {};
-        if (ground::equal_folded(found, name)) return tag.substr(1, end - 1);
-        tag.remove_prefix(end + 1);
+        if (ground::equal_folded(found, name)) return tag.substr(start, end - start);
+        tag.remove_prefix(std::min(end + 1, tag.size()));
     }
     return {};
 }
 
 std::optional<Element> find_start_tag(std::string_view text, std::string_view name, size_t at) {
     while ((at = text.find('<', at)) != text.npos) {
-        const size_t after = ++at + name.size();
+        at = behind_prefix(text, at + 1);
+        const size_t after = at + name.size();
         if (after >= text.size()) return std::nullopt;
         if (!ends_name(text[after]) || !ground::equal_folded(text.substr(at, name.size()), name))
             continue;

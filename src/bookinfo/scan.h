@@ -54,12 +54,18 @@ struct TagTable {
     }
 };
 
+// Most places are told apart by the second byte, without a call. A tag has two at least.
+inline bool is_at(std::string_view text, size_t at, std::string_view tag) {
+    return text.size() - at >= tag.size() && text[at + 1] == tag[1] &&
+           text.compare(at, tag.size(), tag) == 0;
+}
+
 // The row whose tag is at a place; null for none.
 inline const Tag *find_tag(const TagTable &table, std::string_view text, size_t at) {
     const auto byte = static_cast<unsigned char>(text[at]);
     if (byte >= table.begins.size() || !table.begins[byte]) return nullptr;
     for (const Tag &tag : table.rows)
-        if (text.compare(at, tag.start.size(), tag.start) == 0) return &tag;
+        if (is_at(text, at, tag.start)) return &tag;
     return nullptr;
 }
 
@@ -97,12 +103,12 @@ std::optional<Element> element_at(std::string_view text, size_t after, std::stri
 // The text up to an end tag; nothing when that is missing.
 std::optional<Element> text_until(std::string_view text, size_t after, std::string_view end_tag);
 
-// The value of an attribute of a tag, in quotes of either kind; empty without it. The name is
-// found in any case of letters.
+// The value of an attribute of a tag, in quotes of either kind or none; empty without it. The name
+// is found in any case of letters.
 std::string_view attribute(std::string_view tag, std::string_view name);
 
 // The next element of a name, from `at` on, whose start tag alone is read: markup of any kind in
-// any case of letters. `after` is then behind its ">".
+// any case of letters, with or without a prefix. `after` is then behind its ">".
 std::optional<Element> find_start_tag(std::string_view text, std::string_view name, size_t at = 0);
 
 // The letters, digits, "-" and "_" of an encoding's name, behind any quotes: 29 at most.

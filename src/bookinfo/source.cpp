@@ -17,8 +17,13 @@ std::string text_of(const std::optional<file::MemberBytes> &bytes) {
 
 } // namespace
 
-Source::Source(const Location &location) : location_(location) {
-    if (!is_in_archive()) file_ = file::open_plain(location.path.c_str());
+Source::Source(const Location &location) : location_(location) {}
+
+// What is asked for is read at once, and nothing else.
+bool Source::open() {
+    if (file_) return true;
+    file_ = file::open_plain(path().c_str());
+    return file_ && std::setvbuf(file_.get(), nullptr, _IONBF, 0) == 0;
 }
 
 std::string Source::read_at(uint64_t place, size_t count) {
@@ -30,10 +35,12 @@ std::string Source::read_at(uint64_t place, size_t count) {
         return start && start->size() > skipped ? text_of(start).substr(skipped) : std::string();
     }
     const auto size = static_cast<uint64_t>(location_.st.st_size);
-    if (!file_ || place >= size) return {};
-    if (kv_fseek(file_.get(), static_cast<long>(place), SEEK_SET) != 0) return {};
+    if (place >= size || !open()) return {};
+    if (place != place_ && kv_fseek(file_.get(), static_cast<long>(place), SEEK_SET) != 0)
+        return {};
     std::string bytes(static_cast<size_t>(std::min<uint64_t>(count, size - place)), '\0');
     bytes.resize(kv_fread(bytes.data(), 1, bytes.size(), file_.get()));
+    place_ = place + bytes.size();
     return bytes;
 }
 

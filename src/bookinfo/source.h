@@ -33,8 +33,11 @@ class Source {
     std::string whole(size_t limit);
 
   private:
+    bool open();
+
     const Location &location_;
     file::Stream file_;
+    uint64_t place_ = 0; // in the file
 };
 
 } // namespace book

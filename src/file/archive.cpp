@@ -69,16 +69,6 @@ std::optional<MemberBytes> read_whole_current(unzFile zip, size_t limit) {
     return size && *size <= limit ? read_current(zip, *size) : std::nullopt;
 }
 
-// How minizip reads a stream that stays ours: it forgets to close its own when memory is short.
-zlib_filefunc64_def calls_on(std::FILE *file) {
-    zlib_filefunc64_def calls;
-    fill_fopen64_filefunc(&calls);
-    calls.opaque = file;
-    calls.zopen64_file = [](void *stream, const void *, int) { return stream; };
-    calls.zclose_file = [](void *, void *) { return 0; };
-    return calls;
-}
-
 } // namespace
 
 void Archive::Closer::operator()(void *zip) const {
@@ -88,10 +78,10 @@ void Archive::Closer::operator()(void *zip) const {
 std::unique_ptr<Archive> Archive::open(const char *path) {
     Stream file = open_plain(path);
     if (!file) return nullptr;
-    zlib_filefunc64_def calls = calls_on(file.get());
-    Zip zip(unzOpen2_64(path, &calls));
-    if (!zip) return nullptr;
-    std::unique_ptr<Archive> archive(new Archive(std::move(file), std::move(zip)));
+    std::unique_ptr<Archive> archive(new Archive(std::move(file)));
+    zlib_filefunc64_def calls = archive->file_.calls();
+    archive->zip_.reset(unzOpen2_64(path, &calls));
+    if (!archive->zip_) return nullptr;
     archive->read_index();
     return archive;
 }

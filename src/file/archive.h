@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "file/archive_file.h"
 #include "file/stream.h"
 
 namespace file {
@@ -53,12 +54,12 @@ class Archive {
     };
     using Zip = std::unique_ptr<void, Closer>; // an unzFile
 
-    Archive(Stream file, Zip zip) : file_(std::move(file)), zip_(std::move(zip)) {}
+    explicit Archive(Stream file) : file_(std::move(file)) {}
     void read_index();
     bool add_current();
     bool go_to(std::string_view name);
 
-    Stream file_;
+    ArchiveFile file_;
     Zip zip_;
     std::vector<Member> members_;
     std::map<std::string, std::size_t> index_; // by folded name; a hash could be made to collide

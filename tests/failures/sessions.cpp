@@ -22,7 +22,7 @@ std::string Session::loss() const {
 
 std::vector<Area> areas() {
     std::vector<Area> all;
-    for (const auto some : {files_areas, look_areas, picture_areas, device_areas})
+    for (const auto some : {files_areas, look_areas, picture_areas, book_areas, device_areas})
         all.insert(all.end(), some.begin(), some.end());
     return all;
 }

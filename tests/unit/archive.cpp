@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Archives as users download them: names in any case, limits, and entries that lie.
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <sys/stat.h>
 
@@ -54,6 +55,24 @@ TEST_F(Archives, GiveTheStartOfAMemberOrAllOfItWithinALimit) {
     EXPECT_EQ(text(zip->read_start("a", 100)), "short");
     EXPECT_EQ(text(zip->read("b", bytes.size())), bytes);
     EXPECT_EQ(text(zip->read("b", bytes.size() - 1)), "(none)");
+}
+
+TEST_F(Archives, AreReadWhereverTheirPartsLie) {
+    std::string bytes(50'000, '\0');
+    std::minstd_rand random;
+    for (char &c : bytes) c = static_cast<char>(random() >> 8);
+    open_zip({{"a", bytes}, {"b", "short"}});
+    const std::string archive = read_file("a.zip");
+    for (const size_t before : {0, 1, 15'000, 16'000, 16'300, 16'384, 20'000})
+        for (const std::string comment : {"", "comment"}) {
+            std::string file = std::string(before, 'x') + archive + comment;
+            file[before + archive.size() - 2] = static_cast<char>(comment.size());
+            write_file("moved.zip", file);
+            const auto zip = file::Archive::open("moved.zip");
+            ASSERT_TRUE(zip) << before;
+            EXPECT_EQ(text(zip->read("a", plenty)), bytes) << before;
+            EXPECT_EQ(text(zip->read("b", plenty)), "short") << before;
+        }
 }
 
 TEST_F(Archives, RefuseMembersThatPromiseWhatTheyCannotHold) {

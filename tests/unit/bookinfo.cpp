@@ -2,7 +2,10 @@
 // What books of each format say about themselves.
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "kelvane/bookinfo.h"
 #include "kelvane/languages.h"
@@ -161,6 +164,7 @@ TEST_F(BookInfo, FindsIsbnsInTheTextOfAnFb2) {
     EXPECT_EQ(isbn_of("ISBN 978-5-699-12014-8"), "(null)");
     EXPECT_EQ(isbn_of("0-306-40615-2.", std::string(20'000, ' ') + "978 0 306 40615 7"),
               ";0-306-40615-2,978 0 306 40615 7");
+    EXPECT_EQ(isbn_of("978-5-699-12014-7 9785699120147"), ";978-5-699-12014-7");
     EXPECT_EQ(isbn_of("080442957X 080442957x1"), ";080442957X");
     EXPECT_EQ(isbn_of("19780306406157 a9780306406157 9780306406157z"), "(null)");
     write_zip("inside.fb2.zip",
@@ -231,10 +235,21 @@ TEST_F(BookInfo, OfAnEpub3FollowsRefinements) {
     EXPECT_STREQ(b.author, "Jo Nesbø, Other");
     EXPECT_STREQ(b.series, "harry");
     EXPECT_EQ(b.numinseries, 7);
-    const bookinfo &unknown = ask_epub(books::epub(books::package(
-        "<dc:creator opf:file-as=\"Unknown\">Somebody</dc:creator><dc:title>T</dc:title>")));
-    EXPECT_STREQ(unknown.first_author, "Somebody");
-    EXPECT_EQ(unknown.drm, 0);
+}
+
+TEST_F(BookInfo, OfAnEpubTakesWhatOtherWritersMean) {
+    const bookinfo &b = ask_epub(books::epub(
+        books::package("<dc:creator opf:file-as=\"Unknown\">Somebody</dc:creator>"
+                       "<meta content='in front' name='x:series'/>"
+                       "<meta content='4.0' name='x:series_index'/>"
+                       "<dc:identifier opf:scheme=\"ISBN-10\">0-306-40615-2</dc:identifier>"
+                       "<dc:identifier>isbn-13: 978-0-306-40615-7</dc:identifier>"
+                       "<dc:identifier>urn:isbn:9780306406157</dc:identifier>")));
+    EXPECT_STREQ(b.first_author, "Somebody");
+    EXPECT_STREQ(b.series, "in front");
+    EXPECT_EQ(b.numinseries, 4);
+    EXPECT_STREQ(b.isbn, "0-306-40615-2,978-0-306-40615-7");
+    EXPECT_EQ(b.drm, 0);
 }
 
 TEST_F(BookInfo, OfAMobiTakesTheBestTitleAndTheRecords) {
@@ -277,14 +292,13 @@ TEST_F(BookInfo, OfAMobiThatIsRefusedIsItsName) {
 }
 
 TEST_F(BookInfo, OfAPageIsItsTitleAndMetas) {
-    const bookinfo &b =
-        ask("html", "<HTML lang=\"ru\"><meta charset=\"windows-1251\">"
-                    "<META content='\xC8\xEC\xFF' name=Author><meta name=\"author\" "
-                    "content=\"\xC8\xEC\xFF\"><meta name='Description' "
-                    "content='about'><title>\xE4\xEE\xEC</title>");
+    const bookinfo &b = ask("html", "<HTML lang=\"ru\"><meta charset=\"windows-1251\">"
+                                    "<META content=\xC8\xEC\xFF name=Author><meta name=\"author\" "
+                                    "content=\"B\"><meta name='Description' "
+                                    "content='about'><title>\xE4\xEE\xEC</title>");
     EXPECT_EQ(b.type, 3);
     EXPECT_STREQ(b.title, "Дом");
-    EXPECT_STREQ(b.author, "Имя");
+    EXPECT_STREQ(b.author, "Имя, B");
     EXPECT_STREQ(b.annotation, "about");
     EXPECT_STREQ(b.lang, "ru");
     EXPECT_STREQ(ask("htm", "<TITLE class=x>\n big\n</TITLE>").title, "Big");
@@ -324,13 +338,65 @@ TEST_F(BookInfo, KeepsTheRecordOfTheLastQuestion) {
     write_file("1.fb2", books::fb2("<book-title>Changed</book-title>"));
     EXPECT_EQ(GetBookInfoExt("1.fb2", ", "), first);
     EXPECT_STREQ(first->title, "One");
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_STREQ(GetBookInfo("2.fb2")->title, "Two");
-        EXPECT_STREQ(GetBookInfo("1.fb2")->title, "Changed");
-    }
+    EXPECT_STREQ(GetBookInfo("2.fb2")->title, "Two");
+    EXPECT_STREQ(GetBookInfo("1.fb2")->title, "Changed");
     EXPECT_EQ(GetBookInfo("1.fb2")->author, nullptr);
     // The path of the record may be what is asked for.
     EXPECT_STREQ(GetBookInfoExt(GetBookInfo("2.fb2")->path, "x")->title, "Two");
+}
+
+// Puts a book down in one of five formats and two encodings; returns its path.
+std::string put_book(const std::string &title, int number) {
+    const std::string isbn = "978-0-306-40615-7",
+                      declaration = number % 2 == 0 ? "<?xml encoding='cp1251'?>" : "<?xml?>",
+                      fb2 = books::fb2("<book-title>" + title + "</book-title>" +
+                                           books::author("A", "", title),
+                                       "<isbn>" + isbn + "</isbn>", declaration);
+    books::Mobi mobi;
+    mobi.exth = books::exth_record(503, title) + books::exth_record(100, title + " A") +
+                books::exth_record(104, isbn);
+    const std::string extensions[] = {".fb2", ".fb2.zip", ".epub", ".mobi", ".html"},
+                      path = title + extensions[number % 5];
+    switch (number % 5) {
+    case 0:
+        write_file(path, fb2);
+        break;
+    case 1:
+        write_zip(path, {{"in.fb2", fb2}});
+        break;
+    case 2:
+        write_zip(path, books::epub(books::package(
+                            "<dc:title>" + title + "</dc:title><dc:creator>" + title +
+                            " A</dc:creator><dc:identifier>" + isbn + "</dc:identifier>")));
+        break;
+    case 3:
+        write_file(path, mobi.bytes());
+        break;
+    default:
+        write_file(path, "<title>" + title + "</title><meta name=author content='" + title +
+                             " A'>" + isbn);
+    }
+    return path;
+}
+
+TEST_F(BookInfo, OfFiftyBooksInTurnStaysRightAndDoesNotGrow) {
+    std::vector<std::pair<std::string, std::string>> made; // title, path
+    for (int i = 0; i < 50; ++i) {
+        const std::string title = "Book " + std::to_string(i);
+        made.emplace_back(title, put_book(title, i));
+    }
+    const auto ask_all = [&] {
+        for (const auto &[title, path] : made) {
+            const bookinfo &b = *GetBookInfo(path.c_str());
+            ASSERT_EQ(b.title, title);
+            ASSERT_EQ(text(b.author), title + " A");
+            ASSERT_EQ(text(GetBookISBN(path.c_str())), "9780306406157");
+        }
+    };
+    ASSERT_NO_FATAL_FAILURE(ask_all());
+    const size_t before = mallinfo2().uordblks;
+    for (int round = 0; round < 200; ++round) ASSERT_NO_FATAL_FAILURE(ask_all());
+    EXPECT_LT(mallinfo2().uordblks, before + 16'384); // less than two bytes a call
 }
 
 } // namespace

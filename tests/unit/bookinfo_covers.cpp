@@ -80,6 +80,10 @@ TEST_F(BookCovers, OfAnEpubAreFoundInFourPlaces) {
                                         "xlink:href='c.jpg'/></svg>"},
                     {"OEBPS/p/c.jpg", jpeg(23)}}),
               0);
+    EXPECT_EQ(
+        epub("", "<opf:item id='i' href='p.xhtml'/><opf:itemref idref='i'/>",
+             {{"OEBPS/p.xhtml", "<svg:image xlink:href='c.png'/>"}, {"OEBPS/c.png", png(24)}}),
+        24);
     EXPECT_EQ(epub("", item + "/>", picture), 0);
 }
 

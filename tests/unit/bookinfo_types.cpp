@@ -7,6 +7,7 @@
 
 #include "kelvane/bookinfo.h"
 #include "support/book_files.h"
+#include "unit/theme_support.h"
 
 namespace {
 
@@ -53,6 +54,22 @@ TEST_F(FileTypes, AreTwoHundredAndFiftySixAtMost) {
     const kv_filetype *rows = GetSupportedFileTypes();
     EXPECT_STREQ(rows[255].extension, "e253");
     EXPECT_EQ(rows[256].extension, nullptr);
+}
+
+TEST_F(FileTypes, HaveTheIconsOfTheTheme) {
+    const TestTheme theme;
+    TestTheme::add("ICON_PHOTO", 1, 1, 0);
+    TestTheme::add("ICON_EPUB", 2, 1, 0);
+    TestTheme::add("ICON_MOBI", 3, 1, 0);
+    TestTheme::add("broken_image", 4, 1, 0);
+    books::write_table();
+    std::string widths;
+    for (const kv_filetype *row = GetSupportedFileTypes(); row->extension; ++row)
+        widths += std::to_string(row->icon ? row->icon->width : 0);
+    // Folders, photos, txt, fb2, epub, mobi, prc and five that the theme does not know.
+    EXPECT_EQ(widths, "010423300000");
+    write_file("a.epub", "");
+    EXPECT_EQ(GetBookInfo("a.epub")->icon, FileType("a.epub")->icon);
 }
 
 TEST_F(FileTypes, AreTextAloneWithoutATable) {

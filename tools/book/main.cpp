@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // kelvane-book: prints what the library says of files.
 #include <algorithm>
-#include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -74,19 +75,32 @@ void lend_table() {
     fs::remove_all(lent, error);
 }
 
-bool is_book(const fs::path &path) {
-    const kv_filetype *type = FileType(path.c_str());
-    return type && type->type != BOOK_TYPE_NO;
+bool is_book(const bookinfo &info) {
+    return info.typedesc && info.type != BOOK_TYPE_NO;
 }
 
-// The books below a folder, in the order of their names. What cannot be read is passed over.
-std::vector<std::string> books_below(const std::string &folder) {
+// Tells why something was not done.
+void complain(const std::string &path, const std::string &why) {
+    std::fprintf(stderr, "kelvane-book: %s: %s\n", path.c_str(), why.c_str());
+}
+
+bool can_be_read(const std::string &path) {
+    if (access(path.c_str(), R_OK) == 0) return true;
+    complain(path, std::strerror(errno));
+    return false;
+}
+
+// The files below a folder, in the order of their names. Folders that are forbidden are passed
+// over.
+std::vector<std::string> files_below(const std::string &folder) {
     std::vector<std::string> found;
     std::error_code error;
     fs::recursive_directory_iterator at(folder, fs::directory_options::skip_permission_denied,
                                         error);
     for (; !error && at != fs::recursive_directory_iterator(); at.increment(error))
-        if (is_book(at->path())) found.push_back(at->path().string());
+        if (std::error_code unknown; !at->is_directory(unknown))
+            found.push_back(at->path().string());
+    if (error) complain(folder, error.message());
     std::sort(found.begin(), found.end());
     return found;
 }
@@ -98,27 +112,28 @@ void show_progress(size_t done, size_t all) {
         std::fprintf(stderr, "\r%zu of %zu%s", done, all, done == all ? "\n" : "");
 }
 
-int save_cover(const std::string &path, const std::string &to) {
+bool save_cover(const std::string &path, const std::string &to) {
+    if (!can_be_read(path)) return false;
     ibitmap *cover = GetBookCover(path.c_str(), -1, -1);
     const bool is_saved = cover && SavePNG(to.c_str(), cover) == 1;
     if (!cover)
-        std::fprintf(stderr, "kelvane-book: %s has no cover that can be read\n", path.c_str());
+        complain(path, "has no cover that can be read");
     else if (!is_saved)
-        std::fprintf(stderr, "kelvane-book: cannot write %s\n", to.c_str());
+        complain(to, "cannot be written");
     std::free(cover);
-    return is_saved ? 0 : 1;
+    return is_saved;
 }
 
-int print_all(const Options &o) {
-    int status = 0;
+// False when a file cannot be read.
+bool print_all(const Options &o) {
+    bool all_read = true;
     std::vector<std::string> files;
     for (const std::string &path : o.paths) {
         std::error_code error;
-        if (!fs::exists(path, error)) {
-            std::fprintf(stderr, "kelvane-book: there is no %s\n", path.c_str());
-            status = 1;
+        if (!can_be_read(path)) {
+            all_read = false;
         } else if (o.is_recursive && fs::is_directory(path, error)) {
-            const auto found = books_below(path);
+            const auto found = files_below(path);
             files.insert(files.end(), found.begin(), found.end());
         } else {
             files.push_back(path);
@@ -126,10 +141,18 @@ int print_all(const Options &o) {
     }
     report::Printer print(o.style);
     for (size_t i = 0; i < files.size(); ++i) {
-        if (const bookinfo *book = GetBookInfo(files[i].c_str())) print(*book);
+        const bookinfo *info = GetBookInfo(files[i].c_str());
+        if (info && (!o.is_recursive || is_book(*info))) print(*info);
         if (o.is_recursive) show_progress(i + 1, files.size());
     }
-    return status;
+    return all_read;
+}
+
+// What a full disk kept back is an error too.
+bool is_printed() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
+    complain("standard output", std::strerror(errno));
+    return false;
 }
 
 } // namespace
@@ -145,5 +168,7 @@ int main(int count, char **arguments) {
         return usage_error;
     }
     lend_table();
-    return options->cover ? save_cover(options->paths[0], *options->cover) : print_all(*options);
+    if (options->cover) return save_cover(options->paths[0], *options->cover) ? 0 : 1;
+    const bool all_read = print_all(*options);
+    return is_printed() && all_read ? 0 : 1;
 }

@@ -2,11 +2,15 @@
 // Prints the fields of a record that have a value.
 #include "report.h"
 
-#include <cinttypes>
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "bookinfo/encoding.h"
 
 namespace report {
 namespace {
@@ -14,60 +18,100 @@ namespace {
 struct Field {
     const char *name;
     std::string value;
-    bool is_number = false;
 };
 
-std::string joined_genres(const bookinfo &b) {
-    std::string all;
-    for (const char *genre : b.genre)
-        if (genre) all += (all.empty() ? "" : ", ") + std::string(genre);
-    return all;
+// Calls put(character, is_well_formed) for each character of a text.
+template <class Put>
+void each_character(std::string_view text, Put put) {
+    while (!text.empty()) {
+        const std::string_view c = text.substr(0, book::first_character(text));
+        put(c, book::is_utf8(c));
+        text.remove_prefix(c.size());
+    }
 }
 
-std::vector<Field> fields_of(const bookinfo &b) {
-    const auto text = [](const char *t) { return std::string(t ? t : ""); };
-    const auto number = [](int64_t n) { return n != 0 ? std::to_string(n) : std::string(); };
-    return {{"path", text(b.path)},
-            {"title", text(b.title)},
-            {"kind", text(b.typedesc)},
-            {"type", std::to_string(b.type), true},
-            {"author", text(b.author)},
-            {"first_author", text(b.first_author)},
-            {"series", text(b.series)},
-            {"numinseries", number(b.numinseries), true},
-            {"genres", joined_genres(b)},
-            {"lang", text(b.lang)},
-            {"publisher", text(b.publisher)},
-            {"isbn", text(b.isbn)},
-            {"meta_id", text(b.meta_id)},
-            {"drm", number(b.drm), true},
-            {"size", std::to_string(b.size), true},
-            {"ctime", std::to_string(b.ctime), true},
-            {"annotation", text(b.annotation)}};
+std::string escape(unsigned code) {
+    char escaped[8];
+    std::snprintf(escaped, sizeof escaped, "\\u%04x", code & 0xFFFF);
+    return escaped;
 }
 
+// Bytes of file names that are not UTF-8 stand as lone surrogates, as many programs have them.
 std::string quoted(std::string_view text) {
     std::string out = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') {
-            out += '\\';
+    each_character(text, [&](std::string_view c, bool is_well_formed) {
+        const auto first = static_cast<unsigned char>(c.front());
+        if (!is_well_formed)
+            for (const char byte : c) out += escape(0xDC00U | static_cast<unsigned char>(byte));
+        else if (c == "\"" || c == "\\")
+            out.append("\\").append(c);
+        else if (first < ' ')
+            out += escape(first);
+        else
             out += c;
-        } else if (static_cast<unsigned char>(c) < ' ') {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-            out += escape;
-        } else {
-            out += c;
-        }
-    }
+    });
     return out + '"';
 }
 
+bool is_control(std::string_view c) {
+    const auto last = static_cast<unsigned char>(c.back());
+    return c.size() == 1 ? last < ' ' || last == 0x7F : c.starts_with('\xC2') && last < 0xA0;
+}
+
 // A value stays on its line, and does nothing to the terminal.
-std::string in_one_line(std::string text) {
-    for (char &c : text)
-        if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = ' ';
-    return text;
+std::string in_one_line(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; }))
+        return std::string(text);
+    std::string out;
+    each_character(text, [&](std::string_view c, bool is_well_formed) {
+        out += !is_well_formed ? "\xEF\xBF\xBD" : is_control(c) ? " " : c;
+    });
+    return out;
+}
+
+// Values in a style; empty for what a book does not have.
+struct Values {
+    Style style;
+
+    std::string text(const char *value) const {
+        if (!value) return {};
+        return style == Style::json ? quoted(value) : in_one_line(value);
+    }
+    std::string list(const char *const (&values)[BOOK_GENRES]) const {
+        std::string all;
+        for (const char *value : values)
+            if (value) all.append(all.empty() ? "" : ", ").append(text(value));
+        return style == Style::json && !all.empty() ? '[' + all + ']' : all;
+    }
+    std::string time(int64_t seconds) const {
+        const auto when = static_cast<std::time_t>(seconds);
+        std::tm local{};
+        char date[32] = "";
+        if (style == Style::json || !localtime_r(&when, &local)) return std::to_string(seconds);
+        std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", &local);
+        return date;
+    }
+};
+
+std::string number(int64_t value) {
+    return std::to_string(value);
+}
+
+std::string number_if_any(int64_t value) {
+    return value != 0 ? number(value) : std::string();
+}
+
+std::vector<Field> fields_of(const bookinfo &b, Style style) {
+    const Values v{style};
+    return {{"path", v.text(b.path)},           {"title", v.text(b.title)},
+            {"kind", v.text(b.typedesc)},       {"type", number(b.type)},
+            {"author", v.text(b.author)},       {"first_author", v.text(b.first_author)},
+            {"series", v.text(b.series)},       {"numinseries", number_if_any(b.numinseries)},
+            {"genres", v.list(b.genre)},        {"lang", v.text(b.lang)},
+            {"publisher", v.text(b.publisher)}, {"isbn", v.text(b.isbn)},
+            {"meta_id", v.text(b.meta_id)},     {"identifiers", v.text(b.identifiers)},
+            {"drm", number_if_any(b.drm)},      {"size", number(b.size)},
+            {"ctime", v.time(b.ctime)},         {"annotation", v.text(b.annotation)}};
 }
 
 } // namespace
@@ -81,21 +125,23 @@ Printer::~Printer() {
 }
 
 void Printer::operator()(const bookinfo &book) {
+    constexpr size_t name_width = 14;
     const bool is_json = style_ == Style::json;
-    if (is_json) std::fputs(is_first_ ? "\n  {" : ",\n  {", stdout);
-    if (!is_json && !is_first_) std::fputs("\n", stdout);
+    std::string out = is_first_ ? "" : is_json ? "," : "\n";
+    if (is_json) out += "\n  {";
     is_first_ = false;
     const char *separator = "";
-    for (const Field &field : fields_of(book)) {
+    for (const Field &field : fields_of(book, style_)) {
         if (field.value.empty()) continue;
         if (is_json)
-            std::printf("%s\n    \"%s\": %s", separator, field.name,
-                        field.is_number ? field.value.c_str() : quoted(field.value).c_str());
+            out.append(separator).append("\n    \"").append(field.name).append("\": ");
         else
-            std::printf("%-13s %s\n", field.name, in_one_line(field.value).c_str());
+            out.append(field.name).append(name_width - std::strlen(field.name), ' ');
+        out.append(field.value).append(is_json ? "" : "\n");
         separator = ",";
     }
-    if (is_json) std::fputs("\n  }", stdout);
+    if (is_json) out += "\n  }";
+    std::fwrite(out.data(), 1, out.size(), stdout);
 }
 
 } // namespace report

@@ -42,7 +42,7 @@ void draw_scroll_bar(const Menu &menu) {
     if (!level.is_paged()) return;
     const Look &look = *menu.look;
     const irect in = inside_of(menu);
-    const int head = level.has_header ? look.p.title_height : 0;
+    const int head = level.title() ? look.p.title_height : 0;
     const irect track{IsRTL() ? in.x + look.unit : in.x + in.w - look.unit - thumb_w,
                       in.y + head + look.unit, thumb_w, std::max(in.h - head - 2 * look.unit, 1),
                       0};
@@ -72,7 +72,7 @@ void draw_rim(const Menu &menu) {
     SetClipRect(&clip);
     if (clip.w > 0)
         fill_rounded({r.x - rim, r.y - rim, r.w + 2 * rim, r.h + 2 * rim, 0},
-                     menu.look->p.border_radius + rim);
+                     menu.look->rim_radius());
     SetClip(0, 0, ScreenWidth(), ScreenHeight());
 }
 
@@ -100,7 +100,7 @@ irect inside_of(const Menu &menu) {
 
 irect exit_rect(const Menu &menu) {
     const Look &look = *menu.look;
-    if (menu.request.exit == ExitButton::none || !menu.level().has_header) return {};
+    if (menu.request.exit == ExitButton::none || !menu.level().title()) return {};
     const irect in = inside_of(menu);
     const int w = look.exit.width(), h = look.exit.height();
     const int x = IsRTL() ? in.x + look.exit_x : in.x + in.w - look.exit_x - w;

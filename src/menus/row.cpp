@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 
 #include "kelvane/languages.h"
 #include "kelvane/text.h"
@@ -165,14 +164,13 @@ void draw_item(const Brush &b) {
 int draw_counter(const Brush &b, int beyond) {
     const Level &level = b.menu.level();
     if (!level.is_paged()) return 0;
-    char text[32];
-    std::snprintf(text, sizeof text, "%d / %d", level.page + 1, level.last_page + 1);
+    const Counter made = counter(level.page, level.last_page);
     const ifont *font = b.look().small_font.get();
     const text::FontScope scope(font);
     SetFont(font, b.p().font_normal_color);
-    const int w = StringWidth(text);
+    const int w = StringWidth(made.text);
     const irect r = one_line(b.part(b.place.w - beyond - w, w), font);
-    DrawString(r.x, r.y, text);
+    DrawString(r.x, r.y, made.text);
     return w + b.look().unit;
 }
 

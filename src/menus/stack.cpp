@@ -107,12 +107,11 @@ void measure(Menu &menu) {
     menu.scroll = 0;
 }
 
-// A row selected at the start may be far down.
+// A row selected at the start may be far down: it comes to the middle.
 void show_selected(Menu &menu) {
     const Row *row = menu.level().selected();
     if (!row || !menu.is_scrolled_by_finger()) return;
-    const int border = menu.look->p.border_size + menu.look->p.item_border_indent_vertical;
-    menu.scroll = std::clamp(row->y + row->h + border - menu.rect.h, 0, menu.most_scroll());
+    menu.scroll = std::clamp(row->y + (row->h - menu.rect.h) / 2, 0, menu.most_scroll());
 }
 
 // The row of that number or the nearest before it that can be chosen.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+#include "chrome/panel.h"
 #include "menus_support.h"
 #include "support/theme_file.h"
 

@@ -11,20 +11,19 @@ namespace {
 
 class Builder {
   public:
-    explicit Builder(const Rules &rules) : rules_(rules), y_(first_y()) {}
+    Builder(const Rules &rules, size_t items) : rules_(rules), y_(first_y()) {
+        level_.rows.reserve(items + items / 8); // with titles that are repeated
+    }
 
     void add(Item &&item, bool is_last) {
         const int h = row_height(item.kind, rules_);
         if (rules_.flow == Flow::pages && y_ + h > bottom() && y_ > first_y()) start_page();
-        if (item.kind == ITEM_HEADER) {
-            level_.has_header = true;
-            header_ = item;
-        }
+        if (item.kind == ITEM_HEADER) header_ = item;
         add_row(std::move(item), h, is_last);
     }
 
     Level finish() {
-        if (level_.has_header && !level_.rows.empty()) level_.rows.front().y = rules_.border;
+        if (header_) level_.rows.front().y = rules_.border;
         level_.height = std::max(lowest_, first_y()) + rules_.indent + rules_.border;
         return std::move(level_);
     }
@@ -76,6 +75,12 @@ const Row *Level::selected() const {
     return current < 0 ? nullptr : &rows[static_cast<size_t>(current)];
 }
 
+const Row *Level::title() const {
+    const auto first =
+        std::find_if(rows.begin(), rows.end(), [this](const Row &row) { return row.page == page; });
+    return first != rows.end() && first->item.kind == ITEM_HEADER ? &*first : nullptr;
+}
+
 bool Level::is_selectable_at(int row) const {
     return row >= 0 && row < row_count(*this) &&
            is_selectable(rows[static_cast<size_t>(row)].item.kind);
@@ -98,7 +103,7 @@ int unbroken_height(const std::vector<Item> &items, const Rules &rules) {
 }
 
 Level build_level(std::vector<Item> items, const Rules &rules, int position) {
-    Builder builder(rules);
+    Builder builder(rules, items.size());
     for (Item &item : items) {
         const bool is_last = &item == &items.back();
         builder.add(std::move(item), is_last);

@@ -58,7 +58,7 @@ void pass(int64_t us) {
 
 // What a signal left of a nap has not passed.
 int64_t nap(int64_t us) {
-    timespec time{us / 1'000'000, us % 1'000'000 * 1000};
+    timespec time{static_cast<time_t>(us / 1'000'000), static_cast<long>(us % 1'000'000 * 1000)};
     if (nanosleep(&time, &time) == 0) return us;
     return us - (time.tv_sec * 1'000'000 + time.tv_nsec / 1000);
 }

@@ -90,7 +90,8 @@ struct Outline {
     Outline(const Shape &shape, int64_t size) {
         for (const Contour &contour : shape) {
             for (const Point &p : contour)
-                points.push_back({p.x * 64 * size / side, p.y * 64 * size / side});
+                points.push_back({static_cast<FT_Pos>(p.x * 64 * size / side),
+                                  static_cast<FT_Pos>(p.y * 64 * size / side)});
             ends.push_back(static_cast<short>(points.size() - 1));
         }
         tags.assign(points.size(), FT_CURVE_TAG_ON);

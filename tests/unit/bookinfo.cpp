@@ -127,6 +127,8 @@ TEST_F(BookInfo, OfAnFb2IsReadAsItsEncodingSays) {
     EXPECT_STREQ(
         ask("fb2", books::fb2("<book-title>\xE2\xEE\xE9\xED\xE0</book-title>", "", declared)).title,
         "Война");
+    const std::string all_ascii = "<book-title>\x1B$B$\"\x1B(B</book-title>";
+    EXPECT_EQ(title("fb2", books::fb2(all_ascii, "", "<?xml encoding='iso-2022-jp'?>")), "あ");
     const std::string latin = "<book-title>\374ber</book-title>";
     EXPECT_EQ(title("fb2", books::fb2(latin, "", "<?xml?>")), "(name)");
     EXPECT_EQ(title("fb2", books::fb2(latin, "", "<?xml encoding='nonsense'?>")), "(name)");

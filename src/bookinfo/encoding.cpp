@@ -93,14 +93,15 @@ std::string converted(iconv_t handle, std::string_view text) {
     return out;
 }
 
-bool is_ascii(std::string_view text) {
-    return std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
+// What is printed of ASCII. Control characters may switch to other characters.
+constexpr bool is_printable(char c) {
+    return c >= ' ' && c < 0x7F;
 }
 
-// False where some of ASCII are other characters, or switch to other characters.
+// False where a printable character is another one, or switches to others.
 bool keeps_ascii(iconv_t handle) {
     std::string all;
-    for (char c = 1; c < 0x7F; ++c) all += c;
+    for (char c = ' '; is_printable(c); ++c) all += c;
     return converted(handle, all) == all;
 }
 
@@ -163,7 +164,8 @@ Converter::Converter(const std::string &encoding) {
 }
 
 std::string Converter::operator()(std::string_view text) const {
-    if (!kept_ || (kept_->keeps_ascii && is_ascii(text))) return mended(text);
+    if (!kept_ || (kept_->keeps_ascii && std::all_of(text.begin(), text.end(), is_printable)))
+        return mended(text);
     return mended(converted(kept_->handle.get(), text));
 }
 

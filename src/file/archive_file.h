@@ -16,8 +16,10 @@ class ArchiveFile {
   public:
     // Throws bad_alloc.
     explicit ArchiveFile(Stream file);
+    ArchiveFile(const ArchiveFile &) = delete;
+    ArchiveFile &operator=(const ArchiveFile &) = delete;
 
-    // For unzOpen2_64(). The archive that is opened is closed before this goes, or moves.
+    // For unzOpen2_64(). The archive that is opened is closed before this goes.
     zlib_filefunc64_def calls();
 
   private:

@@ -23,6 +23,7 @@ inline constexpr std::string_view table = "txt:Text:1:reader.app:ICON_TXT\n"
                                           "htm:Web page:3:browser.app:ICON_HTML\n"
                                           "acsm:Ticket:4:shop.app:ICON_ACSM\n"
                                           "wlnk:Link:4:shop.app:ICON_LINK\n"
+                                          "lndrm:Container:4:shop.app:ICON_LOCK\n"
                                           "sav:No book:255:none:ICON_SAV\n";
 
 inline void write_table() {
@@ -74,7 +75,8 @@ inline std::string exth_record(uint32_t type, const std::string &data) {
 // A MOBI file and the fields that tests change.
 struct Mobi {
     std::string database_name = "Palm_name", full_name = "Full name", exth;
-    uint32_t encoding = 65001, header_length = 232, exth_flags = 0x40, first_picture = 1;
+    uint32_t encoding = 65001, header_length = 232, exth_flags = 0x40, first_picture = 1,
+             encryption = 0;
     std::vector<std::string> pictures;
 
     std::string bytes() const {
@@ -91,7 +93,8 @@ struct Mobi {
         header.resize(112, '\0');
         header += big_endian(exth_flags, 4);
         header.resize(header_length, '\0');
-        const std::string record0 = std::string(16, '\0') + header + block + full_name;
+        const std::string record0 =
+            std::string(12, '\0') + big_endian(encryption, 2) + "  " + header + block + full_name;
         return database({record0});
     }
 

@@ -127,6 +127,8 @@ TEST_F(BookInfo, OfAnFb2IsReadAsItsEncodingSays) {
     EXPECT_STREQ(
         ask("fb2", books::fb2("<book-title>\xE2\xEE\xE9\xED\xE0</book-title>", "", declared)).title,
         "Война");
+    const std::string all_ascii = "<book-title>\x1B$B$\"\x1B(B</book-title>";
+    EXPECT_EQ(title("fb2", books::fb2(all_ascii, "", "<?xml encoding='iso-2022-jp'?>")), "あ");
     const std::string latin = "<book-title>\374ber</book-title>";
     EXPECT_EQ(title("fb2", books::fb2(latin, "", "<?xml?>")), "(name)");
     EXPECT_EQ(title("fb2", books::fb2(latin, "", "<?xml encoding='nonsense'?>")), "(name)");
@@ -256,8 +258,16 @@ TEST_F(BookInfo, OfAMobiTakesTheBestTitleAndTheRecords) {
     books::Mobi mobi;
     mobi.exth = books::exth_record(100, "Ann Bee") + books::exth_record(100, "Cid") +
                 books::exth_record(100, "Ann Bee") + books::exth_record(104, "978-0-306-40615-7") +
-                books::exth_record(503, "exth title");
+                books::exth_record(503, "exth title") + books::exth_record(101, "House") +
+                books::exth_record(103, "about") + books::exth_record(105, "sea") +
+                books::exth_record(524, "en");
+    mobi.encryption = 2;
     const bookinfo &b = ask("mobi", mobi.bytes());
+    EXPECT_STREQ(b.publisher, "House");
+    EXPECT_STREQ(b.annotation, "about");
+    EXPECT_EQ(genres(b), "Sea|");
+    EXPECT_STREQ(b.lang, "en");
+    EXPECT_EQ(b.drm, 1);
     EXPECT_STREQ(b.title, "Exth title");
     EXPECT_STREQ(b.author, "Ann Bee, Cid");
     EXPECT_STREQ(b.isbn, "978-0-306-40615-7");
@@ -266,8 +276,13 @@ TEST_F(BookInfo, OfAMobiTakesTheBestTitleAndTheRecords) {
     const bookinfo &stopped = ask("prc", mobi.bytes());
     EXPECT_STREQ(stopped.title, "Full name");
     EXPECT_STREQ(stopped.author, "A");
-    mobi.exth = books::exth_record(503, "far") + books::exth_record(1, std::string(16'400, 'x'));
-    EXPECT_STREQ(ask("mobi", mobi.bytes()).title, "Full name");
+    const auto title_in_a_block_of = [&](size_t size) {
+        mobi.exth =
+            books::exth_record(1, std::string(size - 19, 'x')) + books::exth_record(503, "far");
+        return title("mobi", mobi.bytes());
+    };
+    EXPECT_EQ(title_in_a_block_of(16'384), "Far");
+    EXPECT_EQ(title_in_a_block_of(16'385), "Full name");
     mobi.exth = books::exth_record(503, "unflagged"), mobi.exth_flags = 0;
     EXPECT_STREQ(ask("mobi", mobi.bytes()).title, "Full name");
     mobi.full_name = "";
@@ -288,6 +303,8 @@ TEST_F(BookInfo, OfAMobiThatIsRefusedIsItsName) {
     EXPECT_EQ(changed(64, "MOBY"), "(name)");
     EXPECT_EQ(changed(76, books::big_endian(0, 2)), "(name)");
     EXPECT_EQ(changed(78, books::big_endian(80, 4)), "(name)");
+    EXPECT_EQ(changed(78, books::big_endian(85, 4)), "(name)");
+    EXPECT_EQ(changed(78, books::big_endian(86, 4)), "Palm name");
     EXPECT_EQ(changed(78, books::big_endian(0xFFFFFFFF, 4)), "Palm name");
 }
 
@@ -315,6 +332,19 @@ TEST_F(BookInfo, OfTicketsAndLinksIsThatOfTheBook) {
     const bookinfo &link = ask("wlnk", "url=http://x/\ntitle = linked\nauthor=Who\n");
     EXPECT_STREQ(link.title, "Linked");
     EXPECT_STREQ(link.author, "Who");
+    EXPECT_EQ(ask("lndrm", "").drm, 1);
+}
+
+TEST_F(BookInfo, IsInTheFirstBytesOfAText) {
+    const std::string tag = "<book-title>far</book-title>";
+    for (const size_t end : {9'999U, 10'000U}) {
+        const std::string name = std::to_string(end), expected = end == 9'999 ? "Far" : name,
+                          text = std::string(end - tag.size(), ' ') + tag;
+        write_file(name + ".fb2", text);
+        write_zip(name + ".fb2.zip", {{"in.fb2", text}});
+        EXPECT_EQ(GetBookInfo((name + ".fb2").c_str())->title, expected);
+        EXPECT_EQ(GetBookInfo((name + ".fb2.zip").c_str())->title, expected);
+    }
 }
 
 TEST_F(BookInfo, ReadsTheFirstFileOfAnArchiveAndTheTargetOfALink) {

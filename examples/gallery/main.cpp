@@ -15,7 +15,7 @@
 namespace {
 
 constexpr std::array pages = {&shapes_page, &pictures_page, &text_page,  &prose_page, &updates_page,
-                              &paint_page,  &events_page,   &boxes_page, &menus_page};
+                              &paint_page,  &events_page,   &boxes_page, &menus_page, &form_page};
 constexpr int count = int(pages.size());
 // Every so many turned pages one flash clears the ghosts of the former ones.
 constexpr int turns_per_flash = 4;
@@ -46,9 +46,19 @@ void draw_title() {
     draw_text(margin(), 11 * unit(), pages[size_t(current)]->hint, {});
 }
 
+// The letters of the titles before a page, and room beside each title.
+int letters_before(int page) {
+    constexpr int beside = 2;
+    int letters = 0;
+    for (int i = 0; i < page; i++) letters += int(std::strlen(pages[size_t(i)]->title)) + beside;
+    return letters;
+}
+
 irect tab_area(int index) {
     const irect strip = strip_area();
-    const int left = strip.w * index / count, right = strip.w * (index + 1) / count;
+    const int all = letters_before(count);
+    const int left = strip.w * letters_before(index) / all;
+    const int right = strip.w * letters_before(index + 1) / all;
     return iRect(strip.x + left, strip.y, right - left, strip.h, 0);
 }
 

@@ -78,11 +78,15 @@ int column_of(const Board &b, int offset) {
     return runs_from_right(b) ? r.x + r.w - offset + b.scroll : r.x + offset - b.scroll;
 }
 
+// Before a character stands a bar; one that is typed over is inverted.
 void draw_cursor(const Board &b, int offset) {
     const irect r = text_rect(b);
-    const int w = b.look.unit, h = std::min(b.look.units(75), r.h);
+    const size_t at = b.entry.cursor();
+    const bool types_over = b.kind.mask && at < b.entry.text().size();
+    const int w = types_over ? width_before(b, at + 1) - offset : b.look.unit;
+    const int h = std::min(b.look.units(75), r.h), y = r.y + (r.h - h) / 2;
     const int x = column_of(b, offset) - (runs_from_right(b) ? w : 0);
-    FillArea(x, r.y + (r.h - h) / 2, w, h, BLACK);
+    types_over ? InvertArea(x, y, w, h) : FillArea(x, y, w, h, BLACK);
 }
 
 void draw_text(const Board &b, const std::string &text, int text_w) {

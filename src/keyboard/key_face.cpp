@@ -96,10 +96,14 @@ void draw_word(const Board &b, const irect &r, const char *text, bool is_bold, b
     draw_middle(r, font, text, is_black);
 }
 
-void draw_symbol(const KeySymbol &symbol, const irect &r, bool is_black) {
+// Symbols have a ground of their own, and may be as high as a low key: its edge goes first.
+void draw_symbol(const KeySymbol &symbol, const irect &r, int edge, bool is_black) {
     const ibitmap *picture = is_black ? symbol.pressed.get() : symbol.plain.get();
     if (!picture) return;
-    DrawBitmap(r.x + (r.w - picture->width) / 2, r.y + (r.h - picture->height) / 2, picture);
+    const int w = std::min<int>(picture->width, r.w - 2 * edge);
+    const int h = std::min<int>(picture->height, r.h - 2 * edge);
+    raster::draw_bitmap_part(r.x + (r.w - w) / 2, r.y + (r.h - h) / 2, *picture,
+                             (picture->width - w) / 2, (picture->height - h) / 2, w, h);
 }
 
 } // namespace
@@ -114,7 +118,8 @@ void draw_face(const Look &look, const irect &r, Face face) {
 
 void draw_legend(const Board &b, const irect &r, uint16_t key, bool is_black,
                  const text::FontPtr &letters) {
-    if (const KeySymbol *symbol = symbol_of(b, key)) return draw_symbol(*symbol, r, is_black);
+    if (const KeySymbol *symbol = symbol_of(b, key))
+        return draw_symbol(*symbol, r, b.look.hairline, is_black);
     const text::FontScope scope;
     switch (key) {
     case code::language:

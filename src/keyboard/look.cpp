@@ -63,10 +63,10 @@ Look load_look() {
     look.title = font("defaultb", std::max(look.units(45), label));
     look.entry = font("default", std::max(look.units(60), body));
     look.letter = font("default", std::max(look.units(65), body));
-    look.low_letter = font("default", std::max(look.units(55), body));
+    look.low_letter = font("default", std::max(look.units(55), label));
     look.special_letter = font("defaultb", std::max(look.units(45), label));
     look.word = font("default", std::max(look.units(45), label));
-    look.small_word = font("default", look.units(40));
+    look.small_word = font("default", std::max(look.units(40), label * 3 / 4));
     return look;
 }
 

@@ -137,7 +137,7 @@ bool handle(Board &b, int type, int par1, int par2) {
     case EVT_KEYREPEAT:
         return device_key(b, par1, Press::repeat);
     case hw::typed_character:
-        keyboard::type(b, static_cast<uint16_t>(par1));
+        keyboard::type(b, b.language().typed(static_cast<uint16_t>(par1)));
         return true;
     case EVT_SHOW:
         redraw(b);

@@ -112,7 +112,7 @@ void draw_face(const Look &look, const irect &r, Face face) {
     const KeyPicture &p = picture_of(look, face);
     const int left = std::min(p.left.width(), r.w / 2), right = std::min(p.right.width(), r.w / 2);
     draw_piece(p.left.get(), {r.x, r.y, left, r.h, 0});
-    draw_piece(p.center.get(), {r.x + left, r.y, r.w - left - right, r.h, 0});
+    draw_piece(p.middle(), {r.x + left, r.y, r.w - left - right, r.h, 0});
     draw_piece(p.right.get(), {r.x + r.w - right, r.y, right, r.h, 0});
 }
 

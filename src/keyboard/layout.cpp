@@ -3,8 +3,8 @@
 #include "keyboard/layout.h"
 
 #include <algorithm>
-#include <optional>
 
+#include "ground/fold.h"
 #include "ground/lines.h"
 #include "ground/utf8.h"
 
@@ -13,6 +13,7 @@ namespace {
 
 constexpr size_t longest_header = 63, longest_line = 255;
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF", end_of_layout = "--";
+constexpr size_t usual_touch_keys = 48;
 constexpr size_t longest_walk = 5; // keys in a row that need no zones
 
 constexpr std::string_view builtin_text = "EN\n"
@@ -39,11 +40,12 @@ constexpr Keyword keywords[] = {
     {"cn", code::none},        {"lg", code::language}, {"sh", code::shift},     {"cl", code::clear},
     {"nu", code::numbers},     {"na", code::none}};
 
+constexpr uint32_t action_codes = 1U << code::language | 1U << code::shift | 1U << code::clear |
+                                  1U << code::numbers | 1U << code::wide_space |
+                                  1U << code::backspace | 1U << code::enter | 1U << code::cancel;
+
 bool is_key_code(uint16_t c) {
-    constexpr uint16_t actions[] = {code::language,   code::shift,     code::clear, code::numbers,
-                                    code::wide_space, code::backspace, code::enter, code::cancel};
-    return c > code::space ||
-           std::find(std::begin(actions), std::end(actions), c) != std::end(actions);
+    return c > code::space || (c < code::space && (action_codes >> c & 1) != 0);
 }
 
 // At most so many bytes, and no part of a character.
@@ -83,20 +85,27 @@ void place_row(std::string_view line, const RowSpan &span, Block &block) {
         block[first + i] = is_key_code(codes[i]) ? codes[i] : code::none;
 }
 
-Block take_block(Lines &lines) {
-    Block block{};
+void take_block(Lines &lines, Block &block) {
     for (const RowSpan &span : block_rows) place_row(lines.take(), span, block);
-    return block;
+}
+
+// Two small letters, as few keys begin with.
+bool may_be_keyword(std::string_view row) {
+    const auto is_small = [](char c) { return c >= 'a' && c <= 'z'; };
+    return row.size() > 1 && is_small(row[1]) && is_small(row[0]);
 }
 
 uint16_t take_code(std::string_view &row) {
-    for (const Keyword &keyword : keywords) {
-        if (!row.starts_with(keyword.name)) continue;
-        row.remove_prefix(keyword.name.size());
-        return keyword.code;
-    }
+    if (may_be_keyword(row))
+        for (const Keyword &keyword : keywords) {
+            if (!row.starts_with(keyword.name)) continue;
+            row.remove_prefix(keyword.name.size());
+            return keyword.code;
+        }
     const char *at = row.data();
-    const uint16_t c = utf8::next(at, row.data() + row.size());
+    const bool is_ascii = static_cast<unsigned char>(*at) < 0x80;
+    const uint16_t c =
+        is_ascii ? static_cast<unsigned char>(*at++) : utf8::next(at, at + row.size());
     row.remove_prefix(static_cast<size_t>(at - row.data()));
     return c;
 }
@@ -112,7 +121,11 @@ int take_width(std::string_view &row) {
 // Returns the width of the row.
 int add_row(std::string_view row, TouchLayout &layout) {
     int column = 0;
-    for (row = ground::trim(row); !row.empty(); row = ground::trim_left(row)) {
+    while (!row.empty()) {
+        if (ground::is_blank(row.front())) {
+            row.remove_prefix(1);
+            continue;
+        }
         const uint16_t key = take_code(row);
         const int width = take_width(row);
         if (is_key_code(key) || key == code::space) layout.add(key, column, layout.rows, width);
@@ -122,8 +135,8 @@ int add_row(std::string_view row, TouchLayout &layout) {
 }
 
 // However a layout ends, the lines up to its mark belong to it.
-TouchLayout take_touch_layout(Lines &lines) {
-    TouchLayout layout;
+void take_touch_layout(Lines &lines, TouchLayout &layout) {
+    layout.keys.reserve(usual_touch_keys);
     bool has_ended = false;
     while (!lines.at_end()) {
         const std::string_view row = lines.take();
@@ -136,24 +149,37 @@ TouchLayout take_touch_layout(Lines &lines) {
             layout.columns = std::max(layout.columns, width);
         }
     }
-    return layout;
 }
 
-std::optional<Language> take_section(Lines &lines) {
+// False at an empty header.
+bool add_section(Lines &lines, std::vector<Language> &languages) {
     std::string_view header = lines.take(longest_header);
     if (header.starts_with(byte_order_mark)) header.remove_prefix(byte_order_mark.size());
     header = ground::trim_right(header);
-    if (header.empty()) return std::nullopt;
+    if (header.empty()) return false;
+    Language &language = languages.emplace_back();
     const char *begin = header.data(), *end = utf8::skip(begin, begin + header.size(), 2);
-    Language language;
     language.code.assign(begin, end);
-    language.lower = take_block(lines);
-    language.upper = take_block(lines);
-    if (header.find(':') == header.npos) return language;
+    take_block(lines, language.lower);
+    take_block(lines, language.upper);
+    if (header.find(':') == header.npos) return true;
     for (TouchLayout *layout :
          {&language.touch_lower, &language.touch_upper, &language.touch_numeric})
-        *layout = take_touch_layout(lines);
-    return language;
+        take_touch_layout(lines, *layout);
+    return true;
+}
+
+// Both words count as far as the shorter one goes.
+void add_external_keys(std::string_view line, std::vector<ExternalKey> &keys) {
+    const size_t end = std::min(line.find(' '), line.size());
+    const std::string_view from = line.substr(0, end), to = ground::trim(line.substr(end));
+    std::array<uint16_t, longest_line> typed, characters;
+    const char *at = from.data(), *other = to.data();
+    const size_t count =
+        std::min(utf8::decode(at, at + from.size(), typed.data(), typed.size()),
+                 utf8::decode(other, other + to.size(), characters.data(), characters.size()));
+    for (size_t i = 0; i < count; ++i)
+        if (characters[i] > code::space) keys.push_back({typed[i], characters[i]});
 }
 
 size_t count_keys(const Block &block, const RowSpan &span) {
@@ -177,14 +203,19 @@ void TouchLayout::add(uint16_t key, int column, int row, int width) {
     if (keys.size() == most_touch_keys || column >= most_columns) return;
     const int w = std::min(width, most_columns - column);
     keys.push_back({key, {column, row, w, 1, 0}});
-    for (int i = column; i < column + w; ++i)
-        numbers_[static_cast<size_t>(row)][static_cast<size_t>(i)] =
-            static_cast<uint8_t>(keys.size());
+    std::fill_n(numbers_[static_cast<size_t>(row)].begin() + column, w,
+                static_cast<uint8_t>(keys.size()));
 }
 
 int TouchLayout::key_at(int column, int row) const {
     if (column < 0 || column >= most_columns || row < 0 || row >= rows) return -1;
     return numbers_[static_cast<size_t>(row)][static_cast<size_t>(column)] - 1;
+}
+
+uint16_t Language::typed(uint16_t key) const {
+    const auto found = std::find_if(external.begin(), external.end(),
+                                    [=](const ExternalKey &k) { return k.key == key; });
+    return found == external.end() ? key : found->character;
 }
 
 bool Layouts::has_top_rows() const {
@@ -202,10 +233,21 @@ bool Layouts::has_touch() const {
 
 void read_sections(std::string_view text, std::vector<Language> &languages) {
     Lines lines(text);
-    while (languages.size() < most_languages) {
-        auto language = take_section(lines);
-        if (!language) return;
-        languages.push_back(std::move(*language));
+    languages.reserve(most_languages);
+    while (languages.size() < most_languages && add_section(lines, languages)) {
+    }
+}
+
+void read_external(std::string_view text, std::vector<Language> &languages, size_t from) {
+    Lines lines(text);
+    while (!lines.at_end()) {
+        const std::string_view code = ground::trim(lines.take(longest_header));
+        std::vector<ExternalKey> keys;
+        for (auto line = ground::trim(lines.take()); !line.empty();
+             line = ground::trim(lines.take()))
+            add_external_keys(line, keys);
+        for (size_t i = from; i < languages.size(); ++i)
+            if (ground::equal_folded(languages[i].code, code)) languages[i].external = keys;
     }
 }
 

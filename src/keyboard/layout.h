@@ -52,11 +52,20 @@ struct TouchLayout {
     std::array<std::array<uint8_t, most_columns>, most_touch_rows + 1> numbers_{}; // from 1
 };
 
+// A key of an external keyboard, and the character that a language has there.
+struct ExternalKey {
+    uint16_t key, character;
+};
+
 // A section of a file.
 struct Language {
     std::string code; // two characters
     Block lower{}, upper{};
     TouchLayout touch_lower, touch_upper, touch_numeric;
+    std::vector<ExternalKey> external;
+
+    // What a character stands for that an external keyboard has typed.
+    uint16_t typed(uint16_t key) const;
 
     bool has_shift() const { return upper != Block{} && upper != lower; }
     bool has_touch() const { return !touch_lower.empty(); }
@@ -78,6 +87,11 @@ struct Layouts {
 
 // Adds the sections of a file to the languages, as long as there is room. Takes any bytes.
 void read_sections(std::string_view text, std::vector<Language> &languages);
+
+// Gives the languages from a position on their keys of an external keyboard, as a file says:
+// sections of a code and lines of two words, of which each character of the first stands for one of
+// the second, up to an empty line. Takes any bytes.
+void read_external(std::string_view text, std::vector<Language> &languages, size_t from);
 
 // The layout that needs no file: English, without touch rows.
 Layouts builtin_layouts();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -27,13 +28,19 @@ constexpr size_t code_length = 2;
 
 Layouts kept_layouts;
 
-bool add_exact(const std::string &name, std::vector<Language> &languages) {
-    const std::string path = std::string(folder) + "/" + name + ".kbd";
+std::optional<file::Contents> contents(const std::string &name, const char *extension) {
+    const std::string path = std::string(folder) + "/" + name + extension;
     const file::Stream stream = file::open_plain(path.c_str());
-    const auto text = stream ? file::read_whole(stream.get(), largest_file) : std::nullopt;
+    return stream ? file::read_whole(stream.get(), largest_file) : std::nullopt;
+}
+
+bool add_exact(const std::string &name, std::vector<Language> &languages) {
+    const auto text = contents(name, ".kbd");
     if (!text) return false;
     const size_t before = languages.size();
     read_sections(text->view(), languages);
+    if (const auto external = contents(name, ".extkbd"))
+        read_external(external->view(), languages, before);
     return languages.size() > before;
 }
 

@@ -3,9 +3,11 @@
 #include "keyboard/look.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "kelvane/theme.h"
+#include "raster/bitmap.h"
 
 namespace keyboard {
 namespace {
@@ -16,9 +18,29 @@ int length(const char *name, int deflt, int least) {
     return std::clamp(GetThemeInt(name, deflt), least, longest_length);
 }
 
+// A few wide tiles are drawn much faster than many narrow ones. Null for a picture with a mask, and
+// for one whose rows are no whole bytes.
+raster::BitmapPtr widened(const ibitmap *tile) {
+    constexpr int times = 16;
+    if (!tile || raster::has_mask(*tile) || tile->width > longest_length) return nullptr;
+    const size_t row_bits = size_t{tile->width} * static_cast<unsigned>(raster::depth_of(*tile));
+    if (row_bits % 8 != 0 || tile->scanline < row_bits / 8) return nullptr;
+    raster::BitmapPtr wide =
+        raster::make_bitmap(times * tile->width, tile->height, raster::depth_of(*tile));
+    if (!wide) return nullptr;
+    for (size_t y = 0; y < tile->height; ++y)
+        for (size_t i = 0; i < times; ++i)
+            std::memcpy(wide->data + y * wide->scanline + i * (row_bits / 8),
+                        tile->data + y * tile->scanline, row_bits / 8);
+    return wide;
+}
+
 KeyPicture key_picture(const std::string &suffix) {
     const auto piece = [&](const char *name) { return theme::Picture((name + suffix).c_str()); };
-    return {piece("kbd_button_left"), piece("kbd_button_center"), piece("kbd_button_right")};
+    KeyPicture key{piece("kbd_button_left"), piece("kbd_button_center"), piece("kbd_button_right"),
+                   nullptr};
+    key.wide_center = widened(key.center.get());
+    return key;
 }
 
 KeySymbol symbol(const std::string &name) {

@@ -2,6 +2,7 @@
 // What the theme says about keyboards.
 #pragma once
 
+#include "raster/bitmap_ptr.h"
 #include "text/font_ptr.h"
 #include "theme/parameters.h"
 
@@ -10,6 +11,9 @@ namespace keyboard {
 // The three pieces of a key.
 struct KeyPicture {
     theme::Picture left, center, right;
+    raster::BitmapPtr wide_center; // the same several times; null where that cannot be
+
+    const ibitmap *middle() const { return wide_center ? wide_center.get() : center.get(); }
 };
 
 // What a key shows instead of a letter, on its own ground and on black.

@@ -265,6 +265,18 @@ TEST_F(KeyboardFiles, NamesAreListedWithoutDotFiles) {
     EXPECT_EQ(EnumKeyboards()[0], nullptr) << "read anew";
 }
 
+TEST_F(KeyboardFiles, ExternalKeysStandForThoseOfTheLanguage) {
+    put("two.kbd", "RU\n" + empty_blocks + "EN\n" + empty_blocks);
+    put("two.extkbd", "ru\r\nqwe  \u0439\u0446\r\n] \u044A\n\nXX\nq z\n\nEN\nnone\n\xFF \x01\n");
+    LoadKeyboard("two");
+    const Language &russian = user_layouts().languages[0];
+    EXPECT_EQ(russian.typed('q'), 0x439);
+    EXPECT_EQ(russian.typed(']'), 0x44A);
+    EXPECT_EQ(russian.typed('e'), 'e') << "the second word is shorter";
+    EXPECT_EQ(russian.typed('\b'), '\b');
+    EXPECT_EQ(user_layouts().languages[1].typed('q'), 'q');
+}
+
 // Where a grid stands: its area, and the key in it.
 std::vector<int> state_of(const SelectionGrid &grid) {
     const GridKey &area = grid.area().keys.front();

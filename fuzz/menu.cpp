@@ -12,33 +12,10 @@
 #include "kelvane/menus.h"
 #include "menus/handler.h"
 #include "menus/stack.h"
+#include "screen.h"
 #include "text_folder.h"
 
 namespace {
-
-// A screen of one byte a pixel with a guard around it.
-struct Screen {
-    static constexpr int w = 300, h = 400, guard = 4096;
-    std::vector<uint8_t> pixels = std::vector<uint8_t>(w * h + 2 * guard, 0x5A);
-    icanvas canvas{};
-    void turn(int orientation) {
-        const bool upright = orientation % 3 == 0;
-        const int cw = upright ? w : h, ch = upright ? h : w;
-        canvas = {cw, ch, cw, 8, 0, cw - 1, 0, ch - 1, pixels.data() + guard};
-        kvstate.framebuffer = kvstate.canvas = &canvas;
-        kvstate.orientation = orientation;
-    }
-};
-
-class Bytes {
-  public:
-    Bytes(const uint8_t *data, size_t size) : at_(data), end_(data + size) {}
-    bool empty() const { return at_ == end_; }
-    int next() { return empty() ? 0 : *at_++; }
-
-  private:
-    const uint8_t *at_, *end_;
-};
 
 int answers;
 void answer(int) {
@@ -49,7 +26,7 @@ struct Array {
     std::vector<std::string> labels;
     std::vector<imenuex> items;
     // Submenus are the array itself: as deep as levels go.
-    explicit Array(Bytes &bytes)
+    explicit Array(fuzz::Bytes &bytes)
         : labels(static_cast<size_t>(bytes.next())), items(labels.size() + 1) {
         for (size_t i = 0; i < labels.size(); ++i) {
             items[i].type = static_cast<unsigned short>(bytes.next() | (i % 9 == 8 ? 0x40 : 0));
@@ -62,7 +39,7 @@ struct Array {
     }
 };
 
-void play(Array &array, Bytes &bytes) {
+void play(Array &array, fuzz::Bytes &bytes) {
     while (menus::top() && !bytes.empty()) {
         constexpr int types[] = {EVT_KEYPRESS,
                                  EVT_KEYREPEAT,
@@ -86,9 +63,9 @@ void play(Array &array, Bytes &bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static fuzz::TextFolder folder;
-    static Screen screen;
+    static fuzz::Screen screen;
     const fuzz::Visit visit(folder);
-    Bytes bytes(data, size);
+    fuzz::Bytes bytes(data, size);
     const int how = bytes.next();
     screen.turn(how & 3);
     loadHwConfigEmulator(how & 4 ? "0x0010111101013041" : "0x0010111101011041");

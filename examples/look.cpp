@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How the open theme looks: windows, selections, borders, boxes and menus, a page each, below the
-// application's caption and above the pager.
+// How the open theme looks: windows, selections, borders, boxes, menus and keyboards, a page each,
+// below the application's caption and above the pager.
 //
 // PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends. On the pages of
-// boxes and menus OK opens one after the other.
+// boxes, menus and keyboards OK opens one after the other.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -319,16 +319,43 @@ void open_next_menu() {
     menus[menu]();
 }
 
+// One with letters, one with digits, and one in Arabic with keys of its own.
+void open_keyboard() {
+    static char text[64] = "time machi";
+    OpenKeyboard("Search in this book", text, 20, KBD_NOSELECT, nullptr);
+}
+
+void open_clock() {
+    static char text[64] = "31.12.26 23:59:00";
+    OpenKeyboard("Date and time", text, 20, KBD_DATETIME, nullptr);
+}
+
+void open_arabic_keyboard() {
+    static char text[64] = "الكتاب";
+    LoadLanguage("ar");
+    OpenCustomKeyboard("ar", "البحث", text, 20, KBD_NEXT_KEY, [](char *) {
+        LoadLanguage(ReadString(GetGlobalConfig(), "language", "en"));
+    });
+}
+
+constexpr void (*keyboards[])() = {open_keyboard, open_clock, open_arabic_keyboard};
+int next_keyboard = 0;
+
+void open_next_keyboard() {
+    const int keyboard = next_keyboard;
+    next_keyboard = (keyboard + 1) % int(std::size(keyboards));
+    keyboards[keyboard]();
+}
+
 struct Page {
     const char *title;
     void (*draw)(const irect &area);
     void (*ok)();
 };
-constexpr Page pages[] = {{"Windows", draw_windows, nullptr},
-                          {"Selections", draw_selections, nullptr},
-                          {"Borders", draw_borders, nullptr},
-                          {"Boxes", draw_reading, open_next_box},
-                          {"Menus", draw_reading, open_next_menu}};
+constexpr Page pages[] = {
+    {"Windows", draw_windows, nullptr},      {"Selections", draw_selections, nullptr},
+    {"Borders", draw_borders, nullptr},      {"Boxes", draw_reading, open_next_box},
+    {"Menus", draw_reading, open_next_menu}, {"Keyboards", draw_reading, open_next_keyboard}};
 
 int ok_pressed(const Page &page) {
     if (!page.ok) return 0;

@@ -17,16 +17,6 @@
 
 namespace {
 
-class Bytes {
-  public:
-    Bytes(const uint8_t *data, size_t size) : at_(data), end_(data + size) {}
-    bool empty() const { return at_ == end_; }
-    int next() { return empty() ? 0 : *at_++; }
-
-  private:
-    const uint8_t *at_, *end_;
-};
-
 int answers;
 void answer(int) {
     ++answers;
@@ -36,7 +26,7 @@ struct Array {
     std::vector<std::string> labels;
     std::vector<imenuex> items;
     // Submenus are the array itself: as deep as levels go.
-    explicit Array(Bytes &bytes)
+    explicit Array(fuzz::Bytes &bytes)
         : labels(static_cast<size_t>(bytes.next())), items(labels.size() + 1) {
         for (size_t i = 0; i < labels.size(); ++i) {
             items[i].type = static_cast<unsigned short>(bytes.next() | (i % 9 == 8 ? 0x40 : 0));
@@ -71,7 +61,7 @@ void send(kv_handler handler, int type, int par1, int par2) {
     while (queue_take(event)) event.hproc(event.type, event.par1, event.par2);
 }
 
-void play(Array &array, Bytes &bytes) {
+void play(Array &array, fuzz::Bytes &bytes) {
     while (GetEventHandler() && !bytes.empty()) {
         constexpr int types[] = {EVT_KEYPRESS,
                                  EVT_KEYREPEAT,
@@ -99,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static fuzz::TextFolder folder;
     static fuzz::Screen screen;
     const fuzz::Visit visit(folder);
-    Bytes bytes(data, size);
+    fuzz::Bytes bytes(data, size);
     const int how = bytes.next();
     screen.turn(how & 3);
     queue_open();

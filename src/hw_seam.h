@@ -24,6 +24,10 @@ void let_work();
 // painted there. False, and nothing is changed, outside the framebuffer.
 bool panel_to_canvas(int &x, int &y);
 
+// The type of a raw event for a character that was typed on a keyboard of letters, which par1 is;
+// 8 is Backspace. It is for an entry that is open, and for nobody else.
+inline constexpr int typed_character = 0x4B43;
+
 // Names the call that the next update comes from, for the trace. Kept by pointer.
 void set_update_cause(const char *cause);
 

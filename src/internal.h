@@ -104,7 +104,7 @@ struct kv_state {
     ievent *events; // under the mutex of the queue
     int evtstart, evtend;
     int keytime1, keytime2; // ms, through handlers.h
-    int msgtop;             // lifecycle
+    int msgtop;             // lifecycle; keyboard while one is open
     int ptrx, ptry;
 
     char **fontlist; // text

@@ -35,6 +35,7 @@
 #include "kelvane/files.h"
 #include "kelvane/frames.h"
 #include "kelvane/hash.h"
+#include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
 #include "kelvane/menus.h"
 #include "kelvane/pager.h"

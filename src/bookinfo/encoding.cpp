@@ -132,16 +132,6 @@ size_t first_character(std::string_view text) {
     return text.empty() ? 0 : next_character(text).size;
 }
 
-std::string utf8_of(unsigned long c) {
-    const auto byte = [](unsigned long value) { return static_cast<char>(value); };
-    const auto rest = [&](int shift) { return byte(0x80 | (c >> shift & 0x3F)); };
-    if (c == 0 || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) return {};
-    if (c < 0x80) return {byte(c)};
-    if (c < 0x800) return {byte(0xC0 | c >> 6), rest(0)};
-    if (c < 0x10000) return {byte(0xE0 | c >> 12), rest(6), rest(0)};
-    return {byte(0xF0 | c >> 18), rest(12), rest(6), rest(0)};
-}
-
 void IconvCloser::operator()(void *handle) const {
     iconv_close(handle);
 }

@@ -13,8 +13,6 @@ namespace book {
 bool is_utf8(std::string_view text);
 // The bytes of the first character; of an ill-formed one the bytes that are wrong. 0 for no text.
 size_t first_character(std::string_view text);
-// Empty for numbers that are no characters, and for 0.
-std::string utf8_of(unsigned long character);
 
 struct IconvCloser {
     void operator()(void *handle) const;

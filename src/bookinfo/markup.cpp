@@ -8,6 +8,7 @@
 #include "bookinfo/encoding.h"
 #include "ground/letter_case.h"
 #include "ground/lines.h"
+#include "ground/utf8.h"
 
 namespace book {
 namespace {
@@ -25,7 +26,7 @@ std::string numeric(std::string_view name) {
     const std::string digits(name);
     const char *all = is_hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
     if (digits.empty() || digits.find_first_not_of(all) != digits.npos) return {};
-    return utf8_of(std::strtoul(digits.c_str(), nullptr, is_hexadecimal ? 16 : 10));
+    return utf8::encoded(std::strtoul(digits.c_str(), nullptr, is_hexadecimal ? 16 : 10));
 }
 
 // What an entity stands for; empty for an unknown one.

@@ -28,6 +28,7 @@ enum class LastBox { none, with_buttons, without_buttons };
 std::vector<OpenBox> stack;
 LastBox last_box = LastBox::none;
 unsigned last_id = 0;
+int components = 0; // open ones that are no boxes
 
 LastBox with(const Present &buttons) {
     const bool any = std::find(buttons.begin(), buttons.end(), true) != buttons.end();
@@ -149,7 +150,12 @@ void answer_top(int choice) {
     if (listener.proc) listener.proc(choice);
 }
 
+void count_component(int change) {
+    components += change;
+}
+
 void reset() {
+    components = 0;
     stack.clear();
     last_box = LastBox::none;
     drop_look();
@@ -166,5 +172,5 @@ void CloseProgressbar() {
 }
 
 int GetDialogShow() {
-    return static_cast<int>(std::size(dialogs::stack));
+    return static_cast<int>(std::size(dialogs::stack)) + dialogs::components;
 }

@@ -62,6 +62,9 @@ void close_top(Close how);
 // Closes the top box, which is answered, and tells its listener.
 void answer_top(int choice);
 
+// A component that is no box counts as one, 1 when it opens and -1 when it closes.
+void count_component(int change);
+
 // Takes all boxes away as the screen closes. Nobody is told.
 void reset();
 

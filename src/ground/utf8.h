@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace utf8 {
 
@@ -21,5 +22,8 @@ size_t decode(const char *&s, const char *end, uint16_t *out, size_t room);
 
 // The address of the character `count` characters behind s, or end.
 const char *skip(const char *s, const char *end, size_t count);
+
+// The character of a number; empty for numbers that are no characters, and for 0.
+std::string encoded(unsigned long character);
 
 } // namespace utf8

@@ -8,11 +8,13 @@
 #include <cstring>
 #include <iterator>
 
+#include "ground/utf8.h"
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "hw_linux/key_table.h"
 #include "hw_linux/recorder.h"
 #include "hw_linux/screen.h"
+#include "hw_seam.h"
 #include "kelvane/events.h"
 
 namespace hw {
@@ -131,6 +133,16 @@ void set_key_bit(int bit, bool down) {
     prekeys[bit] = down;
     record("key %s %d", down ? "down" : "up", key_table[bit].code);
     push_input(down ? EVT_KEYPRESS : EVT_KEYRELEASE, 0, code_in_hand(key_table[bit].code), 0);
+}
+
+void type_character(unsigned character) {
+    if (character == 0 || character > UINT16_MAX) return;
+    const int code = static_cast<int>(character);
+    if (character > ' ')
+        record("type %s", utf8::encoded(character).c_str());
+    else
+        record("raw %d 0 %d 0", typed_character, code);
+    push_input(typed_character, 0, code, 0);
 }
 
 void release_keys() {

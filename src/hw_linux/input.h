@@ -19,6 +19,9 @@ void release_keys();
 void lift_pointer();
 // pointer_input() in panel pixels.
 void panel_pointer_input(int type, int x, int y);
+// A character was typed on the workstation's keyboard; 8 is Backspace. Others than those of 16 bits
+// are left out.
+void type_character(unsigned character);
 // The first row of the key table with this code, name or key of the workstation; -1 for none.
 int find_code_bit(int code);
 int find_name_bit(std::string_view name);

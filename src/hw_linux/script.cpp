@@ -10,9 +10,11 @@
 #include <utility>
 
 #include "ground/lines.h"
+#include "ground/utf8.h"
 #include "hw_linux/input.h"
 #include "hw_linux/key_table.h"
 #include "hw_linux/menu.h"
+#include "hw_seam.h"
 #include "kelvane/events.h"
 
 namespace hw {
@@ -246,6 +248,13 @@ class Parser {
         if (action.file.empty()) line.fail("a file name is missing");
         add(std::move(action));
     }
+    // A character each.
+    void type(Line &line) {
+        const std::string_view text = line.take_rest();
+        if (text.empty()) line.fail("a text is missing");
+        for (const char *at = text.data(), *end = at + text.size(); at < end;)
+            add({.verb = Verb::raw, .type = typed_character, .par1 = utf8::next(at, end)});
+    }
     void close(Line &) { add({.verb = Verb::close}); }
     void quit(Line &) { add_command(command_quit); }
 };
@@ -258,7 +267,8 @@ const Parser::Rule Parser::rules[] = {
     {"sync", &Parser::sync},   {"raw", &Parser::raw},
     {"menu", &Parser::menu},   {"command", &Parser::command},
     {"frame", &Parser::frame}, {"orientation", &Parser::orientation},
-    {"close", &Parser::close}, {"quit", &Parser::quit},
+    {"type", &Parser::type},   {"close", &Parser::close},
+    {"quit", &Parser::quit},
 };
 
 void Parser::read(Line &line) {

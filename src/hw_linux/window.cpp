@@ -10,6 +10,7 @@
 
 #include <poll.h>
 
+#include <gdk/gdkkeysyms.h>
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
@@ -69,9 +70,20 @@ gboolean on_focus_out(GtkWidget *, GdkEventFocus *, gpointer) {
     return FALSE;
 }
 
+// What a key types that stands for none of the device's; 0 for nothing.
+unsigned character_of(const GdkEventKey &event) {
+    if (event.state & (GDK_CONTROL_MASK | GDK_MOD1_MASK)) return 0;
+    if (event.keyval == GDK_BackSpace) return '\b';
+    const guint32 character = gdk_keyval_to_unicode(event.keyval);
+    return character >= ' ' && character != 0x7F ? character : 0;
+}
+
 gboolean on_key(GtkWidget *, GdkEventKey *event, gpointer) {
     if (event->keyval == 0) return FALSE;
-    hw::set_key_bit(hw::find_workstation_bit(event->keyval), event->type == GDK_KEY_PRESS);
+    const bool is_down = event->type == GDK_KEY_PRESS;
+    const int bit = hw::find_workstation_bit(event->keyval);
+    hw::set_key_bit(bit, is_down);
+    if (bit < 0 && is_down) hw::type_character(character_of(*event));
     return TRUE;
 }
 

@@ -12,9 +12,10 @@
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
+#include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
 #include "kelvane/theme.h"
-#include "keyboard/keyboard.h"
+#include "keyboard/board.h"
 #include "keylock/keylock.h"
 #include "lang/translations.h"
 #include "lifecycle/hooks.h"
@@ -155,6 +156,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    keyboard::reset();
     menus::reset();
     dialogs::reset();
     keylock::reset();

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Sorts raw events by kind.
 #include "hw.h"
+#include "hw_seam.h"
 #include "internal.h"
 #include "runtime/input.h"
+#include "runtime/interface_flags.h"
 #include "runtime/orientation.h"
 #include "runtime/wake.h"
 
@@ -29,6 +31,10 @@ void translate_event(const hw_event_s &event) {
         break;
     case EVT_ORIENTATION:
         queue_orientation_change(common.par1, common.par2);
+        break;
+    case hw::typed_character:
+        if (has_interface_flag(UI_KEYBOARD_OPEN))
+            kv_enqueue(kvstate.hproc, event.type, common.par1, 0);
         break;
     case 40:
     case 41:

@@ -76,6 +76,8 @@ TEST(Script, EveryVerb) {
         {"menu /Quit\ncommand 203\norientation 2\nquit",
          "command 901; command 203; command 802; command 901; "},
         {"frame a name # with signs.png", "frame a name # with signs.png; "},
+        {"type a \u0416# ",
+         "raw 19267 0 97 0; raw 19267 0 32 0; raw 19267 0 1046 0; raw 19267 0 35 0; "},
         {"close", "close; "},
     };
     for (const auto &c : cases) EXPECT_EQ(parsed(c.text), c.expected) << c.text;
@@ -109,6 +111,7 @@ TEST(Script, MistakesAreNamedWithTheirLine) {
         {"command 900", "!1: no such command: 900 ("},
         {"orientation 4", "!1: out of range: 4 (a number from 0 to 3)"},
         {"frame", "!1: a file name is missing"},
+        {"type", "!1: a text is missing"},
         {"touch -1 down 0 0", "!1: out of range: -1 ("},
     };
     for (const auto &c : cases) {

@@ -25,6 +25,7 @@ struct Options {
     int seed = -1;    // draws noise and keeps it in ./framebuffer
     int trail = 0;    // 1: every event of a person leaves a mark on the screen
     int busy = 0;     // 1: a key starts updates without end
+    int letters = 0;  // 1: a keyboard without an entry hands letters on as keys
     int vanish = 0;   // 1: the toolkit calls back in the middle of an update and ends everything
 } options;
 
@@ -70,6 +71,7 @@ void show() {
         keep_framebuffer(canvas);
     }
     FullUpdate();
+    if (options.letters) OpenKeyboard(nullptr, nullptr, 0, 0, nullptr);
     say("shown");
 }
 
@@ -131,6 +133,7 @@ int *find_option(const std::string &name) {
     if (name == "seed") return &options.seed;
     if (name == "trail") return &options.trail;
     if (name == "busy") return &options.busy;
+    if (name == "letters") return &options.letters;
     if (name == "vanish") return &options.vanish;
     return nullptr;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Keys and pointer, from the X server to the handler.
 #include <iterator>
+#include <utility>
 
 #include <X11/keysym.h>
 
@@ -37,6 +38,20 @@ TEST_F(WindowTest, EveryKeyOfTheTableArrivesWithItsCode) {
         expected.push_back("26 " + std::to_string(key.code) + " 0");
     }
     EXPECT_EQ(key_events(until("26 27 0")), expected);
+}
+
+TEST_F(WindowTest, WhatIsTypedGoesToAnOpenKeyboard) {
+    start({"letters=1"});
+    Lines expected;
+    for (const auto &[keysym, character] : {std::pair{XK_a, 97}, {XK_7, 55}, {XK_space, 32}}) {
+        server_.stroke(static_cast<unsigned long>(keysym));
+        expected.push_back("25 " + std::to_string(character) + " 0");
+        expected.push_back("26 " + std::to_string(character) + " 0");
+    }
+    for (const unsigned long key : {XK_BackSpace, XK_Escape, XK_F5}) server_.stroke(key);
+    server_.stroke(XK_z);
+    expected.insert(expected.end(), {"25 122 0", "26 122 0"});
+    EXPECT_EQ(key_events(until("26 122 0")), expected);
 }
 
 TEST_F(WindowTest, TwoKeysHeldTogetherAreToldApart) {

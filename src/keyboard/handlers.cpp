@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+// Sorts the events of a keyboard, and acts on the keys of the device.
+#include "keyboard/handlers.h"
+
+#include "ground/guard.h"
+#include "hw_seam.h"
+#include "kelvane/events.h"
+#include "kelvane/updates.h"
+#include "keyboard/commands.h"
+#include "keyboard/draw.h"
+#include "modal/input.h"
+
+namespace keyboard {
+namespace {
+
+void update_area(const Board &b, const Area &area) {
+    const irect r = area_rect(b, area);
+    PartialUpdateBW(r.x, r.y, r.w, r.h);
+}
+
+void show_selection(Board &b, const Area &before) {
+    draw_area(b, before);
+    update_area(b, before);
+    const Area &now = b.grid->area();
+    if (&now == &before) return;
+    draw_area(b, now);
+    update_area(b, now);
+}
+
+void move(Board &b, Step step) {
+    const Area &before = b.grid->area();
+    b.grid->move(step);
+    show_selection(b, before);
+}
+
+void leave_zone(Board &b) {
+    b.grid->leave_zone();
+    show_selection(b, b.grid->area());
+}
+
+// A character leads back to the zones, where the next way begins.
+void choose(Board &b) {
+    const bool is_meant = b.grid->choose();
+    if (!is_meant) return show_selection(b, b.grid->area());
+    const uint16_t key = b.grid->key()->code;
+    if (b.grid->is_inside_zone() && !changes_keys(key)) leave_zone(b);
+    type(b, key);
+}
+
+// On a board for five keys.
+bool grid_key(Board &b, int key) {
+    switch (key) {
+    case KEY_UP:
+        move(b, Step::up);
+        return true;
+    case KEY_DOWN:
+        move(b, Step::down);
+        return true;
+    case KEY_LEFT:
+        move(b, Step::left);
+        return true;
+    case KEY_RIGHT:
+        move(b, Step::right);
+        return true;
+    case KEY_OK:
+        choose(b);
+        return true;
+    case KEY_BACK:
+        if (b.grid->is_inside_zone())
+            leave_zone(b);
+        else
+            type(b, code::cancel);
+        return true;
+    default:
+        return false;
+    }
+}
+
+// On a board for fingers, whose device may have keys all the same.
+bool finger_key(Board &b, int key) {
+    switch (key) {
+    case KEY_LEFT:
+    case KEY_RIGHT:
+        step_cursor(b, key == KEY_LEFT);
+        return true;
+    case KEY_OK:
+        type(b, code::enter);
+        return true;
+    case KEY_BACK:
+        type(b, code::cancel);
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Keys that other devices have as well.
+bool further_key(Board &b, int key) {
+    switch (key) {
+    case KEY_PREV:
+        type(b, code::backspace);
+        return true;
+    case KEY_NEXT:
+        type(b, code::space);
+        return true;
+    case KEY_PREV2:
+    case KEY_NEXT2:
+        step_cursor(b, key == KEY_PREV2);
+        return true;
+    case KEY_MENU:
+        type(b, code::shift);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool repeats(int key) {
+    return key != KEY_OK && key != KEY_BACK && key != KEY_MENU;
+}
+
+void redraw(Board &b) {
+    draw_board(b);
+    draw_entry(b);
+    modal::update(raster::Box(b.place.whole));
+}
+
+bool handle(Board &b, int type, int par1, int par2) {
+    if (modal::is_pointer_event(type)) {
+        pointer(b, type, par1, par2);
+        return true;
+    }
+    if (modal::is_system_event(type)) return true;
+    switch (type) {
+    case EVT_KEYPRESS:
+        return device_key(b, par1, Press::first);
+    case EVT_KEYREPEAT:
+        return device_key(b, par1, Press::repeat);
+    case hw::typed_character:
+        keyboard::type(b, b.language().typed(static_cast<uint16_t>(par1)));
+        return true;
+    case EVT_SHOW:
+        redraw(b);
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+bool device_key(Board &b, int key, Press press) {
+    if (press == Press::repeat && !repeats(key)) return false;
+    const bool is_known = b.way == Way::keys ? grid_key(b, key) : finger_key(b, key);
+    return is_known || further_key(b, key);
+}
+
+// Events that were queued for a keyboard that has closed are not for the one that opened since.
+int keyboard_handler(int type, int par1, int par2) {
+    Board *b = board();
+    if (!b) return 0;
+    if (b->unheard > 0) {
+        b->unheard--;
+        return 1;
+    }
+    return ground::guarded(1, [&] { return handle(*b, type, par1, par2) ? 1 : 0; });
+}
+
+} // namespace keyboard

@@ -5,6 +5,7 @@
 // PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends. On the pages of
 // boxes and menus OK opens one after the other.
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <iterator>
 
@@ -297,7 +298,19 @@ void open_arabic_menu() {
              [](int) { LoadLanguage(ReadString(GetGlobalConfig(), "language", "en")); });
 }
 
-constexpr void (*menus[])() = {open_menu, open_context_menu, open_grid, open_arabic_menu};
+// More than the screen has room for.
+void open_long_menu() {
+    static char labels[40][16];
+    static imenu items[std::size(labels) + 2] = {{ITEM_HEADER, 0, "Chapters", nullptr}};
+    for (size_t i = 0; i < std::size(labels); i++) {
+        std::snprintf(labels[i], sizeof labels[i], "Chapter %d", int(i) + 1);
+        items[i + 1] = {ITEM_ACTIVE, short(i), labels[i], nullptr};
+    }
+    OpenMenu(items, 20, margin(), 0, nothing_chosen);
+}
+
+constexpr void (*menus[])() = {open_menu, open_context_menu, open_grid, open_arabic_menu,
+                               open_long_menu};
 int next_menu = 0;
 
 void open_next_menu() {

@@ -10,23 +10,10 @@
 #include "internal.h"
 #include "kelvane/languages.h"
 #include "kelvane/theme.h"
+#include "screen.h"
 #include "text_folder.h"
 
 namespace {
-
-// A screen of one byte a pixel with a guard around it.
-struct Screen {
-    static constexpr int w = 300, h = 400, guard = 4096;
-    std::vector<uint8_t> pixels = std::vector<uint8_t>(w * h + 2 * guard, 0x5A);
-    icanvas canvas{};
-    void turn(int orientation) {
-        const bool upright = orientation % 3 == 0;
-        const int cw = upright ? w : h, ch = upright ? h : w;
-        canvas = {cw, ch, cw, 8, 0, cw - 1, 0, ch - 1, pixels.data() + guard};
-        kvstate.framebuffer = kvstate.canvas = &canvas;
-        kvstate.orientation = orientation;
-    }
-};
 
 const char *next(const std::string &texts, size_t &at) {
     const char *text = texts.c_str() + at;
@@ -58,7 +45,7 @@ void check(dialogs::Kind kind, int buttons, const std::string &texts) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static fuzz::TextFolder folder;
-    static Screen screen;
+    static fuzz::Screen screen;
     const fuzz::Visit visit(folder);
     if (size < 2) return 0;
     screen.turn(data[0] >> 2 & 3);

@@ -1,34 +1,21 @@
 // SPDX-License-Identifier: MIT
-// Any items and any input: a byte each for the panel, the number of items and the first selection,
-// three bytes for each item, its labels being pieces of the rest, then events of three bytes. What
-// the menu covers comes back, and the callback comes at most once.
+// Any items and any input: a byte each for the panel, the look, the number of items and the first
+// selection, three bytes for each item, and events of three bytes. What the menu covers comes back,
+// and the callback comes at most once.
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/menus.h"
-#include "menus/handler.h"
-#include "menus/stack.h"
+#include "runtime/queue.h"
+#include "screen.h"
 #include "text_folder.h"
 
 namespace {
-
-// A screen of one byte a pixel with a guard around it.
-struct Screen {
-    static constexpr int w = 300, h = 400, guard = 4096;
-    std::vector<uint8_t> pixels = std::vector<uint8_t>(w * h + 2 * guard, 0x5A);
-    icanvas canvas{};
-    void turn(int orientation) {
-        const bool upright = orientation % 3 == 0;
-        const int cw = upright ? w : h, ch = upright ? h : w;
-        canvas = {cw, ch, cw, 8, 0, cw - 1, 0, ch - 1, pixels.data() + guard};
-        kvstate.framebuffer = kvstate.canvas = &canvas;
-        kvstate.orientation = orientation;
-    }
-};
 
 class Bytes {
   public:
@@ -62,8 +49,30 @@ struct Array {
     }
 };
 
+// A context menu, unless no bit is set: its side, and a look that themes may have.
+void lend_context(int how) {
+    static icontext_menu context{};
+    static icontext_menu_properties properties = LoadContextMenuProperties();
+    properties.separator_frequency = how & 8 ? 1 : 2;
+    properties.marker_style = how & 16 ? 0 : 1;
+    properties.separator_style = how & 32 ? how : 0;
+    properties.border_radius = properties.border_size = how & 64 ? how : 3;
+    context.properties = &properties;
+    context.pos_selected_item = iRect(how, how, how & 128 ? 20 : 0, 20, 0);
+    context.pos_menu.flags = how & 7;
+    context.enable_pointer = context.enable_aura = static_cast<short>(how & 1);
+    SetContextMenuStruct(how != 0 ? &context : nullptr);
+}
+
+// Taps come back as keys.
+void send(kv_handler handler, int type, int par1, int par2) {
+    handler(type, par1, par2);
+    ievent event;
+    while (queue_take(event)) event.hproc(event.type, event.par1, event.par2);
+}
+
 void play(Array &array, Bytes &bytes) {
-    while (menus::top() && !bytes.empty()) {
+    while (GetEventHandler() && !bytes.empty()) {
         constexpr int types[] = {EVT_KEYPRESS,
                                  EVT_KEYREPEAT,
                                  EVT_POINTERDOWN,
@@ -76,7 +85,7 @@ void play(Array &array, Bytes &bytes) {
         const int type = types[static_cast<size_t>(bytes.next()) % std::size(types)];
         const bool is_key = type == EVT_KEYPRESS || type == EVT_KEYREPEAT;
         const int par1 = bytes.next(), par2 = bytes.next();
-        menus::menu_handler(type, is_key ? par1 % 31 : par1 * 2, par2 * 2);
+        send(GetEventHandler(), type, is_key ? par1 % 31 : par1 * 2, par2 * 2);
         if (par1 == 255)
             UpdateMenuEx(array.items.data() + par2 % static_cast<int>(array.items.size()));
     }
@@ -86,12 +95,14 @@ void play(Array &array, Bytes &bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static fuzz::TextFolder folder;
-    static Screen screen;
+    static fuzz::Screen screen;
     const fuzz::Visit visit(folder);
     Bytes bytes(data, size);
     const int how = bytes.next();
     screen.turn(how & 3);
+    queue_open();
     loadHwConfigEmulator(how & 4 ? "0x0010111101013041" : "0x0010111101011041");
+    lend_context(bytes.next());
     const std::vector<uint8_t> before = screen.pixels;
     const int position = bytes.next() - 1;
     Array array(bytes);

@@ -17,6 +17,25 @@ int start_of(int x, int width, Align align) {
     }
 }
 
+// The default font, current while it lives.
+class Selected {
+  public:
+    explicit Selected(const Ink &ink)
+        : before_(GetFont()), font_(OpenFont(ink.bold ? "defaultb" : "default", ink.size, 1)) {
+        SetFont(font_, ink.color);
+    }
+    ~Selected() {
+        SetFont(before_, -1);
+        CloseFont(font_);
+    }
+    Selected(const Selected &) = delete;
+    Selected &operator=(const Selected &) = delete;
+    explicit operator bool() const { return font_ != nullptr; }
+
+  private:
+    ifont *before_, *font_;
+};
+
 } // namespace
 
 int size_of(Type type) {
@@ -29,13 +48,14 @@ int capital_height(int size) {
     return size * 8 / 11;
 }
 
+int text_width(const char *text, const Ink &ink) {
+    const Selected font(ink);
+    return font ? StringWidth(text) : 0;
+}
+
 void draw_text(int x, int y, const char *text, const Ink &ink, Align align) {
-    ifont *font = OpenFont(ink.bold ? "defaultb" : "default", ink.size, 1);
-    if (font == nullptr) return;
-    ifont *before = GetFont();
-    SetFont(font, ink.color);
-    DrawString(start_of(x, StringWidth(text), align), y + capital_height(ink.size) - font->baseline,
-               text);
-    SetFont(before, -1);
-    CloseFont(font);
+    const Selected font(ink);
+    if (!font) return;
+    DrawString(start_of(x, StringWidth(text), align),
+               y + capital_height(ink.size) - GetFont()->baseline, text);
 }

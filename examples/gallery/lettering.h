@@ -18,5 +18,6 @@ struct Ink {
     bool bold = false;
 };
 
+int text_width(const char *text, const Ink &ink);
 // `x` is the left end, the middle or the right end, `y` the top of the capitals.
 void draw_text(int x, int y, const char *text, const Ink &ink, Align align = Align::left);

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 
 #include <kelvane.h>
 
@@ -21,6 +22,7 @@ constexpr int count = int(pages.size());
 constexpr int turns_per_flash = 4;
 
 int current = 0;
+std::array<int, count> tab_ends; // in the strip
 int turns = 0;
 bool pressed = false;
 bool stay = false; // BACK does not end the gallery
@@ -46,13 +48,26 @@ void draw_title() {
     draw_text(margin(), 11 * unit(), pages[size_t(current)]->hint, {});
 }
 
+// Each tab is as wide as its title asks, with the same room beside all titles.
+void lay_out_tabs() {
+    std::array<int, count> widths{};
+    for (size_t i = 0; i < count; i++) widths[i] = text_width(pages[i]->title, {.bold = true});
+    const int room = ScreenWidth() - std::accumulate(widths.begin(), widths.end(), 0);
+    int titles = 0;
+    for (int i = 0; i < count; i++) {
+        titles += widths[size_t(i)];
+        tab_ends[size_t(i)] = titles + room * (i + 1) / count;
+    }
+}
+
 irect tab_area(int index) {
     const irect strip = strip_area();
-    const int left = strip.w * index / count, right = strip.w * (index + 1) / count;
-    return iRect(strip.x + left, strip.y, right - left, strip.h, 0);
+    const int left = index > 0 ? tab_ends[size_t(index) - 1] : 0;
+    return iRect(left, strip.y, tab_ends[size_t(index)] - left, strip.h, 0);
 }
 
 void draw_strip() {
+    lay_out_tabs();
     const irect strip = strip_area();
     FillArea(strip.x, strip.y, strip.w, hairline(), BLACK);
     for (int i = 0; i < count; i++) {

@@ -2,17 +2,11 @@
 // The menus that open over a page: each row opens one beside it, and the last answer stands below.
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 
-#include "lettering.h"
-#include "page.h"
+#include "rows.h"
 
 namespace {
-
-int selected = 0;
-char answer[64] = "Nothing chosen so far";
-irect place; // of the page
 
 imenu sizes[] = {{ITEM_BULLET, 11, "Small", nullptr},
                  {ITEM_BULLET, 12, "Medium", nullptr},
@@ -39,31 +33,12 @@ imenu word[] = {{ITEM_ACTIVE, 31, "Look it up", nullptr},
 
 constexpr int chapter_count = 60;
 
-irect row_area(int index);
-
-void write(const irect &r, const char *text, int color = BLACK) {
-    const Ink ink = {.size = size_of(Type::label), .color = color, .bold = color == WHITE};
-    draw_text(r.x + 2 * unit(), r.y + (r.h - capital_height(ink.size)) / 2, text, ink);
-}
-
-constexpr int answer_row = 6;
-
-void draw_answer() {
-    const irect r = row_area(answer_row);
-    FillAreaRect(&r, WHITE);
-    write(r, answer);
-}
-
-void note_answer(int index) {
-    std::snprintf(answer, sizeof answer, index < 0 ? "Dismissed" : "Chosen: %d", index);
-    if (&current_page() != &menus_page) return;
-    draw_answer();
-    const irect r = row_area(answer_row);
-    PartialUpdate(r.x, r.y, r.w, r.h);
-}
+// The row that opens a menu.
+irect opener();
+void note_answer(int index);
 
 void open_plain() {
-    const irect r = row_area(selected);
+    const irect r = opener();
     OpenMenu(book, 1, r.x + 6 * unit(), r.y, note_answer);
 }
 
@@ -74,7 +49,7 @@ void open_long() {
         std::snprintf(labels[size_t(i)], sizeof labels[0], "Chapter %d", i + 1);
         chapters[i + 1] = {ITEM_ACTIVE, short(101 + i), labels[size_t(i)], nullptr};
     }
-    OpenMenu(chapters, 1, place.x + 6 * unit(), place.y, note_answer);
+    OpenMenu(chapters, 1, opener().x + 6 * unit(), 0, note_answer);
 }
 
 void open_context(int side) {
@@ -82,7 +57,7 @@ void open_context(int side) {
     if (!context) return;
     context->menu = word;
     context->hproc = note_answer;
-    const irect r = row_area(selected);
+    const irect r = opener();
     context->pos_selected_item = iRect(r.x + r.w / 3, r.y, r.w / 4, r.h, 0);
     context->pos_menu.flags = side;
     context->active_element = 0;
@@ -104,7 +79,7 @@ void open_with_icons() {
         {ITEM_ACTIVE, 41, "Close the book", nullptr, icon, nullptr, nullptr},
         {ITEM_ACTIVE, 42, "Without an icon", nullptr, nullptr, nullptr, nullptr},
         {}};
-    const irect r = row_area(selected);
+    const irect r = opener();
     OpenMenuEx(items, 0, r.x + 6 * unit(), r.y, note_answer);
 }
 
@@ -128,67 +103,29 @@ void open_grid() {
     OpenMenu3x3(cells, pictures, 0, note_answer);
 }
 
-const struct {
-    const char *name;
-    void (*open)();
-} rows[] = {
+const Row kinds[] = {
     {"A menu with submenus", open_plain}, {"A long menu", open_long},
     {"A context menu", open_beside},      {"One that opens to the left", open_to_the_left},
     {"With icons", open_with_icons},      {"Nine cells", open_grid},
 };
-constexpr int row_count = int(std::size(rows));
-static_assert(row_count == answer_row);
+Rows rows(menus_page, kinds, "Nothing chosen so far");
 
-irect row_area(int index) {
-    return grid_cell(place, 1, row_count + 1, index, 0);
+irect opener() {
+    return rows.selected_area();
 }
 
-void draw_row(int index) {
-    const irect r = row_area(index);
-    const bool active = index == selected;
-    FillAreaRect(&r, active ? BLACK : WHITE);
-    FillArea(r.x, r.y + r.h - hairline(), r.w, hairline(), BLACK);
-    write(r, rows[index].name, active ? WHITE : BLACK);
+void note_answer(int index) {
+    static char text[64];
+    std::snprintf(text, sizeof text, index < 0 ? "Dismissed" : "Chosen: %d", index);
+    rows.answer(text);
 }
 
 void draw(const irect &area) {
-    place = area;
-    for (int i = 0; i < row_count; i++) draw_row(i);
-    draw_answer();
-}
-
-void choose(int index) {
-    selected = (index + row_count) % row_count;
-    draw(place);
-    PartialUpdateBW(place.x, place.y, place.w, place.h);
-}
-
-int tapped(int x, int y) {
-    for (int i = 0; i < row_count; i++) {
-        if (!inside(row_area(i), x, y)) continue;
-        choose(i);
-        rows[i].open();
-        return 1;
-    }
-    return 0;
+    rows.draw(area);
 }
 
 int handle(int type, int par1, int par2, const irect &) {
-    if (type == EVT_POINTERDOWN) return tapped(par1, par2);
-    if (type != EVT_KEYPRESS) return 0;
-    switch (par1) {
-    case KEY_UP:
-        choose(selected - 1);
-        return 1;
-    case KEY_DOWN:
-        choose(selected + 1);
-        return 1;
-    case KEY_OK:
-        rows[selected].open();
-        return 1;
-    default:
-        return 0;
-    }
+    return rows.handle(type, par1, par2);
 }
 
 } // namespace

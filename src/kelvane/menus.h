@@ -88,7 +88,7 @@ typedef struct icontext_menu_s {
  * Opens a menu, as the next level when one is open; there are six levels. Null or empty items and a
  * null callback do nothing.
  * @param pos position in the array of the item that is selected first, or the nearest one before it
- *            that can be; -1 for none
+ *            that can be; -1, or one without a row: none
  * @param x,y top left of the menu, which is moved to fit on the screen
  */
 KELVANE_API void OpenMenu(imenu *menu, int pos, int x, int y, kv_menuhandler hproc);

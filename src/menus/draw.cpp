@@ -3,7 +3,6 @@
 #include "menus/draw.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "kelvane/frames.h"
 #include "kelvane/languages.h"
@@ -42,37 +41,37 @@ void draw_scroll_bar(const Menu &menu) {
     if (!level.is_paged()) return;
     const Look &look = *menu.look;
     const irect in = inside_of(menu);
-    const int head = level.has_header ? look.p.title_height : 0;
+    const int head = level.title() ? look.p.title_height : 0;
     const irect track{IsRTL() ? in.x + look.unit : in.x + in.w - look.unit - thumb_w,
                       in.y + head + look.unit, thumb_w, std::max(in.h - head - 2 * look.unit, 1),
                       0};
     const int pages = level.last_page + 1;
     const int thumb_h = std::min(std::max(track.h / pages, 2 * thumb_w), track.h);
     const int top = track.y + (track.h - thumb_h) * level.page / level.last_page;
-    const int line = std::clamp(look.p.separator_height, 1, thumb_w);
+    const int line = std::clamp(look.p.separator_height, 1, thumb_w / 2);
     FillAreaRect(&track, look.p.background_color_normal);
     FillArea(track.x + (thumb_w - line) / 2, track.y, line, track.h, BLACK);
     FillArea(track.x, top, thumb_w, thumb_h, BLACK);
 }
 
-// Where the rim may be drawn: away from the level below.
-irect beside_clip(const Menu &menu) {
-    const irect &parent = menu.beside;
-    if (parent.w < 1) return menu.covered;
+// Where the rim may be drawn: between caption and panel, and away from the level below.
+irect rim_clip(const Menu &menu) {
+    const irect page = page_area(), &parent = menu.beside;
+    if (parent.w < 1) return page;
     const int right = parent.x + parent.w;
-    if (menu.rect.x < parent.x) return {0, 0, parent.x, ScreenHeight(), 0};
-    return {right, 0, std::max(ScreenWidth() - right, 0), ScreenHeight(), 0};
+    if (menu.rect.x < parent.x) return {0, page.y, parent.x, page.h, 0};
+    return {right, page.y, std::max(page.w - right, 0), page.h, 0};
 }
 
 void draw_rim(const Menu &menu) {
     if (menu.context && menu.context->enable_aura == 0) return;
     const int rim = menu.look->rim();
     const irect &r = menu.rect;
-    const irect clip = beside_clip(menu);
+    const irect clip = rim_clip(menu);
     SetClipRect(&clip);
-    if (clip.w > 0)
+    if (clip.w > 0 && clip.h > 0)
         fill_rounded({r.x - rim, r.y - rim, r.w + 2 * rim, r.h + 2 * rim, 0},
-                     menu.look->p.border_radius + rim);
+                     menu.look->rim_radius());
     SetClip(0, 0, ScreenWidth(), ScreenHeight());
 }
 
@@ -81,6 +80,27 @@ void draw_pointer(const Menu &menu) {
     if (at.w < 1) return;
     const bool is_above = at.y < menu.rect.y;
     DrawBitmap(at.x, at.y, is_above ? menu.look->pointer.get() : menu.look->pointer_down.get());
+}
+
+// Up to the middle of the border: its corners are not quite round.
+void fill(const Menu &menu) {
+    const icontext_menu_properties &p = menu.look->p;
+    const int in = p.border_size / 2;
+    const irect &r = menu.rect;
+    fill_rounded({r.x + in, r.y + in, r.w - 2 * in, r.h - 2 * in, 0}, p.border_radius - in);
+}
+
+void draw_frame(const Menu &menu) {
+    const icontext_menu_properties &p = menu.look->p;
+    DrawBorder(&menu.rect, p.border_size, ROUND_ALL, p.border_radius, BLACK);
+    draw_pointer(menu);
+}
+
+// Rows that a finger moves may lie in the round corners.
+void finish_corners(const Menu &menu) {
+    if (!menu.is_scrolled_by_finger()) return;
+    SetClip(0, 0, ScreenWidth(), ScreenHeight());
+    draw_frame(menu);
 }
 
 } // namespace
@@ -100,7 +120,7 @@ irect inside_of(const Menu &menu) {
 
 irect exit_rect(const Menu &menu) {
     const Look &look = *menu.look;
-    if (menu.request.exit == ExitButton::none || !menu.level().has_header) return {};
+    if (menu.request.exit == ExitButton::none || !menu.level().title()) return {};
     const irect in = inside_of(menu);
     const int w = look.exit.width(), h = look.exit.height();
     const int x = IsRTL() ? in.x + look.exit_x : in.x + in.w - look.exit_x - w;
@@ -134,11 +154,9 @@ void draw_exit_button(const Menu &menu) {
 void draw_menu(const Menu &menu) {
     {
         const raster::ScreenScope screen;
-        const icontext_menu_properties &p = menu.look->p;
         draw_rim(menu);
-        fill_rounded(menu.rect, p.border_radius);
-        DrawBorder(&menu.rect, p.border_size, ROUND_ALL, p.border_radius, BLACK);
-        draw_pointer(menu);
+        fill(menu);
+        draw_frame(menu);
     }
     draw_rows(menu);
 }
@@ -152,6 +170,7 @@ void draw_rows(const Menu &menu) {
     draw_shown_rows(menu);
     draw_scroll_bar(menu);
     draw_exit_button(menu);
+    finish_corners(menu);
 }
 
 void draw_selection(const Menu &menu, int former) {
@@ -161,6 +180,7 @@ void draw_selection(const Menu &menu, int former) {
     for (const int row : {former, menu.level().current})
         if (const Row *shown = row_at(menu, row)) draw_row(menu, *shown);
     draw_scroll_bar(menu);
+    finish_corners(menu);
 }
 
 } // namespace menus

@@ -129,7 +129,7 @@ void grid_pointer(int type, int x, int y) {
 }
 
 int grid_handler(int type, int par1, int par2) {
-    if (!grid) return 0;
+    if (!grid) return 1; // what was queued for one that has closed
     if (grid->unheard > 0) {
         grid->unheard--;
         return 1;

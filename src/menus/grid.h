@@ -29,7 +29,10 @@ struct Grid {
     int current = -1;
     int unheard = 0; // events that were queued for a grid that is gone
 
+    // Where the interface runs right to left, so do the cells.
     irect cell_rect(int cell) const;
+    // All cells are of one size, with a hairline between two.
+    irect place(int column, int row) const;
 };
 
 // The cell that can be chosen, so many further in steps of that size, round and round; the present

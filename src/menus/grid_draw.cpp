@@ -4,6 +4,7 @@
 
 #include "kelvane/events.h"
 #include "kelvane/frames.h"
+#include "kelvane/languages.h"
 #include "kelvane/text.h"
 #include "menus/draw.h"
 #include "menus/grid.h"
@@ -47,10 +48,10 @@ void draw_contents(const Grid &grid, const irect &r, const Cell &cell, bool sele
 
 void draw_hairlines(const Grid &grid) {
     const int line = std::max(grid.look->p.separator_height, 1);
-    const irect first = grid.cell_rect(0), last = grid.cell_rect(grid_cells - 1);
+    const irect first = grid.place(0, 0), last = grid.place(grid_side - 1, grid_side - 1);
     const int w = last.x + last.w - first.x, h = last.y + last.h - first.y;
     for (int i = 1; i < grid_side; ++i) {
-        const irect cell = grid.cell_rect(i * grid_side + i);
+        const irect cell = grid.place(i, i);
         FillArea(cell.x - line, first.y, line, h, BLACK);
         FillArea(first.x, cell.y - line, w, line, BLACK);
     }
@@ -58,12 +59,16 @@ void draw_hairlines(const Grid &grid) {
 
 } // namespace
 
-// All cells are of one size, with a hairline between two.
-irect Grid::cell_rect(int cell) const {
+irect Grid::place(int column, int row) const {
     const int border = look->p.border_size, line = std::max(look->p.separator_height, 1);
     const int side = (rect.w - 2 * border - (grid_side - 1) * line) / grid_side;
-    return {rect.x + border + cell % grid_side * (side + line),
-            rect.y + border + cell / grid_side * (side + line), side, side, 0};
+    return {rect.x + border + column * (side + line), rect.y + border + row * (side + line), side,
+            side, 0};
+}
+
+irect Grid::cell_rect(int cell) const {
+    const int column = cell % grid_side;
+    return place(IsRTL() ? grid_side - 1 - column : column, cell / grid_side);
 }
 
 void draw_cell(const Grid &grid, int cell) {
@@ -78,7 +83,7 @@ void draw_cell(const Grid &grid, int cell) {
 void draw_grid(const Grid &grid) {
     {
         const raster::ScreenScope screen;
-        fill_rounded(grid.covered, grid.look->p.border_radius + grid.look->rim());
+        fill_rounded(grid.covered, grid.look->rim_radius());
         DrawBorder(&grid.rect, grid.look->p.border_size, ROUND_ALL, grid.look->p.border_radius,
                    BLACK);
         draw_hairlines(grid);

@@ -155,16 +155,11 @@ bool key(int code, Press press) {
     }
 }
 
-// Events that were queued for a menu that has closed are not for the one that opened since.
+// Events that were queued for a menu that has closed are dropped.
 int menu_handler(int type, int par1, int par2) {
     trace(type, par1, par2);
-    Menu *menu = top();
-    if (!menu) return 0;
-    if (menu->unheard > 0) {
-        menu->unheard--;
-        return 1;
-    }
-    return ground::guarded(1, [&] { return handle(*menu, type, par1, par2) ? 1 : 0; });
+    if (is_for_former_menu()) return 1;
+    return ground::guarded(1, [&] { return handle(*top(), type, par1, par2) ? 1 : 0; });
 }
 
 } // namespace menus

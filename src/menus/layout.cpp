@@ -3,6 +3,7 @@
 #include "menus/layout.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "hw.h"
@@ -59,12 +60,6 @@ LabelState unselected_state(int kind) {
     return kind == ITEM_INACTIVE ? LabelState::disabled : LabelState::plain;
 }
 
-// What stands in a title bar besides the title.
-int beside_title(const Request &request, const Look &look, bool is_paged) {
-    const int exit = request.exit == ExitButton::in_header ? look.exit.width() + look.exit_x : 0;
-    return exit + (is_paged ? least_units / 4 * look.unit : 0);
-}
-
 // Selecting a font takes time, so labels in the same one go together.
 class Measurer {
   public:
@@ -107,7 +102,22 @@ int64_t widest_label(const std::vector<Item> &items, const Look &look, const Fon
     return std::max(width + width / bold_part, bold + look.unit);
 }
 
+// What stands in a title bar besides the title.
+int beside_title(const Request &request, const Look &look, const Level &level) {
+    const bool has_exit = request.exit == ExitButton::in_header;
+    const int exit = has_exit ? look.exit.width() + look.exit_x + look.unit : 0;
+    if (!level.is_paged()) return exit;
+    const text::FontScope scope(look.small_font.get());
+    return exit + StringWidth(counter(level.last_page, level.last_page).text) + look.unit;
+}
+
 } // namespace
+
+Counter counter(int page, int last_page) {
+    Counter made;
+    std::snprintf(made.text, sizeof made.text, "%d / %d", page + 1, last_page + 1);
+    return made;
+}
 
 const ifont *label_font(const Look &look, const Fonts &fonts, const Item &item, LabelState state) {
     if (item.font) return item.font;
@@ -132,15 +142,14 @@ Layout lay_out(const Request &request, const Look &look, int room_w, int room_h)
     Rules rules = rules_of(look, room_h);
     const bool overflows = unbroken_height(items, rules) > room_h;
     if (overflows && device_touchpanel() > multi_touch_above_kind) rules.flow = Flow::scrolled;
-    const bool is_paged = overflows && rules.flow == Flow::pages;
-    if (is_paged) l.columns.scroll_w = thumb_w + 2 * look.unit;
+    if (overflows && rules.flow == Flow::pages) l.columns.scroll_w = thumb_w + 2 * look.unit;
     const int64_t label = widest_label(items, look, request.fonts) + l.columns.text_offset() +
                           l.columns.beyond_text();
-    const int64_t title = widest_title(items, look, request.fonts) + 2 * l.columns.indent +
-                          beside_title(request, look, is_paged);
-    const int64_t least = int64_t{least_units} * look.unit;
-    l.w = static_cast<int>(std::min<int64_t>(std::max({label, title, least}), room_w));
+    const int64_t title = widest_title(items, look, request.fonts) + 2 * l.columns.indent;
     l.level = build_level(std::move(items), rules, request.position);
+    const int64_t bar = title + beside_title(request, look, l.level);
+    const int64_t least = int64_t{least_units} * look.unit;
+    l.w = static_cast<int>(std::min<int64_t>(std::max({label, bar, least}), room_w));
     l.content_h = l.level.height;
     l.h = std::min(l.level.height, room_h);
     return l;

@@ -39,6 +39,12 @@ struct Request {
     ExitButton exit;
     Fonts fonts;
 };
+// "2 / 3", of pages that count from 0.
+struct Counter {
+    char text[32];
+};
+Counter counter(int page, int last_page);
+
 // Lays out a menu that gets at most this room. Throws bad_alloc.
 Layout lay_out(const Request &request, const Look &look, int room_w, int room_h);
 

@@ -16,15 +16,12 @@ class Builder {
     void add(Item &&item, bool is_last) {
         const int h = row_height(item.kind, rules_);
         if (rules_.flow == Flow::pages && y_ + h > bottom() && y_ > first_y()) start_page();
-        if (item.kind == ITEM_HEADER) {
-            level_.has_header = true;
-            header_ = item;
-        }
+        if (item.kind == ITEM_HEADER) header_ = item;
         add_row(std::move(item), h, is_last);
     }
 
     Level finish() {
-        if (level_.has_header && !level_.rows.empty()) level_.rows.front().y = rules_.border;
+        if (header_) level_.rows.front().y = rules_.border;
         level_.height = std::max(lowest_, first_y()) + rules_.indent + rules_.border;
         return std::move(level_);
     }
@@ -74,6 +71,12 @@ int row_count(const Level &level) {
 
 const Row *Level::selected() const {
     return current < 0 ? nullptr : &rows[static_cast<size_t>(current)];
+}
+
+const Row *Level::title() const {
+    const auto first =
+        std::find_if(rows.begin(), rows.end(), [this](const Row &row) { return row.page == page; });
+    return first != rows.end() && first->item.kind == ITEM_HEADER ? &*first : nullptr;
 }
 
 bool Level::is_selectable_at(int row) const {

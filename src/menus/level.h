@@ -37,10 +37,11 @@ struct Level {
     int page = 0;     // the one shown
     int last_page = 0;
     int height = 0; // of the menu: that of its longest page
-    bool has_header = false;
 
     bool is_paged() const { return last_page > 0; }
     const Row *selected() const;
+    // At the top of the page shown; null without one.
+    const Row *title() const;
     bool is_selectable_at(int row) const;
 };
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Reads properties and pictures as a menu opens, so that each has the theme of its time.
+// Reads properties and pictures as a menu opens, so that each has the theme of its time. With the
+// fonts of the theme their glyphs are kept between menus.
 #include "menus/look.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
+#include "hw.h"
 #include "kelvane/languages.h"
 #include "raster/bitmap.h"
 
@@ -40,9 +42,7 @@ raster::BitmapPtr mirrored(const ibitmap *picture, int flags) {
     return copy;
 }
 
-} // namespace
-
-LookPtr load_look(const icontext_menu_properties *properties) {
+LookPtr make_look(const icontext_menu_properties *properties) {
     using theme::Picture;
     auto look = std::make_shared<Look>();
     look->p = properties ? *properties : LoadContextMenuProperties();
@@ -66,6 +66,35 @@ LookPtr load_look(const icontext_menu_properties *properties) {
     look->exit_x = length(GetThemeInt("button.exit.indent.horizontal", 2 * look->unit));
     look->exit_y = length(GetThemeInt("button.exit.indent.vertical", 5 * look->unit / 2));
     return look;
+}
+
+// What the look of the theme depends on.
+struct Circumstances {
+    unsigned theme = theme::theme_number();
+    int dpi = device_display_dpi();
+    bool is_landscape = theme::is_landscape();
+    bool is_rtl = IsRTL() != 0;
+    bool operator==(const Circumstances &) const = default;
+};
+
+// Never destroyed: an application that just exits leaves its fonts to the system.
+struct Kept {
+    Circumstances when;
+    LookPtr look;
+};
+Kept &kept = *new Kept;
+
+} // namespace
+
+LookPtr load_look(const icontext_menu_properties *properties) {
+    if (properties) return make_look(properties);
+    const Circumstances now;
+    if (!kept.look || !(kept.when == now)) kept = {now, make_look(nullptr)};
+    return kept.look;
+}
+
+void drop_look() {
+    kept.look.reset();
 }
 
 } // namespace menus

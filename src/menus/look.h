@@ -24,6 +24,7 @@ struct Look {
     int exit_x, exit_y;               // from the corner of the header
 
     int rim() const { return 2 * unit; }
+    int rim_radius() const { return p.border_radius > 0 ? p.border_radius + rim() : 0; }
     int rule() const { return 2 * p.separator_height; }
     int separator_h() const { return p.separator_height + 2 * p.separator_indent_vertical; }
     bool fills_selection() const { return p.marker_style == 1; }
@@ -34,7 +35,8 @@ struct Look {
 using LookPtr = std::shared_ptr<const Look>;
 
 // The look of the theme, or of the properties when they are given. Lengths are cut so that sums of
-// a few are an int. Throws bad_alloc.
+// a few are an int. That of the theme is kept as long as nothing changes it. Throws bad_alloc.
 LookPtr load_look(const icontext_menu_properties *properties);
+void drop_look();
 
 } // namespace menus

@@ -80,11 +80,15 @@ irect beside(const Anchor &anchor, int w, int h, const irect &area) {
 
 } // namespace
 
+irect page_area() {
+    const int top = GetCaptionHeight();
+    return {0, top, ScreenWidth(), std::max(ScreenHeight() - PanelHeight() - top, 0), 0};
+}
+
 irect menu_area() {
     const int edge = GetOrientation() == turned ? turned_margin : margin;
-    const int top = GetCaptionHeight() + edge;
-    return {edge, top, std::max(ScreenWidth() - 2 * edge, 1),
-            std::max(ScreenHeight() - PanelHeight() - edge - top, 1), 0};
+    const irect page = page_area();
+    return {edge, page.y + edge, std::max(page.w - 2 * edge, 1), std::max(page.h - 2 * edge, 1), 0};
 }
 
 irect place(const Anchor &anchor, int w, int h, const irect &area) {

@@ -20,7 +20,9 @@ struct Anchor {
     int overlap = 0; // of a submenu and its parent; of a context menu less than 0: the gap
 };
 
-// What menus may cover: the screen without caption, panel and margins.
+// The screen without caption and panel.
+irect page_area();
+// What menus may cover: that without margins.
 irect menu_area();
 
 // The rectangle of a menu. As much of it as fits is inside the area; `flags` is the side that was

@@ -21,6 +21,11 @@ bool is_inside(const irect &r, int x, int y) {
     return raster::contains(raster::Box(r), x, y);
 }
 
+// Rows that a finger moves may take the button out of sight.
+bool is_on_exit(const Menu &menu, int x, int y) {
+    return is_inside(inside_of(menu), x, y) && is_inside(exit_rect(menu), x, y);
+}
+
 void select(Menu &menu, int row) {
     if (menu.level().is_selectable_at(row) && row != menu.level().current) change_item(menu, row);
 }
@@ -38,7 +43,7 @@ void show_exit(Menu &menu, bool pressed) {
 void down(Menu &menu, int x, int y) {
     menu.touch = {};
     menu.touch.down_y = y;
-    if (is_inside(exit_rect(menu), x, y)) return show_exit(menu, true);
+    if (is_on_exit(menu, x, y)) return show_exit(menu, true);
     const int row = item_at(menu, x, y);
     if (!menu.is_scrolled_by_finger()) return select(menu, row);
     menu.touch.item = row;
@@ -63,7 +68,7 @@ void up(Menu &menu, int x, int y) {
     Touch &touch = menu.touch;
     if (touch.on_exit) {
         show_exit(menu, false);
-        if (is_inside(exit_rect(menu), x, y)) modal::send_key(EVT_KEYPRESS, KEY_BACK);
+        if (is_on_exit(menu, x, y)) modal::send_key(EVT_KEYPRESS, KEY_BACK);
         return;
     }
     if (touch.is_dragging) {

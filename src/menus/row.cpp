@@ -3,7 +3,7 @@
 #include "menus/row.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cstddef>
 
 #include "kelvane/languages.h"
 #include "kelvane/text.h"
@@ -15,6 +15,7 @@ namespace {
 
 constexpr int label_flags = ALIGN_LEFT | VALIGN_MIDDLE | TEXT_DOTS | TEXT_RTL_MIRROR;
 constexpr int every_bullet_unselected = 1; // bullet_style
+constexpr int longest_gap = 1 << 12;       // separator_style
 
 // A row on the screen: what it is drawn with and whether it is marked.
 struct Brush {
@@ -85,20 +86,51 @@ void draw_picture(const Brush &b, const ibitmap *picture, int offset) {
 void draw_line(const Brush &b, int y) {
     const int indent = b.p().separator_indent_horizontal - b.p().border_size;
     const int left = b.place.x + indent, right = b.place.x + b.place.w - 1 - indent;
+    const int step = std::clamp(b.p().separator_style, 0, longest_gap) + 1;
     for (int i = 0; i < b.p().separator_height && left <= right; ++i)
-        DrawLineEx(left, y + i, right, y + i, b.p().separator_color,
-                   std::max(b.p().separator_style, 0) + 1);
+        DrawLineEx(left, y + i, right, y + i, b.p().separator_color, step);
+}
+
+// So many rows of pixels at the foot of the row.
+void draw_marker(const Brush &b, int h) {
+    const int indent = b.p().marker_indent_horizontal;
+    FillArea(b.place.x + indent, b.place.y + b.place.h - h, b.place.w - 2 * indent, h,
+             b.p().marker_color);
 }
 
 void draw_background(const Brush &b) {
     const icontext_menu_properties &p = b.p();
     const bool disabled = b.row.item.kind == ITEM_INACTIVE;
     FillAreaRect(&b.place, disabled ? p.background_color_disabled : p.background_color_normal);
-    if (!b.is_selected) return;
-    const int h = p.marker_style == 1 ? b.place.h : std::min(p.marker_height, b.place.h);
-    const int indent = p.marker_indent_horizontal;
-    FillArea(b.place.x + indent, b.place.y + b.place.h - h, b.place.w - 2 * indent, h,
-             p.marker_color);
+    if (b.is_selected)
+        draw_marker(b, b.is_filled() ? b.place.h : std::min(p.marker_height, b.place.h));
+}
+
+// The next row of the page that has a height, up or down; null without one.
+const Row *neighbour(const Level &level, const Row &row, Direction direction) {
+    const auto count = static_cast<std::ptrdiff_t>(level.rows.size());
+    for (std::ptrdiff_t i = &row - level.rows.data();;) {
+        i += static_cast<int>(direction);
+        if (i < 0 || i >= count) return nullptr;
+        const Row &next = level.rows[static_cast<size_t>(i)];
+        if (next.page != row.page) return nullptr;
+        if (next.h > 0) return &next;
+    }
+}
+
+// The line between two items. A filled one reaches as far as the next item.
+void draw_line_below(const Menu &menu, const Row &above) {
+    const Row *below = neighbour(menu.level(), above, Direction::forward);
+    if (!above.has_line || !below) return;
+    Brush b = brush_for(menu, above);
+    b.is_selected |= menu.level().selected() == below;
+    b.place.y += above.h;
+    b.place.h = below->y - above.y - above.h;
+    FillAreaRect(&b.place, b.p().background_color_normal);
+    if (b.is_filled())
+        draw_marker(b, b.place.h);
+    else
+        draw_line(b, b.place.y + b.p().separator_indent_vertical);
 }
 
 const ibitmap *bullet_of(const Brush &b) {
@@ -132,14 +164,13 @@ void draw_item(const Brush &b) {
 int draw_counter(const Brush &b, int beyond) {
     const Level &level = b.menu.level();
     if (!level.is_paged()) return 0;
-    char text[32];
-    std::snprintf(text, sizeof text, "%d / %d", level.page + 1, level.last_page + 1);
+    const Counter made = counter(level.page, level.last_page);
     const ifont *font = b.look().small_font.get();
     const text::FontScope scope(font);
     SetFont(font, b.p().font_normal_color);
-    const int w = StringWidth(text);
+    const int w = StringWidth(made.text);
     const irect r = one_line(b.part(b.place.w - beyond - w, w), font);
-    DrawString(r.x, r.y, text);
+    DrawString(r.x, r.y, made.text);
     return w + b.look().unit;
 }
 
@@ -147,9 +178,10 @@ void draw_header(const Brush &b) {
     const Look &look = b.look();
     const int indent = b.menu.layout.columns.indent - b.p().border_size;
     FillAreaRect(&b.place, b.p().background_color_normal);
-    const bool has_exit = b.menu.request.exit == ExitButton::in_header;
+    const bool is_title = b.menu.level().title() == &b.row;
+    const bool has_exit = is_title && b.menu.request.exit == ExitButton::in_header;
     const int beyond = has_exit ? look.exit_x + look.exit.width() + look.unit : indent;
-    draw_label(b, indent, beyond + draw_counter(b, beyond));
+    draw_label(b, indent, beyond + (is_title ? draw_counter(b, beyond) : 0));
     const int rule = std::min(look.rule(), b.place.h);
     FillArea(b.place.x, b.place.y + b.place.h - rule, b.place.w, rule, b.p().separator_color);
 }
@@ -157,20 +189,22 @@ void draw_header(const Brush &b) {
 } // namespace
 
 void draw_row(const Menu &menu, const Row &row) {
+    if (row.h == 0) return;
     const Brush b = brush_for(menu, row);
-    const int indent = b.p().separator_indent_vertical;
     switch (row.item.kind) {
     case ITEM_HEADER:
         draw_header(b);
         break;
     case ITEM_SEPARATOR:
-        if (row.h > 0) draw_line(b, b.place.y + indent);
+        draw_line(b, b.place.y + b.p().separator_indent_vertical);
         break;
     default:
         draw_item(b);
         break;
     }
-    if (row.has_line) draw_line(b, b.place.y + b.place.h + indent);
+    if (const Row *above = neighbour(menu.level(), row, Direction::back))
+        draw_line_below(menu, *above);
+    draw_line_below(menu, row);
 }
 
 } // namespace menus

@@ -23,6 +23,7 @@ namespace {
 
 std::vector<Menu> levels;
 const ifont *menu_font = nullptr;
+int unheard = 0; // events that were queued for menus that are gone
 
 bool is_empty(const imenuex *menu) {
     return !menu || menu->type == 0;
@@ -106,12 +107,11 @@ void measure(Menu &menu) {
     menu.scroll = 0;
 }
 
-// A row selected at the start may be far down.
+// A row selected at the start may be far down: it comes to the middle.
 void show_selected(Menu &menu) {
     const Row *row = menu.level().selected();
     if (!row || !menu.is_scrolled_by_finger()) return;
-    const int border = menu.look->p.border_size + menu.look->p.item_border_indent_vertical;
-    menu.scroll = std::clamp(row->y + row->h + border - menu.rect.h, 0, menu.most_scroll());
+    menu.scroll = std::clamp(row->y + (row->h - menu.rect.h) / 2, 0, menu.most_scroll());
 }
 
 // The row of that number or the nearest before it that can be chosen.
@@ -153,8 +153,8 @@ void open_level(const Opening &o) {
     measure(menu);
     show_selected(menu);
     levels.push_back(std::move(menu));
+    if (levels.size() == 1) unheard = queue_count(menu_handler);
     Menu &opened = levels.back();
-    opened.unheard = levels.size() == 1 ? queue_count(menu_handler) : 0;
     opened.taken.under.save(opened.covered);
     opened.taken.take_input(menu_handler, 0);
     draw_menu(opened);
@@ -218,6 +218,10 @@ int level_count() {
     return static_cast<int>(levels.size());
 }
 
+bool is_for_former_menu() {
+    return levels.empty() || (unheard > 0 && unheard-- > 0);
+}
+
 void close_top() {
     if (levels.empty()) return;
     Menu menu = std::move(levels.back());
@@ -242,6 +246,7 @@ void finish(int index) {
 void reset() {
     levels.clear();
     menu_font = nullptr;
+    drop_look();
     reset_grid();
     reset_contexts();
 }
@@ -271,16 +276,17 @@ void UpdateMenuEx(imenuex *menu) {
     ground::guarded([&] {
         Menu *shown = top();
         if (!shown || !menu) return;
+        shown->touch = {};
         drop_touch();
         const irect before = shown->covered;
         const int current = shown->level().current;
         shown->request.menu = menu;
         shown->request.position = -1;
-        shown->taken.under.restore();
+        const bool is_whole = shown->taken.under.restore();
         measure(*shown);
         select_row(*shown, current);
         show_selected(*shown);
-        shown->taken.under.save(shown->covered);
+        if (is_whole) shown->taken.under.save(shown->covered);
         draw_menu(*shown);
         show(joined(before, shown->covered));
     });

@@ -33,7 +33,6 @@ struct Menu {
     irect covered{}; // with rim and pointer
     irect beside{};  // of the level below, on which no rim is drawn; empty without one
     int scroll = 0;  // how far a finger moved the rows up
-    int unheard = 0; // events that were queued for a menu that is gone
     bool submenu_is_open = false;
     Touch touch;
 
@@ -65,6 +64,8 @@ void open_submenu();
 // Null when none is open.
 Menu *top();
 int level_count();
+// Whether the event that arrives was queued for a menu that has closed since. Counts it.
+bool is_for_former_menu();
 
 // Closes the top level; the one below shows its selection again.
 void close_top();

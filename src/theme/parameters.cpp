@@ -14,6 +14,7 @@ namespace {
 
 // Never destroyed: an application that just exits leaves its fonts to the system.
 std::optional<UiParameters> &parameters = *new std::optional<UiParameters>;
+unsigned number = 0;
 
 constexpr int standard_button_width = 124, standard_button_height = 32;
 
@@ -61,6 +62,11 @@ UiParameters load() {
 
 void drop_ui_parameters() {
     parameters.reset();
+    ++number;
+}
+
+unsigned theme_number() {
+    return number;
 }
 
 const UiParameters &ui_parameters() {

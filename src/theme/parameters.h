@@ -61,7 +61,9 @@ struct UiParameters {
 
 // Loaded at the first use after a theme was opened.
 const UiParameters &ui_parameters();
-// Closes the fonts and frees the pictures.
+// Closes the fonts and frees the pictures, as another theme opens.
 void drop_ui_parameters();
+// Another one with each theme: who keeps what it loaded keeps the number as well.
+unsigned theme_number();
 
 } // namespace theme

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Boxes, frames, and the life of an application in a device folder.
+// Boxes, frames, menus, and the life of an application in a device folder.
 #include <algorithm>
 #include <cstdlib>
 #include <numeric>
@@ -11,6 +11,7 @@
 #include "kelvane/dialogs.h"
 #include "kelvane/frames.h"
 #include "kelvane/languages.h"
+#include "kelvane/menus.h"
 #include "kelvane/theme.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
@@ -59,6 +60,47 @@ class Boxes : public Session {
         seen = seen * 31 + picture() + static_cast<uint64_t>(GetDialogShow());
         close_device();
         return seen;
+    }
+
+    Folder folder_;
+    uint64_t expected_;
+};
+
+// A menu with its submenu, a context menu and the grid, left one after the other by a key.
+class Menus : public Session {
+  public:
+    Menus() { expected_ = draw(); }
+
+    bool run() override { return draw() == expected_ && answers == 2 - 1 + 3; }
+
+  private:
+    static uint64_t draw() {
+        static imenu leaf[] = {{ITEM_ACTIVE, 2, "Leaf", nullptr}, {}};
+        static imenu menu[] = {
+            {ITEM_HEADER, 0, "Title", nullptr}, {ITEM_SUBMENU, 1, "More", leaf}, {}};
+        static const imenu cells[] = {{ITEM_ACTIVE, 3, "Cell", nullptr}, {}};
+        answers = 0;
+        if (!open_device(ignore)) return 0;
+        ClearScreen();
+        OpenMenu(menu, 1, 20, 20, answer);
+        uint64_t seen = press_and_see(KEY_OK);
+        seen = seen * 31 + press_and_see(KEY_OK);
+        if (icontext_menu *context = CreateContextMenu("word")) {
+            context->menu = leaf;
+            context->hproc = answer;
+            context->pos_selected_item = iRect(100, 100, 50, 20, 0);
+            OpenContextMenu(context);
+        }
+        seen = seen * 31 + press_and_see(KEY_BACK);
+        OpenMenu3x3(cells, nullptr, 0, answer);
+        seen = seen * 31 + press_and_see(KEY_OK);
+        close_device();
+        return seen;
+    }
+    static uint64_t press_and_see(int key) {
+        const uint64_t before = picture();
+        headless::press(key);
+        return before * 31 + picture();
     }
 
     Folder folder_;
@@ -119,7 +161,8 @@ class Life : public Session {
     Folder folder_;
 };
 
-constexpr Area areas_here[] = {{"Boxes", make<Boxes>}, {"Life", make<Life>}};
+constexpr Area areas_here[] = {
+    {"Boxes", make<Boxes>}, {"Menus", make<Menus>}, {"Life", make<Life>}};
 
 } // namespace
 

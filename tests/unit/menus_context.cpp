@@ -115,6 +115,12 @@ TEST_F(ContextMenus, RightToLeftEverythingIsMirrored) {
     EXPECT_EQ(menus::level_count(), 1);
     headless::press(KEY_RIGHT);
     expect_closed_with("-1 ");
+    OpenMenu3x3(items, nullptr, 0, answer);
+    headless::tap(430, 240);
+    expect_closed_with("-1 1 ");
+    OpenMenu3x3(items, nullptr, 0, answer);
+    press_all({KEY_LEFT, KEY_OK});
+    expect_closed_with("-1 1 2 ");
 }
 
 TEST_F(ContextMenus, TheGridMovesRoundAndReportsTheIndex) {

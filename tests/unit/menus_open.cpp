@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Menus by keys and by finger over a page, as an application opens them.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include "kelvane/languages.h"
 #include "kelvane/updates.h"
@@ -197,12 +198,15 @@ TEST_F(Menus, ATapOutsideClosesOneLevel) {
     }
 }
 
-TEST_F(Menus, TheExitButtonDismissesEveryLevel) {
-    Items items({ITEM_HEADER, ITEM_ACTIVE});
-    items.open(1);
-    const irect r = menus::top()->rect;
-    headless::tap(r.x + r.w - 3 - 8 - 16, r.y + 3 + 26);
-    expect_closed_with("-1 ");
+TEST_F(Menus, TitleBarsHaveAButtonThatDismisses) {
+    for (const bool is_first : {true, false}) {
+        answers.clear();
+        Items items({is_first ? ITEM_HEADER : ITEM_ACTIVE, ITEM_HEADER, ITEM_ACTIVE});
+        items.open(2);
+        const irect r = menus::top()->rect;
+        headless::tap(r.x + r.w - 3 - 8 - 16, r.y + 3 + 26);
+        expect_closed_with(is_first ? "-1 " : "0 ");
+    }
 }
 
 TEST_F(Menus, PagesTurnWithTheSelectionAndHeldKeys) {
@@ -230,30 +234,56 @@ TEST_F(Menus, PagesTurnWithTheSelectionAndHeldKeys) {
     EXPECT_NE(answers, "-1 ");
 }
 
-TEST_F(Menus, AFingerMovesTheRowsOfALongMenu) {
+// A finger goes down on the middle of a row, moves so far and, unless it rests, is lifted there.
+enum class Then { lift, rest };
+void drag(const irect &row, int dy, Then then = Then::lift) {
+    const int x = row.x + row.w / 2, y = row.y + row.h / 2;
+    headless::pointer(EVT_POINTERDOWN, x, y);
+    headless::pointer(EVT_POINTERMOVE, x, y + dy / 2);
+    headless::pointer(EVT_POINTERMOVE, x, y + dy);
+    if (then == Then::lift) headless::pointer(EVT_POINTERUP, x, y + dy);
+}
+
+TEST_F(Menus, RowsFollowTheFingerAndStopAtTheEnds) {
     use_multi_touch();
     Items items(std::vector<int>(60, ITEM_ACTIVE));
     items.open(0);
-    ASSERT_TRUE(menus::top()->is_scrolled_by_finger());
-    EXPECT_EQ(menus::top()->level().last_page, 0);
-    headless::pointer(EVT_POINTERDOWN, 100, 600);
-    for (int y = 590; y >= 300; y -= 10) headless::pointer(EVT_POINTERMOVE, 100, y);
-    headless::pointer(EVT_POINTERUP, 100, 300);
-    EXPECT_EQ(menus::top()->scroll, 300);
+    const irect menu = menus::top()->rect, first = row_rect(0), ninth = row_rect(8);
+    const std::vector<uint8_t> at_first = screen();
+    drag(ninth, -6 * first.h, Then::rest);
+    EXPECT_EQ(row_rect(8).y, ninth.y - 6 * first.h) << "before it is lifted";
+    EXPECT_TRUE(screen() != at_first);
+    headless::pointer(EVT_POINTERUP, ninth.x + 9, ninth.y + first.h / 2 - 5 * first.h);
+    EXPECT_EQ(row_rect(8).y, ninth.y - 5 * first.h);
+    headless::advance(300);
+    for (int i = 0; i < 8; ++i) drag(ninth, -8 * first.h);
+    const int margin = first.y - menu.y;
+    EXPECT_EQ(row_rect(59).y + first.h, menu.y + menu.h - margin);
+    for (int i = 0; i < 8; ++i) drag(first, 8 * first.h);
     EXPECT_EQ(current(), 0) << "a drag selects nothing";
-    EXPECT_EQ(answers, "");
-    headless::pointer(EVT_POINTERDOWN, 100, 300);
-    EXPECT_EQ(current(), 0);
+    EXPECT_EQ(row_rect(0).y, first.y);
+    EXPECT_TRUE(screen() == at_first);
+    headless::press(KEY_UP);
+    EXPECT_EQ(current(), 59);
+    EXPECT_LE(row_rect(59).y + first.h, menu.y + menu.h) << "it comes into sight";
+    headless::press(KEY_OK);
+    expect_closed_with("59 ");
+}
+
+TEST_F(Menus, ATapChoosesWhereAFingerMovesRows) {
+    use_multi_touch();
+    Items items(std::vector<int>(60, ITEM_ACTIVE));
+    items.open(0);
+    drag(row_rect(10), 4, Then::rest);
+    EXPECT_EQ(current(), 0) << "the finger may be about to drag";
     headless::advance(200);
-    EXPECT_NE(current(), 0) << "a finger at rest selects";
-    headless::pointer(EVT_POINTERMOVE, 100, 500);
-    headless::pointer(EVT_POINTERUP, 100, 799);
-    EXPECT_EQ(menus::top()->scroll, 0);
-    headless::press(KEY_UP);
-    headless::press(KEY_UP);
-    tap_row(59);
-    EXPECT_EQ(answers, "") << "it was out of sight or not selected";
-    headless::press(KEY_BACK);
+    EXPECT_EQ(current(), 10) << "it rests";
+    headless::pointer(EVT_POINTERUP, row_rect(11).x + 50, row_rect(11).y + 10);
+    EXPECT_EQ(answers, "") << "lifted on another row";
+    drag(row_rect(10), -40);
+    EXPECT_EQ(answers, "") << "dragged";
+    drag(row_rect(7), 9);
+    expect_closed_with("7 ");
 }
 
 TEST_F(Menus, UpdatedItemsKeepASelectionThatCanBeChosen) {
@@ -276,20 +306,18 @@ TEST_F(Menus, UpdatedItemsKeepASelectionThatCanBeChosen) {
 
 void open_another(int index) {
     answer(index);
-    if (answers.size() < 8) OpenMenu(leaf, 1, 40, 40, open_another);
+    for (int i = 0; i < 2 && answers.size() < 6; ++i) OpenMenu(leaf, 1, 40, 40, open_another);
 }
 
 TEST_F(Menus, ACallbackMayOpenTheNextMenu) {
     OpenMenu(leaf, 0, 40, 40, open_another);
-    // Typed ahead: what was meant for the first menu does not choose in the second one.
+    // Typed ahead: what was meant for the first menu does not choose in those that follow.
     for (int i = 0; i < 3; i++) SendEvent(GetEventHandler(), EVT_KEYPRESS, KEY_OK, 0);
     headless::advance(10);
     EXPECT_EQ(answers, "70 ");
-    EXPECT_EQ(menus::level_count(), 1);
+    EXPECT_EQ(menus::level_count(), 2);
     headless::press(KEY_OK);
-    EXPECT_EQ(answers, "70 71 ");
-    headless::press(KEY_BACK);
-    expect_closed_with("70 71 -1 ");
+    expect_closed_with("70 71 ");
 }
 
 TEST_F(Menus, ACallbackMayAskOrEndTheApplication) {
@@ -344,14 +372,53 @@ TEST_F(Menus, AnyLabelsFitOnTheScreen) {
     expect_closed_with("-1 ");
 }
 
-TEST_F(Menus, ATurnUnderAMenuLetsTheApplicationDrawAnew) {
+TEST_F(Menus, TheApplicationHearsOfATurnAfterTheClose) {
     OpenMenu(leaf, 0, 40, 40, answer);
+    const std::vector<uint8_t> opened = screen();
+    headless::raw(EVT_ORIENTATION, 0, 1, 0);
+    EXPECT_TRUE(screen() == opened);
+    headless::clear_events();
+    press_all({KEY_DOWN, KEY_OK});
+    expect_closed_with("71 ");
+    EXPECT_EQ(headless::events(), "RESTORE ORIENTATION(1,0) ");
+}
+
+TEST_F(Menus, ATurnUnderAMenuLetsTheApplicationDrawAnew) {
+    imenu menu[] = {{ITEM_HEADER, 0, "Title", nullptr}, {ITEM_SUBMENU, 1, "More", leaf}, {}};
+    OpenMenu(menu, 1, 500, 700, answer);
     SetOrientation(1);
+    press_all({KEY_RIGHT, KEY_DOWN});
+    headless::tap(799, 599);
+    Items many(std::vector<int>(60, ITEM_ACTIVE));
+    UpdateMenuEx(many.get());
     headless::clear_events();
     headless::press(KEY_BACK);
-    headless::advance(10);
     EXPECT_EQ(answers, "-1 ");
     EXPECT_NE(headless::events().find("SHOW"), std::string::npos);
+}
+
+TEST_F(Menus, ManyOpeningsDoNotGrow) {
+    imenu menu[] = {{ITEM_HEADER, 0, "Title", nullptr}, {ITEM_SUBMENU, 1, "More", leaf}, {}};
+    icontext_menu *context = CreateContextMenu("many");
+    context->update_after_close = 0; // saves the time of painting
+    const auto open = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            SetContextMenuStruct(context);
+            OpenMenu(menu, 1, 40, 40, answer);
+            for (int level = 0; level < 2; ++level) GetEventHandler()(EVT_KEYPRESS, KEY_OK, 0);
+            if (i % 50 == 0) OpenMenu3x3(leaf, nullptr, 0, answer);
+            GetEventHandler()(EVT_KEYPRESS, KEY_BACK, 0);
+            kv_process_event_loop_quick();
+            headless::clear_events();
+        }
+        answers.clear();
+        answers.shrink_to_fit();
+    };
+    hw::observe_updates(nullptr);
+    open(100);
+    const size_t allocated = mallinfo2().uordblks;
+    open(10000);
+    EXPECT_LT(mallinfo2().uordblks, allocated + 10000);
 }
 
 TEST_F(Menus, TheEndOfTheApplicationCallsNobody) {

@@ -63,8 +63,7 @@ void open_menu(Items &items) {
     take_events();
 }
 
-void open_and_close(Items &items) {
-    open_menu(items);
+void close_menu() {
     CloseContextMenu();
     take_events();
 }
@@ -109,7 +108,11 @@ void menu_and_memcpy_with_labels(benchmark::State &state) {
     shown.rect = menu.rect;
     CloseContextMenu();
     beside(
-        state, Against::limit, [&] { open_and_close(bench.items); },
+        state, Against::limit,
+        [&] {
+            open_menu(bench.items);
+            close_menu();
+        },
         [&] {
             each_row([](uint8_t *row, uint8_t *kept, size_t n) { std::memcpy(kept, row, n); });
             draw_labels(bench.items.labels, shown);
@@ -137,13 +140,16 @@ void long_menu_and_measuring(benchmark::State &state) {
     if (!bench.opened) return state.SkipWithError("no device");
     const menus::LookPtr look = menus::top()->look;
     CloseContextMenu();
-    beside(
-        state, Against::limit, [&] { open_and_close(bench.items); },
-        [&] {
+    Turns turns(state, Against::limit);
+    for (auto _ : state) {
+        turns.other([&] {
             const text::FontScope font(look->p.font_normal);
             for (const std::string &label : bench.items.labels)
                 benchmark::DoNotOptimize(StringWidth(label.c_str()));
         });
+        turns.ours([&] { open_menu(bench.items); });
+        close_menu();
+    }
 }
 BENCHMARK(long_menu_and_measuring)->UseManualTime();
 

@@ -64,7 +64,6 @@ irect rim_clip(const Menu &menu) {
 }
 
 void draw_rim(const Menu &menu) {
-    if (menu.context && menu.context->enable_aura == 0) return;
     const int rim = menu.look->rim();
     const irect &r = menu.rect;
     const irect clip = rim_clip(menu);
@@ -90,6 +89,13 @@ void fill(const Menu &menu) {
     fill_rounded({r.x + in, r.y + in, r.w - 2 * in, r.h - 2 * in, 0}, p.border_radius - in);
 }
 
+// What is white before anything else; a rim that is not cut off is so under the menu as well.
+void draw_ground(const Menu &menu) {
+    const bool has_rim = !menu.context || menu.context->enable_aura != 0;
+    if (has_rim) draw_rim(menu);
+    if (!has_rim || menu.beside.w > 0) fill(menu);
+}
+
 void draw_frame(const Menu &menu) {
     const icontext_menu_properties &p = menu.look->p;
     DrawBorder(&menu.rect, p.border_size, ROUND_ALL, p.border_radius, BLACK);
@@ -101,6 +107,15 @@ void finish_corners(const Menu &menu) {
     if (!menu.is_scrolled_by_finger()) return;
     SetClip(0, 0, ScreenWidth(), ScreenHeight());
     draw_frame(menu);
+}
+
+void draw_contents(const Menu &menu) {
+    const irect in = inside_of(menu);
+    SetClipRect(&in);
+    draw_shown_rows(menu);
+    draw_scroll_bar(menu);
+    draw_exit_button(menu);
+    finish_corners(menu);
 }
 
 } // namespace
@@ -129,9 +144,10 @@ irect exit_rect(const Menu &menu) {
 
 void fill_rounded(const irect &r, int radius) {
     const int c = std::max(std::min({radius, r.w / 2 - 1, r.h / 2 - 1}), 0);
-    FillArea(r.x + c, r.y, r.w - 2 * c, r.h, WHITE);
     FillArea(r.x, r.y + c, r.w, r.h - 2 * c, WHITE);
     if (c == 0) return;
+    FillArea(r.x + c, r.y, r.w - 2 * c, c, WHITE);
+    FillArea(r.x + c, r.y + r.h - c, r.w - 2 * c, c, WHITE);
     const irect clip = GetClipRect();
     const irect both = shared(clip, r); // discs are wider than their radius says
     SetClipRect(&both);
@@ -152,25 +168,17 @@ void draw_exit_button(const Menu &menu) {
 }
 
 void draw_menu(const Menu &menu) {
-    {
-        const raster::ScreenScope screen;
-        draw_rim(menu);
-        fill(menu);
-        draw_frame(menu);
-    }
-    draw_rows(menu);
+    const raster::ScreenScope screen;
+    draw_ground(menu);
+    draw_frame(menu);
+    draw_contents(menu);
 }
 
 void draw_rows(const Menu &menu) {
     const raster::ScreenScope screen;
-    const irect in = inside_of(menu);
-    const int corner = menu.look->p.border_radius - menu.look->p.border_size;
-    fill_rounded(in, corner);
-    SetClipRect(&in);
-    draw_shown_rows(menu);
-    draw_scroll_bar(menu);
-    draw_exit_button(menu);
-    finish_corners(menu);
+    fill(menu);
+    draw_frame(menu);
+    draw_contents(menu);
 }
 
 void draw_selection(const Menu &menu, int former) {

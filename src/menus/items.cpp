@@ -10,6 +10,12 @@ namespace {
 constexpr unsigned kind_mask = 0x1F;
 constexpr unsigned plain_flag = 0x8000;
 
+int count_of(const imenuex *menu) {
+    int count = 0;
+    while (menu[count].type != 0) ++count;
+    return count;
+}
+
 const char *label_of(const char *text) {
     return text ? GetLangText(text) : "";
 }
@@ -40,6 +46,7 @@ std::vector<imenuex> extended(const imenu *menu) {
 
 std::vector<Item> read_items(const imenuex *menu, OwnFonts fonts) {
     std::vector<Item> items;
+    items.reserve(static_cast<size_t>(count_of(menu)));
     for (int position = 0; menu[position].type != 0; ++position) {
         const imenuex &from = menu[position];
         const int kind = kind_of(from.type);

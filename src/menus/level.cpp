@@ -11,7 +11,9 @@ namespace {
 
 class Builder {
   public:
-    explicit Builder(const Rules &rules) : rules_(rules), y_(first_y()) {}
+    Builder(const Rules &rules, size_t items) : rules_(rules), y_(first_y()) {
+        level_.rows.reserve(items + items / 8); // with titles that are repeated
+    }
 
     void add(Item &&item, bool is_last) {
         const int h = row_height(item.kind, rules_);
@@ -101,7 +103,7 @@ int unbroken_height(const std::vector<Item> &items, const Rules &rules) {
 }
 
 Level build_level(std::vector<Item> items, const Rules &rules, int position) {
-    Builder builder(rules);
+    Builder builder(rules, items.size());
     for (Item &item : items) {
         const bool is_last = &item == &items.back();
         builder.add(std::move(item), is_last);

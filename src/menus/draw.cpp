@@ -97,16 +97,13 @@ void draw_ground(const Menu &menu) {
 }
 
 void draw_frame(const Menu &menu) {
-    const icontext_menu_properties &p = menu.look->p;
-    DrawBorder(&menu.rect, p.border_size, ROUND_ALL, p.border_radius, BLACK);
+    draw_border(menu.rect, *menu.look);
     draw_pointer(menu);
 }
 
 // Rows that a finger moves may lie in the round corners.
 void finish_corners(const Menu &menu) {
-    if (!menu.is_scrolled_by_finger()) return;
-    SetClip(0, 0, ScreenWidth(), ScreenHeight());
-    draw_frame(menu);
+    if (menu.is_scrolled_by_finger()) draw_frame(menu);
 }
 
 void draw_contents(const Menu &menu) {
@@ -154,6 +151,12 @@ void fill_rounded(const irect &r, int radius) {
     for (const int x : {r.x + c, r.x + r.w - 1 - c})
         for (const int y : {r.y + c, r.y + r.h - 1 - c}) DrawCircle(x, y, c, WHITE);
     SetClipRect(&clip);
+}
+
+void draw_border(const irect &r, const Look &look) {
+    SetClipRect(&r); // themes may have corners that are larger than menus
+    DrawBorder(&r, look.p.border_size, ROUND_ALL, look.p.border_radius, BLACK);
+    SetClip(0, 0, ScreenWidth(), ScreenHeight());
 }
 
 void draw_exit_button(const Menu &menu) {

@@ -24,5 +24,7 @@ irect inside_of(const Menu &menu);
 irect shared(const irect &a, const irect &b);
 // A white area with round corners.
 void fill_rounded(const irect &r, int radius);
+// The border of a menu of that size. The clip is the whole screen afterwards.
+void draw_border(const irect &r, const Look &look);
 
 } // namespace menus

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "kelvane/events.h"
-#include "kelvane/frames.h"
 #include "kelvane/languages.h"
 #include "kelvane/text.h"
 #include "menus/draw.h"
@@ -84,13 +83,12 @@ void draw_grid(const Grid &grid) {
     {
         const raster::ScreenScope screen;
         fill_rounded(grid.covered, grid.look->rim_radius());
-        DrawBorder(&grid.rect, grid.look->p.border_size, ROUND_ALL, grid.look->p.border_radius,
-                   BLACK);
+        draw_border(grid.rect, *grid.look);
         draw_hairlines(grid);
     }
     for (int cell = 0; cell < grid_cells; ++cell) draw_cell(grid, cell);
     const raster::ScreenScope screen;
-    DrawBorder(&grid.rect, grid.look->p.border_size, ROUND_ALL, grid.look->p.border_radius, BLACK);
+    draw_border(grid.rect, *grid.look);
 }
 
 } // namespace menus

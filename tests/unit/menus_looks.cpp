@@ -62,7 +62,8 @@ TEST_F(MenuLooks, AStepShowsWhatAMenuOpenedThereShows) {
     const auto lines = "context_menu.separator.frequency=1\n";
     for (const char *parameters :
          {"", lines, "context_menu.marker.style=0\ncontext_menu.separator.frequency=1\n",
-          "context_menu.item.height=400\n", "context_menu.bullet.show=0\n"}) {
+          "context_menu.item.height=400\n", "context_menu.bullet.show=0\n",
+          "context_menu.border.size=250\ncontext_menu.border.radius=300\n"}) {
         use_theme(parameters);
         for (const auto turn : {write_left_to_right, write_right_to_left}) {
             turn();

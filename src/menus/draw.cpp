@@ -31,7 +31,8 @@ void draw_shown_rows(const Menu &menu) {
     for (const Row &row : menu.level().rows) {
         const irect r = menu.row_rect(row);
         const int end = r.y + r.h + menu.look->separator_h();
-        if (is_shown(menu, row) && end > in.y && r.y < in.y + in.h) draw_row(menu, row);
+        if (is_shown(menu, row) && end > in.y && r.y < in.y + in.h)
+            draw_row(menu, row, Ground::white);
     }
 }
 
@@ -101,18 +102,14 @@ void draw_frame(const Menu &menu) {
     draw_pointer(menu);
 }
 
-// Rows that a finger moves may lie in the round corners.
-void finish_corners(const Menu &menu) {
-    if (menu.is_scrolled_by_finger()) draw_frame(menu);
-}
-
+// The frame comes last, as rows reach into its round corners.
 void draw_contents(const Menu &menu) {
     const irect in = inside_of(menu);
     SetClipRect(&in);
     draw_shown_rows(menu);
     draw_scroll_bar(menu);
     draw_exit_button(menu);
-    finish_corners(menu);
+    draw_frame(menu);
 }
 
 } // namespace
@@ -173,14 +170,12 @@ void draw_exit_button(const Menu &menu) {
 void draw_menu(const Menu &menu) {
     const raster::ScreenScope screen;
     draw_ground(menu);
-    draw_frame(menu);
     draw_contents(menu);
 }
 
 void draw_rows(const Menu &menu) {
     const raster::ScreenScope screen;
     fill(menu);
-    draw_frame(menu);
     draw_contents(menu);
 }
 
@@ -191,7 +186,7 @@ void draw_selection(const Menu &menu, int former) {
     for (const int row : {former, menu.level().current})
         if (const Row *shown = row_at(menu, row)) draw_row(menu, *shown);
     draw_scroll_bar(menu);
-    finish_corners(menu);
+    if (menu.is_scrolled_by_finger()) draw_frame(menu);
 }
 
 } // namespace menus

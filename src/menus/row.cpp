@@ -24,10 +24,14 @@ struct Brush {
     irect place; // from border to border, without the scroll bar
     bool is_rtl;
     bool is_selected;
+    Ground ground;
 
     const Look &look() const { return *menu.look; }
     const icontext_menu_properties &p() const { return menu.look->p; }
     bool is_filled() const { return is_selected && look().fills_selection(); }
+    void fill(int color) const {
+        if (ground == Ground::any || color != WHITE) FillAreaRect(&place, color);
+    }
     // A part of the row, so far from where lines begin.
     irect part(int offset, int w) const {
         const int x = is_rtl ? place.x + place.w - offset - w : place.x + offset;
@@ -36,14 +40,14 @@ struct Brush {
 };
 
 // Indents count from the edge of the menu.
-Brush brush_for(const Menu &menu, const Row &row) {
+Brush brush_for(const Menu &menu, const Row &row, Ground ground) {
     irect place = menu.row_rect(row);
     const irect in = inside_of(menu);
     const bool is_rtl = IsRTL() != 0;
     const int scroll_w = row.item.kind == ITEM_HEADER ? 0 : menu.layout.columns.scroll_w;
     place.x = in.x + (is_rtl ? scroll_w : 0);
     place.w = std::max(in.w - scroll_w, 0);
-    return {menu, row, place, is_rtl, menu.level().selected() == &row};
+    return {menu, row, place, is_rtl, menu.level().selected() == &row, ground};
 }
 
 LabelState state_of(const Brush &b) {
@@ -101,7 +105,7 @@ void draw_marker(const Brush &b, int h) {
 void draw_background(const Brush &b) {
     const icontext_menu_properties &p = b.p();
     const bool disabled = b.row.item.kind == ITEM_INACTIVE;
-    FillAreaRect(&b.place, disabled ? p.background_color_disabled : p.background_color_normal);
+    b.fill(disabled ? p.background_color_disabled : p.background_color_normal);
     if (b.is_selected)
         draw_marker(b, b.is_filled() ? b.place.h : std::min(p.marker_height, b.place.h));
 }
@@ -119,14 +123,14 @@ const Row *neighbour(const Level &level, const Row &row, Direction direction) {
 }
 
 // The line between two items. A filled one reaches as far as the next item.
-void draw_line_below(const Menu &menu, const Row &above) {
+void draw_line_below(const Menu &menu, const Row &above, Ground ground) {
     const Row *below = neighbour(menu.level(), above, Direction::forward);
     if (!above.has_line || !below) return;
-    Brush b = brush_for(menu, above);
+    Brush b = brush_for(menu, above, ground);
     b.is_selected |= menu.level().selected() == below;
     b.place.y += above.h;
     b.place.h = below->y - above.y - above.h;
-    FillAreaRect(&b.place, b.p().background_color_normal);
+    b.fill(b.p().background_color_normal);
     if (b.is_filled())
         draw_marker(b, b.place.h);
     else
@@ -177,7 +181,7 @@ int draw_counter(const Brush &b, int beyond) {
 void draw_header(const Brush &b) {
     const Look &look = b.look();
     const int indent = b.menu.layout.columns.indent - b.p().border_size;
-    FillAreaRect(&b.place, b.p().background_color_normal);
+    b.fill(b.p().background_color_normal);
     const bool is_title = b.menu.level().title() == &b.row;
     const bool has_exit = is_title && b.menu.request.exit == ExitButton::in_header;
     const int beyond = has_exit ? look.exit_x + look.exit.width() + look.unit : indent;
@@ -188,9 +192,9 @@ void draw_header(const Brush &b) {
 
 } // namespace
 
-void draw_row(const Menu &menu, const Row &row) {
+void draw_row(const Menu &menu, const Row &row, Ground ground) {
     if (row.h == 0) return;
-    const Brush b = brush_for(menu, row);
+    const Brush b = brush_for(menu, row, ground);
     switch (row.item.kind) {
     case ITEM_HEADER:
         draw_header(b);
@@ -203,8 +207,8 @@ void draw_row(const Menu &menu, const Row &row) {
         break;
     }
     if (const Row *above = neighbour(menu.level(), row, Direction::back))
-        draw_line_below(menu, *above);
-    draw_line_below(menu, row);
+        draw_line_below(menu, *above, ground);
+    draw_line_below(menu, row, ground);
 }
 
 } // namespace menus

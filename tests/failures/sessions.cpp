@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iterator>
 
+#include "support/repeats.h"
 #include "support/tempdir.h"
 
 namespace failures {
@@ -29,7 +30,7 @@ std::vector<Area> areas() {
 
 long next_step(long step) {
     static const bool is_long = std::getenv("KELVANE_CAMPAIGN");
-    return step + 1 + (is_long ? 0 : step / 16);
+    return step + 1 + (is_long ? 0 : step / repeats(16, 4));
 }
 
 long open_descriptors() {

@@ -69,8 +69,8 @@ enum { KEY_KEYBOARD = 16 };
 /**
  * Opens a keyboard. Without a screen nothing happens, and nobody is called.
  *
- * The kinds for dates and times are masked: the initial text is a template, such as "31.12.2026
- * 23:59", of which only the digits can be typed over. An empty template accepts nothing.
+ * The kinds for dates and times are masked: the initial text is a template, such as "31.12.26
+ * 23:59:59", of which only the digits can be typed over. An empty template accepts nothing.
  * @param title above the entry line, a key of GetLangText(); null and "" leave its line out
  * @param buffer the initial UTF-8 text, cut to @p maxlen characters; receives the result. Null: no
  *               entry line; each character goes to the handler before as press and release of a key

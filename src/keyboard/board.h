@@ -78,12 +78,14 @@ struct Board {
     int scroll = 0;                  // pixels by which the text is moved towards its end
     bool saves_whole_screen = false;
     bool was_touched = false; // since the greys were last refined
+    bool is_stale = false;    // something ended that could not be drawn, beneath another component
     int message_top = 0;      // of the record before the opening
     int unheard = 0;          // events that wait for a keyboard before this one
 
     const Language &language() const { return layouts.language(); }
     const Block &block() const {
-        return shift == Shift::upper ? language().upper : language().lower;
+        const bool is_upper = shift == Shift::upper && language().has_shift();
+        return is_upper ? language().upper : language().lower;
     }
     bool has_shift() const { return kind.has_shift; }
     bool is_password() const;

@@ -11,6 +11,7 @@
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
 #include "keyboard/draw.h"
+#include "keyboard/handlers.h"
 #include "keyboard/load.h"
 #include "modal/input.h"
 
@@ -20,7 +21,8 @@ namespace {
 constexpr int64_t change_pause_us = 390'000; // in which the pressed key can be seen
 constexpr int reveal_ms = 1000;
 
-void show_keys(const Board &b) {
+void show_keys(Board &b) {
+    hide_hint(b);
     draw_keys(b);
     const irect &r = b.place.whole;
     PartialUpdate(r.x, b.place.keys.y, r.w, b.place.keys.h);
@@ -30,7 +32,10 @@ void hide_revealed(void *) {
     Board *b = board();
     if (!b || b->revealed == none_revealed) return;
     b->revealed = none_revealed;
-    show_entry(*b);
+    if (has_input())
+        show_entry(*b);
+    else
+        b->is_stale = true;
 }
 
 void hide_at_once(Board &b) {
@@ -127,10 +132,18 @@ void next_language(Board &b) {
 } // namespace
 
 void show_entry(Board &b) {
+    hide_hint(b);
     draw_entry(b);
     const irect &r = b.place.entry;
     PartialUpdateBW(r.x, r.y, r.w, r.h);
     b.was_touched = true;
+}
+
+void hide_hint(Board &b) {
+    if (b.hint.w == 0) return;
+    b.under_hint.restore();
+    const irect r = std::exchange(b.hint, {});
+    PartialUpdateBW(r.x, r.y, r.w, r.h);
 }
 
 bool changes_keys(uint16_t key) {
@@ -165,13 +178,11 @@ void type(Board &b, uint16_t key) {
 }
 
 void move_cursor(Board &b, size_t position) {
-    hide_at_once(b);
     if (b.entry.move_to(position)) show_entry(b);
 }
 
 void step_cursor(Board &b, bool to_the_left) {
     if (!b.buffer) return;
-    hide_at_once(b);
     if (to_the_left ? b.entry.move_left() : b.entry.move_right()) show_entry(b);
 }
 

@@ -18,6 +18,8 @@ void step_cursor(Board &b, bool to_the_left);
 void touch_icon(Board &b);
 
 void show_entry(Board &b);
+// Takes away the letter above a pressed key.
+void hide_hint(Board &b);
 void stop_timers();
 
 } // namespace keyboard

@@ -25,8 +25,13 @@ bool is_shift_on(const Board &b, uint16_t key) {
            (key == code::numbers && b.shift == Shift::numbers);
 }
 
+// For fingers Enter is a button, which is inverted instead.
+bool is_inverted_key(const Board &b, uint16_t key) {
+    return b.way == Way::keys && key == code::enter && (b.flags & KBD_INVERTED_ENTER_KEY);
+}
+
 Face face_of(const Board &b, uint16_t key, bool is_pressed) {
-    if (is_pressed || is_shift_on(b, key)) return Face::pressed;
+    if (is_pressed != is_inverted_key(b, key) || is_shift_on(b, key)) return Face::pressed;
     return is_special(key) ? Face::special : Face::plain;
 }
 

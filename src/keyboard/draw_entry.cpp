@@ -67,7 +67,7 @@ irect text_rect(const Board &b) {
 
 // The cursor stays in the line, and so does the end of a text that is longer than it.
 void scroll_to(Board &b, int cursor_x, int text_w) {
-    const int room = text_rect(b).w - b.look.unit;
+    const int room = std::max(text_rect(b).w - b.look.unit, 1);
     b.scroll = std::clamp(b.scroll, cursor_x - room, cursor_x);
     b.scroll = std::clamp(b.scroll, 0, std::max(text_w - room, 0));
 }

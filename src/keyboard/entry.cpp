@@ -50,10 +50,12 @@ size_t Entry::next_place(size_t position) const {
     return position;
 }
 
-void Entry::start_from_template() {
-    if (!text_.empty()) return;
+// Whether it was empty and is filled now, so that it must be shown whatever the key does.
+bool Entry::start_from_template() {
+    if (!text_.empty() || template_.empty()) return false;
     text_ = template_;
     cursor_ = next_place(0);
+    return true;
 }
 
 void Entry::keep_fields_in_range() {
@@ -68,9 +70,9 @@ void Entry::keep_fields_in_range() {
 }
 
 bool Entry::overwrite(uint16_t c) {
-    start_from_template();
+    const bool was_filled = start_from_template();
     const bool is_allowed = c > 0 && c < 0x80 && std::strchr(kind_->mask, c);
-    if (!is_allowed || !is_typed_over(cursor_)) return false;
+    if (!is_allowed || !is_typed_over(cursor_)) return was_filled;
     text_[cursor_] = c;
     cursor_ = next_place(cursor_ + 1);
     keep_fields_in_range();
@@ -96,10 +98,10 @@ bool Entry::insert(uint16_t c) {
 
 // What was typed over comes back.
 bool Entry::step_back_in_template() {
-    start_from_template();
+    const bool was_filled = start_from_template();
     size_t place = cursor_;
     while (place > 0 && !is_typed_over(place - 1)) --place;
-    if (place == 0) return false;
+    if (place == 0) return was_filled;
     cursor_ = place - 1;
     text_[cursor_] = template_[cursor_];
     keep_fields_in_range();
@@ -146,7 +148,8 @@ bool Entry::move_left() {
 }
 
 bool Entry::move_right() {
-    return move_to(cursor_ + 1);
+    const bool is_at_end = cursor_ == text_.size(); // of a finished template too
+    return is_at_end ? std::exchange(all_selected_, false) : move_to(cursor_ + 1);
 }
 
 std::string Entry::utf8(size_t from, size_t to) const {

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -51,7 +50,7 @@ class Entry {
     size_t place_near(size_t position) const;
     bool overwrite(uint16_t c);
     bool step_back_in_template();
-    void start_from_template();
+    bool start_from_template();
     void keep_fields_in_range();
     bool empty_selection();
 

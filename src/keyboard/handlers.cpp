@@ -120,9 +120,17 @@ bool repeats(int key) {
 }
 
 void redraw(Board &b) {
+    let_go(b);
+    b.is_stale = false;
     draw_board(b);
     draw_entry(b);
     modal::update(raster::Box(b.place.whole));
+}
+
+// Of the codes that are no characters only backspace is a key of an external keyboard.
+void type_character(Board &b, uint16_t key) {
+    const uint16_t c = b.language().typed(key);
+    if (c >= code::space || c == code::backspace) type(b, c);
 }
 
 bool handle(Board &b, int type, int par1, int par2) {
@@ -137,7 +145,10 @@ bool handle(Board &b, int type, int par1, int par2) {
     case EVT_KEYREPEAT:
         return device_key(b, par1, Press::repeat);
     case hw::typed_character:
-        keyboard::type(b, b.language().typed(static_cast<uint16_t>(par1)));
+        type_character(b, static_cast<uint16_t>(par1));
+        return true;
+    case EVT_RESTORE:
+        if (b.is_stale) redraw(b);
         return true;
     case EVT_SHOW:
         redraw(b);
@@ -155,10 +166,15 @@ bool device_key(Board &b, int key, Press press) {
     return is_known || further_key(b, key);
 }
 
-// Events that were queued for a keyboard that has closed are not for the one that opened since.
+bool has_input() {
+    return GetEventHandler() == keyboard_handler;
+}
+
+// Events that were queued for a keyboard that has closed are dropped: neither the application nor
+// the keyboard that opened since is meant.
 int keyboard_handler(int type, int par1, int par2) {
     Board *b = board();
-    if (!b) return 0;
+    if (!b) return 1;
     if (b->unheard > 0) {
         b->unheard--;
         return 1;

@@ -24,7 +24,7 @@ constexpr const char *folder = "./system/language/keyboard";
 constexpr const char *language_setting = "layout";
 constexpr size_t largest_file = size_t{1} << 20;
 constexpr size_t longest_name = 15;
-constexpr size_t code_length = 2;
+constexpr size_t code_length = 2, length_of_codes = 8; // three, with a sign between
 
 Layouts kept_layouts;
 
@@ -51,6 +51,7 @@ bool add_file(std::string_view name, std::vector<Language> &languages) {
 }
 
 void add_codes(std::string_view name, std::vector<Language> &languages) {
+    name = name.substr(0, length_of_codes);
     for (size_t at = 0; at + code_length <= name.size(); at += code_length + 1)
         add_file(name.substr(at, code_length), languages);
 }

@@ -95,13 +95,14 @@ void open(const Request &r, Layouts layouts, const Listener &listener) {
     show(std::make_unique<Board>(r, std::move(layouts), listener));
 }
 
-// Whoever heard that the keyboard before is closed may have opened one: that one stays, and the
-// new one counts as closed.
+// Whoever heard that the keyboard before is closed may have closed the screen, or opened a
+// keyboard: that one stays, and the new one counts as closed.
 template <class MakeLayouts>
 void open_above(const Request &r, const Listener &listener, MakeLayouts make_layouts) {
     if (!kvstate.framebuffer) return;
     log_opening(r);
     CloseKeyboard();
+    if (!kvstate.framebuffer) return;
     if (open_board) return listener.tell(nullptr);
     ground::guarded([&] { open(r, make_layouts(), listener); });
     if (!open_board) listener.tell(nullptr); // memory ran out
@@ -109,6 +110,7 @@ void open_above(const Request &r, const Listener &listener, MakeLayouts make_lay
 
 // False when the picture of what lay beneath is gone.
 bool put_screen_back(Board &b) {
+    b.under_hint.restore();
     if (!b.saves_whole_screen) {
         const raster::ScreenScope screen;
         FillAreaRect(&b.place.whole, WHITE);

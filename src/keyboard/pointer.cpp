@@ -81,13 +81,6 @@ irect hint_rect(const Board &b, const irect &key) {
     return {key.x - u, key.y - key.h - u, key.w + 2 * u, key.h, 0};
 }
 
-void hide_hint(Board &b) {
-    if (b.hint.w == 0) return;
-    b.under_hint.restore();
-    update(b.hint);
-    b.hint = {};
-}
-
 // The finger covers what it presses. A panel that is still busy with the pressed key would show the
 // letter too late.
 void show_hint(Board &b) {
@@ -102,12 +95,6 @@ void show_hint(Board &b) {
     update(at);
 }
 
-void let_go(Board &b) {
-    hide_hint(b);
-    const Target target = std::exchange(b.pressed, {});
-    if (target.part != Target::nothing) show_target(b, target, false);
-}
-
 void press(Board &b, const Target &target) {
     b.pressed = target;
     if (target.part == Target::nothing) return;
@@ -118,6 +105,10 @@ void press(Board &b, const Target &target) {
 void idle(void *) {
     Board *b = board();
     if (!b) return;
+    if (!has_input()) {
+        b->is_stale = true;
+        return;
+    }
     let_go(*b);
     if (!std::exchange(b->was_touched, false)) return;
     const irect &r = b->place.whole;
@@ -126,7 +117,7 @@ void idle(void *) {
 
 void repeat_held(void *) {
     Board *b = board();
-    if (!b || code_of(*b, b->pressed) != code::backspace) return;
+    if (!b || !has_input() || code_of(*b, b->pressed) != code::backspace) return;
     b->repeats = true;
     type(*b, code::backspace);
     SetWeakTimer("tskey_timer", repeat_held, held_repeat_ms);
@@ -172,6 +163,12 @@ void up(Board &b, int x, int y) {
 }
 
 } // namespace
+
+void let_go(Board &b) {
+    hide_hint(b);
+    const Target target = std::exchange(b.pressed, {});
+    if (target.part != Target::nothing) show_target(b, target, false);
+}
 
 void start_idle_timer() {
     SetWeakTimer("keyboard", idle, idle_ms);

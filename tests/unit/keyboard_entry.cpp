@@ -81,6 +81,7 @@ TEST(KeyboardEntry, TemplatesAreTypedOver) {
                  {"01.02.26", KBD_DATE, "^9", "9|1.02.26"},
                  {"01.02.26", KBD_DATE, "}}}}}}}}}", "01.02.2|6"},
                  {"01.02.26", KBD_DATE, "}}}{", "01.|02.26"},
+                 {"01.02.26", KBD_DATE, "998877}", "99.88.77|"},
                  {"at 7:05", KBD_TIME, "8", "at 8:|05"},
                  {"", KBD_TIME, "12<", "|"},
                  {"none", KBD_TIME, "12<{}", "none|"},
@@ -95,6 +96,18 @@ TEST(KeyboardEntry, TemplatesAreTypedOver) {
     for (const auto &c : cases)
         EXPECT_EQ(after(entry(c.text, 20, c.kind), c.keys), c.expected)
             << c.text << " " << c.kind << " " << c.keys;
+}
+
+TEST(KeyboardEntry, ATemplateThatComesBackIsAChange) {
+    Entry e = entry("01.02.26", 9, KBD_DATE);
+    e.clear();
+    EXPECT_TRUE(e.insert('x'));
+    EXPECT_EQ(shown(e), "|01.02.26");
+    EXPECT_FALSE(e.insert('x'));
+    e.clear();
+    EXPECT_TRUE(e.backspace());
+    EXPECT_EQ(shown(e), "|01.02.26");
+    EXPECT_FALSE(e.backspace());
 }
 
 TEST(KeyboardEntry, AnEntryIsNewOnceNothingInitialIsLeft) {
@@ -194,7 +207,7 @@ TEST(KeyboardEntry, RandomCommandsEndAsInAPlainModel) {
 // Over a template the places that are not typed over never change, and fields stay in range.
 TEST(KeyboardEntry, RandomKeysLeaveATemplateWhole) {
     std::mt19937 random(8);
-    const std::string form = "22.11.2026 09:30";
+    const std::string form = "22.11.26 09:30:15";
     for (int i = 0; i < 100'000; ++i) {
         static Entry e = entry(form.c_str(), 40, KBD_DATETIME);
         switch (random() % 8) {
@@ -215,9 +228,14 @@ TEST(KeyboardEntry, RandomKeysLeaveATemplateWhole) {
         ASSERT_EQ(text.size(), form.size());
         for (size_t at = 0; at < form.size(); ++at)
             ASSERT_EQ(text[at] >= '0' && text[at] <= '9', form[at] >= '0' && form[at] <= '9');
-        ASSERT_LE(std::stoi(text.substr(0, 2)), 31);
-        ASSERT_GE(std::stoi(text.substr(3, 2)), 1);
-        ASSERT_LE(std::stoi(text.substr(3, 2)), 12);
+        const struct {
+            size_t at;
+            int least, most;
+        } fields[] = {{0, 1, 31}, {3, 1, 12}, {9, 0, 23}, {12, 0, 59}, {15, 0, 59}};
+        for (const auto &field : fields) {
+            ASSERT_GE(std::stoi(text.substr(field.at, 2)), field.least) << text;
+            ASSERT_LE(std::stoi(text.substr(field.at, 2)), field.most) << text;
+        }
     }
 }
 

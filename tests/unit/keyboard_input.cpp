@@ -199,6 +199,10 @@ TEST_F(ByFinger, PasswordsShowDotsAndTheLastCharacterForASecond) {
     EXPECT_TRUE(part(line) != dots) << "the eye";
     tap(icon_rect(*board()));
     EXPECT_TRUE(part(line) == dots);
+    type("\bm");
+    headless::press(KEY_RIGHT);
+    headless::advance(1100);
+    EXPECT_TRUE(part(line) == dots) << "a cursor that cannot move leaves the letter its second";
     EXPECT_EQ(text(), "wm") << "no sign that clears it";
     headless::press(KEY_OK);
     expect_closed_with("wm;");
@@ -213,6 +217,45 @@ TEST_F(ByFinger, PasswordsShowDotsAndTheLastCharacterForASecond) {
     headless::press(KEY_BACK);
 }
 
+TEST_F(ByFinger, TheHintIsPutAwayBeforeWhatItCovers) {
+    open("");
+    const irect q = place_of('q');
+    type("x");
+    tap(q);
+    const auto plain = keyboard_test::screen();
+    headless::press(KEY_BACK);
+    open("");
+    down(q);
+    ASSERT_GT(board()->hint.w, 0);
+    type("x");
+    up(q);
+    EXPECT_TRUE(keyboard_test::screen() == plain);
+    headless::press(KEY_BACK);
+    OpenKeyboard(nullptr, nullptr, 9, KBD_NOHATCH, keyboard_test::answer);
+    headless::detail::settle();
+    down(place_of('q'));
+    ASSERT_GT(board()->hint.w, 0);
+    CloseKeyboard();
+    expect_closed_with("-;-;-;");
+}
+
+// What ends meanwhile is drawn once the box above has closed.
+TEST_F(ByFinger, NothingIsDrawnOverABoxAbove) {
+    open("", KBD_PASSWORD);
+    type("w");
+    headless::advance(1100);
+    const auto plain = keyboard_test::screen();
+    type("\bw");
+    down(place_of('q'));
+    Dialog(0, nullptr, "Above", "OK", nullptr, [](int) {});
+    headless::detail::settle();
+    const auto covered = keyboard_test::screen();
+    headless::advance(6000);
+    EXPECT_TRUE(keyboard_test::screen() == covered);
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() == plain);
+}
+
 TEST_F(ByFinger, SixRowsServeWhereALayoutHasNoTouchRows) {
     write_file("system/language/keyboard/zz.kbd",
                "ZZ\n$%\n12\nqwe\nasd\nyxc\n.,\n$%\n12\nQWE\nASD\nYXC\n.,\n");
@@ -225,6 +268,12 @@ TEST_F(ByFinger, SixRowsServeWhereALayoutHasNoTouchRows) {
     tap_code(code::wide_space);
     tap_code(code::enter);
     expect_closed_with("q1$Q ;");
+    write_file("system/language/keyboard/yy.kbd", "YY\n\n\nqwe\n");
+    LoadKeyboard("yy");
+    open("");
+    headless::press(KEY_MENU);
+    tap_keys(u"q"); // without capitals the keys stay
+    EXPECT_EQ(text(), "q");
 }
 
 TEST_F(ByFinger, TypedCharactersAreForAnOpenEntryOnly) {
@@ -233,7 +282,8 @@ TEST_F(ByFinger, TypedCharactersAreForAnOpenEntryOnly) {
     EXPECT_EQ(headless::events(), "");
     open("");
     headless::raw(hw::typed_character, 0, 0x436, 0);
-    type("ab\b");
+    type("\x1B\x02\n"
+         "ab\b");
     Dialog(0, nullptr, "Above", "OK", nullptr, [](int) {});
     type("zz");
     headless::press(KEY_OK);
@@ -353,9 +403,11 @@ TEST_F(ByKeys, TheSelectionIsDrawnAndTakenBack) {
     EXPECT_TRUE(keyboard_test::screen() == start);
     headless::press(KEY_BACK);
     expect_closed_with("-;");
+    open("", KBD_INVERTED_ENTER_KEY);
+    EXPECT_TRUE(keyboard_test::screen() != start);
 }
 
-// Ten thousand openings leave nothing behind that grows.
+// Hundreds of openings leave nothing behind that grows.
 TEST_F(ByKeys, OpeningsEndAsTheyBegan) {
     for (int i = 0; i < 300; ++i) {
         i % 2 ? use_keys() : use_fingers();

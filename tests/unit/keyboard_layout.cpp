@@ -225,6 +225,7 @@ TEST_F(KeyboardFiles, NamesAreFilesOrCodes) {
                  {"EN-RU-UK", "EN RU UK 0"},
                  {"uk-en-ru", "UK U2 EN 0"},
                  {"xx-en", "EN 0"},
+                 {"xx-yy-zz-RU", "EN 0"},
                  {"en-empty", "EN 0"},
                  {"empty", "EN 0"},
                  {"mine", "M1 M2 0"},

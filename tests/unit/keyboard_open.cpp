@@ -220,6 +220,17 @@ TEST_F(Keyboards, OpeningAnotherOneClosesTheFirst) {
     expect_closed_with("-!;own;");
 }
 
+TEST_F(Keyboards, ACallbackMayCloseTheScreen) {
+    char first[8] = "", second[8] = "";
+    OpenKeyboard("First", first, 2, 0, [](char *) {
+        answers() += "closed";
+        ClearOnExit();
+    });
+    OpenKeyboard("Second", second, 2, 0, keyboard_test::answer);
+    EXPECT_EQ(IsKeyboardOpened(), 0);
+    EXPECT_EQ(answers(), "closed");
+}
+
 TEST_F(Keyboards, SpecialLayoutsAndTheWayBack) {
     const struct {
         int kind;

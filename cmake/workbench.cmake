@@ -18,3 +18,12 @@ configure_file(tools/kelvane-new.in installed/kelvane-new @ONLY)
 install(PROGRAMS ${PROJECT_BINARY_DIR}/installed/kelvane-new DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY data/new DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane USE_SOURCE_PERMISSIONS)
 install(FILES man/kelvane-new.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+
+# kelvane-control, which speaks to a running application.
+add_executable(kelvane_control tools/control/main.cpp)
+target_compile_definitions(kelvane_control PRIVATE KELVANE_VERSION="${PROJECT_VERSION}")
+target_link_libraries(kelvane_control PRIVATE kelvane_flags)
+set_target_properties(kelvane_control PROPERTIES OUTPUT_NAME kelvane-control
+  RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+install(TARGETS kelvane_control RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES man/kelvane-control.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

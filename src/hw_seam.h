@@ -39,6 +39,10 @@ struct Hooks {
     void (*end_loop)() = [] {};
     // Runs the exit actions of the application and ends the process at once.
     void (*exit)(int status) = [](int status) { std::_Exit(status); };
+    // Opens a language or a theme as the settings would, and has everything drawn anew. False when
+    // there is none of that name.
+    bool (*change_language)(const char *code) = [](const char *) { return false; };
+    bool (*change_theme)(const char *name) = [](const char *) { return false; };
     // Rows of the status panel.
     int (*panel_height)() = [] { return 0; };
 };

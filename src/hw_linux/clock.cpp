@@ -7,6 +7,7 @@
 #include <ctime>
 
 #include "hw.h"
+#include "hw_linux/control.h"
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
@@ -17,13 +18,19 @@ namespace {
 
 int64_t horizon_us = no_horizon;
 
-// How long the application may idle: until the next action of a script, or the horizon.
+// How long the application may idle: until the next action of a script or a controller, or the
+// horizon.
 int64_t idle_time(int64_t us) {
     recorder_idle();
-    const int64_t until_action = time_to_action(us);
+    const int64_t until_action = time_to_control(time_to_action(us));
     if (!has_horizon()) return until_action;
     const int64_t until_horizon = std::max<int64_t>(horizon_us - boot_time_us(), 0);
     return std::min(until_action, until_horizon);
+}
+
+void run_what_is_due() {
+    run_due_action();
+    if (device()) run_due_control();
 }
 
 } // namespace
@@ -75,13 +82,13 @@ void hw_pause(long long us) {
     if (!device() || us <= 0) return;
     const int64_t time = idle_time(us);
     if (time > 0) return device()->idle(time);
-    run_due_action();
+    run_what_is_due();
 }
 
 int hw_sleep(int ms, int deep) {
     if (!device() || a_key_is_held()) return 0;
     const int64_t time = idle_time(int64_t{std::max(ms, 0)} * 1000);
     if (!device()->sleep(time, deep != 0)) return 0;
-    if (time == 0) run_due_action();
+    if (time == 0) run_what_is_due();
     return 1;
 }

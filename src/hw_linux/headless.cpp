@@ -8,6 +8,7 @@
 #include <new>
 
 #include "hw_linux/clock.h"
+#include "hw_linux/control.h"
 #include "hw_linux/device.h"
 #include "hw_linux/player.h"
 
@@ -49,7 +50,7 @@ int64_t clock_us() {
 
 // With nobody to drive the clock it keeps the pace of the wall clock, in naps that a signal ends.
 bool keeps_pace() {
-    return !is_playing() && !has_horizon();
+    return !is_playing() && !has_horizon() && !is_controlled();
 }
 
 void pass(int64_t us) {

@@ -11,6 +11,7 @@
 
 #include "ground/guard.h"
 #include "hw.h"
+#include "hw_linux/control.h"
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
 #include "hw_linux/recorder.h"
@@ -131,7 +132,7 @@ bool open_screen() {
     if (!make_framebuffer() || !open_device(ops)) return false;
     screen.device = ops;
     lay_canvas();
-    return open_trace() && open_recorder();
+    return open_trace() && open_recorder() && open_control();
 }
 
 } // namespace
@@ -217,6 +218,7 @@ int hw_init() {
 }
 
 void hw_close() {
+    close_control();
     close_trace();
     close_recorder();
     close_player();

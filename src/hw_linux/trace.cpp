@@ -83,6 +83,10 @@ void trace_update(UpdateRecord update) {
     if (observer_call) observer_call(update);
 }
 
+int updates_traced() {
+    return last_seq;
+}
+
 void observe_updates(void (*observer)(const UpdateRecord &)) {
     observer_call = observer;
 }

@@ -24,6 +24,9 @@ void close_trace();
 // Called after the update was painted; numbers it.
 void trace_update(UpdateRecord update);
 
+// How many updates there were since the screen was opened.
+int updates_traced();
+
 // Receives each update; null stops.
 void observe_updates(void (*observer)(const UpdateRecord &));
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iterator>
 #include <utility>
 
 #include <poll.h>
@@ -15,6 +16,7 @@
 #include <gtk/gtk.h>
 
 #include "ground/guard.h"
+#include "hw_linux/control.h"
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/window_menu.h"
@@ -249,15 +251,16 @@ void pause_window(int64_t us) {
     }
 }
 
-// Waits on the connection to the X server, so that input ends it. A signal does too.
+// Waits on the connection to the X server, so that input ends it. A signal and a controller do too.
 void idle_window(int64_t us) {
     if (us <= 0) return;
     GdkDisplay *display = gdk_display_get_default();
     gdk_display_flush(display);
     if (gtk_events_pending()) return;
-    pollfd connection = {ConnectionNumber(GDK_DISPLAY_XDISPLAY(display)), POLLIN, 0};
+    pollfd watched[] = {{ConnectionNumber(GDK_DISPLAY_XDISPLAY(display)), POLLIN, 0},
+                        {hw::control_fd(), POLLIN, 0}}; // a negative one is passed over
     const timespec timeout = to_timespec(us);
-    ppoll(&connection, 1, &timeout, nullptr);
+    ppoll(watched, std::size(watched), &timeout, nullptr);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // Connects the floors while the screen is open.
 #include "lifecycle/hooks.h"
 
+#include <cstring>
 #include <thread>
 
 #include "chrome/panel.h"
@@ -13,6 +14,8 @@
 #include "internal.h"
 #include "kelvane/dialogs.h"
 #include "kelvane/languages.h"
+#include "kelvane/theme.h"
+#include "kelvane/updates.h"
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
 #include "runtime/screens.h"
@@ -26,6 +29,28 @@ void post_to_main(int type, int par1, int par2) {
 
 void end_loop() {
     kvstate.exiting = EXIT_REQUESTED;
+}
+
+bool is_among(char **names, const char *name) {
+    for (; names && *names; ++names)
+        if (std::strcmp(*names, name) == 0) return true;
+    return false;
+}
+
+bool change_language(const char *code) {
+    if (std::strlen(code) >= sizeof kvstate.lang || !is_among(EnumLanguages(), code)) return false;
+    std::strcpy(kvstate.lang, code);
+    LoadLanguage(code);
+    Repaint();
+    return true;
+}
+
+bool change_theme(const char *name) {
+    if (std::strlen(name) >= sizeof kvstate.theme || !is_among(EnumThemes(), name)) return false;
+    std::strcpy(kvstate.theme, name);
+    OpenTheme(name);
+    Repaint();
+    return true;
 }
 
 void send_system_request(int request) {
@@ -51,6 +76,8 @@ void install_hooks() {
     hw::hooks = {.post_to_main = post_to_main,
                  .end_loop = end_loop,
                  .exit = end_process,
+                 .change_language = change_language,
+                 .change_theme = change_theme,
                  .panel_height = PanelHeight};
     file_hooks.system_request = send_system_request;
     file_hooks.translate = GetLangText;

@@ -78,7 +78,7 @@ void show(std::unique_ptr<Board> made) {
     b.saves_whole_screen = b.buffer && !(b.flags & KBD_NOHATCH);
     b.taken.under.save(kept_area(b));
     if (b.saves_whole_screen) dim();
-    b.taken.take_input(keyboard_handler, UI_KEYBOARD_OPEN);
+    b.taken.take_input(keyboard_handler, UI_KEYBOARD_OPEN, CloseKeyboard);
     draw_board(b);
     draw_entry(b);
     if (!(b.flags & KBD_NOUPDATE_AFTER_OPEN)) {
@@ -142,6 +142,7 @@ Board *board() {
 }
 
 void close(End how) {
+    if (open_board) open_board->taken.close_above();
     const std::unique_ptr<Board> closed = std::move(open_board);
     if (!closed) return;
     stop_timers();

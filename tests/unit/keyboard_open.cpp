@@ -4,6 +4,7 @@
 
 #include "kelvane/config.h"
 #include "kelvane/languages.h"
+#include "kelvane/menus.h"
 #include "kelvane/timers.h"
 #include "keyboard_support.h"
 
@@ -218,6 +219,41 @@ TEST_F(Keyboards, OpeningAnotherOneClosesTheFirst) {
     EXPECT_EQ(text(), "own");
     headless::press(KEY_OK);
     expect_closed_with("-!;own;");
+}
+
+// Whatever is closed first: nothing stays above that gives the input to a handler that is gone.
+TEST_F(Keyboards, WhatIsAboveIsClosedFirst) {
+    imenu items[] = {{ITEM_ACTIVE, 1, const_cast<char *>("One"), nullptr}, {}};
+    const auto open_dialog = [] { Dialog(0, nullptr, "Above", "OK", nullptr, boxes::answer); };
+    const auto open_menu = [&] { OpenMenu(items, 0, 9, 9, [](int) { answers() += "menu"; }); };
+    char other[32] = "";
+    open("first");
+    open_dialog();
+    open_menu();
+    CloseKeyboard();
+    expect_closed_with("-;");
+    open_menu();
+    open("second");
+    open_menu();
+    open_dialog();
+    OpenKeyboard("Third", other, 9, 0, keyboard_test::answer);
+    EXPECT_EQ(answers(), "-;-;");
+    EXPECT_EQ(GetDialogShow(), 1);
+    CloseContextMenu();
+    expect_closed_with("-;-;-;");
+    open_dialog();
+    open("fourth");
+    OpenProgressbar(0, nullptr, "Above", 0, nullptr);
+    CloseDialog();
+    EXPECT_EQ(GetDialogShow(), 2) << "the bar alone";
+    CloseKeyboard();
+    CloseDialog();
+    expect_closed_with("-;-;-;-;");
+    open_dialog();
+    open("fifth");
+    headless::press(KEY_OK);
+    headless::press(KEY_OK);
+    expect_closed_with("-;-;-;-;fifth;");
 }
 
 TEST_F(Keyboards, ACallbackMayCloseTheScreen) {

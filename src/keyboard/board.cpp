@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char *usual_enter_label = "@OK";
 constexpr int multi_touch_above_kind = 2;
-constexpr int block_columns = 11, block_touch_rows = 7;
+constexpr int block_touch_rows = 7;
 
 const char *text_or_empty(const char *text) {
     return text ? text : "";

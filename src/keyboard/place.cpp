@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "keyboard/layout.h"
+
 namespace keyboard {
 namespace {
 
@@ -12,7 +14,6 @@ constexpr int title_h = 11, untitled_h = 3, entry_h = 13, above_keys = 3, below_
 constexpr int finger_row = 14, landscape_row = 11, dense_row = 12, keys_row = 10;
 constexpr int dense_from = 6; // rows
 constexpr int button_h = 12, side = 3, sides = 5;
-constexpr int grid_columns = 11;
 
 int row_units(const Measures &m) {
     if (m.way == Way::keys) return keys_row;
@@ -55,7 +56,7 @@ void place_rows(const Measures &m, int room, Place &p) {
     p.row_h = std::max(std::min(row_units(m) * m.unit, room / rows), 2);
     p.key_h = std::max(p.row_h - p.gap, 1);
     p.keys.h = p.row_h * m.rows + commands_h(m);
-    p.spread(m.way == Way::keys ? grid_columns : m.columns, m.way);
+    p.spread(m.way == Way::keys ? block_columns : m.columns, m.way);
 }
 
 } // namespace

@@ -47,8 +47,6 @@ struct Button {
     std::string label;
 };
 
-inline constexpr size_t none_revealed = static_cast<size_t>(-1);
-
 struct Board {
     Board(const Request &r, Layouts of, Listener to);
 
@@ -74,8 +72,8 @@ struct Board {
     irect hint{};
     bool repeats = false; // a held backspace has acted
     bool eye_is_open = false;
-    size_t revealed = none_revealed; // the character of a password that is still shown
-    int scroll = 0;                  // pixels by which the text is moved towards its end
+    std::optional<size_t> revealed; // the character of a password that is still shown
+    int scroll = 0;                 // pixels by which the text is moved towards its end
     bool saves_whole_screen = false;
     bool was_touched = false; // since the greys were last refined
     bool is_stale = false;    // something ended that could not be drawn, beneath another component

@@ -292,6 +292,17 @@ TEST_F(ByFinger, TypedCharactersAreForAnOpenEntryOnly) {
     expect_closed_with("\u0436a;");
 }
 
+// A digit that is typed is the one that can be read, wherever the cursor goes on.
+TEST_F(ByFinger, ATemplateOfAPasswordShowsTheDigitThatWasTyped) {
+    open("12-34", KBD_DATE | KBD_PASSWORD);
+    tap_keys(u"9");
+    EXPECT_EQ(board()->revealed, 0U);
+    tap_keys(u"8");
+    EXPECT_EQ(board()->revealed, 1U) << "not the sign before the cursor";
+    headless::press(KEY_OK);
+    expect_closed_with("98-34;");
+}
+
 TEST_F(ByFinger, TemplatesByFinger) {
     open("22.11.26", KBD_DATE);
     tap_keys(u"31");

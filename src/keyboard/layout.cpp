@@ -205,15 +205,14 @@ bool any_row(const Layouts &layouts, size_t rows, Condition holds) {
 
 void TouchLayout::add(uint16_t key, int column, int row, int width) {
     if (keys.size() == most_touch_keys || column >= most_columns) return;
-    const int w = std::min(width, most_columns - column);
-    keys.push_back({key, {column, row, w, 1, 0}});
-    std::fill_n(numbers_[static_cast<size_t>(row)].begin() + column, w,
-                static_cast<uint8_t>(keys.size()));
+    keys.push_back({key, {column, row, std::min(width, most_columns - column), 1, 0}});
 }
 
 int TouchLayout::key_at(int column, int row) const {
-    if (column < 0 || column >= most_columns || row < 0 || row >= rows) return -1;
-    return numbers_[static_cast<size_t>(row)][static_cast<size_t>(column)] - 1;
+    const auto found = std::find_if(keys.begin(), keys.end(), [=](const TouchKey &key) {
+        return key.pos.y == row && key.pos.x <= column && column < key.pos.x + key.pos.w;
+    });
+    return found == keys.end() ? -1 : static_cast<int>(found - keys.begin());
 }
 
 uint16_t Language::typed(uint16_t key) const {

@@ -48,9 +48,6 @@ struct TouchLayout {
     void add(uint16_t key, int column, int row, int width);
     // The key that covers a unit; -1 for none.
     int key_at(int column, int row) const;
-
-  private:
-    std::array<std::array<uint8_t, most_columns>, most_touch_rows + 1> numbers_{}; // from 1
 };
 
 // A key of an external keyboard, and the character that a language has there.

@@ -138,11 +138,11 @@ void Board::show_block() {
         place.spread(touch_columns_of(language()), way);
         return;
     }
-    const GridKey *before = grid ? grid->key() : nullptr;
-    const std::optional<GridKey> kept =
-        before && !layouts.is_zoned() ? std::optional(*before) : std::nullopt;
-    grid.emplace(block(), layouts.is_zoned(), commands_for(*this));
-    if (kept) grid->go_to(*kept);
+    // Where memory is short, the one before stays.
+    SelectionGrid made(block(), layouts.is_zoned(), commands_for(*this));
+    if (const GridKey *before = grid ? grid->key() : nullptr; before && !layouts.is_zoned())
+        made.go_to(*before);
+    grid = std::move(made);
 }
 
 // Fingers go first on multi-touch panels, and where there is nothing else.

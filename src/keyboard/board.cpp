@@ -54,11 +54,13 @@ int key_rows(const Layouts &layouts, Way way) {
     return layouts.has_top_rows() ? rows : rows - 2;
 }
 
+Screen screen_of_device() {
+    return {ScreenWidth(), ScreenHeight(), ScreenHeight() - PanelHeight(), GetOrientation()};
+}
+
 Measures measures_for(const Request &r, const Layouts &layouts, const Lengths &look, Way way,
                       int buttons) {
-    return {.screen_w = ScreenWidth(),
-            .screen_h = ScreenHeight(),
-            .foot = ScreenHeight() - PanelHeight(),
+    return {.screen = screen_of_device(),
             .unit = look.unit,
             .border = look.border,
             .hairline = look.hairline,
@@ -124,8 +126,18 @@ Board::Board(const Request &r, Layouts of, Listener to)
       entry(initial.c_str(), static_cast<size_t>(std::max(r.buffer ? r.maxlen : 0, 0)),
             selection_of(r.flags), kind),
       look(load_look()), way(way_of_device()), buttons(buttons_for(flags, way, enter_label)) {
-    place = place_keyboard(measures_for(r, layouts, look, way, static_cast<int>(buttons.size())));
+    measures = measures_for(r, layouts, look, way, static_cast<int>(buttons.size()));
+    place = place_keyboard(measures);
     show_block();
+}
+
+bool Board::follow_screen() {
+    const Screen now = screen_of_device();
+    if (now.orientation == measures.screen.orientation) return false;
+    measures.screen = now;
+    place = place_keyboard(measures);
+    if (way == Way::finger) place.spread(touch_columns_of(language()), way);
+    return true;
 }
 
 bool Board::is_password() const {

@@ -62,6 +62,7 @@ struct Board {
     Entry entry;
     Look look;
     Way way;
+    Measures measures;
     Place place;
     std::vector<Button> buttons; // in the row at the foot
     Shift shift = Shift::lower;
@@ -92,6 +93,8 @@ struct Board {
 
     // After a change of language or shift.
     void show_block();
+    // Goes to the foot of a screen that was turned; false when it was not.
+    bool follow_screen();
 };
 
 Way way_of_device();

@@ -2,8 +2,11 @@
 // Sorts the events of a keyboard, and acts on the keys of the device.
 #include "keyboard/handlers.h"
 
+#include <algorithm>
+
 #include "ground/guard.h"
 #include "hw_seam.h"
+#include "internal.h"
 #include "kelvane/events.h"
 #include "kelvane/updates.h"
 #include "keyboard/commands.h"
@@ -106,7 +109,15 @@ void type_character(Board &b, uint16_t key) {
     if (c >= code::space || c == code::backspace) type(b, c);
 }
 
+// Whoever turned the screen has drawn nothing since, or something of its own.
+void follow_screen(Board &b) {
+    if (!b.follow_screen()) return;
+    kvstate.msgtop = std::min(kvstate.msgtop, b.place.whole.y);
+    redraw(b);
+}
+
 bool handle(Board &b, int type, int par1, int par2) {
+    follow_screen(b);
     if (modal::is_pointer_event(type)) {
         pointer(b, type, par1, par2);
         return true;

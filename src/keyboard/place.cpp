@@ -17,7 +17,7 @@ constexpr int button_h = 12, side = 3, sides = 5;
 
 int row_units(const Measures &m) {
     if (m.way == Way::keys) return keys_row;
-    if (m.screen_w > m.screen_h) return landscape_row;
+    if (m.screen.w > m.screen.h) return landscape_row;
     return m.rows >= dense_from ? dense_row : finger_row;
 }
 
@@ -63,19 +63,19 @@ void place_rows(const Measures &m, int room, Place &p) {
 
 Place place_keyboard(const Measures &m) {
     const int u = m.unit, rest = rest_h(m);
-    const int room = std::max(m.foot - rest, 0);
+    const int room = std::max(m.screen.foot - rest, 0);
     Place p{};
-    p.whole.w = m.screen_w;
+    p.whole.w = m.screen.w;
     place_rows(m, room, p);
     const int h = rest + p.row_h * m.rows;
-    const int top = std::max(m.foot - h, 0);
-    p.whole = {0, top, m.screen_w, std::min(h, m.screen_h), 0};
-    p.frame = {0, top + 2 * u, m.screen_w, h - 2 * u, 0};
+    const int top = std::max(m.screen.foot - h, 0);
+    p.whole = {0, top, m.screen.w, std::min(h, m.screen.h), 0};
+    p.frame = {0, top + 2 * u, m.screen.w, h - 2 * u, 0};
     int y = p.frame.y + m.border;
-    if (m.has_title) p.title = {side * u, y, m.screen_w - 2 * side * u, title_h * u, 0};
+    if (m.has_title) p.title = {side * u, y, m.screen.w - 2 * side * u, title_h * u, 0};
     y += (m.has_title ? title_h : untitled_h) * u;
     if (m.has_entry) {
-        p.entry = {side * u, y, m.screen_w - 2 * side * u, entry_h * u, 0};
+        p.entry = {side * u, y, m.screen.w - 2 * side * u, entry_h * u, 0};
         y += (entry_h + above_keys) * u;
     }
     p.keys.y = y;

@@ -11,10 +11,15 @@ namespace keyboard {
 // How keys are reached.
 enum class Way { finger, keys };
 
+struct Screen {
+    int w, h;
+    int foot; // the first row below the keyboard
+    int orientation;
+};
+
 // What a place depends on.
 struct Measures {
-    int screen_w, screen_h;
-    int foot; // the first row below the keyboard
+    Screen screen;
     int unit, border, hairline;
     Way way;
     bool has_title, has_entry;

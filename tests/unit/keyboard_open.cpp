@@ -7,6 +7,7 @@
 #include "kelvane/menus.h"
 #include "kelvane/timers.h"
 #include "keyboard_support.h"
+#include "support/theme_file.h"
 
 using namespace keyboard;
 
@@ -320,6 +321,51 @@ TEST_F(Keyboards, CustomLayoutsAndWhatReplacesThem) {
     OpenCustomKeyboard("plain", "Title", text, 9, 0, keyboard_test::answer);
     EXPECT_EQ(board()->language().code, "PL") << "fingers alone need touch rows";
     CloseKeyboard();
+}
+
+TEST_F(Keyboards, ItFollowsAScreenThatIsTurned) {
+    for (const auto use : {use_fingers, use_keys}) {
+        SetOrientation(0);
+        use();
+        open("text", KBD_NOSELECT);
+        for (const int orientation : {1, 3, 2, 0}) {
+            SetOrientation(orientation);
+            const auto send = [](int type, int x, int y) {
+                SendEvent(GetEventHandler(), type, x, y);
+                headless::detail::settle();
+            };
+            send(EVT_POINTERMOVE, 0, 0);
+            const irect whole = board()->place.whole, key = place_of('q');
+            EXPECT_EQ(whole.w, ScreenWidth());
+            EXPECT_EQ(whole.y + whole.h, ScreenHeight());
+            send(EVT_POINTERDOWN, key.x + 1, key.y + 1);
+            send(EVT_POINTERUP, key.x + 1, key.y + 1);
+        }
+        EXPECT_EQ(text(), board()->way == Way::finger ? "textqqqq" : "text");
+        CloseKeyboard();
+    }
+    EXPECT_EQ(kvstate.msgtop, ScreenHeight());
+}
+
+TEST_F(Keyboards, AThemeThatChangesMeanwhileIsForTheNextOne) {
+    write_file("system/themes/large.tqt", ThemeFile("unit.size=6\n").bytes());
+    for (const auto use : {use_keys, use_fingers}) {
+        OpenTheme("none");
+        use();
+        open("text");
+        type("\b");
+        const auto shown = keyboard_test::screen();
+        OpenTheme("large");
+        FillArea(0, board()->place.whole.y, ScreenWidth(), 200, BLACK);
+        SendEvent(GetEventHandler(), EVT_SHOW, 0, 0);
+        headless::detail::settle();
+        EXPECT_TRUE(keyboard_test::screen() == shown);
+        CloseKeyboard();
+        open("text");
+        EXPECT_EQ(board()->look.unit, 6);
+        CloseKeyboard();
+    }
+    expect_closed_with("-;-;-;-;");
 }
 
 TEST_F(Keyboards, AScreenThatWasTurnedIsDrawnByTheApplication) {

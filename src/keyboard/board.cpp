@@ -136,7 +136,7 @@ bool Board::follow_screen() {
     if (now.orientation == measures.screen.orientation) return false;
     measures.screen = now;
     place = place_keyboard(measures);
-    if (way == Way::finger) place.spread(touch_columns_of(language()), way);
+    if (way == Way::finger) place.fill(touch_columns_of(language()), touch.rows);
     return true;
 }
 
@@ -147,7 +147,7 @@ bool Board::is_password() const {
 void Board::show_block() {
     if (way == Way::finger) {
         touch = touch_for(*this);
-        place.spread(touch_columns_of(language()), way);
+        place.fill(touch_columns_of(language()), touch.rows);
         return;
     }
     // Where memory is short, the one before stays.

@@ -90,6 +90,12 @@ void Place::spread(int columns, Way way) {
     keys.x = (whole.w - keys.w) / 2;
 }
 
+void Place::fill(int columns, int rows) {
+    spread(columns, Way::finger);
+    row_h = std::max(keys.h / std::max(rows, 1), 2);
+    key_h = std::max(row_h - gap, 1);
+}
+
 irect Place::key(int column, int row, int width) const {
     return {keys.x + column * unit_w, keys.y + row * row_h, std::max(width * unit_w - gap, 1),
             key_h, 0};

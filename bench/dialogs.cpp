@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Boxes on a screen of 1404 x 1872 pixels, without painting: the runtime shows nothing while the
 // screen counts as closed.
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <string>
 
 #include "beside.h"
+#include "device.h"
 #include "dialogs/draw.h"
 #include "dialogs/look.h"
 #include "dialogs/question.h"
 #include "internal.h"
 #include "kelvane/text.h"
-#include "runtime/queue.h"
 #include "text/font_scope.h"
-#include "text_common.h"
 
 namespace {
 
@@ -22,27 +19,6 @@ constexpr const char *text =
     "\u201CMoby-Dick\u201D has arrived. Do you want to open it now? It lies "
     "in the library as long as you like.";
 constexpr const char *labels[] = {"Open", "In library", "Later"};
-
-int ignore(int, int, int) {
-    return 1;
-}
-
-// A screen on which nothing is painted.
-bool open_screen() {
-    setenv("KELVANE_DEVICE", "headless", 0);
-    enter_bench_folder();
-    std::filesystem::create_directories("system/config");
-    std::ofstream("system/config/global.cfg") << "emu_resmode=11\n";
-    if (OpenScreenExt() != 1 || ScreenHeight() != 1872) return false;
-    PrepareForLoop(ignore);
-    return true;
-}
-
-void take_events() {
-    ievent event;
-    while (queue_take(event)) {
-    }
-}
 
 dialogs::OpenBox make_question() {
     dialogs::OpenBox box =
@@ -69,7 +45,7 @@ void lay_out_texts(const dialogs::Layout &l) {
 }
 
 void dialog_and_memcpy_with_texts(benchmark::State &state) {
-    if (!open_screen()) return state.SkipWithError("no device");
+    if (!open_bench_screen()) return state.SkipWithError("no device");
     kvstate.isopen = 0;
     const icanvas &screen = *kvstate.framebuffer;
     const size_t bytes = static_cast<size_t>(screen.scanline) * static_cast<size_t>(screen.height);
@@ -86,7 +62,7 @@ void dialog_and_memcpy_with_texts(benchmark::State &state) {
 BENCHMARK(dialog_and_memcpy_with_texts)->UseManualTime();
 
 struct Bar {
-    bool opened = open_screen();
+    bool opened = open_bench_screen();
     Bar() {
         OpenProgressbar(ICON_INFORMATION, "", text, 0, [](int) {});
         kvstate.isopen = 0;

@@ -11,6 +11,7 @@
 
 #include "beside.h"
 #include "config/format.h"
+#include "device.h"
 #include "ground/utf8.h"
 #include "hw.h"
 #include "internal.h"
@@ -23,9 +24,7 @@
 #include "keyboard/handlers.h"
 #include "keyboard/layout.h"
 #include "raster/screen_scope.h"
-#include "runtime/queue.h"
 #include "text/font_scope.h"
-#include "text_common.h"
 
 namespace {
 
@@ -41,24 +40,12 @@ std::string section(const std::string &code) {
 }
 
 bool open_screen() {
-    setenv("KELVANE_DEVICE", "headless", 0);
-    setenv("KELVANE_LOG", "0", 1);
     if (!std::freopen("/dev/null", "w", stderr)) return false; // each opening says so there
-    enter_bench_folder();
-    std::filesystem::create_directories("system/config");
+    if (!open_bench_screen()) return false;
     std::filesystem::create_directories("system/language/keyboard");
-    std::ofstream("system/config/global.cfg") << "emu_resmode=11\n";
     std::ofstream("system/language/keyboard/en.kbd") << section("EN");
-    if (OpenScreenExt() != 1 || ScreenHeight() != 1872) return false;
-    PrepareForLoop([](int, int, int) { return 1; });
     LoadKeyboard("en");
     return true;
-}
-
-void take_events() {
-    ievent event;
-    while (queue_take(event)) {
-    }
 }
 
 // Updates are left out: the runtime does nothing while the screen counts as closed.

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Menus on a screen of 1404 x 1872 pixels, without painting: the runtime shows nothing while no
 // update leaves it.
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "beside.h"
+#include "device.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/menus.h"
@@ -16,32 +15,14 @@
 #include "menus/handler.h"
 #include "menus/row.h"
 #include "raster/screen_scope.h"
-#include "runtime/queue.h"
 #include "text/font_scope.h"
-#include "text_common.h"
 
 namespace {
 
-int ignore(int, int, int) {
-    return 1;
-}
-
 bool open_screen() {
-    setenv("KELVANE_DEVICE", "headless", 0);
-    setenv("KELVANE_LOG", "0", 1);
-    enter_bench_folder();
-    std::filesystem::create_directories("system/config");
-    std::ofstream("system/config/global.cfg") << "emu_resmode=11\n";
-    if (OpenScreenExt() != 1 || ScreenHeight() != 1872) return false;
-    PrepareForLoop(ignore);
+    if (!open_bench_screen()) return false;
     loadHwConfigEmulator("0x0010111101011041");
     return true;
-}
-
-void take_events() {
-    ievent event;
-    while (queue_take(event)) {
-    }
 }
 
 // Items of one kind with labels of their own.

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Any text, flags and input: two bytes for the panel and the length, four for the flags, a text up
-// to a NUL, then events of four bytes. The buffer is never overrun, what the keyboard covers comes
-// back, and the callback comes once.
+// Any text, flags and input: two bytes for the panel, the keys and the length, four for the flags,
+// a text up to a NUL, then events of four bytes. The buffer is never overrun, what the keyboard
+// covers comes back, and the callback comes once.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -20,6 +22,27 @@
 #include "screen.h"
 
 namespace {
+
+// Two languages of few keys, which take little time to draw.
+constexpr const char *few_keys = "EN:\n\n\n12\nab\n\n.\n\n\n34\nAB\n\n.\n"
+                                 "a b c\nsh lg nu bs\ncl sp:3 ok\n--\n"
+                                 "A B C\nsh lg nu bs\n--\n1 2 3\nnu lg bs\n--\n"
+                                 "HE:\n\n\n12\n\u05D0\u05D1\n\n.\n\n\n34\nAB\n\n.\n"
+                                 "\u05D0 \u05D1 \u0301\nsh lg nu bs spm:2\n--\n--\n--\n";
+
+bool write_layout() {
+    std::filesystem::create_directories("system/language/keyboard");
+    std::ofstream("system/language/keyboard/few.kbd") << few_keys;
+    return true;
+}
+
+// Those, or the built-in layout with its zones.
+void choose_layout(bool is_small) {
+    static bool was_small = false;
+    if (is_small == was_small) return;
+    was_small = is_small;
+    LoadKeyboard(is_small ? "few" : nullptr);
+}
 
 int answers;
 void answer(char *) {
@@ -54,8 +77,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static const bool quiet = (stderr = std::fopen("/dev/null", "w"), true);
     static_cast<void>(quiet);
     const fuzz::Visit visit(folder);
+    static const bool written = write_layout();
+    static_cast<void>(written);
     fuzz::Bytes bytes(data, size);
     const int how = bytes.next();
+    choose_layout((how & 32) == 0);
     screen.turn(how & 3);
     loadHwConfigEmulator(how & 4 ? "0x0010111101013041" : "0x0010111101011041");
     const std::vector<uint8_t> before = screen.pixels;

@@ -20,13 +20,17 @@ void check(const TouchLayout &layout) {
     require(layout.keys.size() <= most_touch_keys);
     require(layout.rows >= 0 && layout.rows <= most_touch_rows);
     require(layout.columns >= 0 && layout.columns <= most_columns);
-    for (size_t i = 0; i < layout.keys.size(); ++i) {
-        const TouchKey &key = layout.keys[i];
+    int row = 0, end = 0; // of the key before
+    for (const TouchKey &key : layout.keys) {
         require(key.code != code::none && key.code != code::next);
-        require(key.pos.x >= 0 && key.pos.w > 0 && key.pos.x + key.pos.w <= layout.columns);
-        require(layout.key_at(key.pos.x, key.pos.y) == static_cast<int>(i));
-        require(layout.key_at(key.pos.x + key.pos.w - 1, key.pos.y) == static_cast<int>(i));
+        if (key.pos.y > row) row = key.pos.y, end = 0;
+        require(key.pos.y == row && row < layout.rows);
+        require(key.pos.x >= end && key.pos.w > 0);
+        end = key.pos.x + key.pos.w;
+        require(end <= layout.columns);
     }
+    const int last = static_cast<int>(layout.keys.size()) - 1;
+    if (last >= 0) require(layout.key_at(end - 1, row) == last);
 }
 
 // Through all lines, into what stands there and out again.

@@ -76,22 +76,12 @@ irect face_of(const irect &place, const ButtonArea &area) {
                    bottom_of(in));
 }
 
-void fill_corner(const irect &corner, int center_x, int color) {
-    SetClipRect(&corner);
-    DrawCircle(center_x, corner.y, corner.h, color);
-    SetClip(0, 0, ScreenWidth(), ScreenHeight());
-}
-
 // Fills a face and follows the curve of the frame in its lower corners.
 void fill_face(const irect &face, const ButtonArea &area, int color) {
     const int r = std::min({area.corner, face.w, face.h});
-    const int left = face.x == area.inside.x ? r : 0;
-    const int right = right_of(face) == right_of(area.inside) ? r : 0;
-    const int foot = bottom_of(face) - r;
-    FillArea(face.x, face.y, face.w, face.h - r, color);
-    FillArea(face.x + left, foot, face.w - left - right, r, color);
-    if (left > 0) fill_corner({face.x, foot, r, r, 0}, face.x + r, color);
-    if (right > 0) fill_corner({right_of(face) - r, foot, r, r, 0}, right_of(face) - r - 1, color);
+    const bool is_first = face.x == area.inside.x,
+               is_last = right_of(face) == right_of(area.inside);
+    modal::fill_button(face, is_first ? r : 0, is_last ? r : 0, color);
 }
 
 bool is_inverted(const OpenBox &box, int button) {

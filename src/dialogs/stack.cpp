@@ -113,7 +113,7 @@ unsigned open(OpenBox &&made, kv_handler handler) {
     box.id = ++last_id;
     box.taken.under.save(whole_screen());
     dim_screen();
-    if (handler) box.taken.take_input(handler, 0);
+    if (handler) box.taken.take_input(handler, 0, [] { close_top(Close::forced); });
     if (box.kind == Kind::question) set_interface_flags(UI_DIALOG_OPEN);
     redraw(box, Show::news);
     return last_id;
@@ -134,6 +134,7 @@ OpenBox *find(unsigned id) {
 }
 
 void close_top(Close how) {
+    if (!stack.empty()) stack.back().taken.close_above();
     if (stack.empty()) return;
     OpenBox box = std::move(stack.back());
     stack.pop_back();

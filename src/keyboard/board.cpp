@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char *usual_enter_label = "@OK";
 constexpr int multi_touch_above_kind = 2;
-constexpr int block_columns = 11, block_touch_rows = 7;
+constexpr int block_touch_rows = 7;
 
 const char *text_or_empty(const char *text) {
     return text ? text : "";
@@ -54,11 +54,13 @@ int key_rows(const Layouts &layouts, Way way) {
     return layouts.has_top_rows() ? rows : rows - 2;
 }
 
+Screen screen_of_device() {
+    return {ScreenWidth(), ScreenHeight(), ScreenHeight() - PanelHeight(), GetOrientation()};
+}
+
 Measures measures_for(const Request &r, const Layouts &layouts, const Lengths &look, Way way,
                       int buttons) {
-    return {.screen_w = ScreenWidth(),
-            .screen_h = ScreenHeight(),
-            .foot = ScreenHeight() - PanelHeight(),
+    return {.screen = screen_of_device(),
             .unit = look.unit,
             .border = look.border,
             .hairline = look.hairline,
@@ -124,8 +126,18 @@ Board::Board(const Request &r, Layouts of, Listener to)
       entry(initial.c_str(), static_cast<size_t>(std::max(r.buffer ? r.maxlen : 0, 0)),
             selection_of(r.flags), kind),
       look(load_look()), way(way_of_device()), buttons(buttons_for(flags, way, enter_label)) {
-    place = place_keyboard(measures_for(r, layouts, look, way, static_cast<int>(buttons.size())));
+    measures = measures_for(r, layouts, look, way, static_cast<int>(buttons.size()));
+    place = place_keyboard(measures);
     show_block();
+}
+
+bool Board::follow_screen() {
+    const Screen now = screen_of_device();
+    if (now.orientation == measures.screen.orientation) return false;
+    measures.screen = now;
+    place = place_keyboard(measures);
+    if (way == Way::finger) place.fill(touch_columns_of(language()), touch.rows);
+    return true;
 }
 
 bool Board::is_password() const {
@@ -135,14 +147,14 @@ bool Board::is_password() const {
 void Board::show_block() {
     if (way == Way::finger) {
         touch = touch_for(*this);
-        place.spread(touch_columns_of(language()), way);
+        place.fill(touch_columns_of(language()), touch.rows);
         return;
     }
-    const GridKey *before = grid ? grid->key() : nullptr;
-    const std::optional<GridKey> kept =
-        before && !layouts.is_zoned() ? std::optional(*before) : std::nullopt;
-    grid.emplace(block(), layouts.is_zoned(), commands_for(*this));
-    if (kept) grid->go_to(*kept);
+    // Where memory is short, the one before stays.
+    SelectionGrid made(block(), layouts.is_zoned(), commands_for(*this));
+    if (const GridKey *before = grid ? grid->key() : nullptr; before && !layouts.is_zoned())
+        made.go_to(*before);
+    grid = std::move(made);
 }
 
 // Fingers go first on multi-touch panels, and where there is nothing else.

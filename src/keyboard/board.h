@@ -47,8 +47,6 @@ struct Button {
     std::string label;
 };
 
-inline constexpr size_t none_revealed = static_cast<size_t>(-1);
-
 struct Board {
     Board(const Request &r, Layouts of, Listener to);
 
@@ -64,6 +62,7 @@ struct Board {
     Entry entry;
     Look look;
     Way way;
+    Measures measures;
     Place place;
     std::vector<Button> buttons; // in the row at the foot
     Shift shift = Shift::lower;
@@ -74,8 +73,8 @@ struct Board {
     irect hint{};
     bool repeats = false; // a held backspace has acted
     bool eye_is_open = false;
-    size_t revealed = none_revealed; // the character of a password that is still shown
-    int scroll = 0;                  // pixels by which the text is moved towards its end
+    std::optional<size_t> revealed; // the character of a password that is still shown
+    int scroll = 0;                 // pixels by which the text is moved towards its end
     bool saves_whole_screen = false;
     bool was_touched = false; // since the greys were last refined
     bool is_stale = false;    // something ended that could not be drawn, beneath another component
@@ -94,6 +93,8 @@ struct Board {
 
     // After a change of language or shift.
     void show_block();
+    // Goes to the foot of a screen that was turned; false when it was not.
+    bool follow_screen();
 };
 
 Way way_of_device();

@@ -30,8 +30,8 @@ void show_keys(Board &b) {
 
 void hide_revealed(void *) {
     Board *b = board();
-    if (!b || b->revealed == none_revealed) return;
-    b->revealed = none_revealed;
+    if (!b || !b->revealed) return;
+    b->revealed.reset();
     if (has_input())
         show_entry(*b);
     else
@@ -39,15 +39,15 @@ void hide_revealed(void *) {
 }
 
 void hide_at_once(Board &b) {
-    b.revealed = none_revealed;
+    b.revealed.reset();
     ClearTimer(hide_revealed);
 }
 
 // The character typed last can be read for a moment.
 void reveal_last(Board &b) {
     hide_at_once(b);
-    if (!b.is_password() || b.entry.cursor() == 0) return;
-    b.revealed = b.entry.cursor() - 1;
+    if (!b.is_password()) return;
+    b.revealed = b.entry.place_before_cursor();
     SetWeakTimer("keyboard reveal", hide_revealed, reveal_ms);
 }
 

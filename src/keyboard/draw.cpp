@@ -8,6 +8,7 @@
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
 #include "kelvane/text.h"
+#include "modal/input.h"
 #include "raster/screen_scope.h"
 #include "text/font_scope.h"
 
@@ -74,25 +75,12 @@ void draw_all_keys(const Board &b) {
         draw_key(b, touch_rect(b, key), key.code, false, b.look.letter);
 }
 
-// A quarter of a disc in a lower corner.
-void fill_corner(const irect &corner, int center_x, int color) {
-    SetClipRect(&corner);
-    DrawCircle(center_x, corner.y, corner.h, color);
-    SetClip(0, 0, ScreenWidth(), ScreenHeight());
-}
-
 // The first and the last button follow the curve of the frame.
 void fill_button(const Board &b, int index, int color) {
     const irect &r = b.place.buttons[static_cast<size_t>(index)];
     const int corner = std::clamp(b.look.radius - b.look.border, 0, std::min(r.w, r.h) / 2);
-    const bool is_first = index == 0, is_last = index + 1 == static_cast<int>(b.buttons.size());
-    const int left = is_first ? corner : 0, right = is_last ? corner : 0;
-    FillArea(r.x, r.y, r.w, r.h - corner, color);
-    FillArea(r.x + left, r.y + r.h - corner, r.w - left - right, corner, color);
-    if (left > 0) fill_corner({r.x, r.y + r.h - left, left, left, 0}, r.x + left, color);
-    if (right > 0)
-        fill_corner({r.x + r.w - right, r.y + r.h - right, right, right, 0}, r.x + r.w - right - 1,
-                    color);
+    const bool is_last = index + 1 == static_cast<int>(b.buttons.size());
+    modal::fill_button(r, index == 0 ? corner : 0, is_last ? corner : 0, color);
 }
 
 void draw_button_on_screen(const Board &b, int index, bool is_pressed) {

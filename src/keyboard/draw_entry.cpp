@@ -39,10 +39,12 @@ int width_before(const Board &b, size_t position) {
     return StringWidth(shown(b, 0, position).c_str());
 }
 
+// Where there is no text yet, as the interface does. Dots have no direction.
 bool runs_from_right(const Board &b) {
     const auto &text = b.entry.text();
-    return !text.empty() && !b.is_password() &&
-           rtl_direction(text.data(), static_cast<int>(text.size())) == starts_right_to_left;
+    if (b.is_password()) return false;
+    if (text.empty()) return IsRTL() != 0;
+    return rtl_direction(text.data(), static_cast<int>(text.size())) == starts_right_to_left;
 }
 
 // Inside the border.

@@ -88,21 +88,26 @@ bool Entry::empty_selection() {
 
 bool Entry::insert(uint16_t c) {
     if (is_masked()) return overwrite(c);
-    const bool was_emptied = empty_selection();
-    if (text_.size() > capacity_) return was_emptied;
+    empty_selection();
+    if (text_.size() > capacity_) return false;
     is_new_ = is_new_ || text_.empty();
     text_.insert(text_.begin() + static_cast<ptrdiff_t>(cursor_), c);
     ++cursor_;
     return true;
 }
 
+std::optional<size_t> Entry::place_before_cursor() const {
+    size_t place = cursor_;
+    while (is_masked() && place > 0 && !is_typed_over(place - 1)) --place;
+    return place > 0 ? std::optional(place - 1) : std::nullopt;
+}
+
 // What was typed over comes back.
 bool Entry::step_back_in_template() {
     const bool was_filled = start_from_template();
-    size_t place = cursor_;
-    while (place > 0 && !is_typed_over(place - 1)) --place;
-    if (place == 0) return was_filled;
-    cursor_ = place - 1;
+    const auto place = place_before_cursor();
+    if (!place) return was_filled;
+    cursor_ = *place;
     text_[cursor_] = template_[cursor_];
     keep_fields_in_range();
     return true;
@@ -141,10 +146,7 @@ bool Entry::move_to(size_t position) {
 }
 
 bool Entry::move_left() {
-    size_t to = cursor_;
-    if (to > 0) --to;
-    while (is_masked() && to > 0 && !is_typed_over(to)) --to;
-    return move_to(to);
+    return move_to(place_before_cursor().value_or(0));
 }
 
 bool Entry::move_right() {

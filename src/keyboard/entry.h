@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,8 @@ class Entry {
     bool all_selected() const { return all_selected_; }
     // Everything in it was entered here: nothing is left of the initial text.
     bool is_new() const { return is_new_; }
+    // Where the character stands that is typed last as long as the cursor is not moved.
+    std::optional<size_t> place_before_cursor() const;
 
     // Each returns whether anything changed.
     bool insert(uint16_t c);

@@ -2,8 +2,11 @@
 // Sorts the events of a keyboard, and acts on the keys of the device.
 #include "keyboard/handlers.h"
 
+#include <algorithm>
+
 #include "ground/guard.h"
 #include "hw_seam.h"
+#include "internal.h"
 #include "kelvane/events.h"
 #include "kelvane/updates.h"
 #include "keyboard/commands.h"
@@ -47,71 +50,44 @@ void choose(Board &b) {
     type(b, key);
 }
 
-// On a board for five keys.
+struct Direction {
+    int key;
+    Step step;
+};
+constexpr Direction directions[] = {
+    {KEY_UP, Step::up}, {KEY_DOWN, Step::down}, {KEY_LEFT, Step::left}, {KEY_RIGHT, Step::right}};
+
+// On a board for five keys. False for a key that means here what it does on any board.
 bool grid_key(Board &b, int key) {
-    switch (key) {
-    case KEY_UP:
-        move(b, Step::up);
-        return true;
-    case KEY_DOWN:
-        move(b, Step::down);
-        return true;
-    case KEY_LEFT:
-        move(b, Step::left);
-        return true;
-    case KEY_RIGHT:
-        move(b, Step::right);
-        return true;
-    case KEY_OK:
+    for (const Direction &d : directions)
+        if (d.key == key) {
+            move(b, d.step);
+            return true;
+        }
+    if (key == KEY_OK) {
         choose(b);
         return true;
-    case KEY_BACK:
-        if (b.grid->is_inside_zone())
-            leave_zone(b);
-        else
-            type(b, code::cancel);
-        return true;
-    default:
-        return false;
     }
+    if (key != KEY_BACK || !b.grid->is_inside_zone()) return false;
+    leave_zone(b);
+    return true;
 }
 
-// On a board for fingers, whose device may have keys all the same.
-bool finger_key(Board &b, int key) {
+// Devices with touch screens may have these keys all the same.
+uint16_t typed_by(int key) {
     switch (key) {
-    case KEY_LEFT:
-    case KEY_RIGHT:
-        step_cursor(b, key == KEY_LEFT);
-        return true;
     case KEY_OK:
-        type(b, code::enter);
-        return true;
+        return code::enter;
     case KEY_BACK:
-        type(b, code::cancel);
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Keys that other devices have as well.
-bool further_key(Board &b, int key) {
-    switch (key) {
+        return code::cancel;
     case KEY_PREV:
-        type(b, code::backspace);
-        return true;
+        return code::backspace;
     case KEY_NEXT:
-        type(b, code::space);
-        return true;
-    case KEY_PREV2:
-    case KEY_NEXT2:
-        step_cursor(b, key == KEY_PREV2);
-        return true;
+        return code::space;
     case KEY_MENU:
-        type(b, code::shift);
-        return true;
+        return code::shift;
     default:
-        return false;
+        return code::none;
     }
 }
 
@@ -133,7 +109,15 @@ void type_character(Board &b, uint16_t key) {
     if (c >= code::space || c == code::backspace) type(b, c);
 }
 
+// Whoever turned the screen has drawn nothing since, or something of its own.
+void follow_screen(Board &b) {
+    if (!b.follow_screen()) return;
+    kvstate.msgtop = std::min(kvstate.msgtop, b.place.whole.y);
+    redraw(b);
+}
+
 bool handle(Board &b, int type, int par1, int par2) {
+    follow_screen(b);
     if (modal::is_pointer_event(type)) {
         pointer(b, type, par1, par2);
         return true;
@@ -162,8 +146,15 @@ bool handle(Board &b, int type, int par1, int par2) {
 
 bool device_key(Board &b, int key, Press press) {
     if (press == Press::repeat && !repeats(key)) return false;
-    const bool is_known = b.way == Way::keys ? grid_key(b, key) : finger_key(b, key);
-    return is_known || further_key(b, key);
+    if (b.way == Way::keys && grid_key(b, key)) return true;
+    const bool to_the_left = key == KEY_LEFT || key == KEY_PREV2;
+    if (to_the_left || key == KEY_RIGHT || key == KEY_NEXT2) {
+        step_cursor(b, to_the_left);
+        return true;
+    }
+    const uint16_t typed = typed_by(key);
+    if (typed != code::none) type(b, typed);
+    return typed != code::none;
 }
 
 bool has_input() {

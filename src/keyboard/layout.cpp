@@ -75,6 +75,11 @@ class Lines {
     std::string_view rest_;
 };
 
+std::string_view without_mark(std::string_view text) {
+    if (text.starts_with(byte_order_mark)) text.remove_prefix(byte_order_mark.size());
+    return text;
+}
+
 void place_row(std::string_view line, const RowSpan &span, Block &block) {
     const std::string_view keys = ground::trim(line);
     std::array<uint16_t, block_cells> codes;
@@ -153,9 +158,7 @@ void take_touch_layout(Lines &lines, TouchLayout &layout) {
 
 // False at an empty header.
 bool add_section(Lines &lines, std::vector<Language> &languages) {
-    std::string_view header = lines.take(longest_header);
-    if (header.starts_with(byte_order_mark)) header.remove_prefix(byte_order_mark.size());
-    header = ground::trim_right(header);
+    const std::string_view header = ground::trim_right(without_mark(lines.take(longest_header)));
     if (header.empty()) return false;
     Language &language = languages.emplace_back();
     const char *begin = header.data(), *end = utf8::skip(begin, begin + header.size(), 2);
@@ -171,7 +174,8 @@ bool add_section(Lines &lines, std::vector<Language> &languages) {
 
 // Both words count as far as the shorter one goes.
 void add_external_keys(std::string_view line, std::vector<ExternalKey> &keys) {
-    const size_t end = std::min(line.find(' '), line.size());
+    const auto blank = std::find_if(line.begin(), line.end(), ground::is_blank);
+    const auto end = static_cast<size_t>(blank - line.begin());
     const std::string_view from = line.substr(0, end), to = ground::trim(line.substr(end));
     std::array<uint16_t, longest_line> typed, characters;
     const char *at = from.data(), *other = to.data();
@@ -201,15 +205,14 @@ bool any_row(const Layouts &layouts, size_t rows, Condition holds) {
 
 void TouchLayout::add(uint16_t key, int column, int row, int width) {
     if (keys.size() == most_touch_keys || column >= most_columns) return;
-    const int w = std::min(width, most_columns - column);
-    keys.push_back({key, {column, row, w, 1, 0}});
-    std::fill_n(numbers_[static_cast<size_t>(row)].begin() + column, w,
-                static_cast<uint8_t>(keys.size()));
+    keys.push_back({key, {column, row, std::min(width, most_columns - column), 1, 0}});
 }
 
 int TouchLayout::key_at(int column, int row) const {
-    if (column < 0 || column >= most_columns || row < 0 || row >= rows) return -1;
-    return numbers_[static_cast<size_t>(row)][static_cast<size_t>(column)] - 1;
+    const auto found = std::find_if(keys.begin(), keys.end(), [=](const TouchKey &key) {
+        return key.pos.y == row && key.pos.x <= column && column < key.pos.x + key.pos.w;
+    });
+    return found == keys.end() ? -1 : static_cast<int>(found - keys.begin());
 }
 
 uint16_t Language::typed(uint16_t key) const {
@@ -239,15 +242,18 @@ void read_sections(std::string_view text, std::vector<Language> &languages) {
 }
 
 void read_external(std::string_view text, std::vector<Language> &languages, size_t from) {
-    Lines lines(text);
+    Lines lines(without_mark(text));
+    std::string_view code;
     while (!lines.at_end()) {
-        const std::string_view code = ground::trim(lines.take(longest_header));
-        std::vector<ExternalKey> keys;
-        for (auto line = ground::trim(lines.take()); !line.empty();
-             line = ground::trim(lines.take()))
-            add_external_keys(line, keys);
+        const std::string_view line = ground::trim(lines.take());
+        if (line.empty()) continue;
+        if (std::none_of(line.begin(), line.end(), ground::is_blank)) {
+            code = line;
+            continue;
+        }
         for (size_t i = from; i < languages.size(); ++i)
-            if (ground::equal_folded(languages[i].code, code)) languages[i].external = keys;
+            if (ground::equal_folded(languages[i].code, code))
+                add_external_keys(line, languages[i].external);
     }
 }
 
@@ -258,17 +264,16 @@ Layouts builtin_layouts() {
 }
 
 TouchLayout touch_of_block(const Block &block) {
-    constexpr int width = 11;
     TouchLayout touch;
     for (const RowSpan &span : block_rows) {
         if (count_keys(block, span) == 0) continue;
-        const int left = (width - static_cast<int>(span.width)) / 2;
+        const int left = (block_columns - static_cast<int>(span.width)) / 2;
         for (size_t i = 0; i < span.width; ++i)
             if (const uint16_t key = block[span.first + i]; key != code::none)
                 touch.add(key, left + static_cast<int>(i), touch.rows, 1);
         ++touch.rows;
     }
-    touch.columns = width;
+    touch.columns = block_columns;
     std::string_view last = "sh:2 lg cl spm:3 bs:2 ok:2";
     add_row(last, touch);
     ++touch.rows;

@@ -25,6 +25,7 @@ struct RowSpan {
 };
 inline constexpr std::array<RowSpan, 6> block_rows{
     {{0, 11}, {11, 11}, {22, 9}, {31, 9}, {40, 9}, {49, 11}}};
+inline constexpr int block_columns = 11; // of the widest row; the others stand in their middle
 inline constexpr size_t block_cells = 64;
 using Block = std::array<uint16_t, block_cells>;
 
@@ -47,9 +48,6 @@ struct TouchLayout {
     void add(uint16_t key, int column, int row, int width);
     // The key that covers a unit; -1 for none.
     int key_at(int column, int row) const;
-
-  private:
-    std::array<std::array<uint8_t, most_columns>, most_touch_rows + 1> numbers_{}; // from 1
 };
 
 // A key of an external keyboard, and the character that a language has there.
@@ -88,9 +86,9 @@ struct Layouts {
 // Adds the sections of a file to the languages, as long as there is room. Takes any bytes.
 void read_sections(std::string_view text, std::vector<Language> &languages);
 
-// Gives the languages from a position on their keys of an external keyboard, as a file says:
-// sections of a code and lines of two words, of which each character of the first stands for one of
-// the second, up to an empty line. Takes any bytes.
+// Gives the languages from a position on their keys of an external keyboard, as a file says: a line
+// of one word is the code of a language, and in lines of two words below it each character of the
+// first stands for one of the second. Takes any bytes.
 void read_external(std::string_view text, std::vector<Language> &languages, size_t from);
 
 // The layout that needs no file: English, without touch rows.

@@ -54,12 +54,13 @@ irect kept_area(const Board &b) {
     return b.saves_whole_screen ? irect{0, 0, ScreenWidth(), kept_h(), 0} : b.place.whole;
 }
 
-void dim() {
+// A hatch that the keyboard would cover at once is left out.
+void dim(const Board &b) {
     const raster::ScreenScope screen;
     if (dims_panel())
         Transparent(0, 0, ScreenWidth(), kept_h(), dimmed_percent);
     else
-        DrawDiagonalHatch(0, 0, ScreenWidth(), kept_h(), hatch_step, BLACK);
+        DrawDiagonalHatch(0, 0, ScreenWidth(), b.place.whole.y, hatch_step, BLACK);
 }
 
 void log_opening(const Request &r) {
@@ -77,8 +78,8 @@ void show(std::unique_ptr<Board> made) {
     b.message_top = std::exchange(kvstate.msgtop, std::min(kvstate.msgtop, b.place.whole.y));
     b.saves_whole_screen = b.buffer && !(b.flags & KBD_NOHATCH);
     b.taken.under.save(kept_area(b));
-    if (b.saves_whole_screen) dim();
-    b.taken.take_input(keyboard_handler, UI_KEYBOARD_OPEN);
+    if (b.saves_whole_screen) dim(b);
+    b.taken.take_input(keyboard_handler, UI_KEYBOARD_OPEN, CloseKeyboard);
     draw_board(b);
     draw_entry(b);
     if (!(b.flags & KBD_NOUPDATE_AFTER_OPEN)) {
@@ -142,6 +143,7 @@ Board *board() {
 }
 
 void close(End how) {
+    if (open_board) open_board->taken.close_above();
     const std::unique_ptr<Board> closed = std::move(open_board);
     if (!closed) return;
     stop_timers();

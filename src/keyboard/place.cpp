@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "keyboard/layout.h"
+
 namespace keyboard {
 namespace {
 
@@ -12,11 +14,10 @@ constexpr int title_h = 11, untitled_h = 3, entry_h = 13, above_keys = 3, below_
 constexpr int finger_row = 14, landscape_row = 11, dense_row = 12, keys_row = 10;
 constexpr int dense_from = 6; // rows
 constexpr int button_h = 12, side = 3, sides = 5;
-constexpr int grid_columns = 11;
 
 int row_units(const Measures &m) {
     if (m.way == Way::keys) return keys_row;
-    if (m.screen_w > m.screen_h) return landscape_row;
+    if (m.screen.w > m.screen.h) return landscape_row;
     return m.rows >= dense_from ? dense_row : finger_row;
 }
 
@@ -55,26 +56,26 @@ void place_rows(const Measures &m, int room, Place &p) {
     p.row_h = std::max(std::min(row_units(m) * m.unit, room / rows), 2);
     p.key_h = std::max(p.row_h - p.gap, 1);
     p.keys.h = p.row_h * m.rows + commands_h(m);
-    p.spread(m.way == Way::keys ? grid_columns : m.columns, m.way);
+    p.spread(m.way == Way::keys ? block_columns : m.columns, m.way);
 }
 
 } // namespace
 
 Place place_keyboard(const Measures &m) {
     const int u = m.unit, rest = rest_h(m);
-    const int room = std::max(m.foot - rest, 0);
+    const int room = std::max(m.screen.foot - rest, 0);
     Place p{};
-    p.whole.w = m.screen_w;
+    p.whole.w = m.screen.w;
     place_rows(m, room, p);
     const int h = rest + p.row_h * m.rows;
-    const int top = std::max(m.foot - h, 0);
-    p.whole = {0, top, m.screen_w, std::min(h, m.screen_h), 0};
-    p.frame = {0, top + 2 * u, m.screen_w, h - 2 * u, 0};
+    const int top = std::max(m.screen.foot - h, 0);
+    p.whole = {0, top, m.screen.w, std::min(h, m.screen.h), 0};
+    p.frame = {0, top + 2 * u, m.screen.w, h - 2 * u, 0};
     int y = p.frame.y + m.border;
-    if (m.has_title) p.title = {side * u, y, m.screen_w - 2 * side * u, title_h * u, 0};
+    if (m.has_title) p.title = {side * u, y, m.screen.w - 2 * side * u, title_h * u, 0};
     y += (m.has_title ? title_h : untitled_h) * u;
     if (m.has_entry) {
-        p.entry = {side * u, y, m.screen_w - 2 * side * u, entry_h * u, 0};
+        p.entry = {side * u, y, m.screen.w - 2 * side * u, entry_h * u, 0};
         y += (entry_h + above_keys) * u;
     }
     p.keys.y = y;
@@ -87,6 +88,12 @@ void Place::spread(int columns, Way way) {
     unit_w = std::max((whole.w - sides) / std::max(columns, 1), 2);
     keys.w = unit_w * std::max(columns, 1) - (way == Way::finger ? gap : 0);
     keys.x = (whole.w - keys.w) / 2;
+}
+
+void Place::fill(int columns, int rows) {
+    spread(columns, Way::finger);
+    row_h = std::max(keys.h / std::max(rows, 1), 2);
+    key_h = std::max(row_h - gap, 1);
 }
 
 irect Place::key(int column, int row, int width) const {

@@ -11,10 +11,15 @@ namespace keyboard {
 // How keys are reached.
 enum class Way { finger, keys };
 
+struct Screen {
+    int w, h;
+    int foot; // the first row below the keyboard
+    int orientation;
+};
+
 // What a place depends on.
 struct Measures {
-    int screen_w, screen_h;
-    int foot; // the first row below the keyboard
+    Screen screen;
     int unit, border, hairline;
     Way way;
     bool has_title, has_entry;
@@ -38,6 +43,9 @@ struct Place {
 
     // Shares the width among so many columns.
     void spread(int columns, Way way);
+    // Shares the place of the keys among those of a layout for fingers. Where another one of the
+    // same keyboard has more rows, keys are higher, and the last row stays where it is.
+    void fill(int columns, int rows);
     // A key at a column and row of its layout. Keys may be several columns wide.
     irect key(int column, int row, int width) const;
     // One of so many commands, in the row below all keys for five keys.

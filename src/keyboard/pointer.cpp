@@ -159,7 +159,7 @@ void up(Board &b, int x, int y) {
     const bool is_meant = target == target_at(b, x, y) && !b.repeats;
     if (!is_meant || !changes_keys(code_of(b, target))) let_go(b);
     if (is_meant) act(b, target, x);
-    if (Board *still = board(); still && still == &b) let_go(b);
+    if (board() == &b) let_go(b);
 }
 
 } // namespace

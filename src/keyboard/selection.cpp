@@ -14,7 +14,7 @@ constexpr int first_letter_row = 2, last_letter_row = 4, zone_side = 3;
 constexpr int first_half = 6; // columns of the left half of a row
 
 int left_of(const RowSpan &span) {
-    return (grid_columns - static_cast<int>(span.width)) / 2;
+    return (block_columns - static_cast<int>(span.width)) / 2;
 }
 
 std::vector<GridKey> keys_of(const Block &block) {
@@ -43,7 +43,7 @@ Area commands_of(const std::vector<uint16_t> &commands) {
     const int count = static_cast<int>(commands.size());
     for (int i = 0; i < count; ++i)
         area.keys.push_back({commands[static_cast<size_t>(i)],
-                             (2 * i + 1) * grid_columns / (2 * count), command_row});
+                             (2 * i + 1) * block_columns / (2 * count), command_row});
     return area;
 }
 
@@ -64,7 +64,7 @@ size_t wrapped(size_t at, int by, size_t count) {
 SelectionGrid::SelectionGrid(const Block &block, bool is_zoned,
                              const std::vector<uint16_t> &commands)
     : all_(keys_of(block)) {
-    const int last = grid_columns - 1;
+    const int last = block_columns - 1;
     for (int row = 0; row < command_row; ++row) {
         if (!is_zoned) {
             Area whole = area_of(all_, row, row, 0, last);

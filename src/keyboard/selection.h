@@ -9,12 +9,12 @@
 
 namespace keyboard {
 
-// A key at a place of a grid of 11 columns. Below the rows of the block lies that of commands.
+// A key at a place of a grid of block_columns. Below the rows of the block lies that of commands.
 struct GridKey {
     uint16_t code;
     int column, row;
 };
-inline constexpr int grid_columns = 11, command_row = 6;
+inline constexpr int command_row = 6;
 
 // A zone is entered by OK; in any other area a key is selected at once.
 struct Area {

@@ -147,7 +147,7 @@ void open_grid(Grid &&made) {
     grid = std::move(made);
     grid->unheard = queue_count(grid_handler);
     grid->taken.under.save(grid->covered);
-    grid->taken.take_input(grid_handler, 0);
+    grid->taken.take_input(grid_handler, 0, close_grid);
     draw_grid(*grid);
     modal::update(raster::Box(grid->covered));
 }

@@ -156,7 +156,7 @@ void open_level(const Opening &o) {
     if (levels.size() == 1) unheard = queue_count(menu_handler);
     Menu &opened = levels.back();
     opened.taken.under.save(opened.covered);
-    opened.taken.take_input(menu_handler, 0);
+    opened.taken.take_input(menu_handler, 0, close_top);
     draw_menu(opened);
     show(opened.covered);
 }
@@ -223,6 +223,7 @@ bool is_for_former_menu() {
 }
 
 void close_top() {
+    if (!levels.empty()) levels.back().taken.close_above();
     if (levels.empty()) return;
     Menu menu = std::move(levels.back());
     levels.pop_back();

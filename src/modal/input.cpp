@@ -2,10 +2,22 @@
 // Tells events apart and shows presses.
 #include "modal/input.h"
 
+#include <algorithm>
+
+#include "kelvane/canvas.h"
 #include "kelvane/events.h"
 #include "kelvane/updates.h"
 
 namespace modal {
+namespace {
+
+void fill_corner(const irect &corner, int center_x, int color) {
+    SetClipRect(&corner);
+    DrawCircle(center_x, corner.y, corner.h, color);
+    SetClip(0, 0, ScreenWidth(), ScreenHeight());
+}
+
+} // namespace
 
 bool is_pointer_event(int type) {
     constexpr int end_of_drag = EVT_POINTERDRAG + 1;
@@ -30,6 +42,14 @@ void send_key(int type, int key) {
 
 void draw_pressed(const raster::Box &box, int step) {
     raster::hatch(box, step, BLACK);
+}
+
+void fill_button(const irect &r, int left, int right, int color) {
+    const int foot = std::max(left, right), top = r.y + r.h - foot, end = r.x + r.w;
+    FillArea(r.x, r.y, r.w, r.h - foot, color);
+    FillArea(r.x + left, top, r.w - left - right, foot, color);
+    if (left > 0) fill_corner({r.x, top, left, left, 0}, r.x + left, color);
+    if (right > 0) fill_corner({end - right, top, right, right, 0}, end - right - 1, color);
 }
 
 void update(const raster::Box &box) {

@@ -23,6 +23,11 @@ void send_key(int type, int key);
 inline constexpr int button_hatch_step = 4;
 void draw_pressed(const raster::Box &box, int step = button_hatch_step);
 
+// Fills a button with rounded lower corners, as it has next to the corner of a frame: `left` and
+// `right` are their radii, at most its height and together its width; 0 for a right angle. The clip
+// rectangle is the whole canvas afterwards.
+void fill_button(const irect &r, int left, int right, int color);
+
 // Shows an area of the screen.
 void update(const raster::Box &box);
 

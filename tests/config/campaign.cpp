@@ -16,13 +16,9 @@
 
 #include "scene.h"
 #include "support/child.h"
+#include "support/repeats.h"
 
 namespace {
-
-// The long form runs when KELVANE_CAMPAIGN is set.
-int times(int few, int many) {
-    return std::getenv("KELVANE_CAMPAIGN") ? many : few;
-}
 
 // Settings that nobody changes; they make the file several pages long.
 settings constants() {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Boxes, frames, menus, and the life of an application in a device folder.
+// Boxes, frames, menus, keyboards, and the life of an application in a device folder.
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <numeric>
 
 #include "failures/device.h"
@@ -10,6 +11,7 @@
 #include "kelvane/config.h"
 #include "kelvane/dialogs.h"
 #include "kelvane/frames.h"
+#include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
 #include "kelvane/menus.h"
 #include "kelvane/theme.h"
@@ -107,6 +109,49 @@ class Menus : public Session {
     uint64_t expected_;
 };
 
+// A keyboard for keys, which is cancelled, and one for fingers, whose text is entered.
+class Keyboards : public Session {
+  public:
+    Keyboards() {
+        write_file(
+            "system/language/keyboard/en.kbd",
+            "EN:\n\n\nqwertyuio\n\n\n\n\n\nQWE\n\n\n\nq w sp:5 sh\na s\n--\nQ W\n--\n1\n--\n");
+        write_file("system/language/keyboard/en.extkbd", "EN\nq w\n");
+        expected_ = draw();
+    }
+
+    bool run() override { return draw() == expected_ && std::strcmp(text_, "w") == 0; }
+
+  private:
+    static uint64_t draw() {
+        std::strcpy(text_, "old");
+        if (!open_device(ignore)) return 0;
+        ClearScreen();
+        LoadKeyboard("en");
+        loadHwConfigEmulator("0x0010111101011041");
+        uint64_t seen = edit(0, KEY_BACK);
+        loadHwConfigEmulator("0x0010111101013041");
+        seen = seen * 31 + edit(KBD_PASSWORD, KEY_OK);
+        close_device();
+        return seen;
+    }
+    static uint64_t edit(int flags, int ending) {
+        OpenKeyboard("Title", text_, 9, flags, nullptr);
+        headless::raw(hw::typed_character, 0, 'q', 0);
+        headless::press(KEY_MENU);
+        headless::pointer(EVT_POINTERDOWN, 300, 600);
+        const uint64_t seen = picture();
+        headless::pointer(EVT_POINTERUP, 9, 9);
+        headless::press(ending);
+        CloseKeyboard();
+        return seen * 31 + picture();
+    }
+
+    inline static char text_[40];
+    Folder folder_;
+    uint64_t expected_;
+};
+
 int shown = 0, ticks = 0;
 int show(int type, int, int) {
     if (type == EVT_SHOW) ++shown, FullUpdate();
@@ -161,8 +206,10 @@ class Life : public Session {
     Folder folder_;
 };
 
-constexpr Area areas_here[] = {
-    {"Boxes", make<Boxes>}, {"Menus", make<Menus>}, {"Life", make<Life>}};
+constexpr Area areas_here[] = {{"Boxes", make<Boxes>},
+                               {"Menus", make<Menus>},
+                               {"Keyboards", make<Keyboards>},
+                               {"Life", make<Life>}};
 
 } // namespace
 

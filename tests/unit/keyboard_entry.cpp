@@ -2,10 +2,12 @@
 // Editing beside a plain model, and over templates.
 #include <gtest/gtest.h>
 #include <random>
+#include <vector>
 
 #include "kelvane/keyboard.h"
 #include "keyboard/entry.h"
 #include "support/encode.h"
+#include "support/repeats.h"
 
 using namespace keyboard;
 
@@ -147,6 +149,8 @@ struct Model {
         behind.clear();
         selected = false;
     }
+    void move_left() { move_to(before.empty() ? 0 : before.size() - 1); }
+    void move_right() { move_to(before.size() + 1); }
     void move_to(size_t at) {
         const std::u16string all = before + behind;
         before = all.substr(0, at);
@@ -158,6 +162,58 @@ struct Model {
     }
 };
 
+// Over a template: its places that are typed over, in turn, and how many of them lie behind.
+struct TemplateModel {
+    std::u16string form, all;
+    std::vector<size_t> places;
+    const Kind &kind;
+    size_t next = 0;
+
+    TemplateModel(const std::u16string &text, const Kind &of) : form(text), all(text), kind(of) {
+        for (size_t i = 0; i < form.size(); ++i)
+            if (is_digit(form[i])) places.push_back(i);
+    }
+    static bool is_digit(char16_t c) { return c >= u'0' && c <= u'9'; }
+    void start() {
+        if (all.empty()) next = 0, all = form;
+    }
+    void insert(char16_t c) {
+        start();
+        if (!is_digit(c) || next == places.size()) return;
+        put(c, next++);
+    }
+    void backspace() {
+        start();
+        if (next > 0) --next, put(form[places[next]], next);
+    }
+    void put(char16_t c, size_t place) {
+        all[places[place]] = c;
+        for (const Field &field : kind.fields) {
+            const std::string value = encode(all.substr(std::min(field.at, all.size()), 2));
+            if (value.size() != 2 || !is_digit(static_cast<char16_t>(value[0])) ||
+                !is_digit(static_cast<char16_t>(value[1])))
+                continue;
+            const int kept = std::min(std::max(std::stoi(value), field.least), field.most);
+            all.replace(field.at, 2, {char16_t(u'0' + kept / 10), char16_t(u'0' + kept % 10)});
+        }
+    }
+    void clear() { all.clear(); }
+    void move_to(size_t at) {
+        if (all.empty() || places.empty()) return;
+        for (next = 0; next + 1 < places.size() && places[next] < at;) ++next;
+    }
+    void move_left() {
+        if (!all.empty() && next > 0) --next;
+    }
+    void move_right() {
+        if (!all.empty() && next + 1 < places.size()) ++next;
+    }
+    std::string shown() const {
+        const size_t at = all.empty() ? 0 : next < places.size() ? places[next] : all.size();
+        return encode(all.substr(0, at)) + "|" + encode(all.substr(at));
+    }
+};
+
 std::u16string random_text(std::mt19937 &random, size_t most) {
     constexpr char16_t letters[] = u"ab \u00E9\u0416\u05D0\u4E2D\uFFFD";
     std::u16string text(random() % (most + 1), u' ');
@@ -165,9 +221,38 @@ std::u16string random_text(std::mt19937 &random, size_t most) {
     return text;
 }
 
+int random_commands() {
+    return times(repeats(100'000, 30'000), 1'000'000);
+}
+
+// One command for both.
+template <class Model>
+void random_command(std::mt19937 &random, Entry &e, Model &m, char16_t c) {
+    const size_t at = random() % 24;
+    switch (random() % 8) {
+    case 0:
+        e.backspace(), m.backspace();
+        break;
+    case 1:
+        e.move_to(at), m.move_to(at);
+        break;
+    case 2:
+        e.move_left(), m.move_left();
+        break;
+    case 3:
+        e.move_right(), m.move_right();
+        break;
+    case 4:
+        if (at == 0) e.clear(), m.clear();
+        break;
+    default:
+        e.insert(c), m.insert(c);
+    }
+}
+
 TEST(KeyboardEntry, RandomCommandsEndAsInAPlainModel) {
     std::mt19937 random(14);
-    for (int commands = 0; commands < 200'000;) {
+    for (int commands = 0; commands < random_commands();) {
         const std::u16string text = random_text(random, 12);
         const size_t capacity = random() % 14;
         const bool selects = random() % 2 != 0;
@@ -176,65 +261,36 @@ TEST(KeyboardEntry, RandomCommandsEndAsInAPlainModel) {
         Model m{text.substr(0, capacity), u"", capacity, false};
         m.selected = selects && !m.before.empty();
         for (size_t i = random() % 60; i > 0; --i, ++commands) {
-            const char16_t c = random_text(random, 1).empty() ? u'x' : u'\u0416';
-            const size_t at = random() % 16;
-            switch (random() % 8) {
-            case 0:
-                e.backspace(), m.backspace();
-                break;
-            case 1:
-                e.move_to(at), m.move_to(std::min(at, m.before.size() + m.behind.size()));
-                break;
-            case 2:
-                e.move_left(), m.move_to(m.before.empty() ? 0 : m.before.size() - 1);
-                break;
-            case 3:
-                e.move_right(),
-                    m.move_to(std::min(m.before.size() + 1, m.before.size() + m.behind.size()));
-                break;
-            case 4:
-                if (random() % 8 == 0) e.clear(), m.clear();
-                break;
-            default:
-                e.insert(c), m.insert(c);
-            }
+            random_command(random, e, m, random_text(random, 1).empty() ? u'x' : u'\u0416');
             ASSERT_EQ(shown(e), m.shown());
             ASSERT_EQ(e.utf8(), encode((m.before + m.behind).substr(0, capacity)));
         }
     }
 }
 
-// Over a template the places that are not typed over never change, and fields stay in range.
-TEST(KeyboardEntry, RandomKeysLeaveATemplateWhole) {
+// Whole templates, cut ones, and any text for one.
+std::u16string random_template(std::mt19937 &random) {
+    constexpr const char16_t *forms[] = {u"22.11.26 09:30:15", u"09:30", u"\u0416 7:05 \u4E2D",
+                                         u"2026-11-22"};
+    std::u16string form = forms[random() % std::size(forms)];
+    if (random() % 4 == 0) form = random_text(random, 12);
+    if (random() % 3 == 0 && !form.empty()) form[random() % form.size()] = u'9';
+    return form;
+}
+
+TEST(KeyboardEntry, RandomCommandsOverATemplateEndAsInAPlainModel) {
+    constexpr int kinds[] = {KBD_DATE, KBD_TIME, KBD_DATETIME, KBD_HOURS};
     std::mt19937 random(8);
-    const std::string form = "22.11.26 09:30:15";
-    for (int i = 0; i < 100'000; ++i) {
-        static Entry e = entry(form.c_str(), 40, KBD_DATETIME);
-        switch (random() % 8) {
-        case 0:
-            e.backspace();
-            break;
-        case 1:
-            e.move_to(random() % 20);
-            break;
-        case 2:
-            if (random() % 16 == 0) e.clear();
-            break;
-        default:
-            e.insert(static_cast<uint16_t>('.' + random() % 14));
-        }
-        const std::string text = e.utf8();
-        if (text.empty()) continue;
-        ASSERT_EQ(text.size(), form.size());
-        for (size_t at = 0; at < form.size(); ++at)
-            ASSERT_EQ(text[at] >= '0' && text[at] <= '9', form[at] >= '0' && form[at] <= '9');
-        const struct {
-            size_t at;
-            int least, most;
-        } fields[] = {{0, 1, 31}, {3, 1, 12}, {9, 0, 23}, {12, 0, 59}, {15, 0, 59}};
-        for (const auto &field : fields) {
-            ASSERT_GE(std::stoi(text.substr(field.at, 2)), field.least) << text;
-            ASSERT_LE(std::stoi(text.substr(field.at, 2)), field.most) << text;
+    for (int commands = 0; commands < random_commands();) {
+        const std::u16string form = random_template(random);
+        const size_t capacity = random() % 24;
+        const int kind = kinds[random() % std::size(kinds)];
+        Entry e = entry(encode(form).c_str(), capacity, kind);
+        TemplateModel m(form.substr(0, capacity), kind_of(kind));
+        for (size_t i = random() % 60; i > 0; --i, ++commands) {
+            random_command(random, e, m, static_cast<char16_t>(u'.' + random() % 14));
+            ASSERT_EQ(shown(e), m.shown()) << encode(form) << " " << kind;
+            ASSERT_EQ(e.utf8(), encode(m.all));
         }
     }
 }

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // What fingers and keys do, and what the screen shows of it.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include "hw_seam.h"
 #include "kelvane/config.h"
 #include "kelvane/timers.h"
 #include "keyboard/commands.h"
 #include "keyboard_support.h"
+#include "support/repeats.h"
 
 using namespace keyboard;
 
@@ -292,6 +294,17 @@ TEST_F(ByFinger, TypedCharactersAreForAnOpenEntryOnly) {
     expect_closed_with("\u0436a;");
 }
 
+// A digit that is typed is the one that can be read, wherever the cursor goes on.
+TEST_F(ByFinger, ATemplateOfAPasswordShowsTheDigitThatWasTyped) {
+    open("12-34", KBD_DATE | KBD_PASSWORD);
+    tap_keys(u"9");
+    EXPECT_EQ(board()->revealed, 0U);
+    tap_keys(u"8");
+    EXPECT_EQ(board()->revealed, 1U) << "not the sign before the cursor";
+    headless::press(KEY_OK);
+    expect_closed_with("98-34;");
+}
+
 TEST_F(ByFinger, TemplatesByFinger) {
     open("22.11.26", KBD_DATE);
     tap_keys(u"31");
@@ -407,15 +420,26 @@ TEST_F(ByKeys, TheSelectionIsDrawnAndTakenBack) {
     EXPECT_TRUE(keyboard_test::screen() != start);
 }
 
-// Hundreds of openings leave nothing behind that grows.
+// Of any kind, by fingers and by keys, and with what opens above; neither the record of the runtime
+// nor the memory in use grows.
 TEST_F(ByKeys, OpeningsEndAsTheyBegan) {
-    for (int i = 0; i < 300; ++i) {
+    const auto open_and_close = [&](int i) {
         i % 2 ? use_keys() : use_fingers();
-        open("text", (i % 16) | (i % 3 ? 0 : int{KBD_NOHATCH}));
-        headless::press(KEY_OK);
-        if (IsKeyboardOpened()) CloseKeyboard();
-    }
+        open("text", (i % 16) | (i % 3 ? 0 : int{KBD_NOHATCH}) | (i % 5 ? 0 : int{KBD_PASSWORD}));
+        if (i % 7 == 0) Dialog(0, nullptr, "Above", "OK", nullptr, boxes::answer);
+        type("9");
+        if (i % 11) headless::press(KEY_OK);
+        CloseKeyboard();
+        keyboard_test::answers.clear();
+        headless::clear_events();
+        headless::clear_updates();
+    };
+    constexpr int all_kinds = 16 * 3 * 5 * 7 * 11;
+    for (int i = 0; i < 64; ++i) open_and_close(i);
+    const size_t in_use = mallinfo2().uordblks;
+    for (int i = 0; i < times(repeats(300, 100), 10'000); ++i) open_and_close(i % all_kinds);
     headless::detail::settle();
+    EXPECT_LE(mallinfo2().uordblks, in_use + 100'000);
     EXPECT_TRUE(keyboard_test::screen() == before);
     EXPECT_EQ(GetDialogShow(), 0);
     EXPECT_EQ(GetEventHandler(), headless::handler());

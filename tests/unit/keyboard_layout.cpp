@@ -268,7 +268,7 @@ TEST_F(KeyboardFiles, NamesAreListedWithoutDotFiles) {
 
 TEST_F(KeyboardFiles, ExternalKeysStandForThoseOfTheLanguage) {
     put("two.kbd", "RU\n" + empty_blocks + "EN\n" + empty_blocks);
-    put("two.extkbd", "ru\r\nqwe  \u0439\u0446\r\n] \u044A\n\nXX\nq z\n\nEN\nnone\n\xFF \x01\n");
+    put("two.extkbd", "\uFEFF\nru\r\n\nqwe  \u0439\u0446\r\n]\t\u044A\n\nXX\nq z\nEN\n\xFF \x01\n");
     LoadKeyboard("two");
     const Language &russian = user_layouts().languages[0];
     EXPECT_EQ(russian.typed('q'), 0x439);
@@ -344,7 +344,7 @@ TEST(KeyboardData, EachLayoutTypesEveryLetterOfItsLanguage) {
         {"en", u"abcdefghijklmnopqrstuvwxyz"},
         {"de", u"abcdefghijklmnopqrstuvwxyz\u00E4\u00F6\u00FC\u00DF"},
         {"fr", u"abcdefghijklmnopqrstuvwxyz\u00E0\u00E2\u00E7\u00E8\u00E9\u00EA\u00EB\u00EE\u00EF"
-               u"\u00F4\u00F9\u00FB\u0153"},
+               u"\u00F4\u00F9\u00FB\u0153\u00E6\u00FF\u00C6\u0178\u0152\u00C9"},
         {"es", u"abcdefghijklmnopqrstuvwxyz\u00E1\u00E9\u00ED\u00F3\u00FA\u00FC\u00F1"},
         {"pl", u"abcdefghijklmnopqrstuvwxyz\u0105\u0107\u0119\u0142\u0144\u00F3\u015B\u017A\u017C"},
         {"ru", u"\u0430\u0431\u0432\u0433\u0434\u0435\u0451\u0436\u0437\u0438\u0439\u043A\u043B"

@@ -4,8 +4,10 @@
 
 #include "kelvane/config.h"
 #include "kelvane/languages.h"
+#include "kelvane/menus.h"
 #include "kelvane/timers.h"
 #include "keyboard_support.h"
+#include "support/theme_file.h"
 
 using namespace keyboard;
 
@@ -220,6 +222,41 @@ TEST_F(Keyboards, OpeningAnotherOneClosesTheFirst) {
     expect_closed_with("-!;own;");
 }
 
+// Whatever is closed first: nothing stays above that gives the input to a handler that is gone.
+TEST_F(Keyboards, WhatIsAboveIsClosedFirst) {
+    imenu items[] = {{ITEM_ACTIVE, 1, const_cast<char *>("One"), nullptr}, {}};
+    const auto open_dialog = [] { Dialog(0, nullptr, "Above", "OK", nullptr, boxes::answer); };
+    const auto open_menu = [&] { OpenMenu(items, 0, 9, 9, [](int) { answers() += "menu"; }); };
+    char other[32] = "";
+    open("first");
+    open_dialog();
+    open_menu();
+    CloseKeyboard();
+    expect_closed_with("-;");
+    open_menu();
+    open("second");
+    open_menu();
+    open_dialog();
+    OpenKeyboard("Third", other, 9, 0, keyboard_test::answer);
+    EXPECT_EQ(answers(), "-;-;");
+    EXPECT_EQ(GetDialogShow(), 1);
+    CloseContextMenu();
+    expect_closed_with("-;-;-;");
+    open_dialog();
+    open("fourth");
+    OpenProgressbar(0, nullptr, "Above", 0, nullptr);
+    CloseDialog();
+    EXPECT_EQ(GetDialogShow(), 2) << "the bar alone";
+    CloseKeyboard();
+    CloseDialog();
+    expect_closed_with("-;-;-;-;");
+    open_dialog();
+    open("fifth");
+    headless::press(KEY_OK);
+    headless::press(KEY_OK);
+    expect_closed_with("-;-;-;-;fifth;");
+}
+
 TEST_F(Keyboards, ACallbackMayCloseTheScreen) {
     char first[8] = "", second[8] = "";
     OpenKeyboard("First", first, 2, 0, [](char *) {
@@ -284,6 +321,51 @@ TEST_F(Keyboards, CustomLayoutsAndWhatReplacesThem) {
     OpenCustomKeyboard("plain", "Title", text, 9, 0, keyboard_test::answer);
     EXPECT_EQ(board()->language().code, "PL") << "fingers alone need touch rows";
     CloseKeyboard();
+}
+
+TEST_F(Keyboards, ItFollowsAScreenThatIsTurned) {
+    for (const auto use : {use_fingers, use_keys}) {
+        SetOrientation(0);
+        use();
+        open("text", KBD_NOSELECT);
+        for (const int orientation : {1, 3, 2, 0}) {
+            SetOrientation(orientation);
+            const auto send = [](int type, int x, int y) {
+                SendEvent(GetEventHandler(), type, x, y);
+                headless::detail::settle();
+            };
+            send(EVT_POINTERMOVE, 0, 0);
+            const irect whole = board()->place.whole, key = place_of('q');
+            EXPECT_EQ(whole.w, ScreenWidth());
+            EXPECT_EQ(whole.y + whole.h, ScreenHeight());
+            send(EVT_POINTERDOWN, key.x + 1, key.y + 1);
+            send(EVT_POINTERUP, key.x + 1, key.y + 1);
+        }
+        EXPECT_EQ(text(), board()->way == Way::finger ? "textqqqq" : "text");
+        CloseKeyboard();
+    }
+    EXPECT_EQ(kvstate.msgtop, ScreenHeight());
+}
+
+TEST_F(Keyboards, AThemeThatChangesMeanwhileIsForTheNextOne) {
+    write_file("system/themes/large.tqt", ThemeFile("unit.size=6\n").bytes());
+    for (const auto use : {use_keys, use_fingers}) {
+        OpenTheme("none");
+        use();
+        open("text");
+        type("\b");
+        const auto shown = keyboard_test::screen();
+        OpenTheme("large");
+        FillArea(0, board()->place.whole.y, ScreenWidth(), 200, BLACK);
+        SendEvent(GetEventHandler(), EVT_SHOW, 0, 0);
+        headless::detail::settle();
+        EXPECT_TRUE(keyboard_test::screen() == shown);
+        CloseKeyboard();
+        open("text");
+        EXPECT_EQ(board()->look.unit, 6);
+        CloseKeyboard();
+    }
+    expect_closed_with("-;-;-;-;");
 }
 
 TEST_F(Keyboards, AScreenThatWasTurnedIsDrawnByTheApplication) {

@@ -19,14 +19,19 @@ constexpr int text_entry_key_ms = 150, text_entry_repeat_ms = 120;
 std::vector<modal::Takeover> boxes;
 std::string heard;
 
-int box_handler(int type, int par1, int) {
-    heard += std::to_string(type) + " ";
-    if (type == EVT_POINTERUP) modal::send_key(EVT_KEYPRESS, KEY_BACK);
-    if (type != EVT_KEYPRESS || par1 != KEY_BACK) return modal::is_system_event(type);
+void close_box() {
+    boxes.back().close_above();
     modal::Takeover box = std::move(boxes.back());
     boxes.pop_back();
     box.under.restore();
     box.give_input_back();
+}
+
+int box_handler(int type, int par1, int) {
+    heard += std::to_string(type) + " ";
+    if (type == EVT_POINTERUP) modal::send_key(EVT_KEYPRESS, KEY_BACK);
+    if (type != EVT_KEYPRESS || par1 != KEY_BACK) return modal::is_system_event(type);
+    close_box();
     return 1;
 }
 
@@ -34,7 +39,7 @@ void open_box(const irect &area, int flags) {
     modal::Takeover &box = boxes.emplace_back();
     ASSERT_TRUE(box.under.save(area));
     FillAreaRect(&area, BLACK);
-    box.take_input(box_handler, flags);
+    box.take_input(box_handler, flags, close_box);
 }
 
 std::vector<uint8_t> screen() {
@@ -115,7 +120,7 @@ TEST_F(Modal, HandlersWithoutInputGiveNothingBack) {
     modal::Takeover box;
     SetKeyboardRate(text_entry_key_ms, text_entry_repeat_ms);
     box.give_input_back();
-    box.take_input(box_handler, UI_KEYBOARD_OPEN);
+    box.take_input(box_handler, UI_KEYBOARD_OPEN, close_box);
     EXPECT_EQ(box.previous(), headless::handler());
     EXPECT_NE(kvstate.uiflags & UI_PANEL_IGNORES_POINTER, 0);
     box.give_input_back();

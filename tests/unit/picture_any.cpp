@@ -334,7 +334,7 @@ TEST_F(AnyPicture, DamagedFilesAreRefusedOrRead) {
         const size_t step = size_t(repeats(37, 97));
         for (size_t n = 0; n < whole.size(); n += n < 60 ? 1 : step) try_bytes(whole.substr(0, n));
         for (size_t at = 0; at < whole.size(); at += at < 60 ? 1 : step)
-            for (const char c : {'\0', '\1', '\x7F', '\xFF'}) {
+            for (const char c : {'\0', '\xFF'}) {
                 std::string bytes = whole;
                 bytes[at] = c;
                 try_bytes(bytes);

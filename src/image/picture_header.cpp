@@ -64,7 +64,7 @@ int limited(uint32_t side) {
 // The first directory of a TIFF file, or of EXIF data, which are one within another file.
 class Directory {
   public:
-    Directory(Bytes &bytes, int64_t base) : bytes_(bytes), base_(base) {
+    Directory(Bytes &bytes, int64_t base) : bytes_(bytes) {
         if (bytes.has(base, {"II*\0", 4}))
             order_ = Order::little;
         else if (bytes.has(base, {"MM\0*", 4}))
@@ -88,7 +88,7 @@ class Directory {
 
   private:
     Bytes &bytes_;
-    int64_t base_, at_ = 0;
+    int64_t at_ = 0;
     int count_ = 0;
     Order order_ = Order::little;
 };

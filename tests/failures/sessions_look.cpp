@@ -38,6 +38,9 @@ class Texts : public Session {
                      "\u4E2D\u6587\u3042 \u5B57",
                      ALIGN_JUSTIFY | TEXT_UNDERLINE);
         DrawTextRect(0, 120, 100, 30, "\u4E2D and what does not fit", TEXT_DOTS | VALIGN_BOTTOM);
+        if (Paginate("\017Title\nwords and \016\002more", 60, 30, 60, TEXT_MARKS | TEXT_NO_WIDOWS,
+                     nullptr, 0) > 1)
+            DrawTextPage(0, 150, 60, 60, "words", 0, TEXT_MARKS);
         DrawStringR(width, 190, "\u4E2D\u05D0");
         DrawSymbol(120, 160, 5);
         EnumFontsEx();

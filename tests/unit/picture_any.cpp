@@ -42,6 +42,9 @@ const Bytes rgb = card([](Bytes &b, Color c) { b.insert(b.end(), {c.r, c.g, c.b}
 const Bytes rgb16 = card([](Bytes &b, Color c) { b.insert(b.end(), {c.r, 9, c.g, 9, c.b, 9}); });
 const Bytes rgba = card([](Bytes &b, Color c) { b.insert(b.end(), {c.r, c.g, c.b, 255}); });
 const Bytes grey = card([](Bytes &b, Color c) { b.push_back(uint8_t(c.grey())); });
+const Bytes grey_alpha = card([](Bytes &b, Color c) {
+    b.insert(b.end(), {uint8_t(c.grey()), 255});
+});
 const Bytes negative = card([](Bytes &b, Color c) { b.push_back(uint8_t(255 - c.grey())); });
 const Bytes native16 = card([](Bytes &b, Color c) {
     for (const uint8_t part : {c.r, c.g, c.b}) b.insert(b.end(), {9, part});
@@ -94,6 +97,20 @@ std::string write_bmp(const std::string &path, unsigned bits, bool top_down) {
     return path;
 }
 
+void set_tiff_palette(const std::string &path) {
+    std::vector<uint16_t> red(256), green(256), blue(256);
+    for (size_t n = 0; n < palette().size(); ++n) {
+        red[n] = uint16_t(palette()[n].red * 257);
+        green[n] = uint16_t(palette()[n].green * 257);
+        blue[n] = uint16_t(palette()[n].blue * 257);
+    }
+    TIFF *tiff = TIFFOpen(path.c_str(), "r+");
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_PALETTE); // without colours it was none
+    TIFFSetField(tiff, TIFFTAG_COLORMAP, red.data(), green.data(), blue.data());
+    TIFFRewriteDirectory(tiff);
+    TIFFClose(tiff);
+}
+
 class AnyPicture : public FileTest {};
 
 BitmapPtr load(const std::string &path, int w = -1, int h = -1, int how = PICTURE_FIT,
@@ -116,6 +133,7 @@ TEST_F(AnyPicture, HasTheSameGreysInEveryFormat) {
         png(16, PNG_COLOR_TYPE_RGB, rgb16);
         png(8, PNG_COLOR_TYPE_RGBA, rgba);
         png(8, PNG_COLOR_TYPE_GRAY, grey);
+        png(8, PNG_COLOR_TYPE_GRAY_ALPHA, grey_alpha);
         write_png(path("png"), card_w, card_h, {8, PNG_COLOR_TYPE_PALETTE, interlaced, colors},
                   indexes());
     }
@@ -135,6 +153,8 @@ TEST_F(AnyPicture, HasTheSameGreysInEveryFormat) {
     for (size_t plane = 0; plane < 3; ++plane)
         for (size_t i = plane; i < rgb.size(); i += 3) planes.push_back(rgb[i]);
     tiff({8, 3, PHOTOMETRIC_RGB, COMPRESSION_NONE, PLANARCONFIG_SEPARATE}, planes);
+    tiff({8, 1, PHOTOMETRIC_PALETTE}, indexes());
+    set_tiff_palette(paths.back());
     for (const unsigned bits : {8U, 16U, 24U, 32U})
         for (const bool top_down : {false, true}) write_bmp(path("bmp"), bits, top_down);
 
@@ -172,6 +192,48 @@ TEST_F(AnyPicture, BlackIsBlackAndTransparentIsWhite) {
     const BitmapPtr bm = load("a.png");
     ASSERT_NE(bm, nullptr);
     EXPECT_EQ(levels(*bm), std::vector<int>(card_w * card_h, 15));
+}
+
+// Few bits a pixel, and the short header of the first version.
+TEST_F(AnyPicture, SmallBmpFiles) {
+    const auto le = [](std::initializer_list<std::pair<uint32_t, int>> numbers) {
+        std::string out;
+        for (const auto &[n, bytes] : numbers) put_le(out, n, bytes);
+        return out;
+    };
+    const std::string four = "BM" + le({{0, 4},
+                                        {0, 4},
+                                        {62, 4},
+                                        {40, 4},
+                                        {3, 4},
+                                        {2, 4},
+                                        {1, 2},
+                                        {4, 2},
+                                        {0, 4},
+                                        {0, 4},
+                                        {0, 4},
+                                        {0, 4},
+                                        {2, 4},
+                                        {0, 4},
+                                        {0xFFFFFF, 4},
+                                        {0xFF0000, 4},
+                                        {0x0001, 4},
+                                        {0x1012, 4}}); // colours beyond the second are black
+    write_file("4.bmp", four);
+    EXPECT_EQ(levels(*load("4.bmp")), (std::vector<int>{4, 0, 4, 15, 4, 15}));
+    const std::string one = "BM" + le({{0, 4},
+                                       {0, 4},
+                                       {32, 4},
+                                       {12, 4},
+                                       {10, 2},
+                                       {1, 2},
+                                       {1, 2},
+                                       {1, 2},
+                                       {0x00FF00, 3},
+                                       {0xFFFFFF, 3},
+                                       {0x405A, 4}});
+    write_file("1.bmp", one);
+    EXPECT_EQ(levels(*load("1.bmp")), (std::vector<int>{9, 15, 9, 15, 15, 9, 15, 9, 9, 15}));
 }
 
 // --- EXIF

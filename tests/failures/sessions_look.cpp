@@ -90,6 +90,7 @@ class Languages : public Session {
     Languages() {
         write_file("system/language/en.txt", "English\n@B=c\n@N$1=one\n@N$2=many\n");
         write_file("system/language/de.txt", "Deutsch\n@B=d\n@A=see @B\n");
+        write_file("app/en.txt", "@Mine=here\n");
     }
 
     bool run() override {
@@ -98,12 +99,14 @@ class Languages : public Session {
         LoadLanguage("de");
         const bool german = *GetLangText("@B") == 'd';
         LoadLanguage("en");
+        AddLanguageFolder("app");
+        const bool mine = *GetLangText("@Mine") == 'h';
         AddTranslation("@own", "word");
         int depth = 0;
         GetLangTextR("@A", &depth);
         GetLangTextF("@B");
         GetLangTextPlural("@N", 2);
-        return listed && german && *GetLangText("@B") == 'c' && *GetLangText("@own") == 'w';
+        return listed && german && mine && *GetLangText("@B") == 'c' && *GetLangText("@own") == 'w';
     }
 
   private:

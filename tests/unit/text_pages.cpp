@@ -124,7 +124,8 @@ TEST_F(Pages, EndAtWordsAndBetweenNumbers) {
             EXPECT_FALSE(is_digit(before) && std::strchr(",./", c) && is_digit(next));
             EXPECT_FALSE(is_sign && is_digit(text[at - 2]) && is_digit(c)) << text.substr(at - 5);
             const bool is_whole = (flags & TEXT_WHOLE_WORDS) != 0 && (before | c) > 0;
-            EXPECT_FALSE(is_whole && std::isalpha(before) && std::isalpha(c)) << text.substr(at - 5);
+            EXPECT_FALSE(is_whole && std::isalpha(before) && std::isalpha(c))
+                << text.substr(at - 5);
         }
     }
 }
@@ -153,7 +154,11 @@ TEST_F(Pages, EndWhereTheirRulesSay) {
         {"a\nb\n\n\nc", wide, 2, TEXT_NO_EMPTY_TOP, {"a\nb\n\n\n", "c"}},
         {"a\nb\n\n\nc", wide, 2, 0, {"a\nb\n", "\n\n", "c"}},
         {"mmmm mmmm", word + 12, 1, TEXT_WHOLE_WORDS, {"mmmm ", "mmmm"}},
-        {"mmmm-5 4", StringWidth("mmmm-"), 1, TEXT_WHOLE_WORDS, {"mmmm-", "5 4"}}, // the word's sign
+        {"mmmm-5 4",
+         StringWidth("mmmm-"),
+         1,
+         TEXT_WHOLE_WORDS,
+         {"mmmm-", "5 4"}}, // the word's sign
         {"mmm -5 4", StringWidth("mmm -"), 1, TEXT_WHOLE_NUMBERS, {"mmm ", "-5 4"}},
         {"mm 4,312", StringWidth("mm 4,3"), 1, TEXT_WHOLE_NUMBERS, {"mm ", "4,312"}},
         {"mm 4,312", StringWidth("mm 4,3"), 2, TEXT_WHOLE_NUMBERS, {"mm 4,312"}},

@@ -37,26 +37,13 @@ namespace kelvane {
 
 namespace detail {
 
+template <class E, class... Kinds>
+constexpr bool is_one_of = (std::is_same_v<E, Kinds> || ...);
 template <class E>
-struct is_flag : std::false_type {};
-template <>
-struct is_flag<decltype(ALIGN_LEFT)> : std::true_type {};
-template <>
-struct is_flag<decltype(BITMAP_STRETCH)> : std::true_type {};
-template <>
-struct is_flag<decltype(MIRROR_VERTICAL)> : std::true_type {};
-template <>
-struct is_flag<decltype(LOAD_LEFT)> : std::true_type {};
-template <>
-struct is_flag<decltype(RECT_ROUND_BL)> : std::true_type {};
-template <>
-struct is_flag<decltype(FRAME_HEADER)> : std::true_type {};
-template <>
-struct is_flag<decltype(DEF_BUTTON2)> : std::true_type {};
-template <>
-struct is_flag<decltype(KBD_PASSWORD)> : std::true_type {};
-template <>
-struct is_flag<decltype(KV_NAME_COMPONENT)> : std::true_type {};
+constexpr bool is_flag =
+    is_one_of<E, decltype(ALIGN_LEFT), decltype(BITMAP_FIT), decltype(MIRROR_VERTICAL),
+              decltype(LOAD_LEFT), decltype(RECT_ROUND_BL), decltype(FRAME_HEADER),
+              decltype(DEF_BUTTON2), decltype(KBD_PASSWORD), decltype(KV_NAME_COMPONENT)>;
 
 struct CloseFont {
     void operator()(ifont *font) const { ::CloseFont(font); }
@@ -74,8 +61,8 @@ struct CloseConfig {
 
 /** Flags of two kinds in one number, where the language would warn: ALIGN_CENTER | BITMAP_FIT. */
 template <class A, class B,
-          std::enable_if_t<!std::is_same_v<A, B> && kelvane::detail::is_flag<A>::value &&
-                               kelvane::detail::is_flag<B>::value,
+          std::enable_if_t<!std::is_same_v<A, B> && kelvane::detail::is_flag<A> &&
+                               kelvane::detail::is_flag<B>,
                            int> = 0>
 constexpr int operator|(A a, B b) {
     return static_cast<int>(a) | static_cast<int>(b);
@@ -236,14 +223,13 @@ std::optional<App> &application() {
 }
 
 template <class App, class = void>
-struct has_handle : std::false_type {};
+constexpr bool has_handle = false;
 template <class App>
-struct has_handle<App, std::void_t<decltype(std::declval<App &>().handle(0, 0, 0))>>
-    : std::true_type {};
+constexpr bool has_handle<App, std::void_t<decltype(std::declval<App &>().handle(0, 0, 0))>> = true;
 
 template <class App>
 int hear(App &app, int type, int par1, int par2) {
-    if constexpr (has_handle<App>::value)
+    if constexpr (has_handle<App>)
         return static_cast<int>(app.handle(type, par1, par2));
     else
         return static_cast<int>(app(type, par1, par2));
@@ -270,7 +256,7 @@ int hear_event(int type, int par1, int par2) noexcept {
  */
 template <class App>
 int run() {
-    static_assert(detail::has_handle<App>::value, "int handle(int type, int par1, int par2)");
+    static_assert(detail::has_handle<App>, "int handle(int type, int par1, int par2)");
     KelvaneMain(detail::hear_event<App>);
     return GetCanvas() ? 0 : 1;
 }

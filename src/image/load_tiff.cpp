@@ -197,6 +197,9 @@ bool read_rows(TIFF *tiff, const Header &h, Pipeline &pipeline) {
     return true;
 }
 
+// What a pixel takes in memory at once: the colours, and the samples of its strip.
+constexpr size_t converted_bytes = 2 * sizeof(uint32_t);
+
 // libtiff's own conversion of any picture, whole, in the order of the file.
 class Colors {
   public:
@@ -274,7 +277,7 @@ raster::BitmapPtr image::decode_tiff(const char *path, const Request &request) {
     const bool is_plain = h.is_plain();
     if (!::is_reasonable(h) || !has_bounded_strips(tiff.get()) ||
         !has_bounded_scans(tiff.get(), h) ||
-        (!is_plain && !image::is_reasonable(h.size(), h.width * sizeof(uint32_t))))
+        (!is_plain && !image::is_reasonable(h.size(), h.width * converted_bytes)))
         throw std::bad_alloc();
     Pipeline pipeline(h.size(), request.place(h.size()), request.finish);
     const bool is_whole =

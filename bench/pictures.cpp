@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <malloc.h>
@@ -213,6 +214,37 @@ void png_and_imlib(benchmark::State &state) {
         state, Against::peer, [&] { load_ours(path); }, [&] { load_by_imlib(path); });
 }
 BENCHMARK(png_and_imlib)->UseManualTime();
+
+// The same file by LoadPicture() and by the loader of its format.
+void any_picture_and_loader(benchmark::State &state) {
+    const bool is_png = state.range(0) == 0;
+    state.SetLabel(is_png ? "PNG" : "JPEG");
+    const std::string path = is_png ? png_file(1200, 1600) : jpeg_file(3000, 4000);
+    const auto load_any = [&] {
+        ibitmap *bm = LoadPicture(path.c_str(), target_width, target_height, PICTURE_STRETCH, 0);
+        check(bm != nullptr);
+        std::free(bm);
+    };
+    beside(state, Against::limit, load_any, [&] { load_ours(path); });
+}
+BENCHMARK(any_picture_and_loader)->ArgName("jpeg")->Arg(0)->Arg(1)->UseManualTime();
+
+void picture_size_and_reading(benchmark::State &state) {
+    state.SetLabel("the limit opens the file and reads its first 4 KB");
+    const std::string path = state.range(0) == 0 ? png_file(1200, 1600) : jpeg_file(900, 900);
+    const auto read_start = [&] {
+        char bytes[4096];
+        const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        check(read(file, bytes, sizeof bytes) == sizeof bytes);
+        close(file);
+    };
+    const auto ask = [&] {
+        int w, h;
+        check(GetPictureSize(path.c_str(), &w, &h) == 1);
+    };
+    beside(state, Against::limit, ask, read_start);
+}
+BENCHMARK(picture_size_and_reading)->ArgName("jpeg")->Arg(0)->Arg(1)->UseManualTime();
 
 // A line of /proc/self/status in bytes.
 double memory(const char *name) {

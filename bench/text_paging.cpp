@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Going through three megabytes of text page by page, beside laying the same text out in chunks of
-// 100,000 characters.
+// Going through three megabytes of text page by page, and finding where all pages start, beside
+// laying the same text out in chunks of 100,000 characters.
 #include "beside.h"
 #include "ground/utf8.h"
 #include "text_common.h"
@@ -65,7 +65,13 @@ int height_of(const std::vector<std::string> &chunks) {
     return height;
 }
 
-void pages_and_chunks(benchmark::State &state, const std::string &text, const char *font_file) {
+int paginated(const std::string &text) {
+    return Paginate(text.c_str(), bench_width, page_height, page_height, ALIGN_LEFT, nullptr, 0);
+}
+
+template <class Pages>
+void pages_and_chunks(benchmark::State &state, const std::string &text, const char *font_file,
+                      Pages pages) {
     const BenchFont font;
     const NothingShows canvas;
     ifont *const own = font_file != nullptr ? OpenFont(font_file, bench_font_size, 1) : nullptr;
@@ -75,18 +81,25 @@ void pages_and_chunks(benchmark::State &state, const std::string &text, const ch
     Turns turns(state, Against::limit);
     for (auto _ : state) {
         turns.other([&] { benchmark::DoNotOptimize(height_of(chunks)); });
-        turns.ours([&] { benchmark::DoNotOptimize(pages_of(text)); });
+        turns.ours([&] { benchmark::DoNotOptimize(pages(text)); });
     }
     CloseFont(own);
 }
 
-void add(const char *language, const std::string &text, const char *font_file) {
+template <class Pages>
+void add(const char *name, const char *language, const std::string &text, const char *font_file,
+         Pages pages) {
     benchmark::RegisterBenchmark(
-        (std::string("pages_and_chunks<") + language + '>').c_str(),
-        [=](benchmark::State &state) { pages_and_chunks(state, text, font_file); })
+        (std::string(name) + '<' + language + '>').c_str(),
+        [=](benchmark::State &state) { pages_and_chunks(state, text, font_file, pages); })
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond)
         ->Iterations(3);
+}
+
+void add(const char *language, const std::string &text, const char *font_file) {
+    add("pages_and_chunks", language, text, font_file, pages_of);
+    add("paginate_and_chunks", language, text, font_file, paginated);
 }
 
 } // namespace

@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(KELVANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kelvane)
 
 install(TARGETS kelvane EXPORT kelvaneTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES src/kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES src/kelvane.h src/kelvane.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES ${KELVANE_HEADERS} src/hw.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane)
 
 # An installed tree may be moved: the program finds the library by its own place.

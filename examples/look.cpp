@@ -6,17 +6,11 @@
 // boxes, menus and keyboards OK opens one after the other.
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 
-#include <kelvane.h>
+#include <kelvane.hpp>
 
 namespace {
-
-struct Free {
-    ifont *font;
-    ~Free() { CloseFont(font); }
-};
 
 // What everything is measured in.
 int unit() {
@@ -58,20 +52,17 @@ bool is_upright() {
 
 // Writes in a font of the theme, in its colour.
 void write(const irect &r, const char *font_name, const char *deflt, const char *text, int flags) {
-    const Free font{GetThemeFont(font_name, deflt)};
-    ifont *before = GetFont();
-    SetFont(font.font, -1);
+    const auto font = kelvane::Font::of_theme(font_name, deflt);
+    const kelvane::FontGuard current(font);
     DrawTextRect(r.x, r.y, r.w, r.h, text, flags);
-    SetFont(before, -1);
 }
 
 // Draws a button that ends at `bottom`. Returns its size.
 irect draw_button(const char *picture, const char *font_name, int x, int bottom, const char *text) {
-    ibitmap *button = GetResource(picture, nullptr);
+    const kelvane::Bitmap button(GetResource(picture, nullptr));
     if (!button) return iRect(x, bottom, 0, 0, 0);
-    const irect r = iRect(x, bottom - button->height, button->width, button->height, 0);
-    DrawBitmap(r.x, r.y, button);
-    std::free(button);
+    const irect r = iRect(x, bottom - button.height(), button.width(), button.height(), 0);
+    button.draw(r.x, r.y);
     write(r, font_name, "#defaultb,18,0", text, ALIGN_CENTER | VALIGN_MIDDLE);
     return r;
 }
@@ -379,14 +370,13 @@ void draw() {
 void show_caption() {
     const icaption_properties caption = LoadApplicationCaptionProperties();
     SetApplicationCaptionHeight(caption.height);
-    CloseFont(caption.font);
+    const kelvane::Font font(caption.font); // it is ours
 }
 
 // Themes have other sizes for landscape.
 void load_pager() {
-    CloseFont(pager.page_font);
-    std::free(pager.icon_left);
-    std::free(pager.icon_right);
+    const kelvane::Font font(pager.page_font);
+    const kelvane::Bitmap left(pager.icon_left), right(pager.icon_right);
     const int page = std::max(pager.current_page, 1);
     pager = LoadPagerProperties();
     pager.current_page = page;
@@ -451,6 +441,5 @@ int handler(int type, int par1, int par2) {
 } // namespace
 
 int main() {
-    KelvaneMain(handler);
-    return 1; // only reached when the screen could not be opened
+    return kelvane::run(handler);
 }

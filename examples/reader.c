@@ -19,6 +19,7 @@ static iconfig *settings;
 static int text_size, night;
 static ifont *text_font, *small_font, *label_font;
 static int minutes;
+static kv_gestures hand;
 
 static int page_handler(int type, int par1, int par2);
 
@@ -35,7 +36,8 @@ static irect foot_area(void) {
 
 static irect page_area(void) {
     const int u = unit();
-    return iRect(6 * u, 6 * u, ScreenWidth() - 12 * u, ScreenHeight() - 18 * u, ALIGN_JUSTIFY);
+    return iRect(6 * u, 6 * u, ScreenWidth() - 12 * u, ScreenHeight() - 18 * u,
+                 ALIGN_JUSTIFY | TEXT_NO_EMPTY_TOP);
 }
 
 static int inside(irect r, int x, int y) {
@@ -87,26 +89,22 @@ static void open_fonts(void) {
     label_font = OpenFont("defaultb", (9 * unit() + 1) / 2, 1);
 }
 
-/* Draws the text from an offset on; answers the offset of the next page. */
-static int draw_text_from(int start) {
+static void draw_text(void) {
     const irect area = page_area();
     SetFont(text_font, BLACK);
-    return (int)(DrawTextRect2(&area, book + start) - book);
+    DrawTextPage(area.x, area.y, area.w, area.h, book, starts[page], area.flags);
 }
 
 /* Finds where each page begins, and the page that has what was at the top of the present one. */
 static void find_pages(void) {
+    const irect area = page_area();
     const int top = starts[page];
     open_fonts();
-    SetClip(0, 0, 0, 0); /* nothing is drawn: only measured */
-    pages = page = starts[0] = 0;
-    for (int next = 0; pages < max_pages && (pages == 0 || book[next]); pages++) {
-        starts[pages] = next;
-        if (next <= top) page = pages;
-        next = draw_text_from(next);
-        next += (int)strspn(book + next, "\n"); /* no page begins with empty lines */
-    }
-    SetClip(0, 0, ScreenWidth(), ScreenHeight());
+    SetFont(text_font, BLACK);
+    pages = Paginate(book, area.w, area.h, area.h, area.flags, starts, max_pages);
+    if (pages == 0) starts[pages++] = 0; /* an empty book has an empty page */
+    page = pages - 1;
+    while (starts[page] > top) page--;
 }
 
 static void draw_foot(void) {
@@ -120,38 +118,23 @@ static void draw_foot(void) {
     DrawTextRect(foot.x, foot.y, foot.w, foot.h, text, ALIGN_RIGHT | VALIGN_MIDDLE);
 }
 
-static void make_night(irect r) {
-    if (night) InvertArea(r.x, r.y, r.w, r.h);
-}
-
 static void draw_page(void) {
     ClearScreen();
-    draw_text_from(starts[page]);
+    draw_text();
     draw_foot();
-    make_night(iRect(0, 0, ScreenWidth(), ScreenHeight(), 0));
 }
 
 static void turn_to(int number) {
-    static int turns;
     if (number < 0 || number >= pages) return;
     page = number;
     draw_page();
-    if (++turns % turns_per_flash == 0) {
-        FullUpdate();
-    } else {
-        SoftUpdate();
-    }
+    PageUpdate(turns_per_flash);
 }
 
 static void show_foot(void) {
     const irect foot = foot_area();
     draw_foot();
-    make_night(foot);
-    if (night) {
-        PartialUpdateBlack(foot.x, foot.y, foot.w, foot.h);
-    } else {
-        PartialUpdate(foot.x, foot.y, foot.w, foot.h);
-    }
+    PartialUpdate(foot.x, foot.y, foot.w, foot.h);
 }
 
 static void minute_passed(void *context) {
@@ -194,13 +177,11 @@ static void draw_place(int i) {
     DrawTextRect(row.x + 2 * u, row.y, 10 * u, row.h, number, flags);
     DrawTextRect(row.x + 12 * u, row.y + row.h / 2 - 3 * u, row.w - 14 * u, 6 * u,
                  book + starts[page_of_place(i)], flags);
-    make_night(row);
 }
 
 static void draw_places(void) {
     if (chosen >= places()) chosen = 0;
     ClearScreen();
-    make_night(iRect(0, 0, ScreenWidth(), ScreenHeight(), 0));
     for (int i = 0; i < places(); i++) draw_place(i);
 }
 
@@ -273,7 +254,6 @@ static void draw_box(void) {
         DrawRect(r.x, r.y, r.w, r.h, BLACK);
         DrawTextRect(r.x, r.y, r.w, r.h, labels[i], ALIGN_CENTER | VALIGN_MIDDLE);
     }
-    make_night(box);
 }
 
 static void draw_page_and_box(void) {
@@ -290,7 +270,7 @@ static void resize_text(int by) {
 
 static void change_night(void) {
     night = !night;
-    draw_page_and_box();
+    SetNightMode(night);
     FullUpdate();
 }
 
@@ -346,6 +326,7 @@ static void open_box(void) {
 static void start(void) {
     load_book();
     read_settings();
+    SetNightMode(night);
     find_pages();
     SetHardTimer("minute", minute_passed, minute_ms);
 }
@@ -385,8 +366,27 @@ static void tapped(int x) {
     }
 }
 
+static int finger_moved(int gesture) {
+    switch (gesture) {
+    case GESTURE_TAP:
+    case GESTURE_DOUBLE_TAP: /* two taps are two turns */
+        tapped(hand.x);
+        return 1;
+    case GESTURE_SWIPE_LEFT:
+        turn_to(page + 1);
+        return 1;
+    case GESTURE_SWIPE_RIGHT:
+        turn_to(page - 1);
+        return 1;
+    case GESTURE_LONG_PRESS:
+        SetEventHandler(places_handler);
+        return 1;
+    }
+    return 0;
+}
+
 static int page_handler(int type, int par1, int par2) {
-    (void)par2;
+    if (finger_moved(RecogniseGesture(&hand, type, par1, par2))) return 1;
     switch (type) {
     case EVT_INIT:
         start();
@@ -404,12 +404,6 @@ static int page_handler(int type, int par1, int par2) {
         return 1;
     case EVT_KEYPRESS:
         return key_pressed(par1);
-    case EVT_POINTERUP:
-        tapped(par1);
-        return 1;
-    case EVT_POINTERLONG:
-        SetEventHandler(places_handler);
-        return 1;
     case EVT_EXIT:
         save_settings();
         return 1;

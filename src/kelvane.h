@@ -34,6 +34,7 @@
 #include "kelvane/events.h"
 #include "kelvane/files.h"
 #include "kelvane/frames.h"
+#include "kelvane/gestures.h"
 #include "kelvane/hash.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"

@@ -17,24 +17,9 @@ int start_of(int x, int width, Align align) {
     }
 }
 
-// The default font, current while it lives.
-class Selected {
-  public:
-    explicit Selected(const Ink &ink)
-        : before_(GetFont()), font_(OpenFont(ink.bold ? "defaultb" : "default", ink.size, 1)) {
-        SetFont(font_, ink.color);
-    }
-    ~Selected() {
-        SetFont(before_, -1);
-        CloseFont(font_);
-    }
-    Selected(const Selected &) = delete;
-    Selected &operator=(const Selected &) = delete;
-    explicit operator bool() const { return font_ != nullptr; }
-
-  private:
-    ifont *before_, *font_;
-};
+kelvane::Font font_of(const Ink &ink) {
+    return {ink.bold ? "defaultb" : "default", ink.size};
+}
 
 } // namespace
 
@@ -49,13 +34,15 @@ int capital_height(int size) {
 }
 
 int text_width(const char *text, const Ink &ink) {
-    const Selected font(ink);
+    const kelvane::Font font = font_of(ink);
+    const kelvane::FontGuard current(font, ink.color);
     return font ? StringWidth(text) : 0;
 }
 
 void draw_text(int x, int y, const char *text, const Ink &ink, Align align) {
-    const Selected font(ink);
+    const kelvane::Font font = font_of(ink);
     if (!font) return;
-    DrawString(start_of(x, StringWidth(text), align),
-               y + capital_height(ink.size) - GetFont()->baseline, text);
+    const kelvane::FontGuard current(font, ink.color);
+    DrawString(start_of(x, StringWidth(text), align), y + capital_height(ink.size) - font->baseline,
+               text);
 }

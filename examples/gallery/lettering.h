@@ -2,7 +2,7 @@
 // Labels: a line of text in the default font.
 #pragma once
 
-#include <kelvane.h>
+#include <kelvane.hpp>
 
 enum class Align { left, centre, right };
 

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <numeric>
 
-#include <kelvane.h>
+#include <kelvane.hpp>
 
 #include "lettering.h"
 #include "page.h"
@@ -213,6 +213,5 @@ int main(int argc, char **argv) {
         current = i;
         stay_on_page = true;
     }
-    KelvaneMain(handler);
-    return 1; // only reached when the screen could not be opened
+    return kelvane::run(handler);
 }

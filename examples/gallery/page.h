@@ -2,7 +2,7 @@
 // A page of the gallery and the measures that all pages share.
 #pragma once
 
-#include <kelvane.h>
+#include <kelvane.hpp>
 
 struct Page {
     const char *title;

@@ -77,12 +77,10 @@ irect inner(const irect &paper) {
 }
 
 void draw_paper(const irect &paper) {
-    const irect outer = GetClipRect(), sheet = inner(paper);
     FillAreaRect(&paper, WHITE);
     DrawRect(paper.x, paper.y, paper.w, paper.h, BLACK);
-    SetClipRect(&sheet);
+    const kelvane::ClipGuard sheet(inner(paper));
     for (const Piece &p : painting) draw_piece(paper, p);
-    SetClipRect(&outer);
 }
 
 void draw(const irect &area) {
@@ -91,13 +89,13 @@ void draw(const irect &area) {
 }
 
 void stroke_to(const irect &paper, int x, int y) {
-    const irect outer = GetClipRect(), sheet = inner(paper);
     if (painting.size() == most_pieces) painting.erase(painting.begin());
     painting.push_back({int16_t(last_x - paper.x), int16_t(last_y - paper.y), int16_t(x - paper.x),
                         int16_t(y - paper.y), int16_t(brush(size)), colors[color]});
-    SetClipRect(&sheet);
-    draw_piece(paper, painting.back());
-    SetClipRect(&outer);
+    {
+        const kelvane::ClipGuard sheet(inner(paper));
+        draw_piece(paper, painting.back());
+    }
     const int reach = brush(size) + 1;
     DynamicUpdateA2(std::max(0, std::min(x, last_x) - reach),
                     std::max(0, std::min(y, last_y) - reach), std::abs(x - last_x) + 2 * reach,

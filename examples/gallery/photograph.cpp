@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -108,7 +109,7 @@ int scene(int x, int y) {
 Bitmap make_grey_bitmap(int w, int h) {
     const size_t bytes = size_t(w) * size_t(h);
     Bitmap bm(static_cast<ibitmap *>(std::malloc(sizeof(ibitmap) + bytes + 4)));
-    if (!bm) return nullptr;
+    if (!bm) return bm;
     bm->width = static_cast<unsigned short>(w);
     bm->height = static_cast<unsigned short>(h);
     bm->depth = 8;

@@ -2,15 +2,9 @@
 // A landscape made by arithmetic, with the greys of a photograph.
 #pragma once
 
-#include <cstdlib>
-#include <memory>
+#include <kelvane.hpp>
 
-#include <kelvane.h>
-
-struct BitmapFree {
-    void operator()(ibitmap *bm) const { std::free(bm); }
-};
-using Bitmap = std::unique_ptr<ibitmap, BitmapFree>;
+using kelvane::Bitmap;
 
 // A white bitmap of 256 greys; null when memory runs out.
 Bitmap make_grey_bitmap(int w, int h);

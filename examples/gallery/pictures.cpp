@@ -73,11 +73,12 @@ void two_greys(const irect &r) {
 Bitmap make_medal(int size) {
     constexpr int key = 1;
     Bitmap bm = make_grey_bitmap(size, size);
-    if (!bm) return nullptr;
+    if (!bm) return bm;
     icanvas canvas = {size, size, size, 8, 0, size - 1, 0, size - 1, bm->data};
-    SetCanvas(&canvas);
-    StretchBitmap(-size / 6, 0, size * 4 / 3, size, photograph(), 0);
-    SetCanvas(nullptr);
+    {
+        const kelvane::CanvasGuard drawn_on(&canvas);
+        StretchBitmap(-size / 6, 0, size * 4 / 3, size, photograph(), 0);
+    }
     const int outer = size / 2, inner = outer - 1 - size / 40;
     for (int i = 0; i < size * size; i++) {
         const int dx = i % size - size / 2, dy = i / size - size / 2;
@@ -86,9 +87,8 @@ Bitmap make_medal(int size) {
         if (distance >= inner * inner || grey == key) grey = 0;
         if (distance >= outer * outer) grey = key;
     }
-    ibitmap *masked = bm.release();
-    SetTransparentColor(&masked, key);
-    return Bitmap(masked);
+    bm.set_transparent(key);
+    return bm;
 }
 
 void masks(const irect &r) {

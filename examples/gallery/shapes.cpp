@@ -102,15 +102,12 @@ void selections(const irect &r) {
 }
 
 void clipped(const irect &r) {
-    const irect outer = GetClipRect();
     for (int i = 0; i < 15; i++) {
-        const irect cell = grid_cell(r, 5, 3, i, unit());
-        SetClipRect(&cell);
+        const kelvane::ClipGuard cell(grid_cell(r, 5, 3, i, unit()));
         DrawCircle(r.x + r.w / 2, r.y + r.h / 2, r.h / 2, BLACK);
         for (int ray = 0; ray <= 24; ray++)
             DrawLine(r.x + r.w * ray / 24, r.y, r.x + r.w - r.w * ray / 24, r.y + r.h, DGRAY);
     }
-    SetClipRect(&outer);
 }
 
 // A moiré of stepped lines.

@@ -8,20 +8,11 @@
 
 namespace {
 
-// A font for as long as a page is drawn.
-class Font {
-  public:
-    Font(const char *name, int size, int color = BLACK) : font_(OpenFont(name, size, 1)) {
-        if (font_) font_->color = color;
+// A font that has a colour.
+struct Font : kelvane::Font {
+    Font(const char *name, int size, int color = BLACK) : kelvane::Font(name, size) {
+        if (*this) get()->color = color;
     }
-    ~Font() { CloseFont(font_); }
-    Font(const Font &) = delete;
-    Font &operator=(const Font &) = delete;
-    ifont *get() const { return font_; }
-    void use() const { SetFont(font_, -1); }
-
-  private:
-    ifont *font_;
 };
 
 int body_size() {
@@ -107,18 +98,17 @@ void draw_strength(const irect &cell) {
     const irect r = frame(cell);
     const irect dark = iRect(r.x, r.y + r.h * 3 / 4, r.w, r.h - r.h * 3 / 4, 0);
     FillAreaRect(&dark, BLACK);
-    ifont *mono = OpenFont("default", body_size(), 0);
+    const kelvane::Font mono("default", body_size(), false);
     for (int i = 0; i < 4; i++) {
         const irect line = iRect(r.x, r.y + r.h * i / 4, r.w, r.h / 4, 0);
         constexpr const char *words[] = {"Smooth edges", "Black and white", "Strong text",
                                          "White on black"};
         const Font smooth("default", body_size(), i == 3 ? WHITE : BLACK);
         if (i == 2) SetTextStrength(24);
-        SetFont(i == 1 ? mono : smooth.get(), -1);
+        SetFont(i == 1 ? mono.get() : smooth.get(), -1);
         draw_rect(line, words[i], VALIGN_MIDDLE);
         SetTextStrength(0);
     }
-    CloseFont(mono);
 }
 
 // A place in a grid, as wide as some of its columns.

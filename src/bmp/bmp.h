@@ -25,6 +25,7 @@ enum Field : size_t {
     PALETTE = 54 // behind an information header of the ordinary size
 };
 inline constexpr uint32_t ordinary_info_size = 40;
+inline constexpr uint32_t core_info_size = 12; // of the first version, with sides of 16 bits
 inline constexpr size_t palette_entry_bytes = 4;
 
 // Rows are padded to words.

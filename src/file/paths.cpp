@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <string_view>
@@ -25,6 +26,29 @@ bool is_on_storage(const char *path) {
     return std::any_of(std::begin(waiting_roots), std::end(waiting_roots), [path](auto root) {
         return ground::compare_folded(path, root.data(), root.size()) == 0;
     });
+}
+
+constexpr const char *data_folder = "./system/data";
+
+// Whether a relative path stays in the folder that it is relative to, and names something there.
+bool is_inside(std::string_view path) {
+    while (true) {
+        const size_t end = std::min(path.find('/'), path.size());
+        const std::string_view part = path.substr(0, end);
+        if (part.empty() || part == "." || part == "..") return false;
+        if (end == path.size()) return true;
+        path.remove_prefix(end + 1);
+    }
+}
+
+// Whether the folder of a path is there. The path is as before.
+bool has_folder(char *path) {
+    char *const slash = std::strrchr(path, '/');
+    *slash = '\0';
+    struct stat st;
+    const bool is_folder = stat(path, &st) == 0 && S_ISDIR(st.st_mode);
+    *slash = '/';
+    return is_folder;
 }
 
 // Waits for the storage of `path`; false for null, with errno set as the system calls do.
@@ -105,6 +129,22 @@ int kv_closedir(DIR *dir) {
 
 void kv_sync() {
     sync();
+}
+
+int AppDataPath(const char *app, const char *name, char *out, int size) {
+    if (!out || size < 1) return 0;
+    *out = '\0';
+    if (!app || !is_inside(app) || std::strchr(app, '/')) return 0;
+    if (!name) name = "";
+    if (*name && !is_inside(name)) return 0;
+    const int length =
+        std::snprintf(out, static_cast<size_t>(size), "%s/%s/%s", data_folder, app, name);
+    if (length > 0 && length < size) {
+        kv_buildpath(out);
+        if (has_folder(out)) return 1;
+    }
+    *out = '\0';
+    return 0;
 }
 
 int has_secure_storage() {

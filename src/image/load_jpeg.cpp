@@ -4,8 +4,10 @@
 #include <csetjmp>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 #include <unistd.h>
+#include <vector>
 
 #include <jpeglib.h>
 
@@ -14,17 +16,23 @@
 #include "ground/guard.h"
 #include "ground/log.h"
 #include "image/available_memory.h"
+#include "image/decode.h"
 #include "image/from_memory.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
 #include "image/stream.h"
 #include "kelvane/pictures.h"
+#include "raster/pixels.h"
 
 namespace {
 
 using namespace image;
 
 constexpr const char *function = "LoadJPEG";
+
+// What becomes of pictures for print, in four inks.
+enum class Inks { refused, mixed };
+constexpr int inks_of_print = 4;
 
 // One decompression. libjpeg leaves a failing call by a jump: to be safe to jump out of, the
 // functions that call it hold nothing that has a destructor.
@@ -37,8 +45,9 @@ class JpegDecoder {
     // Each is false when the file is damaged or not supported.
     template <class SetSource>
     bool read_header(SetSource set_source);
-    bool start(unsigned denominator);
-    bool read_rows(Pipeline &pipeline);
+    bool start(unsigned denominator, Inks inks);
+    // With room for a row of four inks, if that is what the picture has.
+    bool read_rows(Pipeline &pipeline, uint8_t *raw);
 
     Size size() const {
         return {static_cast<int>(info_.image_width), static_cast<int>(info_.image_height)};
@@ -46,6 +55,7 @@ class JpegDecoder {
     Size decoded_size() const {
         return {static_cast<int>(info_.output_width), static_cast<int>(info_.output_height)};
     }
+    bool has_inks() const { return info_.output_components == inks_of_print; }
     int64_t estimated_bytes() const {
         return int64_t{info_.num_components} * info_.data_precision * info_.image_width / 8 *
                info_.image_height;
@@ -59,6 +69,7 @@ class JpegDecoder {
     static void heed_message(j_common_ptr info, int level);
     static void limit_scans(j_common_ptr info);
     bool lacks_data() const;
+    void mix(const uint8_t *inks, uint8_t *row) const;
 
     jpeg_decompress_struct info_{};
     jpeg_error_mgr errors_{};
@@ -104,31 +115,48 @@ bool JpegDecoder::read_header(SetSource set_source) {
     return true;
 }
 
-bool JpegDecoder::start(unsigned denominator) {
+bool JpegDecoder::start(unsigned denominator, Inks inks) {
     if (setjmp(failure_) != 0) return false;
     // A missing scan would only make the picture coarser.
     tells_missing_data_ = !info_.arith_code && !jpeg_has_multiple_scans(&info_);
-    info_.out_color_space = JCS_GRAYSCALE;
+    const bool has_inks = info_.jpeg_color_space == JCS_CMYK || info_.jpeg_color_space == JCS_YCCK;
+    info_.out_color_space = has_inks && inks == Inks::mixed ? JCS_CMYK : JCS_GRAYSCALE;
     info_.scale_num = 1;
     info_.scale_denom = denominator;
     jpeg_start_decompress(&info_);
     return true;
 }
 
-bool JpegDecoder::read_rows(Pipeline &pipeline) {
+bool JpegDecoder::read_rows(Pipeline &pipeline, uint8_t *raw) {
     if (setjmp(failure_) != 0) return false;
+    const bool has_inks = info_.output_components == inks_of_print;
     while (info_.output_scanline < info_.output_height) {
-        JSAMPROW row = pipeline.row();
+        JSAMPROW row = has_inks ? raw : pipeline.row();
         jpeg_read_scanlines(&info_, &row, 1);
+        if (has_inks) mix(raw, pipeline.row());
         pipeline.row_done();
     }
     return true;
 }
 
-unsigned denominator(Size picture, Size wanted, Scaling scaling) {
+// Adobe's files have the light that an ink leaves; others, how much there is of it.
+void JpegDecoder::mix(const uint8_t *inks, uint8_t *row) const {
+    const int turned = info_.saw_Adobe_marker ? 0 : 255;
+    const auto light = [&](int i) { return std::abs(turned - inks[i]); };
+    for (unsigned x = 0; x < info_.output_width; ++x, inks += inks_of_print) {
+        const int black = light(3);
+        row[x] =
+            raster::grey_of(light(0) * black / 255, light(1) * black / 255, light(2) * black / 255);
+    }
+}
+
+// By how much a picture is decoded smaller that is drawn much smaller: in its shape in the size, or
+// over all of it.
+enum class Extent { inside, all };
+
+unsigned denominator(Size picture, Size wanted, Extent extent) {
     const int across = picture.width / wanted.width, down = picture.height / wanted.height;
-    const int ratio =
-        scaling == Scaling::proportional ? std::max(across, down) : std::min(across, down);
+    const int ratio = extent == Extent::inside ? std::max(across, down) : std::min(across, down);
     for (const int d : {8, 4, 2})
         if (ratio >= d) return static_cast<unsigned>(d);
     return 1;
@@ -166,9 +194,10 @@ raster::BitmapPtr decode(SetSource set_source, Size wanted, Scaling scaling, con
     if (!fits_memory(decoder)) return nullptr;
     if (!is_reasonable(size)) throw std::bad_alloc();
     wanted = resolved(wanted, size);
-    if (!decoder.start(denominator(size, wanted, scaling))) return damaged(faults);
+    const Extent extent = scaling == Scaling::proportional ? Extent::inside : Extent::all;
+    if (!decoder.start(denominator(size, wanted, extent), Inks::refused)) return damaged(faults);
     Pipeline pipeline(decoder.decoded_size(), wanted, scaling, finish);
-    if (!decoder.read_rows(pipeline)) return damaged(faults);
+    if (!decoder.read_rows(pipeline, nullptr)) return damaged(faults);
     return pipeline.finish();
 }
 
@@ -180,6 +209,23 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
 }
 
 } // namespace
+
+raster::BitmapPtr image::decode_jpeg(std::FILE *file, const Request &request) {
+    JpegDecoder decoder;
+    if (!decoder.read_header([=](j_decompress_ptr info) { jpeg_stdio_src(info, file); }))
+        return nullptr;
+    const Size size = decoder.size();
+    if (!is_reasonable(size) || !fits_memory(decoder)) throw std::bad_alloc();
+    const Placement place = request.place(size);
+    // Both sides shrink by the same, but for the last pixel of one.
+    const Extent extent = request.shape == Shape::fitted ? Extent::inside : Extent::all;
+    if (!decoder.start(denominator(size, place.drawn, extent), Inks::mixed)) return nullptr;
+    const Size decoded = decoder.decoded_size();
+    Pipeline pipeline(decoded, place, request.finish);
+    std::vector<uint8_t> raw(decoder.has_inks() ? static_cast<size_t>(decoded.width) * inks_of_print
+                                                : 0);
+    return decoder.read_rows(pipeline, raw.data()) ? pipeline.finish() : nullptr;
+}
 
 raster::BitmapPtr image::load_jpeg(std::span<const uint8_t> bytes, Size wanted) {
     constexpr int unchanged = 100;

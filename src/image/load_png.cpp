@@ -12,6 +12,7 @@
 
 #include "ground/guard.h"
 #include "ground/log.h"
+#include "image/decode.h"
 #include "image/from_memory.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
@@ -41,15 +42,19 @@ uint8_t on_white(int grey, int alpha) {
     return static_cast<uint8_t>(grey + transparency - grey * transparency / 255);
 }
 
-// Colours without an alpha of their own have always been weighed from the wrong end, and pictures
-// are made to look right that way.
-uint8_t exchanged_grey(const uint8_t *rgb) {
-    return raster::grey_of(rgb[2], rgb[1], rgb[0]);
+// The loaders of PNG have always weighed colours without an alpha of their own from the wrong end,
+// and pictures are made to look right that way.
+enum class Weights { exchanged, right };
+
+uint8_t grey_of(Weights weights, const uint8_t *rgb) {
+    return weights == Weights::right ? raster::grey_of(rgb[0], rgb[1], rgb[2])
+                                     : raster::grey_of(rgb[2], rgb[1], rgb[0]);
 }
 
 using Palette = std::array<uint8_t, 256>; // the grey of each index
 
-void to_grey(Pixels kind, const Palette &palette, const uint8_t *p, std::span<uint8_t> row) {
+void to_grey(Pixels kind, Weights weights, const Palette &palette, const uint8_t *p,
+             std::span<uint8_t> row) {
     switch (kind) {
     case Pixels::grey:
         std::memcpy(row.data(), p, row.size());
@@ -61,10 +66,10 @@ void to_grey(Pixels kind, const Palette &palette, const uint8_t *p, std::span<ui
         for (uint8_t &grey : row) grey = on_white(p[0], p[1]), p += 2;
         break;
     case Pixels::rgb:
-        for (uint8_t &grey : row) grey = exchanged_grey(p), p += 3;
+        for (uint8_t &grey : row) grey = grey_of(weights, p), p += 3;
         break;
     case Pixels::rgb_keyed:
-        for (uint8_t &grey : row) grey = on_white(exchanged_grey(p), p[3]), p += 4;
+        for (uint8_t &grey : row) grey = on_white(grey_of(weights, p), p[3]), p += 4;
         break;
     case Pixels::rgba:
         for (uint8_t &grey : row) grey = on_white(raster::grey_of(p[0], p[1], p[2]), p[3]), p += 4;
@@ -77,7 +82,7 @@ void to_grey(Pixels kind, const Palette &palette, const uint8_t *p, std::span<ui
 class PngDecoder {
   public:
     // `file` outlives the decoder. Throws std::bad_alloc.
-    explicit PngDecoder(std::span<const uint8_t> file);
+    PngDecoder(std::span<const uint8_t> file, Weights weights);
     PngDecoder(const PngDecoder &) = delete;
     ~PngDecoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
 
@@ -85,6 +90,8 @@ class PngDecoder {
     bool read_header();
     bool start();
     bool read_rows(Pipeline &pipeline, uint8_t *raw);
+    // The same of an interlaced file, with room for all rows.
+    bool read_image(Pipeline &pipeline, uint8_t *raw);
 
     Size size() const {
         return {static_cast<int>(png_get_image_width(png_, info_)),
@@ -99,16 +106,20 @@ class PngDecoder {
     static void read(png_structp png, png_bytep to, size_t count);
     void choose_pixels();
     void read_palette();
+    void put_row(Pipeline &pipeline, const uint8_t *raw) const;
 
     std::span<const uint8_t> unread_;
+    const Weights weights_;
     png_structp png_;
     png_infop info_;
+    int passes_ = 1;
     Pixels pixels_ = Pixels::grey;
     Palette palette_{};
 };
 
-PngDecoder::PngDecoder(std::span<const uint8_t> file)
-    : unread_(file), png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
+PngDecoder::PngDecoder(std::span<const uint8_t> file, Weights weights)
+    : unread_(file), weights_(weights),
+      png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
       info_(!png_ ? nullptr : png_create_info_struct(png_)) {
     if (info_) return;
     png_destroy_read_struct(&png_, nullptr, nullptr);
@@ -137,6 +148,7 @@ bool PngDecoder::start() {
     png_set_strip_16(png_);
     png_set_packing(png_);
     choose_pixels();
+    passes_ = png_set_interlace_handling(png_);
     png_read_update_info(png_, info_);
     return true;
 }
@@ -173,7 +185,7 @@ void PngDecoder::read_palette() {
     for (int i = 0; i < color_count; ++i) {
         const uint8_t rgb[] = {colors[i].red, colors[i].green, colors[i].blue};
         palette_[static_cast<size_t>(i)] =
-            on_white(exchanged_grey(rgb), i < alpha_count ? alphas[i] : 255);
+            on_white(grey_of(weights_, rgb), i < alpha_count ? alphas[i] : 255);
     }
 }
 
@@ -183,10 +195,27 @@ bool PngDecoder::read_rows(Pipeline &pipeline, uint8_t *raw) {
     for (int y = 0; y < s.height; ++y) {
         const bool used = pipeline.row_is_used();
         png_read_row(png_, used ? raw : nullptr, nullptr);
-        if (used) to_grey(pixels_, palette_, raw, {pipeline.row(), static_cast<size_t>(s.width)});
+        if (used) put_row(pipeline, raw);
         pipeline.row_done();
     }
     png_read_end(png_, nullptr);
+    return true;
+}
+
+void PngDecoder::put_row(Pipeline &pipeline, const uint8_t *raw) const {
+    to_grey(pixels_, weights_, palette_, raw, {pipeline.row(), static_cast<size_t>(size().width)});
+}
+
+bool PngDecoder::read_image(Pipeline &pipeline, uint8_t *raw) {
+    if (setjmp(png_jmpbuf(png_)) != 0) return false;
+    const auto height = static_cast<size_t>(size().height);
+    for (int pass = 0; pass < passes_; ++pass)
+        for (size_t y = 0; y < height; ++y) png_read_row(png_, raw + y * row_bytes(), nullptr);
+    png_read_end(png_, nullptr);
+    for (size_t y = 0; y < height; ++y) {
+        if (pipeline.row_is_used()) put_row(pipeline, raw + y * row_bytes());
+        pipeline.row_done();
+    }
     return true;
 }
 
@@ -208,7 +237,7 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling) {
 
 raster::BitmapPtr image::load_png(std::span<const uint8_t> bytes, const char *path, Size wanted,
                                   Scaling scaling) {
-    PngDecoder decoder(bytes);
+    PngDecoder decoder(bytes, Weights::exchanged);
     if (!decoder.read_header()) return refused("error reading file info %s\n", path);
     if (decoder.is_interlaced()) return refused("number_passes>1 - error\n", path);
     const Size size = decoder.size();
@@ -220,6 +249,22 @@ raster::BitmapPtr image::load_png(std::span<const uint8_t> bytes, const char *pa
     std::vector<uint8_t> raw(decoder.row_bytes());
     if (!decoder.read_rows(pipeline, raw.data())) return refused("error laoding %s\n", path);
     return pipeline.finish();
+}
+
+raster::BitmapPtr image::decode_png(std::span<const uint8_t> file, const Request &request) {
+    PngDecoder decoder(file, Weights::right);
+    if (!decoder.read_header()) return nullptr;
+    const Size size = decoder.size();
+    if (!is_reasonable(size, decoder.row_bytes())) throw std::bad_alloc();
+    if (!decoder.start()) return nullptr;
+    const bool is_interlaced = decoder.is_interlaced();
+    if (is_interlaced && !is_reasonable(size, decoder.row_bytes())) throw std::bad_alloc();
+    Pipeline pipeline(size, request.place(size), request.finish);
+    std::vector<uint8_t> raw(decoder.row_bytes() *
+                             (is_interlaced ? static_cast<size_t>(size.height) : 1));
+    const bool is_whole = is_interlaced ? decoder.read_image(pipeline, raw.data())
+                                        : decoder.read_rows(pipeline, raw.data());
+    return is_whole ? pipeline.finish() : nullptr;
 }
 
 ibitmap *LoadPNG(const char *path, int dither) {

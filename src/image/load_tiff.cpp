@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// TIFF files, decoded by libtiff: bilevel and 8-bit pictures. Others of its kinds come out white.
+// TIFF files, decoded by libtiff. LoadTIFF() takes bilevel and 8-bit pictures for what their rows
+// look like, and others of its kinds come out white; LoadPicture() takes all for what they say they
+// are.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +16,7 @@
 
 #include "ground/guard.h"
 #include "ground/log.h"
+#include "image/decode.h"
 #include "image/limits.h"
 #include "image/pipeline.h"
 #include "image/stream.h"
@@ -71,13 +74,14 @@ enum class Rows {
 
 struct Header {
     uint32_t width = 0, height = 0;
-    uint16_t bits = 0, compression = COMPRESSION_NONE;
+    uint16_t bits = 0, compression = COMPRESSION_NONE, photometric = 0, samples = 1, planar = 0;
     tmsize_t scanline = 0;
     bool tiled = false;
 
     bool is_readable() const { return width > 0 && height > 0 && bits > 0 && scanline > 0; }
     Size size() const { return {static_cast<int>(width), static_cast<int>(height)}; }
     Rows rows() const;
+    bool is_plain() const;
 };
 
 // By what rows look like, whatever the file says that the samples mean.
@@ -89,12 +93,31 @@ Rows Header::rows() const {
     return Rows::unknown;
 }
 
+// Whether rows are what they look like.
+bool Header::is_plain() const {
+    if (planar != PLANARCONFIG_CONTIG) return false;
+    switch (rows()) {
+    case Rows::bilevel:
+        return samples == 1 && photometric == PHOTOMETRIC_MINISWHITE;
+    case Rows::grey:
+        return samples == 1 && photometric == PHOTOMETRIC_MINISBLACK;
+    case Rows::colors:
+        return samples == 3 && photometric == PHOTOMETRIC_RGB;
+    case Rows::unknown:
+        break;
+    }
+    return false;
+}
+
 Header read_header(TIFF *tiff) {
     Header h;
     libtiff().TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &h.width);
     libtiff().TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &h.height);
     libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_BITSPERSAMPLE, &h.bits);
     libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &h.compression);
+    libtiff().TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &h.photometric);
+    libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_SAMPLESPERPIXEL, &h.samples);
+    libtiff().TIFFGetFieldDefaulted(tiff, TIFFTAG_PLANARCONFIG, &h.planar);
     h.scanline = libtiff().TIFFScanlineSize(tiff);
     h.tiled = libtiff().TIFFIsTiled(tiff) != 0;
     return h;
@@ -174,6 +197,54 @@ bool read_rows(TIFF *tiff, const Header &h, Pipeline &pipeline) {
     return true;
 }
 
+// What a pixel takes in memory at once: the colours, and the samples of its strip.
+constexpr size_t converted_bytes = 2 * sizeof(uint32_t);
+
+// libtiff's own conversion of any picture, whole, in the order of the file.
+class Colors {
+  public:
+    explicit Colors(TIFF *tiff) : is_open_(begin(tiff)) {
+        image_.req_orientation = image_.orientation = ORIENTATION_TOPLEFT;
+    }
+    ~Colors() {
+        if (is_open_) libtiff().TIFFRGBAImageEnd(&image_);
+    }
+    Colors(const Colors &) = delete;
+    Colors &operator=(const Colors &) = delete;
+
+    bool read(Size size, Pipeline &pipeline) {
+        const auto width = static_cast<size_t>(size.width);
+        std::vector<uint32_t> pixels(width * static_cast<size_t>(size.height));
+        if (!is_open_ ||
+            libtiff().TIFFRGBAImageGet(&image_, pixels.data(), image_.width, image_.height) == 0)
+            return false;
+        for (const uint32_t *row = pixels.data(); row < pixels.data() + pixels.size();
+             row += width) {
+            if (pipeline.row_is_used()) std::transform(row, row + width, pipeline.row(), on_white);
+            pipeline.row_done();
+        }
+        return true;
+    }
+
+  private:
+    bool begin(TIFF *tiff) {
+        char why[1024]; // as long as libtiff wants it
+        constexpr int stop_on_error = 1;
+        return libtiff().TIFFRGBAImageBegin(&image_, tiff, stop_on_error, why) != 0;
+    }
+    // Colours are multiplied by their alpha.
+    static uint8_t on_white(uint32_t p) {
+        const unsigned r = p & 255, g = p >> 8 & 255, b = p >> 16 & 255,
+                       transparency = 255 - (p >> 24);
+        const unsigned grey =
+            raster::grey_of(static_cast<int>(r), static_cast<int>(g), static_cast<int>(b));
+        return static_cast<uint8_t>(std::min(grey + transparency, 255U));
+    }
+
+    TIFFRGBAImage image_{};
+    const bool is_open_;
+};
+
 raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Finish &finish,
                        Header &h) {
     const TiffPtr tiff = open(path);
@@ -197,6 +268,22 @@ raster::BitmapPtr load(const char *path, Size wanted, Scaling scaling, const Fin
 }
 
 } // namespace
+
+raster::BitmapPtr image::decode_tiff(const char *path, const Request &request) {
+    const TiffPtr tiff = open(path);
+    if (!tiff) return nullptr;
+    const Header h = read_header(tiff.get());
+    if (!h.is_readable() || h.tiled || !is_bounded(h.compression)) return nullptr;
+    const bool is_plain = h.is_plain();
+    if (!::is_reasonable(h) || !has_bounded_strips(tiff.get()) ||
+        !has_bounded_scans(tiff.get(), h) ||
+        (!is_plain && !image::is_reasonable(h.size(), h.width * converted_bytes)))
+        throw std::bad_alloc();
+    Pipeline pipeline(h.size(), request.place(h.size()), request.finish);
+    const bool is_whole =
+        is_plain ? read_rows(tiff.get(), h, pipeline) : Colors(tiff.get()).read(h.size(), pipeline);
+    return is_whole ? pipeline.finish() : nullptr;
+}
 
 ibitmap *LoadTIFF(const char *path, int width, int height, int br, int co, int proportional) {
     if (!path) return nullptr;

@@ -59,23 +59,41 @@ Curve png_curve() {
     return curve;
 }
 
+Curve no_curve() {
+    Curve curve;
+    std::iota(curve.begin(), curve.end(), uint8_t{0});
+    return curve;
+}
+
+int panel_levels() {
+    return 1 << raster::native_depth();
+}
+
 int dithering_levels() {
-    return GetThemeInt("use_dithering", 0) != 0 ? 1 << raster::native_depth() : no_dithering;
+    return GetThemeInt("use_dithering", 0) != 0 ? panel_levels() : no_dithering;
 }
 
 Pipeline::Pipeline(Size source, Size wanted, Scaling scaling, const Finish &finish)
-    : scaling_(scaling), place_(place(source, wanted, scaling, load_flags())),
-      bitmap_(make_target(place_.bitmap)), curve_(finish.curve),
-      rows_axis_(source.height, place_.drawn.height), scaler_(source.width, place_.drawn.width) {
+    : Pipeline(source, place(source, wanted, scaling, load_flags()), finish) {
+    was_asked_for_one_load_ = scaling == Scaling::proportional;
+}
+
+Pipeline::Pipeline(Size source, const Placement &place, const Finish &finish)
+    : place_(place), margin_(std::max(0, -place.x)), bitmap_(make_target(place_.bitmap)),
+      curve_(finish.curve), rows_axis_(source.height, place_.drawn.height),
+      scaler_(source.width, place_.drawn.width) {
     if (finish.levels != no_dithering) dither_.emplace(finish.levels);
-    Curve unchanged;
-    std::iota(unchanged.begin(), unchanged.end(), uint8_t{0});
-    has_curve_ = curve_ != unchanged;
+    has_curve_ = curve_ != no_curve();
     source_row_.resize(static_cast<size_t>(source.width) + RowScaler::row_slack);
     picked_.fill(scaler_.make_pairs());
     const std::vector<uint8_t> empty = empty_row(*bitmap_, surrounding(finish));
     for (size_t y = 0; y < bitmap_->height; ++y) raster::pack_row(empty.data(), *bitmap_, y);
-    target_rows_.fill(empty);
+    const size_t length =
+        std::max(empty.size(), static_cast<size_t>(std::max(place_.x, 0) + place_.drawn.width));
+    for (std::vector<uint8_t> &row : target_rows_) {
+        row.assign(static_cast<size_t>(margin_) + length, white);
+        std::copy(empty.begin(), empty.end(), row.begin() + margin_);
+    }
     first_ = next_ = std::max(0, -place_.y);
     end_ = static_cast<int>(
         std::min<int64_t>(place_.drawn.height, int64_t{place_.bitmap.height} - place_.y));
@@ -121,7 +139,7 @@ void Pipeline::put_row(int n) {
 }
 
 raster::BitmapPtr Pipeline::finish() {
-    if (scaling_ == Scaling::proportional) reset_load_flags();
+    if (was_asked_for_one_load_) reset_load_flags();
     return std::move(bitmap_);
 }
 

@@ -25,7 +25,13 @@ Curve brightness_curve(int brightness, int contrast);
 // The fixed curve of PNG files.
 Curve png_curve();
 
+// The one that leaves them.
+Curve no_curve();
+
 inline constexpr int no_dithering = 0;
+
+// How many the panel shows.
+int panel_levels();
 
 // As many levels as the panel has when the theme asks for dithering, otherwise no_dithering.
 int dithering_levels();
@@ -43,6 +49,8 @@ class Pipeline {
     // A picture of `source` in a bitmap of `wanted`. Throws std::bad_alloc, also when there is no
     // such bitmap or it is unreasonably large.
     Pipeline(Size source, Size wanted, Scaling scaling, const Finish &finish);
+    // The same where it is known how the picture is placed.
+    Pipeline(Size source, const Placement &place, const Finish &finish);
 
     // Room for the next row of the picture.
     uint8_t *row() { return source_row_.data(); }
@@ -54,14 +62,16 @@ class Pipeline {
     raster::BitmapPtr finish();
 
   private:
-    // Rows of the drawn picture are numbered by n.
-    uint8_t *target_row(int n) { return target_rows_[static_cast<size_t>(n) % 2].data(); }
+    // Rows of the drawn picture are numbered by n. Left of a row there is room for what reaches
+    // beyond the bitmap.
+    uint8_t *target_row(int n) { return target_rows_[static_cast<size_t>(n) % 2].data() + margin_; }
     void make_row(int n, Sample sample);
     void put_dithered(int n, uint8_t *below);
     void put_row(int n);
 
-    Scaling scaling_;
+    bool was_asked_for_one_load_ = false;
     Placement place_;
+    int margin_;
     raster::BitmapPtr bitmap_;
     Curve curve_;
     bool has_curve_;

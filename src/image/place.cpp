@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <new>
 
+#include "image/limits.h"
 #include "kelvane/pictures.h"
 
 namespace image {
@@ -33,6 +35,20 @@ int start(int room, int drawn, bool at_start, bool at_end) {
 Size resolved(Size wanted, Size own) {
     return {wanted.width == -1 ? own.width : wanted.width,
             wanted.height == -1 ? own.height : wanted.height};
+}
+
+Placement place_picture(Size picture, Size wanted, Shape shape) {
+    if (shape == Shape::stretched) return {wanted, 0, 0, wanted};
+    const bool fills_width =
+        int64_t{picture.height} * wanted.width < int64_t{picture.width} * wanted.height;
+    const bool keeps_width = fills_width == (shape == Shape::fitted);
+    Size drawn = keeps_width
+                     ? Size{wanted.width, scaled(picture.height, wanted.width, picture.width)}
+                     : Size{scaled(picture.width, wanted.height, picture.height), wanted.height};
+    drawn = {std::max(drawn.width, 1), std::max(drawn.height, 1)};
+    if (drawn.width > max_side || drawn.height > max_side) throw std::bad_alloc();
+    if (shape == Shape::fitted) return {drawn, 0, 0, drawn};
+    return {wanted, (wanted.width - drawn.width) / 2, (wanted.height - drawn.height) / 2, drawn};
 }
 
 Placement place(Size picture, Size wanted, Scaling scaling, int flags) {

@@ -31,6 +31,12 @@ inline bool is_request(Size s) {
 // Sides of -1 replaced by the picture's own.
 Size resolved(Size wanted, Size own);
 
+// How LoadPicture() brings a picture to a size.
+enum class Shape { fitted, covering, stretched };
+
+// All sides are at least 1. Throws bad_alloc where a picture would be drawn unreasonably large.
+Placement place_picture(Size picture, Size wanted, Shape shape);
+
 // All sides of `picture` and `wanted` are at least 1; flags are LOAD_ bits.
 Placement place(Size picture, Size wanted, Scaling scaling, int flags);
 

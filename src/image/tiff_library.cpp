@@ -45,6 +45,9 @@ std::optional<TiffLibrary> load() {
     loader.find(tiff.TIFFOpenOptionsSetErrorHandlerExtR, "TIFFOpenOptionsSetErrorHandlerExtR");
     loader.find(tiff.TIFFOpenOptionsSetMaxSingleMemAlloc, "TIFFOpenOptionsSetMaxSingleMemAlloc");
     loader.find(tiff.TIFFOpenOptionsSetWarningHandlerExtR, "TIFFOpenOptionsSetWarningHandlerExtR");
+    loader.find(tiff.TIFFRGBAImageBegin, "TIFFRGBAImageBegin");
+    loader.find(tiff.TIFFRGBAImageEnd, "TIFFRGBAImageEnd");
+    loader.find(tiff.TIFFRGBAImageGet, "TIFFRGBAImageGet");
     loader.find(tiff.TIFFReadRawStrip, "TIFFReadRawStrip");
     loader.find(tiff.TIFFReadScanline, "TIFFReadScanline");
     loader.find(tiff.TIFFScanlineSize, "TIFFScanlineSize");

@@ -21,6 +21,9 @@ struct TiffLibrary {
     decltype(&::TIFFOpenOptionsSetErrorHandlerExtR) TIFFOpenOptionsSetErrorHandlerExtR;
     decltype(&::TIFFOpenOptionsSetMaxSingleMemAlloc) TIFFOpenOptionsSetMaxSingleMemAlloc;
     decltype(&::TIFFOpenOptionsSetWarningHandlerExtR) TIFFOpenOptionsSetWarningHandlerExtR;
+    decltype(&::TIFFRGBAImageBegin) TIFFRGBAImageBegin;
+    decltype(&::TIFFRGBAImageEnd) TIFFRGBAImageEnd;
+    decltype(&::TIFFRGBAImageGet) TIFFRGBAImageGet;
     decltype(&::TIFFReadRawStrip) TIFFReadRawStrip;
     decltype(&::TIFFReadScanline) TIFFReadScanline;
     decltype(&::TIFFScanlineSize) TIFFScanlineSize;

@@ -60,6 +60,17 @@ KELVANE_API struct dirent *kv_readdir(DIR *dir);
 KELVANE_API int kv_closedir(DIR *dir);
 /** Writes everything that the system still holds in memory to all file systems. */
 KELVANE_API void kv_sync(void);
+/**
+ * An addition: where an application keeps a file of its own, "./system/data/APP/NAME". The folders
+ * are made, the file is not.
+ * @param app the application's name: no path, and neither "." nor ".."
+ * @param name of the file, or a path below the folder, without ".."; null or "": the folder itself
+ * @param out gets the path
+ * @param size of @p out in bytes
+ * @return 1; 0, with @p out empty, for names that are none, when the path does not fit and when a
+ *         folder cannot be made
+ */
+KELVANE_API int AppDataPath(const char *app, const char *name, char *out, int size);
 /** 1 when "./system/mnt/secure" is a directory, else 0. */
 KELVANE_API int has_secure_storage(void);
 /** @} */

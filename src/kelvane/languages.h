@@ -35,6 +35,20 @@ KELVANE_API void LoadLanguage(const char *code);
 KELVANE_API void AddTranslation(const char *key, const char *text);
 
 /**
+ * An addition: loads an application's own texts, "PATH/CODE.txt" of the present language, now and
+ * after each change of it. The file is as those of the device; its first line counts for nothing.
+ * What the language lacks is taken from "PATH/en.txt". Such texts come before those of the
+ * language, and those of folders that were added later before those of earlier ones; a text that
+ * AddTranslation() gets afterwards comes before all.
+ * @param path to be readable as long as the application runs; null is ignored, and so is a folder
+ *             that is there already
+ */
+KELVANE_API void AddLanguageFolder(const char *path);
+/** An addition: the code of the language that was loaded last, such as "en"; "" before the first.
+ */
+KELVANE_API const char *GetLanguage(void);
+
+/**
  * The text for a key. A translation that is itself the "@" and name of another key leads on to that
  * key's text, through ten such steps at most; one that leads to a key without a translation is
  * returned as it is.

@@ -76,6 +76,38 @@ KELVANE_API ibitmap *LoadPNGStretch(const char *path, int width, int height, int
                                     int dither);
 /** @} */
 
+/** @name Any picture
+ * Additions. The format of a file is told by its bytes: PNG, JPEG, TIFF or BMP; see
+ * docs/pictures.md for the kinds of each. A picture is turned as its EXIF data say, transparent
+ * parts are white, and a colour has the same grey in each format: (77 R + 151 G + 28 B) >> 8. The
+ * load flags, the frame colour and the theme have no say.
+ * @{ */
+/** How LoadPicture() brings a picture to a size. */
+enum {
+    PICTURE_FIT = 0,    /**< in its shape, as large as the size allows: the bitmap may be smaller */
+    PICTURE_COVER = 1,  /**< in its shape, cut at two edges, so that it fills the whole size */
+    PICTURE_STRETCH = 2 /**< as wide and as high as asked for, whatever its shape is */
+};
+/**
+ * Loads a picture.
+ * @param w,h size in pixels; -1: the picture's own, as it is shown; anything else below 1 gives
+ *            null
+ * @param how a PICTURE_ value; any other is PICTURE_FIT
+ * @param dither not 0: the greys are dithered to those of the panel; 0: each is cut to one of them
+ * @return a new bitmap of the panel's depth, to be freed; null, with a message on standard error,
+ *         when the file cannot be opened, is damaged, of another kind or unreasonably large. A null
+ *         path gives null
+ */
+KELVANE_API ibitmap *LoadPicture(const char *path, int w, int h, int how, int dither);
+/**
+ * The size that LoadPicture() gives a picture by itself: as it is shown. Reads the beginning of the
+ * file only.
+ * @param w,h set, to 0 when the result is 0; each may be null
+ * @return 1; 0 when it is none of these pictures or cannot be read, without a message
+ */
+KELVANE_API int GetPictureSize(const char *path, int *w, int *h);
+/** @} */
+
 /** @name Saving
  * The mask is not saved. A null path or bitmap gives 0. A file of that name stays as it is until
  * the new one is whole, and when that fails: see docs/files.md.

@@ -15,6 +15,7 @@
  * | 1-9     | goes on in font 1 to 9 of RegisterFontList(), to the line's end | 0             |
  * | 10      | ends the line                                                  | 0             |
  * | 13, 173 | nothing (173: soft hyphen)                                     | 0             |
+ * | 14, 15  | with #TEXT_MARKS: #TEXT_HOLD, #TEXT_HEADING                    | 0             |
  * | 17-23   | symbol 1, 2, 3, 4, 5, 8, 9 of DrawSymbol()                     | symbol's + 2  |
  *
  * Hebrew, Arabic and their kin are drawn from right to left with joined letters. Chinese and
@@ -60,7 +61,36 @@ enum {
     TEXT_ROTATE = 0x80,      /**< the text runs upwards; width and height swap their roles */
     TEXT_DOTS = 0x200,       /**< a last line that lacks the rest of the text ends in "..." */
     TEXT_RTL_MIRROR = 0x400, /**< left and right swap when the interface runs right to left */
-    TEXT_UNDERLINE = 0x800   /**< each line is underlined */
+    TEXT_UNDERLINE = 0x800,  /**< each line is underlined */
+    /* Additions, for text that goes on from page to page. With TEXT_DOTS, behind which nothing goes
+     * on, only TEXT_WHOLE_NUMBERS and the fonts of TEXT_MARKS count. */
+    /** The last line, too, ends at a word, whatever the alignment is. */
+    TEXT_WHOLE_WORDS = 0x1000000,
+    /** No line ends within a number, such as "4,312", "-5" or "10/12", that fits on one. */
+    TEXT_WHOLE_NUMBERS = 0x2000000,
+    /**
+     * The codes #TEXT_HOLD and #TEXT_HEADING are none of the text; without this flag they are as
+     * wide as a symbol and empty.
+     */
+    TEXT_MARKS = 0x4000000,
+    /** No page ends behind the first line of a paragraph, or before its last one. */
+    TEXT_NO_WIDOWS = 0x8000000,
+    /** Empty lines that follow a page belong to it: the next one does not begin with them. */
+    TEXT_NO_EMPTY_TOP = 0x10000000
+};
+
+/**
+ * An addition: codes that count for their paragraph, with #TEXT_MARKS, in functions that lay text
+ * out in rectangles and pages.
+ */
+enum {
+    /**
+     * The font codes 1 to 9 behind it hold to the line feed, and not only to the end of the line
+     * that they stand on.
+     */
+    TEXT_HOLD = 14,
+    /** The paragraph is a heading: its last line is on one page with the text that follows it. */
+    TEXT_HEADING = 15
 };
 
 /** @name Fonts
@@ -156,6 +186,30 @@ KELVANE_API char *DrawTextRect2(const irect *r, const char *utf8);
 /** DrawTextRect() that also tells the height used; @p height may be null. */
 KELVANE_API char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags,
                                 int *height);
+/**
+ * An addition: where DrawTextRect() would end, with nothing drawn.
+ * @return the first byte that does not fit; null for null, @p utf8 when memory runs out
+ */
+KELVANE_API char *TextRectEnd(int w, int h, const char *utf8, int flags);
+/**
+ * An addition: lays a text out in pages, in the current font, with nothing drawn. Page n is what
+ * DrawTextPage() draws from @p starts[n] on, and ends where the next one starts; all of them joined
+ * are the text.
+ * @param first_h height of the first page, which may have a title above it
+ * @param h height of all others
+ * @param starts gets the byte where each page starts; null only counts, and ignores @p max
+ * @param max pages to look for; to go on later, begin again with the last of these pages
+ * @return how many pages there are, at most @p max; 0 for null, an empty text and when memory runs
+ *         out; 1 without a font
+ */
+KELVANE_API int Paginate(const char *utf8, int w, int first_h, int h, int flags, int *starts,
+                         int max);
+/**
+ * An addition: DrawTextRect() of a text from a byte on, which goes on in the font that a code
+ * before it holds (#TEXT_HOLD). In a text without that code both are the same.
+ * @param start a byte of the text at which a character begins; 0 for a negative one
+ */
+KELVANE_API char *DrawTextPage(int x, int y, int w, int h, const char *utf8, int start, int flags);
 /**
  * Draws a symbol as wide as two thirds of the font's baseline, on a line whose top is @p y.
  * @param symbol 1 left, 2 right, 3 up, 4 down, 5 OK, 8 back, 9 menu; others draw nothing

@@ -10,6 +10,7 @@
 #define KELVANE_UPDATES_H
 
 #include "api.h"
+#include "canvas.h"
 
 KELVANE_BEGIN_DECLS
 
@@ -65,6 +66,44 @@ KELVANE_API void DynamicUpdateA2(int x, int y, int w, int h);
 KELVANE_API void ExitUpdateA2(void);
 /** 1 while in the fastest mode. */
 KELVANE_API int IsInA2Update(void);
+
+/** @name Pages
+ * Additions.
+ * @{ */
+/**
+ * Shows the whole screen after a turn of the page: without a flash, and with one at each
+ * @p every-th call, or when CleanNextPage() asked for it. Any other flash of the whole screen
+ * counts as one.
+ * @param every 1: each turn flashes; below 1: only those that were asked for
+ */
+KELVANE_API void PageUpdate(int every);
+/**
+ * The next PageUpdate() flashes: to be called where a chapter starts, and with a page that has
+ * pictures, which leave ghosts on the one after it.
+ */
+KELVANE_API void CleanNextPage(void);
+/** @} */
+
+/** @name Night
+ * Additions. At night the screen shows black for white and white for black. The application draws
+ * as by day: the canvas stays as it is, and areas are turned on their way to the panel.
+ * @{ */
+/**
+ * Begins or ends the night. Nothing is shown until the next update; FullUpdate() shows it cleanly.
+ * The night ends with the screen.
+ * @param on not 0: night
+ */
+KELVANE_API void SetNightMode(int on);
+/** 1 at night. */
+KELVANE_API int GetNightMode(void);
+/**
+ * Areas of the screen that stay as they are drawn, such as pictures: they replace those of the call
+ * before. A box, a menu or the keyboard above them is turned as everything else.
+ * @param areas copied; flags are ignored, and areas may overlap. Null for none
+ * @param count 0 to 64; what is above that is ignored
+ */
+KELVANE_API void SetNightPictures(const irect *areas, int count);
+/** @} */
 
 /** Returns when the panel has finished what it shows. */
 KELVANE_API void WaitForUpdateComplete(void);

@@ -8,8 +8,10 @@
 #include <cstring>
 #include <forward_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "file/stream.h"
 #include "ground/guard.h"
@@ -36,6 +38,8 @@ struct Texts {
     TextTable current; // of the language, the names of languages, those of themes
     std::forward_list<TextTable::node_type> replaced; // that somebody may still hold
     std::optional<TextTable> english; // made by the first LoadLanguage() that finds a file
+    std::vector<std::string> folders; // of the application's own texts
+    TextTable own_english;            // the texts of those folders
     bool is_rtl = false;
     int book_rtl = -1; // -1: as the language
 };
@@ -50,10 +54,10 @@ struct LanguageFile {
     bool found = false;
 };
 
-LanguageFile read_language(std::string code) {
+LanguageFile read_language(std::string code, const std::string &from = folder) {
     constexpr size_t most_bytes = 8 << 20;
     LanguageFile read{std::move(code), {}};
-    const std::string path = std::string(folder) + "/" + read.code + ".txt";
+    const std::string path = from + "/" + read.code + ".txt";
     const file::Stream in = file::open_plain(path.c_str());
     if (!in) return read;
     read.found = true;
@@ -83,6 +87,34 @@ lang::Direction fill(TextTable &table, LanguageFile &file, const std::string &co
         [&](const char *key, const char *value) { set_text(table, key, value); });
 }
 
+// A text of that key that was handed out before stays valid.
+void add_to(TextTable &table, const char *key, const char *text) {
+    const auto former = table.find(std::string_view(key));
+    if (former != table.end()) {
+        if (former->second == text) return;
+        texts.replaced.emplace_front();
+        texts.replaced.front() = table.extract(former);
+    }
+    table.emplace(key, text);
+}
+
+// What an application says in one language. The line of the name may be missing.
+template <class Add>
+void read_own_texts(const std::string &from, const char *code, Add add) {
+    LanguageFile file = read_language(code, from);
+    std::span<char> bytes = file.bytes;
+    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+    if (std::string_view(file.bytes).starts_with(byte_order_mark))
+        bytes = bytes.subspan(byte_order_mark.size());
+    lang::LanguageText(bytes).take_translations(add);
+}
+
+void load_own_texts(const std::string &from) {
+    read_own_texts(from, english_code,
+                   [](const char *key, const char *text) { add_to(texts.own_english, key, text); });
+    read_own_texts(from, kvstate.locale, lang::add_translation);
+}
+
 bool is_word(const char *text) {
     const auto is_letter_or_digit = [](char c) {
         const int lower = c | 0x20;
@@ -102,6 +134,7 @@ const char *target_of(const char *text, std::string &trimmed) {
 // In the language, then in English; null when there is no translation.
 const char *find_translation(const char *key) {
     const char *text = ground::find_text(texts.current, key);
+    if (!text && !texts.own_english.empty()) text = ground::find_text(texts.own_english, key);
     return text || !texts.english ? text : ground::find_text(*texts.english, key);
 }
 
@@ -128,13 +161,7 @@ const char *look_up(const char *key, int &depth) {
 namespace lang {
 
 void add_translation(const char *key, const char *text) {
-    const auto former = texts.current.find(std::string_view(key));
-    if (former != texts.current.end()) {
-        if (former->second == text) return;
-        texts.replaced.emplace_front();
-        texts.replaced.front() = texts.current.extract(former);
-    }
-    texts.current.emplace(key, text);
+    add_to(texts.current, key, text);
 }
 
 void reset() {
@@ -165,11 +192,26 @@ void LoadLanguage(const char *code) {
         texts.replaced.clear();
         std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
         texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
-        if (!file.found || texts.english) return;
-        // The first language that is loaded goes by the name that English gives itself.
-        LanguageFile english = read_language(english_code);
-        fill(texts.english.emplace(), english, file.code);
+        if (file.found && !texts.english) {
+            // The first language that is loaded goes by the name that English gives itself.
+            LanguageFile english = read_language(english_code);
+            fill(texts.english.emplace(), english, file.code);
+        }
+        for (const std::string &own : texts.folders) load_own_texts(own);
     });
+}
+
+void AddLanguageFolder(const char *path) {
+    // What was read before memory ran out stays.
+    ground::guarded([&] {
+        if (!path || std::ranges::find(texts.folders, path) != texts.folders.end()) return;
+        texts.folders.emplace_back(path);
+        load_own_texts(texts.folders.back());
+    });
+}
+
+const char *GetLanguage() {
+    return kvstate.locale;
 }
 
 void AddTranslation(const char *key, const char *text) {

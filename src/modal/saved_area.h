@@ -7,13 +7,15 @@
 
 #include "kelvane/canvas.h"
 #include "raster/clip.h"
+#include "runtime/night.h"
 
 namespace modal {
 
 class SavedArea {
   public:
-    // Keeps what the screen shows, to the last bit, whatever canvas is current; false when memory
-    // is short, or there is no screen or no area of it.
+    // Keeps what the screen shows, to the last bit, whatever canvas is current, and which of it are
+    // pictures that the night leaves as they are: what is drawn above them is none. False when
+    // memory is short, or there is no screen or no area of it.
     bool save(const irect &area);
     // Draws it back, once; false when nothing is kept, or the screen was turned since.
     bool restore();
@@ -22,6 +24,7 @@ class SavedArea {
 
   private:
     std::unique_ptr<uint8_t[]> pixels_; // rows without gaps
+    night::Areas pictures_;
     raster::Area area_;
     int orientation_ = 0;
 };

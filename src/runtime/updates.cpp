@@ -9,6 +9,7 @@
 #include "ground/number.h"
 #include "hw.h"
 #include "hw_seam.h"
+#include "runtime/night.h"
 #include "runtime/screens.h"
 #include "runtime/tasks.h"
 #include "runtime/updates.h"
@@ -31,6 +32,8 @@ struct State {
     const char *cause = ""; // the call that the next update belongs to
     bool in_a2_update = false;
     Area a2_area{};
+    int pages_since_flash = 0;
+    bool next_page_flashes = false;
 };
 State state;
 
@@ -91,6 +94,7 @@ class KeylockIcon {
 int show(const char *cause, const Area &a, int mode, Dynamic dynamic) {
     hw::set_update_cause(cause);
     if (dynamic != DYNAMIC_OFF) hw_switch_dynamic(dynamic);
+    const night::Turned turned({a.x, a.y, a.w, a.h});
     const int answer = hw_update(a.x, a.y, a.w, a.h, mode);
     if (dynamic != DYNAMIC_OFF) hw_switch_dynamic(DYNAMIC_OFF);
     return answer;
@@ -187,10 +191,13 @@ void full_update_with(const char *cause, int (*device_update)()) {
     hw::set_update_cause(cause);
     {
         const KeylockIcon icon;
+        const night::Turned turned({0, 0, ScreenWidth(), ScreenHeight()});
         device_update();
     }
     clear_schedule();
     forget_pending_updates();
+    state.pages_since_flash = 0;
+    state.next_page_flashes = false;
 }
 
 void grey_update_in(const char *cause, Area a) {
@@ -199,7 +206,8 @@ void grey_update_in(const char *cause, Area a) {
     if (is_whole_screen(a))
         show_and_defer(a, UPDATE_GREY, DYNAMIC_OFF);
     else
-        show_and_defer(a, UPDATE_PARTIAL_GREY, DYNAMIC_PARTIAL);
+        show_and_defer(a, GetNightMode() ? UPDATE_PARTIAL_BLACK : UPDATE_PARTIAL_GREY,
+                       DYNAMIC_PARTIAL);
 }
 
 void hq_update_in(const char *cause, Area a) {
@@ -218,6 +226,7 @@ void soft_update_with(const char *cause, void (*partial)(const char *, Area)) {
 
 void updates_reset() {
     state = {};
+    night::reset();
 }
 
 void check_update_area(int *x, int *y, int *w, int *h, int *mode) {
@@ -276,6 +285,19 @@ void SoftUpdate() {
 
 void SoftUpdateHQ() {
     soft_update_with("SoftUpdateHQ", hq_update_in);
+}
+
+void PageUpdate(int every) {
+    if (!kvstate.isopen) return;
+    const int pages = ++state.pages_since_flash;
+    if (state.next_page_flashes || (every > 0 && pages >= every))
+        FullUpdate();
+    else
+        SoftUpdate();
+}
+
+void CleanNextPage() {
+    state.next_page_flashes = true;
 }
 
 void FineUpdate() {

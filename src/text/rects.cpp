@@ -8,29 +8,13 @@
 #include "text/font_scope.h"
 #include "text/layout.h"
 #include "text/measure.h"
+#include "text/place_rect.h"
 #include "text/walker.h"
 
 namespace text {
 namespace {
 
 constexpr int any_height = 99999;
-
-// How far the text is moved down, or to the right when it is rotated.
-int64_t vertical_offset(int room, int64_t height, int flags) {
-    if ((flags & VALIGN_MIDDLE) != 0) return (room - height) / 2;
-    if ((flags & VALIGN_BOTTOM) != 0) return room - height;
-    return 0;
-}
-
-Layout draw_rect(const irect &r, Reader &text, int flags) {
-    const bool rotated = (flags & TEXT_ROTATE) != 0;
-    int64_t x = r.x, y = r.y;
-    if ((flags & (VALIGN_MIDDLE | VALIGN_BOTTOM)) != 0) {
-        const Layout measured = kv_textrect(0, 0, r.w, r.h, text, 0, flags, Draw::no);
-        (rotated ? x : y) += vertical_offset(rotated ? r.w : r.h, measured.height, flags);
-    }
-    return kv_textrect(x, y, r.w, r.h, text, 0, flags, Draw::yes);
-}
 
 // The lines of a whole text, laid out one at a time.
 class SingleLines {
@@ -91,11 +75,10 @@ char *DrawTextRect3(int x, int y, int w, int h, const char *utf8, int flags, int
     return ground::guarded(const_cast<char *>(utf8), [&]() -> char * {
         if (height) *height = 0;
         if (!utf8) return nullptr;
-        text::Reader text(utf8, text::most_characters);
-        const text::Layout layout = text::draw_rect({x, y, w, h, 0}, text, flags);
-        if (height) *height = ground::saturated(layout.height);
-        return const_cast<char *>(text::has_face() ? text.address(layout.end)
-                                                   : utf8 + std::strlen(utf8));
+        const text::Rect rect =
+            text::place_rect({x, y, w, h, flags}, utf8, text::Draw::yes, text::Marks{});
+        if (height) *height = ground::saturated(rect.height);
+        return const_cast<char *>(rect.end);
     });
 }
 

@@ -38,6 +38,9 @@ class Texts : public Session {
                      "\u4E2D\u6587\u3042 \u5B57",
                      ALIGN_JUSTIFY | TEXT_UNDERLINE);
         DrawTextRect(0, 120, 100, 30, "\u4E2D and what does not fit", TEXT_DOTS | VALIGN_BOTTOM);
+        if (Paginate("\017Title\nwords and \016\002more", 60, 30, 60, TEXT_MARKS | TEXT_NO_WIDOWS,
+                     nullptr, 0) > 1)
+            DrawTextPage(0, 150, 60, 60, "words", 0, TEXT_MARKS);
         DrawStringR(width, 190, "\u4E2D\u05D0");
         DrawSymbol(120, 160, 5);
         EnumFontsEx();
@@ -87,6 +90,7 @@ class Languages : public Session {
     Languages() {
         write_file("system/language/en.txt", "English\n@B=c\n@N$1=one\n@N$2=many\n");
         write_file("system/language/de.txt", "Deutsch\n@B=d\n@A=see @B\n");
+        write_file("app/en.txt", "@Mine=here\n");
     }
 
     bool run() override {
@@ -95,12 +99,14 @@ class Languages : public Session {
         LoadLanguage("de");
         const bool german = *GetLangText("@B") == 'd';
         LoadLanguage("en");
+        AddLanguageFolder("app");
+        const bool mine = *GetLangText("@Mine") == 'h';
         AddTranslation("@own", "word");
         int depth = 0;
         GetLangTextR("@A", &depth);
         GetLangTextF("@B");
         GetLangTextPlural("@N", 2);
-        return listed && german && *GetLangText("@B") == 'c' && *GetLangText("@own") == 'w';
+        return listed && german && mine && *GetLangText("@B") == 'c' && *GetLangText("@own") == 'w';
     }
 
   private:

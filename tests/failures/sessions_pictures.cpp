@@ -34,7 +34,9 @@ class Pictures : public Session {
     bool run() override {
         const BitmapPtr loaded[] = {BitmapPtr(LoadPNG("p.png", 1)),
                                     BitmapPtr(LoadPNGStretch("p.png", 30, 30, 1, 0)),
-                                    BitmapPtr(LoadJPEG("p.jpg", 20, 20, 100, 100, 1))};
+                                    BitmapPtr(LoadJPEG("p.jpg", 20, 20, 100, 100, 1)),
+                                    BitmapPtr(LoadPicture("p.png", 20, 20, PICTURE_COVER, 1)),
+                                    BitmapPtr(LoadPicture("p.jpg", 20, 20, PICTURE_FIT, 0))};
         const bool saved =
             SavePNG("p.png", bm_.get()) == 1 && SaveJPEG("p.jpg", bm_.get(), 80) == 1;
         return saved && std::ranges::all_of(loaded, [](const auto &bm) { return bm != nullptr; });

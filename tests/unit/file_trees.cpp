@@ -24,6 +24,46 @@ TEST_F(FileTest, BuildpathCreatesAllButTheLastComponent) {
     EXPECT_EQ(has_secure_storage(), 1);
 }
 
+TEST_F(FileTest, AnApplicationsDataHaveAFolder) {
+    const struct {
+        const char *app, *name, *path;
+        int size = 100;
+    } table[] = {
+        {"reader", "marks.txt", "./system/data/reader/marks.txt"},
+        {"reader", "covers/of/1.png", "./system/data/reader/covers/of/1.png"},
+        {"..x", nullptr, "./system/data/..x/"},
+        {"box", "", "./system/data/box/"},
+        {"fits", "a", "./system/data/fits/a", 21},
+        {"long", "a", nullptr, 20},
+        {"..", "a", nullptr},
+        {".", "a", nullptr},
+        {"", "a", nullptr},
+        {"a/b", "a", nullptr},
+        {nullptr, "a", nullptr},
+        {"reader", "../other/a", nullptr},
+        {"reader", "a/..", nullptr},
+        {"reader", "/etc/a", nullptr},
+        {"reader", "a//b", nullptr},
+        {"reader", "a/", nullptr},
+        {"reader", "marks.txt/a", nullptr}, // which is a file
+    };
+    for (const auto &row : table) {
+        SCOPED_TRACE(testing::Message() << &row - table);
+        char out[100] = "before";
+        EXPECT_EQ(AppDataPath(row.app, row.name, out, row.size), row.path ? 1 : 0);
+        EXPECT_STREQ(out, row.path ? row.path : "");
+        if (!row.path) continue;
+        EXPECT_TRUE(fs::is_directory(fs::path(row.path).parent_path()));
+        if (row.path[strlen(row.path) - 1] != '/') write_file(row.path, "");
+    }
+    for (const char *none : {"./system/data/long", "./system/data/a", "./system/other"})
+        EXPECT_FALSE(fs::exists(none)) << none;
+    EXPECT_EQ(AppDataPath("reader", "a", nullptr, 100), 0);
+    char one = 'x';
+    EXPECT_EQ(AppDataPath("reader", "a", &one, 0), 0);
+    EXPECT_EQ(one, 'x');
+}
+
 TEST(FileNames, Validation) {
     struct Case {
         int flags;

@@ -69,6 +69,45 @@ TEST_F(LanguagesTest, FileFormat) {
     expect_texts({{"off", "off"}, {"@A", "@A"}, {"@Only", "only English"}});
 }
 
+// Before the device's texts, the later folder first, after each change of language.
+TEST_F(LanguagesTest, ApplicationsBringTheirOwn) {
+    write_language("en", "English\n@OK=OK\n@Open=Open\n@Only=device\n");
+    write_language("de", "Deutsch\n@OK=Gut\n@Open=\xC3\x96"
+                         "ffnen\n");
+    write_language("ar", "Arabic\n%RTL\n");
+    write_file("app/en.txt", "\xEF\xBB\xBF@Title=Articles\n@Open=Open it\n@Only=app\n@More=more\n");
+    write_file("app/de.txt", "# of no consequence\n@Title=Artikel\n@Open=Lesen\n%RTL\n");
+    write_file("extra/en.txt", "English\n@Title=Extra\n");
+    AddLanguageFolder(nullptr);
+    AddLanguageFolder("nowhere");
+    LoadLanguage("de");
+    EXPECT_STREQ(GetLanguage(), "de");
+    const char *const before = GetLangText("@Open");
+    AddLanguageFolder("app");
+    AddLanguageFolder("app");
+    EXPECT_STREQ(before, "\xC3\x96"
+                         "ffnen")
+        << "a text that was handed out stays";
+    expect_texts({{"@Title", "Artikel"},
+                  {"@Open", "Lesen"},
+                  {"@OK", "Gut"},
+                  {"@Only", "app"},
+                  {"@More", "more"}});
+    EXPECT_FALSE(IsRTL());
+    AddTranslation("@Title", "theme");
+    expect_texts({{"@Title", "theme"}});
+    AddLanguageFolder("extra");
+    expect_texts({{"@Title", "theme"}}); // it has no German
+    LoadLanguage("de");
+    expect_texts({{"@Title", "Artikel"}});
+    LoadLanguage("en");
+    EXPECT_STREQ(GetLanguage(), "en");
+    expect_texts({{"@Title", "Extra"}, {"@Open", "Open it"}, {"@OK", "OK"}});
+    LoadLanguage("ar");
+    expect_texts({{"@Title", "Extra"}, {"@OK", "OK"}, {"@Only", "app"}});
+    EXPECT_TRUE(IsRTL());
+}
+
 TEST_F(LanguagesTest, MissingFilesFallBack) {
     LoadLanguage("de");
     EXPECT_STREQ(GetLangText("@A"), "@A");

@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: MIT
+/**
+ * @file kelvane.hpp
+ * kelvane.h for C++17 and later, an addition: owners of what has to be given back, guards of what
+ * is current, and handlers that are objects. Header only; nothing here has to be used, and all of
+ * it goes together with the functions of kelvane.h.
+ *
+ *     class Reader {
+ *       public:
+ *         int handle(int type, int par1, int par2);
+ *       private:
+ *         kelvane::Font font_{"default", 24};
+ *         kelvane::Config settings_{"./system/config/reader.cfg"};
+ *     };
+ *     int main() { return kelvane::run<Reader>(); }
+ *
+ * What a function of this header may throw is std::bad_alloc. A handler that throws ends the
+ * program.
+ */
+#ifndef KELVANE_HPP
+#define KELVANE_HPP
+
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "kelvane.h"
+
+namespace kelvane {
+
+// --- flags
+
+namespace detail {
+
+template <class E, class... Kinds>
+constexpr bool is_one_of = (std::is_same_v<E, Kinds> || ...);
+template <class E>
+constexpr bool is_flag =
+    is_one_of<E, decltype(ALIGN_LEFT), decltype(BITMAP_FIT), decltype(MIRROR_VERTICAL),
+              decltype(LOAD_LEFT), decltype(RECT_ROUND_BL), decltype(FRAME_HEADER),
+              decltype(DEF_BUTTON2), decltype(KBD_PASSWORD), decltype(KV_NAME_COMPONENT)>;
+
+struct CloseFont {
+    void operator()(ifont *font) const { ::CloseFont(font); }
+};
+struct FreeBitmap {
+    void operator()(ibitmap *bitmap) const { std::free(bitmap); }
+};
+struct CloseConfig {
+    void operator()(iconfig *config) const { ::CloseConfig(config); }
+};
+
+} // namespace detail
+
+} // namespace kelvane
+
+/** Flags of two kinds in one number, where the language would warn: ALIGN_CENTER | BITMAP_FIT. */
+template <class A, class B,
+          std::enable_if_t<!std::is_same_v<A, B> && kelvane::detail::is_flag<A> &&
+                               kelvane::detail::is_flag<B>,
+                           int> = 0>
+constexpr int operator|(A a, B b) {
+    return static_cast<int>(a) | static_cast<int>(b);
+}
+
+namespace kelvane {
+
+// --- owners: a std::unique_ptr each, with what it owns by name
+
+/** A font; false when it could not be opened. */
+class Font : public std::unique_ptr<ifont, detail::CloseFont> {
+  public:
+    using unique_ptr::unique_ptr;
+    /** OpenFont(). */
+    Font(const char *name, int size, bool is_smooth = true)
+        : unique_ptr(OpenFont(name, size, is_smooth ? 1 : 0)) {}
+    /** GetThemeFont(). */
+    static Font of_theme(const char *name, const char *deflt) {
+        return Font(GetThemeFont(name, deflt));
+    }
+    /** SetFont(): nothing when the font could not be opened. -1: in its own colour. */
+    void use(int color = -1) const { SetFont(get(), color); }
+};
+
+/** A bitmap, such as most functions of bitmaps.h and pictures.h return; false for none. */
+class Bitmap : public std::unique_ptr<ibitmap, detail::FreeBitmap> {
+  public:
+    using unique_ptr::unique_ptr;
+    /** LoadPicture(). */
+    static Bitmap load(const char *path, int w = -1, int h = -1, int how = PICTURE_FIT,
+                       bool is_dithered = true) {
+        return Bitmap(LoadPicture(path, w, h, how, is_dithered ? 1 : 0));
+    }
+    int width() const { return get() ? get()->width : 0; }
+    int height() const { return get() ? get()->height : 0; }
+    /** DrawBitmap(): nothing for none. */
+    void draw(int x, int y) const { DrawBitmap(x, y, get()); }
+    /** SetTransparentColor(). */
+    void set_transparent(int level) {
+        ibitmap *bitmap = release();
+        SetTransparentColor(&bitmap, level);
+        reset(bitmap);
+    }
+};
+
+/** Settings of a file, saved when it is closed. */
+class Config : public std::unique_ptr<iconfig, detail::CloseConfig> {
+  public:
+    using unique_ptr::unique_ptr;
+    /** OpenConfig(). */
+    explicit Config(const char *path, iconfigedit *defaults = nullptr)
+        : unique_ptr(OpenConfig(path, defaults)) {}
+
+    int read(const char *name, int deflt) const { return ReadInt(get(), name, deflt); }
+    std::string read(const char *name, const std::string &deflt) const {
+        const char *value = ReadString(get(), name, deflt.c_str());
+        return value ? value : deflt;
+    }
+    void write(const char *name, int value) { WriteInt(get(), name, value); }
+    void write(const char *name, const std::string &value) {
+        WriteString(get(), name, value.c_str());
+    }
+    void erase(const char *name) { DeleteString(get(), name); }
+    /** SaveConfig(). */
+    bool save() { return SaveConfig(get()) != 0; }
+
+    /**
+     * All names with their values, in the order of the names:
+     *
+     *     for (const auto &[name, value] : settings.values()) ...
+     */
+    std::map<std::string, std::string> values() const {
+        std::map<std::string, std::string> all;
+        if (!get()) return all;
+        for (const ihash layer : {get()->hash, get()->modified_hash, get()->vhash})
+            if (layer) hash_enumerate(layer, nullptr, add_name, &all);
+        for (auto &[name, value] : all) value = read(name.c_str(), std::string());
+        return all;
+    }
+
+  private:
+    // Through the library, out of which nothing may be thrown: a name that finds no memory ends the
+    // program.
+    static int add_name(const char *name, void *, void *all) noexcept {
+        (*static_cast<std::map<std::string, std::string> *>(all))[name];
+        return 0;
+    }
+};
+
+// --- guards: what is current changes, and is as before at the end of the scope
+
+/** Drawing is limited to a rectangle. */
+class ClipGuard {
+  public:
+    explicit ClipGuard(const irect &clip) { SetClipRect(&clip); }
+    ~ClipGuard() { SetClipRect(&before_); }
+    ClipGuard(const ClipGuard &) = delete;
+    ClipGuard &operator=(const ClipGuard &) = delete;
+
+  private:
+    const irect before_ = GetClipRect();
+};
+
+/** Drawing goes to a canvas; null: to the screen. */
+class CanvasGuard {
+  public:
+    explicit CanvasGuard(icanvas *canvas) { SetCanvas(canvas); }
+    ~CanvasGuard() { SetCanvas(before_); }
+    CanvasGuard(const CanvasGuard &) = delete;
+    CanvasGuard &operator=(const CanvasGuard &) = delete;
+
+  private:
+    icanvas *const before_ = GetCanvas();
+};
+
+/**
+ * A font is current; afterwards the one before, in its own colour. The font is to live as long; a
+ * null one keeps the font that is current.
+ */
+class FontGuard {
+  public:
+    explicit FontGuard(const ifont *font, int color = -1) { SetFont(font, color); }
+    explicit FontGuard(const Font &font, int color = -1) : FontGuard(font.get(), color) {}
+    ~FontGuard() { SetFont(before_, -1); }
+    FontGuard(const FontGuard &) = delete;
+    FontGuard &operator=(const FontGuard &) = delete;
+
+  private:
+    const ifont *const before_ = GetFont();
+};
+
+// --- text
+
+/** Paginate() with room for every page. */
+inline std::vector<int> paginate(const std::string &text, int w, int first_h, int h, int flags) {
+    std::vector<int> starts(text.size() / 256 + 16);
+    for (;;) {
+        const int room = static_cast<int>(starts.size());
+        const int pages = Paginate(text.c_str(), w, first_h, h, flags, starts.data(), room);
+        if (pages < room) {
+            starts.resize(static_cast<std::size_t>(pages));
+            return starts;
+        }
+        starts.resize(2 * starts.size());
+    }
+}
+
+// --- applications
+
+namespace detail {
+
+// The one application of a type. It lives from EVT_INIT, or earlier, to the end of EVT_EXIT: the
+// library ends the process without running destructors.
+template <class App>
+std::optional<App> &application() {
+    static auto &app = *new std::optional<App>; // no destructor: EVT_EXIT may come after those
+    return app;
+}
+
+template <class App, class = void>
+constexpr bool has_handle = false;
+template <class App>
+constexpr bool has_handle<App, std::void_t<decltype(std::declval<App &>().handle(0, 0, 0))>> = true;
+
+template <class App>
+int hear(App &app, int type, int par1, int par2) {
+    if constexpr (has_handle<App>)
+        return static_cast<int>(app.handle(type, par1, par2));
+    else
+        return static_cast<int>(app(type, par1, par2));
+}
+
+template <class App>
+int hear_event(int type, int par1, int par2) noexcept {
+    std::optional<App> &app = application<App>();
+    if constexpr (std::is_default_constructible_v<App>)
+        if (type == EVT_INIT && !app) app.emplace();
+    if (!app) return 0;
+    const int answer = hear(*app, type, par1, par2);
+    if (type == EVT_EXIT) app.reset();
+    return answer;
+}
+
+} // namespace detail
+
+/**
+ * KelvaneMain() with an object as handler: its function `int handle(int type, int par1, int par2)`
+ * gets the events. It is made when the screen is open, before it hears EVT_INIT, and destroyed when
+ * it has heard EVT_EXIT: so what it owns is given back however the application ends.
+ * @return 1, for main(), when the screen could not be opened, or after LeaveKelvaneMain() 0
+ */
+template <class App>
+int run() {
+    static_assert(detail::has_handle<App>, "int handle(int type, int par1, int par2)");
+    KelvaneMain(detail::hear_event<App>);
+    return GetCanvas() ? 0 : 1;
+}
+
+/** The same with a lambda, or any function: it and what it holds live to the end of EVT_EXIT. */
+template <class Handler>
+int run(Handler &&handler) {
+    using App = std::decay_t<Handler>;
+    detail::application<App>().emplace(std::forward<Handler>(handler));
+    KelvaneMain(detail::hear_event<App>);
+    return GetCanvas() ? 0 : 1;
+}
+
+} // namespace kelvane
+
+#endif

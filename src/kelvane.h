@@ -33,3 +33,18 @@
 #include "kelvane/dialogs.h"
 #include "kelvane/dictionary.h"
 #include "kelvane/dictionary_view.h"
+#include "kelvane/events.h"
+#include "kelvane/files.h"
+#include "kelvane/frames.h"
+#include "kelvane/hash.h"
+#include "kelvane/keyboard.h"
+#include "kelvane/languages.h"
+#include "kelvane/menus.h"
+#include "kelvane/pager.h"
+#include "kelvane/pictures.h"
+#include "kelvane/text.h"
+#include "kelvane/theme.h"
+#include "kelvane/timers.h"
+#include "kelvane/updates.h"
+
+#endif

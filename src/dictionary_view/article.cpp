@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "kelvane/languages.h"
 #include "kelvane/text.h"
 #include "text/font_scope.h"
 #include "text/layout.h"
@@ -76,9 +75,10 @@ int text_h(const Look &look, int h, bool has_counter) {
 
 } // namespace
 
-bool runs_right_to_left(const std::string &text) {
+Sides sides_of(const std::string &text) {
     text::Reader reader(text.c_str(), text::most_characters);
-    return reader.direction() == text::Direction::right_to_left;
+    const bool is_rtl = reader.direction() == text::Direction::right_to_left;
+    return is_rtl ? Sides::mirrored : Sides::as_written;
 }
 
 void Article::set(std::string_view headword, std::string_view translation) {
@@ -127,17 +127,18 @@ void Article::break_into_pages(const Look &look, int h) {
 void Article::draw_piece(const Look &look, const Piece &piece) const {
     const Paragraph &p = paragraphs_[piece.paragraph];
     const irect line{area_.x, area_.y + piece.y, area_.w, piece.h, 0};
-    if (p.kind == Kind::grammar) return draw_grammar(look.type, line, p);
-    const bool is_rtl = runs_right_to_left(p.text);
-    const int hang = p.hangs ? std::min(look.hang(), line.w - 1) : 0;
+    if (p.kind == Kind::grammar)
+        return draw_grammar(look.type, line, p, sides_of(paragraphs_.front().text));
+    const Sides sides = sides_of(p.text);
+    const int flags = alignment(sides), hang = p.hangs ? std::min(look.hang(), line.w - 1) : 0;
     if (piece.begin == 0 && !p.mark.empty()) {
         const text::FontScope font(look.type.number.get());
-        DrawTextRect(line.x, line.y, line.w, 1, p.mark.c_str(), is_rtl ? ALIGN_RIGHT : ALIGN_LEFT);
+        DrawTextRect(line.x, line.y, line.w, 1, p.mark.c_str(), flags);
     }
     const text::FontScope font(font_of(look.type, p));
     text::Reader text(p.text.c_str(), text::most_characters);
-    text::kv_textrect(is_rtl ? line.x : line.x + hang, line.y, line.w - hang, line.h, text,
-                      piece.begin, is_rtl ? ALIGN_RIGHT : ALIGN_LEFT, text::Draw::yes);
+    text::kv_textrect(sides == Sides::mirrored ? line.x : line.x + hang, line.y, line.w - hang,
+                      line.h, text, piece.begin, flags, text::Draw::yes);
 }
 
 void Article::draw(const Look &look) const {
@@ -151,16 +152,16 @@ void Article::draw(const Look &look) const {
                  ALIGN_RIGHT | VALIGN_BOTTOM | TEXT_RTL_MIRROR);
 }
 
-// The two parts change sides where the interface runs right to left.
-void draw_grammar(const Type &type, const irect &line, const Paragraph &p) {
+void draw_grammar(const Type &type, const irect &line, const Paragraph &p, Sides sides) {
     const text::FontScope font(type.speech_part.get());
-    const int flags = TEXT_DOTS | TEXT_RTL_MIRROR | ALIGN_LEFT;
+    const int flags = TEXT_DOTS | alignment(sides);
     const int gap = p.mark.empty() ? 0 : StringWidth(p.mark.c_str()) + StringWidth("  ");
     DrawTextRect(line.x, line.y, line.w, 1, p.mark.c_str(), flags);
     const int w = line.w - gap;
     if (w < 1 || p.text.empty()) return;
     SetFont(type.grammar.get(), -1);
-    DrawTextRect(IsRTL() ? line.x : line.x + gap, line.y, w, 1, p.text.c_str(), flags);
+    DrawTextRect(sides == Sides::mirrored ? line.x : line.x + gap, line.y, w, 1, p.text.c_str(),
+                 flags);
 }
 
 } // namespace dictionary_view

@@ -8,6 +8,7 @@
 #include "dictionary_view/look.h"
 #include "dictionary_view/paragraphs.h"
 #include "kelvane/canvas.h"
+#include "kelvane/text.h"
 
 namespace dictionary_view {
 
@@ -43,10 +44,14 @@ class Article {
     int page_ = 0;
 };
 
-// Writes a part of speech and a pronunciation on one line.
-void draw_grammar(const Type &type, const irect &line, const Paragraph &p);
+// Writes a part of speech and a pronunciation on one line, from the side on which the headword
+// begins.
+void draw_grammar(const Type &type, const irect &line, const Paragraph &p, Sides sides);
 
 // What begins right to left is aligned so.
-bool runs_right_to_left(const std::string &text);
+Sides sides_of(const std::string &text);
+constexpr int alignment(Sides sides) {
+    return sides == Sides::mirrored ? ALIGN_RIGHT : ALIGN_LEFT;
+}
 
 } // namespace dictionary_view

@@ -31,7 +31,8 @@
 namespace dictionary_view {
 namespace {
 
-constexpr int widest = 100, narrowest = 40, padding = 4; // in units
+constexpr int padding = 4, narrowest = 40; // in units
+constexpr int widest = 20;                 // in sizes of its text
 constexpr int most_lines = 4;
 
 struct FastBox {
@@ -89,10 +90,7 @@ int head_w(const FastBox &box) {
 // How wide and how high the box is.
 irect size_of(const FastBox &box, const irect &area) {
     const Look &look = box.look;
-    const int most =
-        std::max(std::min(widest * look.unit * look.type.body_size / (5 * look.unit), area.w) -
-                     2 * box.inset(),
-                 1);
+    const int most = std::max(std::min(widest * look.type.body_size, area.w) - 2 * box.inset(), 1);
     const text::FontScope font(look.type.body.get());
     const int body_w = GetMultilineStringWidth(box.body.c_str(), most, look.type.body.get(), 0);
     const int least = std::min(narrowest * look.unit - 2 * box.inset(), most);
@@ -131,16 +129,14 @@ void place(FastBox &box) {
 // The word and what it is, on one baseline.
 void draw_head(const FastBox &box, const irect &line) {
     const Type &type = box.look.type;
-    const bool is_rtl = IsRTL() != 0;
+    const Sides sides = sides_of(box.head.text);
     const text::FontScope font(type.number.get());
-    const int w = std::min(StringWidth(box.head.text.c_str()), line.w);
-    DrawTextRect(line.x, line.y, line.w, 1, box.head.text.c_str(),
-                 ALIGN_LEFT | TEXT_DOTS | TEXT_RTL_MIRROR);
-    const int gap = w + 2 * box.look.unit;
+    const int gap = StringWidth(box.head.text.c_str()) + 2 * box.look.unit;
+    DrawTextRect(line.x, line.y, line.w, 1, box.head.text.c_str(), TEXT_DOTS | alignment(sides));
     if (gap >= line.w || !type.number || !type.grammar) return;
     const int lower = type.number->baseline - type.grammar->baseline;
-    draw_grammar(type, {is_rtl ? line.x : line.x + gap, line.y + lower, line.w - gap, line.h, 0},
-                 box.grammar);
+    const int x = sides == Sides::mirrored ? line.x : line.x + gap;
+    draw_grammar(type, {x, line.y + lower, line.w - gap, line.h, 0}, box.grammar, sides);
 }
 
 // The border comes before the pointer, which opens it; a word below the rim stays inverted.
@@ -160,7 +156,7 @@ void draw(const FastBox &box) {
     draw_head(box, text);
     const text::FontScope font(look.type.body.get());
     DrawTextRect(text.x, text.y + text.h, text.w, most_lines * look.type.leading, box.body.c_str(),
-                 TEXT_DOTS | (runs_right_to_left(box.body) ? ALIGN_RIGHT : ALIGN_LEFT));
+                 TEXT_DOTS | alignment(sides_of(box.body)));
 }
 
 void update(const FastBox &box) {

@@ -48,7 +48,7 @@ void draw_row(const View &v, int index) {
     SetFont(is_selected ? type.number.get() : type.body.get(), is_selected ? WHITE : BLACK);
     const int side = v.look.units(row_side_tenths);
     DrawTextRect(r.x + side, r.y, std::max(r.w - 3 * side / 2, 1), r.h, word.c_str(),
-                 VALIGN_MIDDLE | TEXT_DOTS | (runs_right_to_left(word) ? ALIGN_RIGHT : ALIGN_LEFT));
+                 VALIGN_MIDDLE | TEXT_DOTS | alignment(sides_of(word)));
 }
 
 void draw_list(const View &v) {

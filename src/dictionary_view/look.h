@@ -31,6 +31,9 @@ struct Look : keyboard::Lengths {
 // The look of the theme at this moment. Lengths are cut so that sums of a few are an int.
 Look load_look();
 
+// Where lines begin: on the left, or mirrored.
+enum class Sides { as_written, mirrored };
+
 // The pictures of the toolbar, in the order of enum Tool.
 enum class Tool { word_list, article, voice, keyboard, dictionaries, close };
 inline constexpr size_t tool_count = 6;

@@ -9,8 +9,6 @@
 
 namespace dictionary_view {
 
-enum class Sides { as_written, mirrored };
-
 // What a place depends on.
 struct Measures {
     int screen_w;

@@ -33,6 +33,7 @@ class Article {
     // False when there is no such page.
     bool turn_to(int page);
     const std::vector<Paragraph> &paragraphs() const { return paragraphs_; }
+    const std::vector<Page> &all_pages() const { return pages_; }
 
   private:
     void break_into_pages(const Look &look, int h);

@@ -348,7 +348,7 @@ TEST_F(DictionaryView, ATurnLaysItOutAnewAndTheApplicationDraws) {
     OpenDictionaryView("w20", &upper);
     headless::raw(EVT_ORIENTATION, 0, 1, 0);
     SetOrientation(1);
-    headless::press(KEY_DOWN);
+    GetEventHandler()(EVT_KEYPRESS, KEY_DOWN, 0); // the keys of the device turn with it
     EXPECT_EQ(word(), "w21");
     EXPECT_EQ(view().place.whole.w, 800);
     EXPECT_EQ(view().place.whole.y + view().place.whole.h, 600);

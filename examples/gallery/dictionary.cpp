@@ -80,8 +80,15 @@ bool is_sign(char c) {
     return std::ispunct(static_cast<unsigned char>(c)) != 0;
 }
 
+// Until the user chooses another one.
+void open_dictionary() {
+    static bool is_opened = OpenDictionary("English-German") == 1;
+    static_cast<void>(is_opened);
+}
+
 // What follows the word does not belong to it, nor to its place.
 void look_up(int index) {
+    open_dictionary();
     Word word = words[size_t(index)];
     while (!word.text.empty() && is_sign(word.text.back())) word.text.pop_back();
     const Font font(text_size());

@@ -58,21 +58,15 @@ int unheard = 0; // events that were queued for a box that is gone
 int box_handler(int type, int par1, int par2);
 
 // Only the word itself, or a form of it, is what the reader wants to know.
-void find(FastBox &box, const char *word) {
+std::vector<Paragraph> find(FastBox &box, const char *word) {
     char *headword = nullptr, *translation = nullptr;
     const bool is_asked = word && *word;
     const int found = is_asked ? LookupWord(word, &headword, &translation)
                                : LookupCurrent(&headword, &translation);
     box.asked = is_asked ? word : headword;
-    if (found != DICT_EXACT) {
-        box.head = {Kind::headword, "", box.asked, false};
-        box.body = GetLangText("@DicNotFound");
-        return;
-    }
-    const std::vector<Paragraph> article = read_article(headword, translation);
-    box.head = article.front();
-    if (article.size() > 1 && article[1].kind == Kind::grammar) box.grammar = article[1];
-    box.body = summary(article);
+    if (found == DICT_EXACT) return read_article(headword, translation);
+    return {{Kind::headword, "", box.asked, false},
+            {Kind::plain, "", GetLangText("@DicNotFound"), false}};
 }
 
 // The width of the first line, or what its parts ask for on one.
@@ -87,17 +81,29 @@ int head_w(const FastBox &box) {
     return w + StringWidth(box.grammar.text.c_str());
 }
 
-// How wide and how high the box is.
-irect size_of(const FastBox &box, const irect &area) {
+// As many lines as the text has, in the current font; more than there may be count as one more.
+int line_count(const FastBox &box, const std::string &text, int w) {
+    const int leading = box.look.type.leading;
+    return TextRectHeightEx(w, (most_lines + 1) * leading, text.c_str(), ALIGN_LEFT) / leading;
+}
+
+// Writes what the word means, on lines of their own where there is room. Returns how wide and how
+// high the box is.
+irect fill(FastBox &box, const std::vector<Paragraph> &article, const irect &area) {
     const Look &look = box.look;
-    const int most = std::max(std::min(widest * look.type.body_size, area.w) - 2 * box.inset(), 1);
-    const text::FontScope font(look.type.body.get());
-    const int body_w = GetMultilineStringWidth(box.body.c_str(), most, look.type.body.get(), 0);
-    const int least = std::min(narrowest * look.unit - 2 * box.inset(), most);
-    const int w = std::clamp(std::max(head_w(box), body_w), std::max(least, 1), most);
-    const int lines_h = most_lines * look.type.leading;
-    const int body_h = TextRectHeightEx(w, lines_h, box.body.c_str(), ALIGN_LEFT);
-    return {0, 0, w + 2 * box.inset(), look.type.leading + body_h + 2 * box.inset(), 0};
+    const ifont *body = look.type.body.get();
+    const int inset = box.inset();
+    const int most = std::max(std::min(widest * look.type.body_size, area.w) - 2 * inset, 1);
+    const int least = std::clamp(narrowest * look.unit - 2 * inset, 1, most);
+    const text::FontScope font(body);
+    box.head = article.front();
+    if (article.size() > 1 && article[1].kind == Kind::grammar) box.grammar = article[1];
+    box.body = summary(article, Senses::on_lines);
+    if (line_count(box, box.body, most) > most_lines) box.body = summary(article, Senses::in_a_row);
+    const int body_w = GetMultilineStringWidth(box.body.c_str(), most, body, 0);
+    const int w = std::clamp(std::max(head_w(box), body_w), least, most);
+    const int lines = std::min(line_count(box, box.body, w), most_lines);
+    return {0, 0, w + 2 * inset, (1 + lines) * look.type.leading + 2 * inset, 0};
 }
 
 void place_beside_word(FastBox &box, const irect &size, const irect &area) {
@@ -115,9 +121,9 @@ void place_beside_word(FastBox &box, const irect &size, const irect &area) {
             {.w = up.width(), .h = up.height(), .border = look.border, .radius = box.radius()});
 }
 
-void place(FastBox &box) {
+void place(FastBox &box, const std::vector<Paragraph> &article) {
     const irect area = menus::menu_area();
-    const irect size = size_of(box, area);
+    const irect size = fill(box, article, area);
     if (box.mark.where())
         place_beside_word(box, size, area);
     else
@@ -181,8 +187,7 @@ void open(const char *word, const irect *where) {
         box->mark = Mark(where);
         box->look = load_look();
         box->pointer_pictures = load_pointer();
-        find(*box, word);
-        place(*box);
+        place(*box, find(*box, word));
         show(std::move(box));
     });
 }

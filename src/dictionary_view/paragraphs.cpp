@@ -129,7 +129,8 @@ std::vector<Paragraph> read_article(std::string_view headword, std::string_view 
     return article.take();
 }
 
-std::string summary(const std::vector<Paragraph> &article) {
+std::string summary(const std::vector<Paragraph> &article, Senses senses) {
+    const char separator = senses == Senses::on_lines ? '\n' : ' ';
     std::string all;
     const auto is_meaning = [](const Paragraph &p) {
         return p.kind == Kind::sense || p.kind == Kind::plain;
@@ -137,8 +138,9 @@ std::string summary(const std::vector<Paragraph> &article) {
     const bool has_several = std::count_if(article.begin(), article.end(), is_meaning) > 1;
     for (const Paragraph &p : article) {
         if (!is_meaning(p)) continue;
-        if (has_several && !p.mark.empty()) add_with_blank(all, p.mark + ".");
-        add_with_blank(all, p.text);
+        if (!all.empty()) all += separator;
+        if (has_several && !p.mark.empty()) all += p.mark + ". ";
+        all += p.text;
     }
     return all;
 }

@@ -27,7 +27,9 @@ struct Paragraph {
 // a dash before an example; blanks before what belongs to the line above. Throws bad_alloc.
 std::vector<Paragraph> read_article(std::string_view headword, std::string_view translation);
 
-// What fits into a line or two: the senses one after the other. Throws bad_alloc.
-std::string summary(const std::vector<Paragraph> &article);
+// What the word means in short: the senses without examples, on lines of their own or one after the
+// other. Throws bad_alloc.
+enum class Senses { on_lines, in_a_row };
+std::string summary(const std::vector<Paragraph> &article, Senses senses);
 
 } // namespace dictionary_view

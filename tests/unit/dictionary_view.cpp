@@ -146,9 +146,10 @@ TEST_F(DictionaryView, ArticlesAreReadByTheirCustoms) {
     };
     for (const auto &c : cases)
         EXPECT_EQ(told(read_article(c.headword, c.translation)), c.expected);
-    EXPECT_EQ(summary(read_article("sea", "<noun>\n1. Meer\n\"at sea\"\n2. See")),
-              "1. Meer 2. See");
-    EXPECT_EQ(summary(read_article("sea", "1. Meer")), "Meer");
+    const auto article = read_article("sea", "<noun>\n1. Meer\n\"at sea\"\n2. See");
+    EXPECT_EQ(summary(article, Senses::in_a_row), "1. Meer 2. See");
+    EXPECT_EQ(summary(article, Senses::on_lines), "1. Meer\n2. See");
+    EXPECT_EQ(summary(read_article("sea", "1. Meer"), Senses::on_lines), "Meer");
 }
 
 TEST_F(DictionaryView, LongArticlesHavePagesThatLeaveNothingOut) {

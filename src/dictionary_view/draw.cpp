@@ -33,6 +33,7 @@ void draw_toolbar(const View &v) {
     TileBitmap(bar.x, bar.y, bar.w, bar.h, v.toolbar.ground.get());
     for (size_t i = 0; i < tool_count; ++i) draw_tool(v, static_cast<Tool>(i));
     const text::FontScope font(v.look.type.label.get());
+    if (StringWidth(v.name.c_str()) > name.w) SetFont(v.look.type.small.get(), -1);
     DrawTextRect(name.x, name.y, name.w, name.h, v.name.c_str(),
                  ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS);
     FillAreaRect(&v.place.rule, BLACK);

@@ -10,7 +10,7 @@ namespace dictionary_view {
 namespace {
 
 constexpr int share_percent = 60; // of the screen
-constexpr int toolbar_units = 13, side_units = 3, tool_gap_units = 2;
+constexpr int toolbar_units = 13, side_units = 3;
 constexpr int left_tools = 3;
 constexpr int least_units = 40; // of the height, before the word is covered
 
@@ -38,7 +38,7 @@ irect inside(const irect &r, int border) {
 }
 
 void place_tools(const Measures &m, Place &p) {
-    const int pitch = std::max(toolbar_units * m.unit, m.tool_w + tool_gap_units * m.unit);
+    const int pitch = std::max(toolbar_units * m.unit, m.tool_w);
     const int margin = side_units * m.unit - (pitch - m.tool_w) / 2;
     const int right = static_cast<int>(tool_count) - left_tools;
     const int end = p.frame.x + p.frame.w - margin;

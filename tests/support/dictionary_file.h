@@ -32,7 +32,7 @@ inline std::string packed(const std::string &bytes) {
     uLongf size = compressBound(bytes.size());
     std::string out(size, '\0');
     compress2(reinterpret_cast<Bytef *>(out.data()), &size,
-              reinterpret_cast<const Bytef *>(bytes.data()), bytes.size(), 9);
+              reinterpret_cast<const Bytef *>(bytes.data()), bytes.size(), 6);
     return out.substr(0, size);
 }
 

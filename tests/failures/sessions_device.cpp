@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Boxes, frames, menus, and the life of an application in a device folder.
+// Boxes, frames, menus, dictionaries, and the life of an application in a device folder.
 #include <algorithm>
 #include <cstdlib>
 #include <numeric>
@@ -9,12 +9,15 @@
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
 #include "kelvane/dialogs.h"
+#include "kelvane/dictionary.h"
+#include "kelvane/dictionary_view.h"
 #include "kelvane/frames.h"
 #include "kelvane/languages.h"
 #include "kelvane/menus.h"
 #include "kelvane/theme.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
+#include "support/dictionary_file.h"
 #include "support/theme_file.h"
 
 namespace failures {
@@ -107,6 +110,39 @@ class Menus : public Session {
     uint64_t expected_;
 };
 
+// The box beside a word, the view in its place, a step, and the page again.
+class Dictionaries : public Session {
+  public:
+    Dictionaries() {
+        dictionaries::install(
+            dictionaries::file_of({{{"a", "<noun>\n1. first\n2. second"}, {"b", "other"}}}));
+        expected_ = draw();
+    }
+
+    bool run() override { return draw() == expected_; }
+
+  private:
+    static uint64_t draw() {
+        static const irect word = {100, 100, 50, 20, 0};
+        if (!open_device(ignore)) return 0;
+        ClearScreen();
+        OpenFastTranslation("a", &word);
+        uint64_t seen = picture();
+        OpenDictionaryView("a", &word);
+        for (const int key : {KEY_DOWN, KEY_RIGHT, KEY_BACK}) {
+            seen = seen * 31 + picture();
+            headless::press(key);
+        }
+        seen = seen * 31 + picture();
+        CloseDictionary();
+        close_device();
+        return seen;
+    }
+
+    Folder folder_;
+    uint64_t expected_;
+};
+
 int shown = 0, ticks = 0;
 int show(int type, int, int) {
     if (type == EVT_SHOW) ++shown, FullUpdate();
@@ -161,8 +197,10 @@ class Life : public Session {
     Folder folder_;
 };
 
-constexpr Area areas_here[] = {
-    {"Boxes", make<Boxes>}, {"Menus", make<Menus>}, {"Life", make<Life>}};
+constexpr Area areas_here[] = {{"Boxes", make<Boxes>},
+                               {"Menus", make<Menus>},
+                               {"Dictionaries", make<Dictionaries>},
+                               {"Life", make<Life>}};
 
 } // namespace
 

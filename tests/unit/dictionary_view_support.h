@@ -4,64 +4,32 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
-#include <zlib.h>
 
 #include "dialogs_support.h"
 #include "dictionary_view/view.h"
 #include "kelvane/dictionary.h"
 #include "kelvane/dictionary_view.h"
+#include "support/dictionary_file.h"
 #include "support/tempdir.h"
 
 namespace dictionary_test {
 
 using boxes::screen;
-using Entries = std::vector<std::pair<std::string, std::string>>;
+using Entries = dictionaries::Words;
 
-inline std::string number(size_t n, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(n >> 8 * i);
-    return text;
-}
-
-inline std::string packed(const std::string &text) {
-    uLongf size = compressBound(text.size());
-    std::string out(size, '\0');
-    compress(reinterpret_cast<Bytef *>(out.data()), &size,
-             reinterpret_cast<const Bytef *>(text.data()), text.size());
-    out.resize(size);
-    return out;
-}
-
-// Writes a dictionary of entries in the order of their characters, three in a container, that
-// compares words as they are.
+// Writes a dictionary of sorted entries, three in a container.
 inline void write_dictionary(const std::string &name, const Entries &entries,
                              const std::string &keyboard = "") {
-    constexpr size_t header_bytes = 128, in_container = 3;
-    std::string index, containers;
-    for (size_t i = 0; i < entries.size(); i += in_container) {
-        std::string container;
-        for (size_t j = i; j < std::min(i + in_container, entries.size()); ++j) {
-            const std::string record = entries[j].first + '\0' + entries[j].second + '\0';
-            container += number(record.size() + 2, 2) + record;
-        }
-        const std::string data = packed(container + number(0, 2));
-        index += number(data.size(), 2) + entries[i].first + '\0';
-        containers += data;
+    constexpr size_t in_container = 3;
+    std::vector<Entries> containers;
+    for (size_t i = 0; i < entries.size(); ++i) {
+        if (i % in_container == 0) containers.emplace_back();
+        containers.back().push_back(entries[i]);
     }
-    index += number(0, 2);
-    const auto section = [](const std::string &text) {
-        return text.empty() ? "" : number(text.size(), 4) + packed(text);
-    };
-    const std::string keys = section(keyboard), words = section(index);
-    std::string header = "SDIC" + number(257, 4) + number(0, 4) + number(1 << 20, 4);
-    header.resize(header_bytes);
-    const auto put = [&](size_t at, size_t value) { header.replace(at, 4, number(value, 4)); };
-    if (!keys.empty()) put(44, header_bytes);
-    put(56, header_bytes + keys.size());
-    put(60, header_bytes + keys.size() + words.size());
-    write_file("system/dictionaries/" + name + ".dic", header + keys + words + containers);
+    dictionaries::File file = dictionaries::file_of(containers, {}, keyboard);
+    file.limit = 1 << 20;
+    dictionaries::install(file, name);
 }
 
 // "w00", "w01", ... with a line each.

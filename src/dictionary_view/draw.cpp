@@ -24,7 +24,6 @@ void draw_tool(const View &v, Tool tool) {
     const irect &r = v.place.tools[static_cast<size_t>(tool)];
     const ToolPicture &picture = v.toolbar.tools[static_cast<size_t>(tool)];
     const theme::Picture &shown = is_black(v, tool) ? picture.pressed : picture.plain;
-    TileBitmap(r.x, r.y, r.w, r.h, v.toolbar.ground.get());
     DrawBitmap(r.x + (r.w - shown.width()) / 2, r.y + (r.h - shown.height()) / 2, shown.get());
 }
 
@@ -47,19 +46,18 @@ void draw_row(const View &v, int index) {
     const text::FontScope font;
     const Type &type = v.look.type;
     SetFont(is_selected ? type.number.get() : type.body.get(), is_selected ? WHITE : BLACK);
-    const int side = v.look.units(row_side_tenths);
-    DrawTextRect(r.x + side, r.y, std::max(r.w - 3 * side / 2, 1), r.h, word.c_str(),
-                 VALIGN_MIDDLE | TEXT_DOTS | alignment(sides_of(word)));
+    const Sides sides = sides_of(word);
+    const int side = v.look.units(row_side_tenths), left = sides == Sides::mirrored ? 1 : 2;
+    DrawTextRect(r.x + left * side / 2, r.y, std::max(r.w - 3 * side / 2, 1), r.h, word.c_str(),
+                 VALIGN_MIDDLE | TEXT_DOTS | alignment(sides));
 }
 
 void draw_list(const View &v) {
     for (int i = 0; i < static_cast<int>(v.words.shown().size()); ++i) draw_row(v, i);
 }
 
-void draw_article_on_screen(const View &v) {
-    const irect &pane = v.place.article;
-    FillAreaRect(&pane, WHITE);
-    SetClipRect(&pane);
+void draw_text(const View &v) {
+    SetClipRect(&v.place.article);
     v.article.draw(v.look);
     SetClip(0, 0, ScreenWidth(), ScreenHeight());
 }
@@ -69,10 +67,10 @@ void draw_border(const View &v) {
     DrawBorder(&v.place.frame, v.look.border, ROUND_ALL, v.look.radius, BLACK);
 }
 
+// On white.
 void draw_panes(const View &v) {
-    FillAreaRect(&v.place.body, WHITE);
     draw_list(v);
-    draw_article_on_screen(v);
+    draw_text(v);
     FillAreaRect(&v.place.divider, BLACK);
     draw_border(v);
 }
@@ -94,12 +92,14 @@ void draw_tools(const View &v) {
 
 void draw_body(const View &v) {
     const raster::ScreenScope screen;
+    FillAreaRect(&v.place.body, WHITE);
     draw_panes(v);
 }
 
 void draw_article(const View &v) {
     const raster::ScreenScope screen;
-    draw_article_on_screen(v);
+    FillAreaRect(&v.place.article, WHITE);
+    draw_text(v);
     draw_border(v);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A page of a book whose words can be looked up: a long press, or OK on the word that is
-// underlined, opens the fast translation, and a tap on that the dictionary.
+// A page of a book whose words can be looked up: a long press opens the fast translation; a tap on
+// that, or OK on the word that is underlined, opens the dictionary.
 #include <cctype>
 #include <cstring>
 #include <string>
@@ -87,13 +87,13 @@ void open_dictionary() {
 }
 
 // What follows the word does not belong to it, nor to its place.
-void look_up(int index) {
+void look_up(int index, void (*open)(const char *, const irect *)) {
     open_dictionary();
     Word word = words[size_t(index)];
     while (!word.text.empty() && is_sign(word.text.back())) word.text.pop_back();
     const Font font(text_size());
     word.place.w = StringWidth(word.text.c_str());
-    OpenFastTranslation(word.text.c_str(), &word.place);
+    open(word.text.c_str(), &word.place);
 }
 
 void select(int index) {
@@ -107,7 +107,7 @@ int pressed_long(int x, int y) {
     for (int i = 0; i < int(words.size()); i++) {
         if (!inside(words[size_t(i)].place, x, y)) continue;
         select(i);
-        look_up(i);
+        look_up(i, OpenFastTranslation);
         return 1;
     }
     return 0;
@@ -124,7 +124,7 @@ int handle(int type, int par1, int par2, const irect &) {
         select(selected + 1);
         return 1;
     case KEY_OK:
-        look_up(selected);
+        look_up(selected, OpenDictionaryView);
         return 1;
     default:
         return 0;
@@ -133,5 +133,5 @@ int handle(int type, int par1, int par2, const irect &) {
 
 } // namespace
 
-const Page dictionary_page = {"Words", "What a word means: a long press, or UP and DOWN, and OK",
-                              draw, handle, nullptr};
+const Page dictionary_page = {"Words", "What a word means: a long press, or UP, DOWN and OK", draw,
+                              handle, nullptr};

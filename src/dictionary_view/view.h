@@ -57,8 +57,11 @@ void close_view();
 // Takes it away as the screen closes.
 void reset();
 
-// Lays everything out anew, for a screen that was turned.
+// Lays everything out around the dictionary's current word, for the screen as it is held now.
 void lay_out(View &v);
+// Looks a word up, and lays it out with its neighbours. A word that is not there is told of; none
+// at all is the current one.
+void find(View &v, const char *word);
 
 // What keys and fingers ask for. Each draws and shows what changes.
 void focus_on(View &v, Pane pane);
@@ -68,7 +71,5 @@ void one_page_up(View &v);
 void one_page_down(View &v);
 void select_row(View &v, int row);
 void use(View &v, Tool tool);
-// Looks a word up, and shows it with its neighbours.
-void look_up(View &v, const char *word);
 
 } // namespace dictionary_view

@@ -18,7 +18,7 @@ add_executable(kelvane_dict ${KELVANE_DICT_TOOL} src/dictionary/collation.cpp
 target_include_directories(kelvane_dict PRIVATE src)
 target_compile_definitions(kelvane_dict PRIVATE KELVANE_VERSION="${PROJECT_VERSION}"
   KELVANE_DATA="${KELVANE_DATA_FROM_BIN}")
-target_link_libraries(kelvane_dict PRIVATE kelvane_dict_writer kelvane kelvane_flags)
+target_link_libraries(kelvane_dict PRIVATE kelvane_dict_writer kelvane kelvane_flags PkgConfig::DEFLATE)
 set_target_properties(kelvane_dict PROPERTIES OUTPUT_NAME kelvane-dict
   RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin
   INSTALL_RPATH "\$ORIGIN/${KELVANE_LIBDIR_FROM_BIN}")

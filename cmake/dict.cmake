@@ -12,16 +12,18 @@ target_include_directories(kelvane_dict_writer PRIVATE src INTERFACE tools)
 target_link_libraries(kelvane_dict_writer PRIVATE kelvane_flags PkgConfig::GLIB
   PUBLIC Threads::Threads ZLIB::ZLIB)
 
-add_executable(kelvane_dict ${KELVANE_DICT_TOOL} src/dictionary/collation.cpp
-  src/dictionary/container.cpp src/dictionary/file.cpp src/dictionary/index.cpp
-  src/dictionary/morphology.cpp src/ground/utf8.cpp)
+# The service without the library around it: a program that looks up words in milliseconds does not
+# wait for a toolkit to be loaded.
+file(GLOB KELVANE_DICT_SERVICE CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/dictionary/*.cpp
+  ${PROJECT_SOURCE_DIR}/src/file/*.cpp ${PROJECT_SOURCE_DIR}/src/ground/*.cpp)
+add_executable(kelvane_dict ${KELVANE_DICT_TOOL} ${KELVANE_DICT_SERVICE} src/internal.cpp)
 target_include_directories(kelvane_dict PRIVATE src)
-target_compile_definitions(kelvane_dict PRIVATE KELVANE_VERSION="${PROJECT_VERSION}"
+target_compile_definitions(kelvane_dict PRIVATE KELVANE_BUILDING KELVANE_VERSION="${PROJECT_VERSION}"
   KELVANE_DATA="${KELVANE_DATA_FROM_BIN}")
-target_link_libraries(kelvane_dict PRIVATE kelvane_dict_writer kelvane kelvane_flags)
+target_link_libraries(kelvane_dict PRIVATE kelvane_dict_writer kelvane_flags ${CMAKE_DL_LIBS}
+  PkgConfig::DEFLATE PkgConfig::MINIZIP)
 set_target_properties(kelvane_dict PROPERTIES OUTPUT_NAME kelvane-dict
-  RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin
-  INSTALL_RPATH "\$ORIGIN/${KELVANE_LIBDIR_FROM_BIN}")
+  RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 install(TARGETS kelvane_dict RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES man/kelvane-dict.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(DIRECTORY data/morphology DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane)

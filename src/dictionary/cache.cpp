@@ -38,7 +38,7 @@ bool Cache::fill(Slot &slot, size_t number, File &file, const Index &index) {
         std::fprintf(stderr, "error reading container %zu\n", number);
         return false;
     }
-    const auto size = unpack(packed_, {slot.bytes.get(), limit_});
+    const auto size = file.unpack(packed_, {slot.bytes.get(), limit_});
     if (!size) {
         std::fprintf(stderr, "error unpacking container %zu\n", number);
         return false;

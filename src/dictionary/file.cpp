@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <zlib.h>
+#include <libdeflate.h>
+#include <new>
 
 #include "kelvane/files.h"
 
@@ -18,10 +19,20 @@ bool is_announced_size_bearable(uint64_t announced, uint64_t stored) {
 
 } // namespace
 
-std::optional<size_t> unpack(ByteView packed, std::span<uint8_t> to) {
-    uLongf size = to.size();
-    if (uncompress(to.data(), &size, packed.data(), packed.size()) != Z_OK) return std::nullopt;
-    return size;
+void File::UnpackerDeleter::operator()(libdeflate_decompressor *unpacker) const {
+    libdeflate_free_decompressor(unpacker);
+}
+
+File::File(file::Stream stream)
+    : stream_(std::move(stream)), unpacker_(libdeflate_alloc_decompressor()) {
+    if (!unpacker_) throw std::bad_alloc();
+}
+
+std::optional<size_t> File::unpack(ByteView packed, std::span<uint8_t> to) {
+    size_t size = 0;
+    const auto result = libdeflate_zlib_decompress_ex(unpacker_.get(), packed.data(), packed.size(),
+                                                      to.data(), to.size(), nullptr, &size);
+    return result == LIBDEFLATE_SUCCESS ? std::optional(size) : std::nullopt;
 }
 
 bool File::measure() {

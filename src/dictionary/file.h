@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <utility>
@@ -12,6 +13,8 @@
 #include "dictionary/format.h"
 #include "file/stream.h"
 
+struct libdeflate_decompressor;
+
 namespace dictionary {
 
 using Bytes = std::vector<uint8_t>;
@@ -19,7 +22,8 @@ using ByteView = std::span<const uint8_t>;
 
 class File {
   public:
-    explicit File(file::Stream stream) : stream_(std::move(stream)) {}
+    // Throws bad_alloc.
+    explicit File(file::Stream stream);
 
     // False when this is no dictionary, a protected one, or one whose numbers are absurd.
     bool read_header();
@@ -30,6 +34,9 @@ class File {
     // The data of a section; nothing, with a word on standard error, when it cannot be read.
     // Throws bad_alloc.
     std::optional<Bytes> read_section(Field field, Packing packing);
+    // What zlib data unpacks to, in the place of `to`; its size, or nothing when it is damaged or
+    // larger.
+    std::optional<size_t> unpack(ByteView packed, std::span<uint8_t> to);
     // All bytes of a part of the file, or false.
     bool read(uint64_t offset, std::span<uint8_t> to);
 
@@ -43,13 +50,14 @@ class File {
     bool is_bearable(Field field);
     bool measure();
 
+    struct UnpackerDeleter {
+        void operator()(libdeflate_decompressor *unpacker) const;
+    };
+
     file::Stream stream_;
+    std::unique_ptr<libdeflate_decompressor, UnpackerDeleter> unpacker_;
     uint64_t size_ = 0;
     std::array<uint8_t, header_bytes> header_{};
 };
-
-// What zlib data unpacks to, in the place of `to`; its size, or nothing when it is damaged or
-// larger.
-std::optional<size_t> unpack(ByteView packed, std::span<uint8_t> to);
 
 } // namespace dictionary

@@ -41,7 +41,7 @@ void Contents::each_container(const std::function<void(size_t, Container *)> &vi
     for (size_t i = 0; i < index.size(); ++i) {
         packed.resize(index.packed_size(i));
         const auto size =
-            file.read(index.offset(i), packed) ? unpack(packed, unpacked) : std::nullopt;
+            file.read(index.offset(i), packed) ? file.unpack(packed, unpacked) : std::nullopt;
         if (size) container.read({unpacked.data(), *size});
         visit(i, size ? &container : nullptr);
     }

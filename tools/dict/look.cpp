@@ -16,7 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What the library tells of each look-up is for developers.
+// What the library tells of each look-up is for developers: while this lives, only complaints reach
+// the user.
 class QuietErrors {
   public:
     QuietErrors() : kept_(dup(STDERR_FILENO)) {
@@ -29,6 +30,10 @@ class QuietErrors {
     ~QuietErrors() {
         dup2(kept_, STDERR_FILENO);
         close(kept_);
+    }
+    void complain(const char *word, const char *why) const {
+        std::fflush(stdout);
+        dprintf(kept_, "kelvane-dict: %s: %s\n", word, why);
     }
 
   private:
@@ -59,36 +64,29 @@ class LentFolder {
     fs::path before_, path_;
 };
 
-void complain(const char *what, const char *why) {
-    std::fprintf(stderr, "kelvane-dict: %s: %s\n", what, why);
-}
-
 // False when it is not there.
-bool print_word(const char *word) {
+bool print_word(const char *word, const QuietErrors &quiet) {
     char *headword, *translation;
-    int result;
-    {
-        const QuietErrors quiet;
-        result = LookupWord(word, &headword, &translation);
-    }
-    if (result == DICT_NONE) complain(word, "not found");
-    if (result == DICT_NEAREST) complain(word, "not found; the nearest word is");
+    const int result = LookupWord(word, &headword, &translation);
+    if (result == DICT_NONE) quiet.complain(word, "not found");
+    if (result == DICT_NEAREST) quiet.complain(word, "not found; the nearest word is");
     if (result != DICT_NONE) std::printf("%s\n%s\n\n", headword, translation);
-    std::fflush(stdout);
     return result == DICT_EXACT;
 }
 
 bool look_in(const char *name, const std::vector<std::string> &words) {
     if (!OpenDictionary(name)) return false;
+    const QuietErrors quiet;
     bool all_found = true;
-    for (const std::string &word : words) all_found = print_word(word.c_str()) && all_found;
+    for (const std::string &word : words) all_found = print_word(word.c_str(), quiet) && all_found;
     CloseDictionary();
     return all_found;
 }
 
 bool look_in_all(const std::vector<std::string> &words) {
     char **names = EnumDictionaries();
-    if (!names || !*names) complain("./system/dictionaries", "there is no dictionary");
+    if (!names || !*names)
+        std::fputs("kelvane-dict: ./system/dictionaries: there is no dictionary\n", stderr);
     bool any_found = false;
     for (; names && *names; ++names) {
         std::printf("== %s\n", *names);

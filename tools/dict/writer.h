@@ -40,8 +40,8 @@ struct Sides {
 };
 
 struct Plan {
-    size_t container_bytes = 12 << 10; // a container that reaches this ends
-    unsigned threads = 0;              // 0: as many as there are processors
+    size_t container_bytes = 4 << 10; // a container that reaches this ends
+    unsigned threads = 0;             // 0: as many as there are processors
     // Told how many of how many containers are packed.
     std::function<void(size_t, size_t)> progress = [](size_t, size_t) {};
 };

@@ -57,6 +57,7 @@ void Dictionary::read_sections() {
 
 std::optional<Match> Dictionary::find(const char *word) {
     report_search(word);
+    if (!*word) return std::nullopt;
     has_plug_in(); // which says whose rules apply
     return search(word);
 }

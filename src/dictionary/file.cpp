@@ -73,6 +73,10 @@ bool File::is_sound(const Extent &e) const {
     return e.size >= int64_t{section_prefix} && e.size <= static_cast<int64_t>(size_);
 }
 
+bool File::is_inside(const Extent &e) const {
+    return e.start <= size_ && static_cast<uint64_t>(e.size) <= size_ - e.start;
+}
+
 // A section that is not there, or cannot be read, is refused where it is read.
 bool File::is_bearable(Field field) {
     const Extent e = extent(field);
@@ -89,10 +93,11 @@ std::optional<Bytes> File::read_section(Field field, Packing packing) {
         std::fprintf(stderr, "error in section parameters, section %02x\n", field);
         return std::nullopt;
     }
-    Bytes stored(static_cast<size_t>(e.size));
-    const bool is_read = read(e.start, stored);
+    Bytes stored;
+    if (is_inside(e)) stored.resize(static_cast<size_t>(e.size));
+    const bool is_read = !stored.empty() && read(e.start, stored);
     const size_t announced = is_read ? read_u32(stored.data()) : 0;
-    const ByteView data = ByteView(stored).subspan(section_prefix);
+    const ByteView data = is_read ? ByteView(stored).subspan(section_prefix) : ByteView();
     if (!is_read || (packing == Packing::none && announced > data.size())) {
         std::fprintf(stderr, "error reading section %02x\n", field);
         return std::nullopt;

@@ -47,6 +47,7 @@ class File {
     };
     Extent extent(Field field) const;
     bool is_sound(const Extent &e) const;
+    bool is_inside(const Extent &e) const;
     bool is_bearable(Field field);
     bool measure();
 

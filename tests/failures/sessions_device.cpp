@@ -111,9 +111,9 @@ class Menus : public Session {
 };
 
 // The box beside a word, the view in its place, a step, and the page again.
-class Dictionaries : public Session {
+class DictionaryView : public Session {
   public:
-    Dictionaries() {
+    DictionaryView() {
         dictionaries::install(
             dictionaries::file_of({{{"a", "<noun>\n1. first\n2. second"}, {"b", "other"}}}));
         expected_ = draw();
@@ -199,7 +199,7 @@ class Life : public Session {
 
 constexpr Area areas_here[] = {{"Boxes", make<Boxes>},
                                {"Menus", make<Menus>},
-                               {"Dictionaries", make<Dictionaries>},
+                               {"DictionaryView", make<DictionaryView>},
                                {"Life", make<Life>}};
 
 } // namespace

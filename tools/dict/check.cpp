@@ -19,7 +19,8 @@ class Checker {
     Checker(std::string path, Contents &contents) : path_(std::move(path)), contents_(contents) {}
 
     bool run() {
-        if (contents_.index.size() == 0) fault(0, "corrupted dictionary index");
+        if (contents_.index.size() == 0) fault("corrupted dictionary index");
+        if (!contents_.damaged.empty()) fault("sections are damaged:" + contents_.damaged);
         const Morphology rules(contents_.rules, contents_.collation); // says what it has to say
         contents_.each_container([this](size_t number, Container *c) { visit(number, c); });
         std::printf("%s: %zu words in %zu containers, %zu faults\n", path_.c_str(), words_,
@@ -28,10 +29,12 @@ class Checker {
     }
 
   private:
-    void fault(size_t container, const std::string &what) {
+    void fault(const std::string &what) {
         constexpr size_t most_named = 20;
-        if (++faults_ <= most_named)
-            std::fprintf(stderr, "%s: container %zu: %s\n", path_.c_str(), container, what.c_str());
+        if (++faults_ <= most_named) std::fprintf(stderr, "%s: %s\n", path_.c_str(), what.c_str());
+    }
+    void fault(size_t container, const std::string &what) {
+        fault("container " + std::to_string(container) + ": " + what);
     }
 
     void visit(size_t number, Container *c) {

@@ -51,11 +51,12 @@ Sides read_sides(const CompileOptions &o, Mistakes &mistakes) {
 }
 
 void print(const Mistakes &mistakes) {
-    for (const Mistake &m : mistakes) {
-        std::fprintf(stderr, "%s:", m.path.c_str());
-        if (m.line != 0) std::fprintf(stderr, "%zu:", m.line);
-        std::fprintf(stderr, " %s\n", m.text.c_str());
+    for (size_t i = 0; i < std::min(mistakes.size(), most_named); ++i) {
+        const Mistake &m = mistakes[i];
+        std::fprintf(stderr, "%s:%zu: %s\n", m.path.c_str(), m.line, m.text.c_str());
     }
+    if (mistakes.size() > most_named)
+        std::fprintf(stderr, "and %zu mistakes more\n", mistakes.size() - most_named);
 }
 
 const char *text_of(Reason reason) {
@@ -85,10 +86,14 @@ void print_left_out(const Source &source, const Written &written) {
         std::fprintf(stderr, "left out: %zu, %s\n", count, text_of(reason));
 }
 
+bool is_watched() {
+    static const bool is_terminal = isatty(STDERR_FILENO) != 0;
+    return is_terminal;
+}
+
 // A line that is written over, for people who wait.
 void show_progress(size_t done, size_t all) {
-    static const bool is_watched = isatty(STDERR_FILENO) != 0;
-    if (is_watched && (done % 256 == 0 || done == all))
+    if (is_watched() && (done % 256 == 0 || done == all))
         std::fprintf(stderr, "\rpacked %zu of %zu%s", done, all, done == all ? "\n" : "");
 }
 
@@ -116,6 +121,7 @@ int compile(const CompileOptions &o) {
     const Sides sides = read_sides(o, mistakes);
     print(mistakes);
     if (!mistakes.empty()) return STATUS_FAILED;
+    if (is_watched()) std::fprintf(stderr, "reading %s\n", o.source.c_str());
     const Source source = read_source(o.source);
     print(source.mistakes);
     const Written written =

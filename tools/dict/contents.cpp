@@ -26,13 +26,20 @@ std::unique_ptr<Contents> read_contents(const std::filesystem::path &path) {
                      path.c_str());
         return nullptr;
     }
-    c->pairs = c->file.read_section(collation_field, none).value_or(Bytes());
+    c->pairs = c->section(collation_field, none);
     c->collation.apply(c->pairs);
-    c->rules = c->file.read_section(morphology_field, zlib).value_or(Bytes());
-    c->keyboard = c->file.read_section(keyboard_field, zlib).value_or(Bytes());
-    const Bytes entries = c->file.read_section(index_field, zlib).value_or(Bytes());
+    c->rules = c->section(morphology_field, zlib);
+    c->keyboard = c->section(keyboard_field, zlib);
+    const Bytes entries = c->section(index_field, zlib);
     c->index = Index(entries, c->file.value(containers_field), c->collation);
     return c;
+}
+
+Bytes Contents::section(Field field, File::Packing packing) {
+    auto bytes = file.read_section(field, packing);
+    if (bytes) return std::move(*bytes);
+    if (file.value(field) != 0) damaged += ' ' + std::to_string(field);
+    return {};
 }
 
 void Contents::each_container(const std::function<void(size_t, Container *)> &visit) {

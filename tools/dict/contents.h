@@ -20,10 +20,13 @@ struct Contents {
     dictionary::Collation collation;
     dictionary::Bytes pairs, rules, keyboard;
     dictionary::Index index;
+    std::string damaged; // the sections that cannot be read, by their offsets in the header
 
     explicit Contents(file::Stream stream) : file(std::move(stream)) {}
     // Calls visit(number, container) for all containers; null for one that cannot be unpacked.
     void each_container(const std::function<void(size_t, dictionary::Container *)> &visit);
+    // Empty, after a word on standard error, when the section cannot be read.
+    dictionary::Bytes section(dictionary::Field field, dictionary::File::Packing packing);
 };
 
 // Null when it is no dictionary, after a word on standard error.

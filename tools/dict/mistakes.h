@@ -10,7 +10,7 @@ namespace dict {
 
 struct Mistake {
     std::string path;
-    size_t line; // 0: the file as a whole
+    size_t line;
     std::string text;
 };
 

@@ -141,7 +141,7 @@ std::string read_keyboard(std::string_view text, const std::string &path, Mistak
     const size_t colon = text.find(':');
     if (colon < 2 || colon > longest_code)
         mistakes.push_back({path, 1, "a layout begins with its language, as \"EN: English\""});
-    if (text.size() > largest) mistakes.push_back({path, 0, "is no layout: larger than 1 MiB"});
+    if (text.size() > largest) mistakes.push_back({path, 1, "is no layout: larger than 1 MiB"});
     return std::string(text);
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How the open theme looks: windows, selections, borders, boxes, menus and keyboards, a page each,
-// below the application's caption and above the pager.
+// How the open theme looks: windows, selections, borders, boxes, menus, keyboards and dictionaries,
+// a page each, below the application's caption and above the pager.
 //
 // PREV and NEXT or the pager turn the pages, MENU turns the screen, BACK ends. On the pages of
-// boxes, menus and keyboards OK opens one after the other.
+// boxes, menus, keyboards and dictionaries OK opens one after the other.
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -338,15 +338,71 @@ void open_next_keyboard() {
     keyboards[keyboard]();
 }
 
+// The first word on the page.
+irect first_word() {
+    const Free font{GetThemeFont("window.font", "default,20,0")};
+    ifont *before = GetFont();
+    SetFont(font.font, -1);
+    const irect word = iRect(margin(), GetCaptionHeight() + unit(), StringWidth("Call"),
+                             font.font ? font.font->height : 0, 0);
+    SetFont(before, -1);
+    return word;
+}
+
+void translate(const char *dictionary) {
+    const irect word = first_word();
+    OpenDictionary(dictionary);
+    OpenFastTranslation("Call", &word);
+}
+
+void translate_into_german() {
+    translate("English-German");
+}
+
+void translate_into_arabic() {
+    translate("English-Arabic");
+}
+
+void open_dictionary() {
+    const irect word = first_word();
+    OpenDictionary("English-German");
+    OpenDictionaryView("Call", &word);
+}
+
+void open_hebrew_dictionary() {
+    OpenDictionary("Hebrew-English");
+    OpenDictionaryView("מילה", nullptr);
+}
+
+void open_arabic_dictionary() {
+    LoadLanguage("ar");
+    OpenDictionary("English-Arabic");
+    OpenDictionaryView("sail", nullptr);
+    LoadLanguage(ReadString(GetGlobalConfig(), "language", "en"));
+}
+
+constexpr void (*dictionaries[])() = {translate_into_german, open_dictionary, translate_into_arabic,
+                                      open_hebrew_dictionary, open_arabic_dictionary};
+int next_dictionary = 0;
+
+void open_next_dictionary() {
+    const int dictionary = next_dictionary;
+    next_dictionary = (dictionary + 1) % int(std::size(dictionaries));
+    dictionaries[dictionary]();
+}
+
 struct Page {
     const char *title;
     void (*draw)(const irect &area);
     void (*ok)();
 };
-constexpr Page pages[] = {
-    {"Windows", draw_windows, nullptr},      {"Selections", draw_selections, nullptr},
-    {"Borders", draw_borders, nullptr},      {"Boxes", draw_reading, open_next_box},
-    {"Menus", draw_reading, open_next_menu}, {"Keyboards", draw_reading, open_next_keyboard}};
+constexpr Page pages[] = {{"Windows", draw_windows, nullptr},
+                          {"Selections", draw_selections, nullptr},
+                          {"Borders", draw_borders, nullptr},
+                          {"Boxes", draw_reading, open_next_box},
+                          {"Menus", draw_reading, open_next_menu},
+                          {"Keyboards", draw_reading, open_next_keyboard},
+                          {"Dictionaries", draw_reading, open_next_dictionary}};
 
 int ok_pressed(const Page &page) {
     if (!page.ok) return 0;

@@ -31,6 +31,8 @@
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
 #include "kelvane/dialogs.h"
+#include "kelvane/dictionary.h"
+#include "kelvane/dictionary_view.h"
 #include "kelvane/events.h"
 #include "kelvane/files.h"
 #include "kelvane/frames.h"

@@ -4,6 +4,7 @@
 // PREV and NEXT, a swipe or a tap on the strip at the bottom turn the pages; MENU, or the window's
 // "Orientation" menu, turns the screen; BACK ends. For random input `--stay` keeps BACK from ending
 // it, and `--stay Boxes` keeps it on that page.
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -16,14 +17,16 @@
 
 namespace {
 
-constexpr std::array pages = {&shapes_page, &pictures_page, &text_page,  &prose_page, &updates_page,
-                              &paint_page,  &events_page,   &boxes_page, &menus_page, &form_page};
+constexpr std::array pages = {&shapes_page,  &pictures_page, &text_page,      &prose_page,
+                              &updates_page, &paint_page,    &events_page,    &boxes_page,
+                              &menus_page,   &form_page,     &dictionary_page};
 constexpr int count = int(pages.size());
 // Every so many turned pages one flash clears the ghosts of the former ones.
 constexpr int turns_per_flash = 4;
 
 int current = 0;
-std::array<int, count> tab_ends; // in the strip
+int first_tab = 0, tabs = 0;     // in the strip
+std::array<int, count> tab_ends; // of those
 int turns = 0;
 bool pressed = false;
 bool stay = false;         // BACK does not end the gallery
@@ -50,21 +53,42 @@ void draw_title() {
     draw_text(margin(), 11 * unit(), pages[size_t(current)]->hint, {});
 }
 
+// As many as there is room for, with the current one as near to the middle as may be.
+void choose_tabs(const std::array<int, count> &widths) {
+    const int gap = 3 * unit();
+    int used = widths[size_t(current)] + gap;
+    first_tab = current;
+    tabs = 1;
+    for (bool grew = true; grew;) {
+        grew = false;
+        for (const int next : {first_tab + tabs, first_tab - 1}) {
+            if (next < 0 || next >= count) continue;
+            if (used + widths[size_t(next)] + gap > ScreenWidth()) continue;
+            used += widths[size_t(next)] + gap;
+            first_tab = std::min(first_tab, next);
+            tabs++;
+            grew = true;
+        }
+    }
+}
+
 // Each tab is as wide as its title asks, with the same room beside all titles.
 void lay_out_tabs() {
     std::array<int, count> widths{};
     for (size_t i = 0; i < count; i++) widths[i] = text_width(pages[i]->title, {.bold = true});
-    const int room = ScreenWidth() - std::accumulate(widths.begin(), widths.end(), 0);
+    choose_tabs(widths);
+    const auto first = widths.begin() + first_tab;
+    const int room = ScreenWidth() - std::accumulate(first, first + tabs, 0);
     int titles = 0;
-    for (int i = 0; i < count; i++) {
-        titles += widths[size_t(i)];
-        tab_ends[size_t(i)] = titles + room * (i + 1) / count;
+    for (int i = 0; i < tabs; i++) {
+        titles += first[i];
+        tab_ends[size_t(first_tab + i)] = titles + room * (i + 1) / tabs;
     }
 }
 
 irect tab_area(int index) {
     const irect strip = strip_area();
-    const int left = index > 0 ? tab_ends[size_t(index) - 1] : 0;
+    const int left = index > first_tab ? tab_ends[size_t(index) - 1] : 0;
     return iRect(left, strip.y, tab_ends[size_t(index)] - left, strip.h, 0);
 }
 
@@ -72,7 +96,7 @@ void draw_strip() {
     lay_out_tabs();
     const irect strip = strip_area();
     FillArea(strip.x, strip.y, strip.w, hairline(), BLACK);
-    for (int i = 0; i < count; i++) {
+    for (int i = first_tab; i < first_tab + tabs; i++) {
         const irect tab = tab_area(i);
         const bool selected = i == current;
         if (selected) FillArea(tab.x, tab.y, tab.w, unit(), BLACK);
@@ -139,7 +163,7 @@ int key_pressed(int key) {
 }
 
 int tab_at(int x, int y) {
-    for (int i = 0; i < count; i++)
+    for (int i = first_tab; i < first_tab + tabs; i++)
         if (inside(tab_area(i), x, y)) return i;
     return -1;
 }

@@ -88,8 +88,8 @@ KELVANE_API void OpenKeyboardEx(const char *title, char *buffer, int maxlen, int
 /**
  * OpenKeyboard() with a layout of its own. On a multi-touch device a layout without touch rows
  * gives way to the user's, unless #KBD_KEEP_LAYOUT.
- * @param name of a file in "./system/language/keyboard", without ".kbd"; a missing one, and null,
- *             stand for the built-in layout
+ * @param name of a file in "./system/language/keyboard", without ".kbd", or, with a slash in it, a
+ *             path without ".kbd"; a missing one, and null, stand for the built-in layout
  */
 KELVANE_API void OpenCustomKeyboard(const char *name, const char *title, char *buffer, int maxlen,
                                     int flags, void (*proc)(char *text));

@@ -29,7 +29,8 @@ constexpr size_t code_length = 2, length_of_codes = 8; // three, with a sign bet
 Layouts kept_layouts;
 
 std::optional<file::Contents> contents(const std::string &name, const char *extension) {
-    const std::string path = std::string(folder) + "/" + name + extension;
+    const bool is_path = name.find('/') != std::string::npos;
+    const std::string path = (is_path ? name : std::string(folder) + "/" + name) + extension;
     const file::Stream stream = file::open_plain(path.c_str());
     return stream ? file::read_whole(stream.get(), largest_file) : std::nullopt;
 }

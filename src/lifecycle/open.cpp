@@ -8,6 +8,7 @@
 
 #include "chrome/chrome.h"
 #include "dialogs/stack.h"
+#include "dictionary_view/view.h"
 #include "ground/guard.h"
 #include "hw.h"
 #include "internal.h"
@@ -156,6 +157,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    dictionary_view::reset();
     keyboard::reset();
     menus::reset();
     dialogs::reset();

@@ -9,6 +9,7 @@
 #include "kelvane/text.h"
 #include "menus/row.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "raster/screen_scope.h"
 
 namespace menus {
@@ -114,12 +115,6 @@ void draw_contents(const Menu &menu) {
 
 } // namespace
 
-irect shared(const irect &a, const irect &b) {
-    const int x = std::max(a.x, b.x), y = std::max(a.y, b.y);
-    return {x, y, std::max(std::min(a.x + a.w, b.x + b.w) - x, 0),
-            std::max(std::min(a.y + a.h, b.y + b.h) - y, 0), 0};
-}
-
 irect inside_of(const Menu &menu) {
     const int border = menu.look->p.border_size;
     const irect &r = menu.rect;
@@ -143,7 +138,7 @@ void fill_rounded(const irect &r, int radius) {
     FillArea(r.x + c, r.y, r.w - 2 * c, c, WHITE);
     FillArea(r.x + c, r.y + r.h - c, r.w - 2 * c, c, WHITE);
     const irect clip = GetClipRect();
-    const irect both = shared(clip, r); // discs are wider than their radius says
+    const irect both = raster::shared(clip, r); // discs are wider than their radius says
     SetClipRect(&both);
     for (const int x : {r.x + c, r.x + r.w - 1 - c})
         for (const int y : {r.y + c, r.y + r.h - 1 - c}) DrawCircle(x, y, c, WHITE);

@@ -20,8 +20,6 @@ irect exit_rect(const Menu &menu);
 // What rows may be drawn on: all inside the border.
 irect inside_of(const Menu &menu);
 
-// What two areas have in common.
-irect shared(const irect &a, const irect &b);
 // A white area with round corners.
 void fill_rounded(const irect &r, int radius);
 // The border of a menu of that size. The clip is the whole screen afterwards.

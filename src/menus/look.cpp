@@ -4,8 +4,6 @@
 #include "menus/look.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 
 #include "hw.h"
 #include "kelvane/languages.h"
@@ -31,17 +29,6 @@ void cut_lengths(icontext_menu_properties &p) {
     p.item_height = length(p.item_height, 1);
 }
 
-// Null without memory.
-raster::BitmapPtr mirrored(const ibitmap *picture, int flags) {
-    if (!picture) return nullptr;
-    const size_t bytes = sizeof *picture + raster::used_bytes(*picture);
-    raster::BitmapPtr copy(static_cast<ibitmap *>(std::malloc(bytes + raster::bitmap_spare_bytes)));
-    if (!copy) return nullptr;
-    std::memcpy(copy.get(), picture, bytes);
-    MirrorBitmap(copy.get(), flags);
-    return copy;
-}
-
 LookPtr make_look(const icontext_menu_properties *properties) {
     using theme::Picture;
     auto look = std::make_shared<Look>();
@@ -58,11 +45,11 @@ LookPtr make_look(const icontext_menu_properties *properties) {
     look->bullet_selected = Picture("context_menu_bullet_selected");
     look->arrow = Picture("context_menusubmenu_close");
     look->arrow_open = Picture("context_menu_submenu_opens");
-    if (IsRTL()) look->mirrored_arrow = mirrored(look->arrow.get(), MIRROR_HORIZONTAL);
+    if (IsRTL()) look->mirrored_arrow = raster::mirrored(look->arrow.get(), MIRROR_HORIZONTAL);
     look->exit = Picture("close");
     look->exit_pressed = Picture("close_inv");
     look->pointer = Picture("context_menu_pointer");
-    look->pointer_down = mirrored(look->pointer.get(), MIRROR_VERTICAL);
+    look->pointer_down = raster::mirrored(look->pointer.get(), MIRROR_VERTICAL);
     look->exit_x = length(GetThemeInt("button.exit.indent.horizontal", 2 * look->unit));
     look->exit_y = length(GetThemeInt("button.exit.indent.vertical", 5 * look->unit / 2));
     return look;

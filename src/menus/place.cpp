@@ -96,6 +96,18 @@ irect place(const Anchor &anchor, int w, int h, const irect &area) {
     return {fit(anchor.x, w, area.x, area.w), fit(anchor.y, h, area.y, area.h), w, h, 0};
 }
 
+irect place_pointer(const irect &placed, const irect &item, const Pointer &pointer) {
+    const bool below = placed.flags == MENU_SIDE_BELOW && placed.y >= item.y + item.h;
+    const bool above = placed.flags == MENU_SIDE_ABOVE && placed.y + placed.h <= item.y;
+    if (!below && !above) return {};
+    const int base = pointer.border + 1, corner = pointer.radius + pointer.border;
+    const int first = placed.x + corner;
+    const int last = std::max(placed.x + placed.w - corner - pointer.w, first);
+    const int middle = raster::saturated(item.x + (int64_t{item.w} - pointer.w) / 2);
+    const int y = below ? placed.y + base - pointer.h : placed.y + placed.h - base;
+    return {std::clamp(middle, first, last), y, pointer.w, pointer.h, 0};
+}
+
 } // namespace menus
 
 void CalculatePosition(irect *item, irect *placement, irect *result) {

@@ -29,4 +29,13 @@ irect menu_area();
 // taken.
 irect place(const Anchor &anchor, int w, int h, const irect &area);
 
+// What leads to the item from what was placed beside it.
+struct Pointer {
+    int w, h;           // of the picture
+    int border, radius; // of what it belongs to
+};
+// Above or below, in the middle of the item as far as the corners allow; its base opens the border.
+// Empty unless `placed` lies on the side of the item that its flags tell.
+irect place_pointer(const irect &placed, const irect &item, const Pointer &pointer);
+
 } // namespace menus

@@ -8,6 +8,7 @@
 #include "kelvane/languages.h"
 #include "kelvane/text.h"
 #include "menus/draw.h"
+#include "raster/rects.h"
 #include "text/font_scope.h"
 
 namespace menus {
@@ -154,7 +155,7 @@ void draw_item(const Brush &b) {
     const Columns &c = b.menu.layout.columns;
     const int border = b.p().border_size, start = c.indent - border;
     const irect clip = GetClipRect();
-    const irect own = shared(clip, b.place); // icons may be higher than rows
+    const irect own = raster::shared(clip, b.place); // icons may be higher than rows
     SetClipRect(&own);
     draw_background(b);
     if (b.row.item.kind == ITEM_BULLET && c.bullet_w > 0) draw_picture(b, bullet_of(b), start);

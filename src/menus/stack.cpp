@@ -16,6 +16,7 @@
 #include "menus/handler.h"
 #include "modal/input.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "runtime/queue.h"
 
 namespace menus {
@@ -72,28 +73,14 @@ int gap_of(const Menu &menu) {
                              : -look.rim();
 }
 
-irect place_pointer(const Menu &menu) {
-    const irect &r = menu.rect, &item = menu.anchor.item;
-    const bool below = r.flags == MENU_SIDE_BELOW && r.y >= item.y + item.h;
-    const bool above = r.flags == MENU_SIDE_ABOVE && r.y + r.h <= item.y;
-    if (!has_pointer(menu) || (!below && !above)) return {};
+irect pointer_of(const Menu &menu) {
     const Look &look = *menu.look;
-    const int w = look.pointer.width(), h = look.pointer.height();
-    const int base = look.p.border_size + 1, corner = look.p.border_radius + look.p.border_size;
-    const int last = std::max(r.x + r.w - corner - w, r.x + corner);
-    const int x =
-        std::clamp(raster::saturated(item.x + (int64_t{item.w} - w) / 2), r.x + corner, last);
-    return {x, below ? r.y + base - h : r.y + r.h - base, w, h, 0};
-}
-
-irect widened(const irect &r, int by) {
-    return {r.x - by, r.y - by, r.w + 2 * by, r.h + 2 * by, 0};
-}
-
-irect joined(const irect &a, const irect &b) {
-    if (b.w < 1) return a;
-    const int x = std::min(a.x, b.x), y = std::min(a.y, b.y);
-    return {x, y, std::max(a.x + a.w, b.x + b.w) - x, std::max(a.y + a.h, b.y + b.h) - y, 0};
+    if (!has_pointer(menu)) return {};
+    return place_pointer(menu.rect, menu.anchor.item,
+                         {.w = look.pointer.width(),
+                          .h = look.pointer.height(),
+                          .border = look.p.border_size,
+                          .radius = look.p.border_radius});
 }
 
 // Lays the menu out and puts it in its place.
@@ -102,8 +89,8 @@ void measure(Menu &menu) {
     menu.layout = lay_out(menu.request, *menu.look, area.w, area.h);
     menu.anchor.overlap = gap_of(menu);
     menu.rect = place(menu.anchor, menu.layout.w, menu.layout.h, area);
-    menu.pointer = place_pointer(menu);
-    menu.covered = joined(widened(menu.rect, menu.look->rim()), menu.pointer);
+    menu.pointer = pointer_of(menu);
+    menu.covered = raster::joined(raster::widened(menu.rect, menu.look->rim()), menu.pointer);
     menu.scroll = 0;
 }
 
@@ -231,7 +218,7 @@ void close_top() {
     put_screen_back(menu);
     if (Menu *parent = top()) {
         show_parent(*parent);
-        menu.covered = joined(menu.covered, parent->rect);
+        menu.covered = raster::joined(menu.covered, parent->rect);
     }
     update_after_close(menu);
     menu.taken.give_input_back();
@@ -289,7 +276,7 @@ void UpdateMenuEx(imenuex *menu) {
         show_selected(*shown);
         if (is_whole) shown->taken.under.save(shown->covered);
         draw_menu(*shown);
-        show(joined(before, shown->covered));
+        show(raster::joined(before, shown->covered));
     });
 }
 

@@ -73,6 +73,10 @@ BitmapPtr make_bitmap(int w, int h, int depth, MaskRoom mask = MaskRoom::none);
 // make_bitmap() of the panel's depth, all white.
 BitmapPtr make_white_bitmap(int w, int h);
 
+// A copy that is turned over, with the bits of MirrorBitmap(). Null for no picture, or when memory
+// runs out.
+BitmapPtr mirrored(const ibitmap *bm, int flags);
+
 // Hands a copy to the caller; the bitmap tracker hears of it.
 ibitmap *release_copy(const ibitmap &from, BitmapPtr copy);
 

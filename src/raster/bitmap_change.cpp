@@ -124,6 +124,16 @@ void move_up(ibitmap &bm, size_t rows) {
 
 } // namespace
 
+raster::BitmapPtr raster::mirrored(const ibitmap *bm, int flags) {
+    if (!bm) return nullptr;
+    const size_t bytes = sizeof *bm + used_bytes(*bm);
+    BitmapPtr copy(static_cast<ibitmap *>(std::malloc(bytes + bitmap_spare_bytes)));
+    if (!copy) return nullptr;
+    std::memcpy(copy.get(), bm, bytes);
+    MirrorBitmap(copy.get(), flags);
+    return copy;
+}
+
 void MirrorBitmap(ibitmap *bm, int flags) {
     if (!bm) return;
     if ((flags & MIRROR_VERTICAL) != 0) {

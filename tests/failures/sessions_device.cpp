@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Boxes, frames, menus, keyboards, and the life of an application in a device folder.
+// Boxes, frames, menus, keyboards, dictionaries, and the life of an application in a device folder.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +10,8 @@
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
 #include "kelvane/dialogs.h"
+#include "kelvane/dictionary.h"
+#include "kelvane/dictionary_view.h"
 #include "kelvane/frames.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
@@ -17,6 +19,7 @@
 #include "kelvane/theme.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
+#include "support/dictionary_file.h"
 #include "support/theme_file.h"
 
 namespace failures {
@@ -152,6 +155,39 @@ class Keyboards : public Session {
     uint64_t expected_;
 };
 
+// The box beside a word, the view in its place, a step, and the page again.
+class DictionaryView : public Session {
+  public:
+    DictionaryView() {
+        dictionaries::install(
+            dictionaries::file_of({{{"a", "<noun>\n1. first\n2. second"}, {"b", "other"}}}));
+        expected_ = draw();
+    }
+
+    bool run() override { return draw() == expected_; }
+
+  private:
+    static uint64_t draw() {
+        static const irect word = {100, 100, 50, 20, 0};
+        if (!open_device(ignore)) return 0;
+        ClearScreen();
+        OpenFastTranslation("a", &word);
+        uint64_t seen = picture();
+        OpenDictionaryView("a", &word);
+        for (const int key : {KEY_DOWN, KEY_RIGHT, KEY_BACK}) {
+            seen = seen * 31 + picture();
+            headless::press(key);
+        }
+        seen = seen * 31 + picture();
+        CloseDictionary();
+        close_device();
+        return seen;
+    }
+
+    Folder folder_;
+    uint64_t expected_;
+};
+
 int shown = 0, ticks = 0;
 int show(int type, int, int) {
     if (type == EVT_SHOW) ++shown, FullUpdate();
@@ -209,6 +245,7 @@ class Life : public Session {
 constexpr Area areas_here[] = {{"Boxes", make<Boxes>},
                                {"Menus", make<Menus>},
                                {"Keyboards", make<Keyboards>},
+                               {"DictionaryView", make<DictionaryView>},
                                {"Life", make<Life>}};
 
 } // namespace

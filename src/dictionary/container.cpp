@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// Finds the records of a container and the words in them.
+#include "dictionary/container.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "dictionary/format.h"
+
+namespace dictionary {
+namespace {
+
+constexpr size_t smallest_record = record_prefix + 2; // two empty texts
+
+// Whether a record, without its length, holds two texts with their NULs.
+bool is_whole(std::span<const uint8_t> record) {
+    const auto *const end = record.data() + record.size();
+    const auto *nul = static_cast<const uint8_t *>(std::memchr(record.data(), 0, record.size()));
+    if (!nul || ++nul == end) return false;
+    return end[-1] == 0 || std::memchr(nul, 0, static_cast<size_t>(end - nul));
+}
+
+} // namespace
+
+void Container::read(std::span<uint8_t> bytes) {
+    bytes_ = reinterpret_cast<char *>(bytes.data());
+    order_ = Order::unknown;
+    was_searched_ = false;
+    records_.clear();
+    for (size_t at = 0; bytes.size() - at >= smallest_record && size() < most_records;) {
+        const size_t length = read_u16(&bytes[at]);
+        if (length < smallest_record || length > bytes.size() - at ||
+            !is_whole(bytes.subspan(at + record_prefix, length - record_prefix)))
+            return;
+        records_.push_back(static_cast<uint32_t>(at + record_prefix));
+        at += length;
+    }
+}
+
+Entry Container::entry(size_t record) const {
+    char *const word = headword(record);
+    return {word, word + std::strlen(word) + 1};
+}
+
+bool Container::is_sorted(const Collation &collation) const {
+    Word before, word;
+    for (size_t i = 0; i < size(); ++i, before.swap(word)) {
+        word.clear();
+        collation.append(headword(i), word);
+        if (is_before(word, before)) return false;
+    }
+    return true;
+}
+
+// The order is looked at when a container is searched again: to look costs as much as a scan. Where
+// headwords are in order, their middle tells on which side a word is.
+size_t Container::first_not_before(WordView word, const Collation &collation) {
+    if (was_searched_ && order_ == Order::unknown)
+        order_ = is_sorted(collation) ? Order::sorted : Order::other;
+    was_searched_ = true;
+    const auto is_before_word = [&](uint32_t place) {
+        return collation.order(bytes_ + place, word) < 0;
+    };
+    const auto found = order_ == Order::sorted
+                           ? std::partition_point(records_.begin(), records_.end(), is_before_word)
+                           : std::find_if_not(records_.begin(), records_.end(), is_before_word);
+    return static_cast<size_t>(found - records_.begin());
+}
+
+Container::Found Container::find(const char *spelling, WordView word, const Collation &collation) {
+    size_t least = SIZE_MAX;
+    Found best{size() - 1, false};
+    for (size_t i = first_not_before(word, collation); i < size(); ++i) {
+        const int order = collation.order(headword(i), word);
+        if (order > 0) {
+            if (!best.is_exact) best.record = i;
+            break;
+        }
+        const size_t difference =
+            order == 0 ? collation.difference(headword(i), spelling) : SIZE_MAX;
+        if (difference < least) {
+            least = difference;
+            best = {i, true};
+        }
+    }
+    return best;
+}
+
+} // namespace dictionary

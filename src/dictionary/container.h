@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// An unpacked container: records of headwords and translations, in the order of their headwords.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "dictionary/collation.h"
+
+namespace dictionary {
+
+struct Entry {
+    char *headword, *translation;
+};
+
+class Container {
+  public:
+    // Finds the records of unpacked bytes, which stay where they are. They end at the first one
+    // that is not whole. Throws bad_alloc.
+    void read(std::span<uint8_t> bytes);
+
+    size_t size() const { return records_.size(); }
+    Entry entry(size_t record) const;
+    char *headword(size_t record) const { return bytes_ + records_[record]; }
+
+    struct Found {
+        size_t record;
+        bool is_exact;
+    };
+    // Scans the records for a word, as far as the first one behind it: of equal headwords the one
+    // spelt most like it, else the first one behind it, else the last one. The container is not
+    // empty.
+    // @param word collated from `spelling`
+    Found find(const char *spelling, WordView word, const Collation &collation);
+
+  private:
+    enum class Order { unknown, sorted, other };
+    // The first record that does not come before a word.
+    size_t first_not_before(WordView word, const Collation &collation);
+    bool is_sorted(const Collation &collation) const;
+
+    char *bytes_ = nullptr;
+    std::vector<uint32_t> records_; // where the headwords are
+    Order order_ = Order::unknown;
+    bool was_searched_ = false;
+};
+
+} // namespace dictionary

@@ -16,6 +16,7 @@
 #include "hw_linux/recorder.h"
 #include "hw_linux/services/state.h"
 #include "hw_linux/settings.h"
+#include "hw_linux/shown.h"
 #include "hw_linux/trace.h"
 #include "internal.h"
 
@@ -131,7 +132,7 @@ bool open_screen() {
     if (!make_framebuffer() || !open_device(ops)) return false;
     screen.device = ops;
     lay_canvas();
-    return open_trace() && open_recorder();
+    return open_trace() && open_recorder() && open_shown();
 }
 
 } // namespace
@@ -145,6 +146,7 @@ bool is_open() {
 }
 
 void let_work() {
+    play_panel();
     if (screen.device) screen.device->pump();
 }
 
@@ -217,6 +219,7 @@ int hw_init() {
 }
 
 void hw_close() {
+    close_shown();
     close_trace();
     close_recorder();
     close_player();
@@ -242,8 +245,11 @@ void hw_displaysize(int *w, int *h) {
 
 void hw_set_fb_orientation(int orientation) {
     if (!screen.device || orientation < 0 || orientation > 3) return;
+    const int before = panel_view().turn;
+    if (turn_of(orientation) != before) prepare_turn();
     screen.orientation = orientation;
     lay_canvas();
+    turn_shown(before, panel_view().turn);
     clear_free_edges(screen.device->pixels());
 }
 

@@ -110,11 +110,11 @@ TEST(Epaper, ResidueGrowsWithEachUpdateUntilAFlashClearsIt) {
     const struct {
         int mode;
         int left[4]; // after as many changes between black and white
-    } cases[] = {{UPDATE_GREY, {5, 8, 11, 13}},       {UPDATE_PARTIAL_GREY, {5, 8, 11, 13}},
-                 {UPDATE_PARTIAL_HQ, {2, 4, 5, 6}},   {UPDATE_DU4, {7, 12, 16, 19}},
-                 {UPDATE_BW, {10, 17, 22, 26}},       {UPDATE_A2, {15, 26, 34, 40}},
-                 {UPDATE_A2_ENTER, {0, 0, 0, 0}},     {12345, {5, 8, 11, 13}},
-                 {UPDATE_PARTIAL_BLACK, {2, 4, 5, 6}}};
+    } cases[] = {{UPDATE_GREY, {10, 17, 22, 26}},       {UPDATE_PARTIAL_GREY, {10, 17, 22, 26}},
+                 {UPDATE_PARTIAL_HQ, {5, 8, 11, 13}},   {UPDATE_DU4, {12, 21, 28, 33}},
+                 {UPDATE_BW, {15, 26, 34, 40}},         {UPDATE_A2, {20, 35, 46, 54}},
+                 {UPDATE_A2_ENTER, {0, 0, 0, 0}},       {12345, {10, 17, 22, 26}},
+                 {UPDATE_PARTIAL_BLACK, {5, 8, 11, 13}}};
     const Plane black(greys, greys, 0), white(greys, greys, 255);
     const Waveform &full = hw::waveform_of(hw::UpdateKind::full, 0);
     for (const auto &c : cases) {
@@ -148,10 +148,10 @@ TEST(Epaper, AnUpdateThatWaitedBeginsWithWhatTheFormerLeft) {
         return panel.shown().bytes[0];
     };
     EXPECT_EQ(shown_at(0), 255);
-    EXPECT_EQ(shown_at(119'999), 15) << "the last frame";
-    EXPECT_EQ(shown_at(120'000), 15);
+    EXPECT_EQ(shown_at(119'999), 20) << "the last frame";
+    EXPECT_EQ(shown_at(120'000), 20);
     EXPECT_GT(shown_at(180'000), 100);
-    EXPECT_EQ(shown_at(240'000), 255 - 26);
+    EXPECT_EQ(shown_at(240'000), 255 - 35);
 }
 
 TEST(Epaper, UpdatesThatTouchWaitForEachOther) {

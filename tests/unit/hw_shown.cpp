@@ -68,12 +68,12 @@ TEST_F(Shown, UpdatesTakeThePanelsTimeAndNotTheApplications) {
     pass_until(449);
     EXPECT_LT(grey_at(50, 50), 20);
     pass_until(450);
-    EXPECT_EQ(grey_at(50, 50), 5);
-    EXPECT_EQ(grey_at(98, 98), 5) << "what waited begins now";
+    EXPECT_EQ(grey_at(50, 50), 10);
+    EXPECT_EQ(grey_at(98, 98), 10) << "what waited begins now";
     hw_wait_luts_complete();
     EXPECT_EQ(passed_ms(), 570);
     EXPECT_EQ(hw_update_busy(), 0);
-    EXPECT_EQ(grey_at(98, 98), 255 - 19) << "and leaves residue on residue";
+    EXPECT_EQ(grey_at(98, 98), 255 - 27) << "and leaves residue on residue";
     hw_fullupdate();
     EXPECT_EQ(last.residue, 0);
     hw_wait_luts_complete();
@@ -175,7 +175,7 @@ TEST_F(Shown, FilmsAndFramesAreTheSameEachTime) {
     EXPECT_EQ(frames[1], first[50]);
     EXPECT_EQ(frames[2], *(film_end - 1));
     EXPECT_NE(frames[1], frames[2]) << "the full update clears the residue";
-    EXPECT_NE(first.back().find("\"panel_ms\":450,\"residue\":3.75}"), std::string::npos);
+    EXPECT_NE(first.back().find("\"panel_ms\":450,\"residue\":7.50}"), std::string::npos);
 }
 
 TEST_F(Shown, MistakesInTheSettingsAreTold) {

@@ -67,7 +67,7 @@ class Layout {
     }
     // The side of a square of the area, beside that of the largest one.
     double bar_height(const Update &u) const {
-        constexpr double least = 3, most = lane_height - 4;
+        constexpr double least = 5, most = lane_height - 4;
         if (largest_ == 0) return least;
         const double share = static_cast<double>(u.area.pixels()) / static_cast<double>(largest_);
         return least + (most - least) * std::sqrt(share);
@@ -102,7 +102,8 @@ void add_stretch(std::string &out, const Layout &layout, const Update &u, int64_
     for (const int64_t band : std::set{first, last}) {
         const int64_t begin = std::max(from_ms - band * band_ms, int64_t{0});
         const int64_t end = std::min(to_ms - band * band_ms, band_ms);
-        const double width = std::max(x_in_band(end) - x_in_band(begin), 1.0);
+        // One that follows at once is another one.
+        const double width = std::max(x_in_band(end) - x_in_band(begin) - 1, 1.0);
         add_box(out, x_in_band(begin), static_cast<double>(layout.y(band, u.call)) - height / 2,
                 width, height, colour);
     }
@@ -116,10 +117,15 @@ void add_update(std::string &out, const Layout &layout, const Update &u) {
         " ms waited, %" PRId64 " ms on the panel</title>\n",
         u.seq, u.time_ms, caller(u.call).c_str(), u.mode, u.area.x, u.area.y, u.area.w, u.area.h,
         u.changed_pixels, u.greys, u.wait_ms, u.panel_ms);
-    if (u.wait_ms > 0) add_stretch(out, layout, u, u.time_ms, start_ms, 2, wait_colour);
     add_stretch(out, layout, u, start_ms, start_ms + u.panel_ms, layout.bar_height(u),
                 colour_of(u));
     out += "</g>\n";
+}
+
+// Below the bars of other updates.
+void add_wait(std::string &out, const Layout &layout, const Update &u) {
+    constexpr double thin = 2;
+    if (u.wait_ms > 0) add_stretch(out, layout, u, u.time_ms, u.start_ms(), thin, wait_colour);
 }
 
 void add_axis(std::string &out, const Layout &layout, int64_t band) {
@@ -160,6 +166,7 @@ std::string as_svg(const std::vector<Update> &updates) {
         left + band_width + margin, layout.height());
     add_legend(out);
     for (const auto &[band, row] : layout.bands()) add_axis(out, layout, band);
+    for (const Update &update : updates) add_wait(out, layout, update);
     for (const Update &update : updates) add_update(out, layout, update);
     return out + "</svg>\n";
 }

@@ -1,7 +1,8 @@
 // peers: sdl2
 // SPDX-License-Identifier: MIT
 // A grey frame on its way into the window's four-channel buffer, upright and turned, beside a
-// memset of that buffer and SDL's conversion from a palette of 8 bits to 32.
+// memset of that buffer and SDL's conversion from a palette of 8 bits to 32. Before that, a frame
+// of the panel's model beside a copy of what it keeps of each pixel: a grey and a residue.
 #include <SDL.h>
 #include <benchmark/benchmark.h>
 #include <cstring>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "beside.h"
+#include "hw_linux/epaper.h"
 #include "hw_linux/panel.h"
 
 namespace {
@@ -67,6 +69,29 @@ void show(benchmark::State &state, Frame &frame) {
     hw::eink_waveform(view, frame.canvas, {0, 0, frame.canvas.width, frame.canvas.height, 0},
                       pixels);
 }
+
+void epaper_frame_and_memcpy(benchmark::State &state) {
+    const int width = 1404, height = 1872;
+    const hw::Waveform &waveform =
+        hw::waveform_of(hw::UpdateKind::partial, static_cast<int>(state.range(0)));
+    const hw::Plane white(width, height, 255);
+    hw::Plane page = white;
+    for (size_t i = 0; i < page.bytes.size(); ++i) page.bytes[i] = static_cast<uint8_t>(i * 7);
+    hw::Epaper panel(white);
+    panel.add(1, {0, 0, width, height, 0}, waveform, 0);
+    for (int y = 0; y < height; ++y) panel.add_row(y, white.at(0, y), page.at(0, y));
+    const std::vector<uint8_t> kept(2 * page.bytes.size(), 1);
+    std::vector<uint8_t> copy(kept.size());
+    int64_t us = 0;
+    beside(
+        state, Against::limit, [&] { panel.advance(us = (us + 12'000) % 120'000); },
+        [&] { std::memcpy(copy.data(), kept.data(), kept.size()); });
+}
+BENCHMARK(epaper_frame_and_memcpy)
+    ->ArgName("mode")
+    ->Arg(UPDATE_GREY)
+    ->Arg(UPDATE_A2_EXIT)
+    ->UseManualTime();
 
 Frame frame_of(const benchmark::State &state) {
     return {static_cast<int>(state.range(0)), static_cast<int>(state.range(1))};

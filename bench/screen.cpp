@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 // A page turn from its event to the pixels that a person sees, without text: the canvas is cleared,
 // a picture of the whole screen drawn, and the screen updated on the headless device. Beside it the
-// canvas and the window's pixels are only filled.
+// canvas and the window's pixels are only filled. Then sessions of a thousand turns of pages of
+// text, with a trace beside those without one.
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <string>
 
 #include "beside.h"
 #include "hw_linux/device.h"
 #include "internal.h"
 #include "kelvane/bitmaps.h"
+#include "kelvane/canvas.h"
 #include "kelvane/events.h"
+#include "kelvane/text.h"
 #include "kelvane/updates.h"
 #include "raster/bitmap.h"
 #include "runtime/delivery.h"
@@ -49,6 +54,52 @@ void page_turn_and_memset(benchmark::State &state) {
         });
 }
 BENCHMARK(page_turn_and_memset)->UseManualTime();
+
+constexpr int session_turns = 1000;
+int turned = 0;
+
+int turn_text(int type, int, int) {
+    if (type != EVT_KEYPRESS) return 0;
+    static const std::string text = [] {
+        std::string words;
+        while (words.size() < 1500)
+            words += "A word or two of page " + std::to_string(words.size());
+        return words;
+    }();
+    ClearScreen();
+    DrawTextRect(20, 20, ScreenWidth() - 40, ScreenHeight() - 40, text.c_str() + turned++ % 100,
+                 ALIGN_LEFT | VALIGN_TOP);
+    SoftUpdate();
+    return 1;
+}
+
+void read_a_book() {
+    ClearOnExit();
+    OpenScreenExt();
+    ifont *font = OpenFont("default", 24, 1);
+    SetFont(font, BLACK);
+    for (int i = 0; i < session_turns; ++i) {
+        SendEvent(turn_text, EVT_KEYPRESS, KEY_NEXT, 0);
+        handle_pending_events();
+    }
+    CloseFont(font);
+    ClearOnExit();
+}
+
+void traced_turns_and_plain(benchmark::State &state) {
+    setenv("KELVANE_DEVICE", "headless", 0);
+    const std::string trace = std::filesystem::temp_directory_path() / "kelvane-bench-trace.jsonl";
+    beside(
+        state, Against::limit,
+        [&] {
+            setenv("KELVANE_TRACE", trace.c_str(), 1);
+            read_a_book();
+            unsetenv("KELVANE_TRACE");
+        },
+        read_a_book);
+    std::filesystem::remove(trace);
+}
+BENCHMARK(traced_turns_and_plain)->UseManualTime()->Iterations(3);
 
 } // namespace
 

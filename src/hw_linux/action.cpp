@@ -9,6 +9,7 @@
 #include "hw_linux/input.h"
 #include "hw_linux/picture.h"
 #include "hw_linux/recorder.h"
+#include "hw_linux/shown.h"
 #include "kelvane/events.h"
 
 namespace hw {
@@ -17,6 +18,7 @@ namespace {
 bool save_frame(const Action &action, const char *script) {
     char asker[PATH_MAX + 32];
     std::snprintf(asker, sizeof asker, "%s:%d: frame", script, action.line);
+    refresh_pixels();
     return save_picture(action.file.c_str(), asker);
 }
 

@@ -26,6 +26,7 @@ struct WindowSpec {
 // What differs between devices. Every function runs on the application's thread.
 struct DeviceOps {
     const char *name;
+    bool is_watched; // a person sees the pixels all the time
     bool (*open)(const WindowSpec &spec);
     void (*close)();
     PixelBuffer (*pixels)();              // stays valid until close

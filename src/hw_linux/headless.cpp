@@ -77,6 +77,7 @@ bool sleep(int64_t us, bool) {
 
 const DeviceOps headless_device = {
     .name = "headless",
+    .is_watched = false,
     .open = open,
     .close = close,
     .pixels = pixels,

@@ -17,6 +17,7 @@
 #include "hw_linux/recorder.h"
 #include "hw_linux/services/state.h"
 #include "hw_linux/settings.h"
+#include "hw_linux/shown.h"
 #include "hw_linux/trace.h"
 #include "internal.h"
 
@@ -132,7 +133,7 @@ bool open_screen() {
     if (!make_framebuffer() || !open_device(ops)) return false;
     screen.device = ops;
     lay_canvas();
-    return open_trace() && open_recorder() && open_control();
+    return open_trace() && open_recorder() && open_shown() && open_control();
 }
 
 } // namespace
@@ -146,6 +147,7 @@ bool is_open() {
 }
 
 void let_work() {
+    play_panel();
     if (screen.device) screen.device->pump();
 }
 
@@ -219,6 +221,7 @@ int hw_init() {
 
 void hw_close() {
     close_control();
+    close_shown();
     close_trace();
     close_recorder();
     close_player();
@@ -244,8 +247,11 @@ void hw_displaysize(int *w, int *h) {
 
 void hw_set_fb_orientation(int orientation) {
     if (!screen.device || orientation < 0 || orientation > 3) return;
+    const int before = panel_view().turn;
+    if (turn_of(orientation) != before) prepare_turn();
     screen.orientation = orientation;
     lay_canvas();
+    turn_shown(before, panel_view().turn);
     clear_free_edges(screen.device->pixels());
 }
 

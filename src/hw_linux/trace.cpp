@@ -24,20 +24,6 @@ int last_seq = 0;
 int64_t start_ms = 0;
 void (*observer_call)(const UpdateRecord &) = nullptr;
 
-const char *name_of(UpdateKind kind) {
-    switch (kind) {
-    case UpdateKind::full:
-        return "full";
-    case UpdateKind::full_hq:
-        return "full_hq";
-    case UpdateKind::partial:
-        return "partial";
-    case UpdateKind::refine:
-        return "refine";
-    }
-    return "";
-}
-
 bool open_frames() {
     const char *dir = std::getenv("KELVANE_FRAMES");
     frames_dir = dir ? dir : "";
@@ -52,15 +38,16 @@ void write_line(const UpdateRecord &u) {
     std::fprintf(trace.stream(),
                  "{\"seq\":%d,\"time_ms\":%" PRId64
                  ",\"kind\":\"%s\",\"call\":\"%s\",\"x\":%d,\"y\":%d,"
-                 "\"w\":%d,\"h\":%d,\"mode\":%d,\"dynamic\":%d}\n",
+                 "\"w\":%d,\"h\":%d,\"mode\":%d,\"dynamic\":%d,"
+                 "\"changed\":%d,\"changed_x\":%d,\"changed_y\":%d,"
+                 "\"changed_w\":%d,\"changed_h\":%d,\"greys\":%d,"
+                 "\"wait_ms\":%" PRId64 ",\"panel_ms\":%d",
                  u.seq, u.time_ms - start_ms, name_of(u.kind), u.call, u.x, u.y, u.w, u.h, u.mode,
-                 u.dynamic);
-}
-
-void save_frame(int seq) {
-    char file[PATH_MAX];
-    std::snprintf(file, sizeof file, "%s/%06d.png", frames_dir.c_str(), seq);
-    if (!save_picture(file, "KELVANE_FRAMES")) end_process(1);
+                 u.dynamic, u.changed, u.changed_area.x, u.changed_area.y, u.changed_area.w,
+                 u.changed_area.h, u.greys, u.wait_ms, u.panel_ms);
+    if (u.residue >= 0)
+        std::fprintf(trace.stream(), ",\"residue\":%d.%02d", u.residue / 100, u.residue % 100);
+    std::fputs("}\n", trace.stream());
 }
 
 } // namespace
@@ -76,15 +63,29 @@ void close_trace() {
     frames_dir.clear();
 }
 
-void trace_update(UpdateRecord update) {
-    update.seq = ++last_seq;
+bool is_traced() {
+    return trace.stream() != nullptr;
+}
+
+int number_update() {
+    return ++last_seq;
+}
+
+void trace_update(const UpdateRecord &update) {
     if (trace.stream()) write_line(update);
-    if (!frames_dir.empty()) save_frame(update.seq);
     if (observer_call) observer_call(update);
 }
 
 int updates_traced() {
     return last_seq;
+// A picture that cannot be written is the last one.
+void save_frame(int seq) {
+    if (frames_dir.empty()) return;
+    char file[PATH_MAX];
+    std::snprintf(file, sizeof file, "%s/%06d.png", frames_dir.c_str(), seq);
+    if (save_picture(file, "KELVANE_FRAMES")) return;
+    frames_dir.clear();
+    end_process(1);
 }
 
 void observe_updates(void (*observer)(const UpdateRecord &)) {

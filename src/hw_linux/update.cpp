@@ -6,6 +6,7 @@
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "hw_linux/screen.h"
+#include "hw_linux/shown.h"
 #include "hw_linux/trace.h"
 #include "kelvane/updates.h"
 
@@ -20,7 +21,7 @@ const char *update_cause = "";
 // False when the application closed the device while the toolkit was let work.
 bool paint(const irect &area) {
     const hw::DeviceOps *device = hw::device();
-    hw::eink_waveform(hw::panel_view(), *hw::framebuffer(), area, device->pixels());
+    hw::paint_update(area);
     device->present();
     device->pump();
     if (!hw::device()) return false;
@@ -31,12 +32,22 @@ bool paint(const irect &area) {
 enum class Flash { no, yes };
 
 int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
-    const long long start_ms = hw_boottime_ms();
+    hw::UpdateRecord update{hw::number_update(),
+                            kind,
+                            std::exchange(update_cause, ""),
+                            hw_boottime_ms(),
+                            area.x,
+                            area.y,
+                            area.w,
+                            area.h,
+                            mode,
+                            dynamic_switch};
+    hw::begin_update(update);
     const int times = flash == Flash::yes ? 2 : 1;
     for (int i = 0; i < times; ++i)
-        if (!paint(area)) return 0;
-    hw::trace_update({0, kind, std::exchange(update_cause, ""), start_ms, area.x, area.y, area.w,
-                      area.h, mode, dynamic_switch});
+        if (!hw::device() || !paint(area)) return 0;
+    hw::trace_update(update);
+    if (!hw::is_epaper()) hw::save_frame(update.seq);
     return hw::emulated().update_answer;
 }
 
@@ -97,10 +108,12 @@ int hw_einkversion() {
     return 0;
 }
 
-void hw_wait_luts_complete() {}
+void hw_wait_luts_complete() {
+    hw::wait_for_panel();
+}
 
 int hw_update_busy() {
-    return 0;
+    return hw::panel_is_busy();
 }
 
 int hw_writelogo(int) {

@@ -19,10 +19,13 @@
 #include "hw_linux/control.h"
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
+#include "hw_linux/shown.h"
 #include "hw_linux/window_menu.h"
 #include "kelvane/events.h"
 
 namespace {
+
+constexpr guint panel_key = GDK_F9; // shows updates the way a panel of e-paper does, or at once
 
 enum Button : guint { LEFT_BUTTON = 1, RIGHT_BUTTON = 3 };
 
@@ -83,6 +86,10 @@ unsigned character_of(const GdkEventKey &event) {
 gboolean on_key(GtkWidget *, GdkEventKey *event, gpointer) {
     if (event->keyval == 0) return FALSE;
     const bool is_down = event->type == GDK_KEY_PRESS;
+    if (event->keyval == panel_key) {
+        if (is_down) hw::switch_panel();
+        return TRUE;
+    }
     const int bit = hw::find_workstation_bit(event->keyval);
     hw::set_key_bit(bit, is_down);
     if (bit < 0 && is_down) hw::type_character(character_of(*event));
@@ -269,6 +276,7 @@ namespace hw {
 
 const DeviceOps window_device = {
     .name = "window",
+    .is_watched = true,
     .open = open_window,
     .close = close_window,
     .pixels = window_pixels,

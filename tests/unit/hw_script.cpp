@@ -178,9 +178,13 @@ TEST_F(Session, TheTraceTellsEveryUpdate) {
     play("wait 100\npress OK 20\nwait 30\npress UP\n");
     EXPECT_EQ(read_file(file("trace")),
               "{\"seq\":1,\"time_ms\":100,\"kind\":\"partial\",\"call\":\"PartialUpdate\",\"x\":0,"
-              "\"y\":0,\"w\":100,\"h\":100,\"mode\":234,\"dynamic\":1}\n"
+              "\"y\":0,\"w\":100,\"h\":100,\"mode\":234,\"dynamic\":1,\"changed\":10000,"
+              "\"changed_x\":0,\"changed_y\":0,\"changed_w\":100,\"changed_h\":100,\"greys\":1,"
+              "\"wait_ms\":0,\"panel_ms\":450}\n"
               "{\"seq\":2,\"time_ms\":150,\"kind\":\"partial\",\"call\":\"PartialUpdate\",\"x\":0,"
-              "\"y\":0,\"w\":100,\"h\":100,\"mode\":234,\"dynamic\":1}\n");
+              "\"y\":0,\"w\":100,\"h\":100,\"mode\":234,\"dynamic\":1,\"changed\":10000,"
+              "\"changed_x\":0,\"changed_y\":0,\"changed_w\":100,\"changed_h\":100,\"greys\":1,"
+              "\"wait_ms\":400,\"panel_ms\":450}\n");
 }
 
 std::vector<uint8_t> read_picture(const std::string &name, int &width, int &height) {

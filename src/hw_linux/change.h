@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// What an update brings onto the panel, in numbers.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "kelvane/canvas.h"
+
+namespace hw {
+
+// The nearest of the greys that a waveform of so many levels can show; 2, 4 or 16.
+void to_levels(const uint8_t *row, uint8_t *to, int count, int levels);
+
+// Compares rows of an area with what was shown there before.
+class Change {
+  public:
+    // `former` and `now` are `count` pixels from (x, y) on. Rows come from the top.
+    void add_row(int x, int y, const uint8_t *former, const uint8_t *now, int count);
+
+    int pixels() const { return pixels_; }
+    // The smallest area around them.
+    const irect &area() const { return area_; }
+
+  private:
+    int pixels_ = 0;
+    irect area_{};
+};
+
+// Counts how many of the panel's greys stand in rows.
+class Greys {
+  public:
+    void add_row(const uint8_t *row, int count);
+    int count() const;
+
+  private:
+    std::array<bool, 256> seen_{};
+};
+
+} // namespace hw

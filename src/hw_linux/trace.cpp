@@ -78,6 +78,8 @@ void trace_update(const UpdateRecord &update) {
 
 int updates_traced() {
     return last_seq;
+}
+
 // A picture that cannot be written is the last one.
 void save_frame(int seq) {
     if (frames_dir.empty()) return;

@@ -2,7 +2,6 @@
 // What an update brings onto the panel, in numbers.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "kelvane/canvas.h"
@@ -34,7 +33,7 @@ class Greys {
     int count() const;
 
   private:
-    std::array<bool, 256> seen_{};
+    unsigned seen_ = 0; // a bit for each
 };
 
 } // namespace hw

@@ -212,9 +212,11 @@ class Life : public Session {
         setenv("KELVANE_SCRIPT", "keys.script", 1);
         setenv("KELVANE_TRACE", "trace.jsonl", 1);
         setenv("KELVANE_RECORD", "recorded.script", 1);
+        setenv("KELVANE_PANEL", "epaper", 1);
     }
     ~Life() override {
-        for (const char *name : {"KELVANE_SCRIPT", "KELVANE_TRACE", "KELVANE_RECORD"})
+        for (const char *name :
+             {"KELVANE_SCRIPT", "KELVANE_TRACE", "KELVANE_RECORD", "KELVANE_PANEL"})
             unsetenv(name);
     }
 

@@ -2,6 +2,8 @@
 // What a person sees in the window, against the framebuffer that the application kept.
 #include <algorithm>
 
+#include <X11/keysym.h>
+
 #include "session.h"
 
 namespace {
@@ -74,4 +76,23 @@ TEST_F(WindowTest, TheWindowShowsTheFramebuffer) {
                 desktop::await([&] { return (seen = server_.grab(window_)).pixels == expected; }));
             EXPECT_EQ(seen.width, mode.width * mode.kept / mode.step);
         }
+}
+
+// On a panel of 16 greys the noise is coarser.
+TEST_F(WindowTest, AKeyShowsThePanelAsEpaperAndBack) {
+    start({"seed=7"});
+    const std::string bytes = sandbox_.read("framebuffer");
+    const auto at_once = expected_pixels({bytes, 600, 800}, {0, 600, 800, 1, 1}, 0);
+    auto epaper = at_once;
+    for (uint32_t &pixel : epaper) pixel = (pixel & 0xF0F0F0) | ((pixel & 0xF0F0F0) >> 4);
+    const auto shows = [&](const std::vector<uint32_t> &pixels) {
+        return desktop::await([&] { return server_.grab(window_).pixels == pixels; });
+    };
+    EXPECT_TRUE(shows(at_once));
+    server_.stroke(XK_F9);
+    EXPECT_TRUE(shows(epaper));
+    server_.stroke(XK_F9);
+    EXPECT_TRUE(shows(at_once));
+    server_.stroke(XK_Left);
+    EXPECT_EQ(until("26 19 0"), (Lines{"25 19 0", "26 19 0"})) << "nothing was heard of F9";
 }

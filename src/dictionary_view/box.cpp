@@ -175,7 +175,7 @@ void show(std::unique_ptr<FastBox> made) {
     unheard = queue_count(box_handler);
     box.mark.show();
     box.taken.under.save(box.covered);
-    box.taken.take_input(box_handler, 0);
+    box.taken.take_input(box_handler, 0, [] { close_box(); });
     draw(box);
     update(box);
 }

@@ -49,7 +49,7 @@ int show(std::unique_ptr<View> made) {
     unheard = queue_count(view_handler);
     v.mark.show();
     v.taken.under.save(v.place.whole);
-    v.taken.take_input(view_handler, 0);
+    v.taken.take_input(view_handler, 0, close_view);
     SetKeyboardRate(first_repeat_ms, next_repeat_ms);
     draw_view(v);
     modal::update(raster::Box(raster::joined(v.place.whole, v.mark.area())));
@@ -61,12 +61,6 @@ int open(const char *word, const irect *where) {
         if (!make_room() || !has_dictionary()) return 0;
         return show(make_view(word, where));
     });
-}
-
-// What the view has opened above itself.
-void close_above(const View &v) {
-    if (v.has_keyboard && keyboard::has_input()) CloseKeyboard();
-    if (v.has_menu && GetEventHandler() == menus::menu_handler) CloseContextMenu();
 }
 
 enum class After { update, nothing };
@@ -133,6 +127,6 @@ void CloseControlledDictionaryView(int id) {
     View *v = view();
     if (!v || v->id != id || id == 0) return;
     v->is_to_close = true;
-    close_above(*v);
+    v->taken.close_above();
     if (view() == v && GetEventHandler() == view_handler) close_view();
 }

@@ -198,7 +198,8 @@ KELVANE_API char *TextRectEnd(int w, int h, const char *utf8, int flags);
  * @param first_h height of the first page, which may have a title above it
  * @param h height of all others
  * @param starts gets the byte where each page starts; null only counts, and ignores @p max
- * @param max pages to look for; to go on later, begin again with the last of these pages
+ * @param max pages to look for; to go on later, begin again with the last of these pages, which
+ *        knows nothing of a font that its paragraph holds
  * @return how many pages there are, at most @p max; 0 for null, an empty text and when memory runs
  *         out; 1 without a font
  */

@@ -10,8 +10,8 @@ namespace night {
 
 using Areas = std::vector<raster::Area>;
 
-// The screen as the panel is to show it, for as long as it lives; by day, and without a screen, as
-// it is.
+// The screen as the panel is to show it, for as long as it lives: the device has read the
+// framebuffer when an update returns. By day, and without a screen, it is as it is.
 class Turned {
   public:
     explicit Turned(const raster::Area &area) : area_(area) { turn(); }

@@ -89,9 +89,16 @@ Line RectLines::cut_line(int begin, const Cut &overflow, bool is_last) {
 
 // The last place where the line may break, or the overflow.
 Cut RectLines::go_back(int begin, const Cut &overflow) {
-    int at = overflow.at;
-    while (at > begin && !may_break(begin, at)) --at;
+    int at = last_break(begin, overflow.at);
+    while (at > begin && is_number_broken(begin, at)) at = last_break(begin, at - 1);
     return at > begin ? cut_at(begin, at, overflow) : keep_number(begin, overflow);
+}
+
+// The last place up to `at` behind a character after which a line may break, or the beginning.
+int RectLines::last_break(int begin, int at) const {
+    const uint16_t *const text = text_.data();
+    while (at > begin && !breaks_after(text[at - 1])) --at;
+    return at;
 }
 
 // The cut, or that before the number in which it is. A number as long as the line is cut.
@@ -106,10 +113,6 @@ Cut RectLines::cut_at(int begin, int at, const Cut &overflow) {
     if (overflow.at - at < static_cast<int>(widths_.size()))
         return {at, widths_[static_cast<size_t>(at - 1) % widths_.size()]};
     return {at, width_of(begin, at)};
-}
-
-bool RectLines::may_break(int begin, int at) {
-    return breaks_after(text_.data()[at - 1]) && !is_number_broken(begin, at);
 }
 
 bool RectLines::is_number_broken(int begin, int at) {

@@ -67,7 +67,7 @@ class RectLines {
     Cut go_back(int begin, const Cut &overflow);
     Cut keep_number(int begin, const Cut &cut);
     Cut cut_at(int begin, int at, const Cut &overflow);
-    bool may_break(int begin, int at);
+    int last_break(int begin, int at) const;
     bool is_number_broken(int begin, int at);
     int64_t width_of(int begin, int end);
     Pace start_line();

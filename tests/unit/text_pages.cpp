@@ -178,7 +178,7 @@ TEST_F(Pages, LeaveNoLineAlone) {
             EXPECT_TRUE(lines[line].is_first || !lines[line - 1].is_first);
         }
     }
-    EXPECT_GT(ends, 500);
+    EXPECT_GT(ends, 100);
 }
 
 TEST_F(Pages, EndWhereTheirRulesSay) {

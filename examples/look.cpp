@@ -340,13 +340,10 @@ void open_next_keyboard() {
 
 // The first word on the page.
 irect first_word() {
-    const Free font{GetThemeFont("window.font", "default,20,0")};
-    ifont *before = GetFont();
-    SetFont(font.font, -1);
-    const irect word = iRect(margin(), GetCaptionHeight() + unit(), StringWidth("Call"),
-                             font.font ? font.font->height : 0, 0);
-    SetFont(before, -1);
-    return word;
+    const auto font = kelvane::Font::of_theme("window.font", "default,20,0");
+    const kelvane::FontGuard current(font);
+    return iRect(margin(), GetCaptionHeight() + unit(), StringWidth("Call"),
+                 font ? font->height : 0, 0);
 }
 
 void translate(const char *dictionary) {

@@ -20,6 +20,9 @@ void spend_time(int64_t us);
 // Lets an open device handle what is pending.
 void let_work();
 
+// A clock that stands still until somebody says that time passes: nothing is to be waited for.
+bool is_time_stopped();
+
 // From panel pixels, as raw pointer events carry them, to the pixel of the framebuffer that is
 // painted there. False, and nothing is changed, outside the framebuffer.
 bool panel_to_canvas(int &x, int &y);
@@ -39,6 +42,8 @@ struct Hooks {
     void (*end_loop)() = [] {};
     // Runs the exit actions of the application and ends the process at once.
     void (*exit)(int status) = [](int status) { std::_Exit(status); };
+    // Events wait for a handler.
+    bool (*has_events)() = [] { return false; };
     // Opens a language or a theme as the settings would, and has everything drawn anew. False when
     // there is none of that name.
     bool (*change_language)(const char *code) = [](const char *) { return false; };

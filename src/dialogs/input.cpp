@@ -105,7 +105,7 @@ void rest_ms(int64_t ms) {
     constexpr int64_t ms_us = 1000;
     const int64_t before_us = hw::boot_time_us();
     hw_pause(ms * ms_us);
-    if (hw::boot_time_us() == before_us) hw::pass_time(ms_us);
+    if (hw::boot_time_us() == before_us && !hw::is_time_stopped()) hw::pass_time(ms_us);
 }
 
 } // namespace dialogs

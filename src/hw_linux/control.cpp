@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
+#include <pthread.h>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,6 +43,7 @@ struct Job {
     size_t position = 0;
     int64_t due_us = 0;     // of its next action, or of its end
     int awaited_update = 0; // 0: none
+    bool is_new = true;     // the application has not gone on since
 };
 
 struct Control {
@@ -74,19 +77,19 @@ std::string state_line() {
            ",\"theme\":" + quoted(kvstate.theme) + "}";
 }
 
-std::string done_or(bool is_done, std::string_view what, std::string_view name) {
-    return is_done ? "ok" : "error: " + std::string(what) + ": " + std::string(name);
+std::string nothing_or(bool is_done, std::string_view what, std::string_view name) {
+    return is_done ? "" : "error: " + std::string(what) + ": " + std::string(name);
 }
 
 std::string change_language(std::string_view code) {
-    return done_or(hooks.change_language(std::string(code).c_str()), "there is no such language",
-                   code);
+    return nothing_or(hooks.change_language(std::string(code).c_str()), "there is no such language",
+                      code);
 }
 
 // Without a name the present one, whose file may have changed.
 std::string change_theme(std::string_view name) {
     const std::string wanted(name.empty() ? kvstate.theme : name);
-    return done_or(hooks.change_theme(wanted.c_str()), "there is no such theme", wanted);
+    return nothing_or(hooks.change_theme(wanted.c_str()), "there is no such theme", wanted);
 }
 
 std::string seed_chance(std::string_view text) {
@@ -102,15 +105,16 @@ std::string seed_chance(std::string_view text) {
 
 struct Question {
     std::string_view verb;
-    std::string (*answer)(std::string_view rest);
+    std::string (*answer)(std::string_view rest); // empty: later, when the application rests
 };
 
 constexpr Question questions[] = {
-    {"idle", [](std::string_view) { return std::string("ok"); }},
     {"state", [](std::string_view) { return state_line(); }},
+    {"seed", seed_chance},
+    // What they do is answered when the application has drawn it.
+    {"idle", [](std::string_view) { return std::string(); }},
     {"language", change_language},
     {"theme", change_theme},
-    {"seed", seed_chance},
 };
 
 int64_t now_us() {
@@ -127,6 +131,7 @@ void plan_next(Job &job) {
 // What is wrong with a line, when it is no job; "ok" when it is done already.
 std::string begin(Job &job, std::string_view text) {
     const std::string_view verb = text.substr(0, text.find_first_of(" \t"));
+    job.due_us = now_us();
     for (const Question &question : questions)
         if (question.verb == verb) return question.answer(ground::trim(text.substr(verb.size())));
     if (text == "wait-update") {
@@ -159,7 +164,7 @@ std::string do_next_action(Job &job) {
     const Action action = std::move(job.script.actions[job.position++]);
     plan_next(job);
     // Nobody is left to answer afterwards.
-    if (ends_application(action)) control->server.answer(job.client, "ok");
+    if (ends_application(action)) control->server.answer(std::exchange(job.client, 0), "ok");
     return perform(action, asker) ? "" : "error: this file cannot be written: " + action.file;
 }
 
@@ -167,10 +172,12 @@ bool is_updated(const Job &job) {
     return job.awaited_update > 0 && updates_traced() >= job.awaited_update;
 }
 
-// The answer when the job is done.
+// The answer when the job is done. Nobody waits with a client that has left: what it pressed is let
+// go.
 std::string work(Job &job) {
+    const bool is_heard = !control->server.has_left(job.client);
     if (is_updated(job)) return "ok";
-    if (now_us() < job.due_us) return "";
+    if (is_heard && now_us() < job.due_us) return "";
     if (job.awaited_update > 0) return "error: no update came within a minute";
     return job.position < job.script.actions.size() ? do_next_action(job) : "ok";
 }
@@ -190,11 +197,35 @@ int rest_for_clients() {
     return hurries_to_update() ? hurried_rest_ms : 0;
 }
 
+bool is_due(const Job &job) {
+    return is_updated(job) || now_us() >= job.due_us || control->server.has_left(job.client);
+}
+
 int64_t time_to_job(int64_t limit_us) {
     if (hurries_to_update()) limit_us = std::min(limit_us, hurried_step_us);
     for (const Job &job : control->jobs)
-        limit_us = is_updated(job) ? 0 : std::clamp<int64_t>(job.due_us - now_us(), 0, limit_us);
+        limit_us = is_due(job) ? 0 : std::min(job.due_us - now_us(), limit_us);
     return limit_us;
+}
+
+// A line, when the application has nothing left to hear.
+std::optional<LineServer::Line> next_line() {
+    if (hooks.has_events()) return std::nullopt;
+    control->server.serve(0);
+    auto line = control->server.take();
+    if (line) return line;
+    if (const int rest = rest_for_clients()) control->server.serve(rest);
+    return control->server.take();
+}
+
+// What led to the end was done; what had not begun was not.
+const char *last_answer(const Job &job) {
+    return job.position > 0 ? "ok" : "error: the screen was closed";
+}
+
+// The child of an application serves nobody: its parent does.
+void leave_to_parent() {
+    control.reset();
 }
 
 } // namespace
@@ -202,6 +233,7 @@ int64_t time_to_job(int64_t limit_us) {
 bool open_control() {
     const char *path = std::getenv("KELVANE_CONTROL");
     if (!path || !*path) return true;
+    [[maybe_unused]] static const int watched = pthread_atfork(nullptr, nullptr, leave_to_parent);
     control = std::make_unique<Control>();
     const std::string wrong = control->server.open(path);
     if (!wrong.empty()) std::fprintf(stderr, "KELVANE_CONTROL=%s: %s\n", path, wrong.c_str());
@@ -209,6 +241,8 @@ bool open_control() {
 }
 
 void close_control() {
+    if (!control) return;
+    for (const Job &job : control->jobs) control->server.answer(job.client, last_answer(job));
     control.reset();
 }
 
@@ -220,21 +254,24 @@ int control_fd() {
     return control ? control->server.fd() : -1;
 }
 
+bool is_time_stopped() {
+    return control && is_clock_stopped();
+}
+
 int64_t time_to_control(int64_t limit_us) {
     if (!control) return limit_us;
-    control->server.serve(rest_for_clients());
-    if (const auto line = control->server.take()) {
+    if (const auto line = next_line()) {
         take_on(*line);
         return 0;
     }
     return is_clock_stopped() ? 0 : time_to_job(limit_us);
 }
 
-// One action at a time: the application hears of it before the next.
+// One action at a time, and not before the application has gone on: it hears of each.
 void run_due_control() {
-    if (!control) return;
+    if (!control || hooks.has_events()) return;
     for (auto job = control->jobs.begin(); job != control->jobs.end(); ++job) {
-        if (!is_updated(*job) && now_us() < job->due_us) continue;
+        if (std::exchange(job->is_new, false) || !is_due(*job)) continue;
         const std::string answer = work(*job);
         if (!control || answer.empty()) return;
         control->server.answer(job->client, answer);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <sys/epoll.h>
@@ -24,15 +26,17 @@ std::string reason() {
     return std::strerror(errno);
 }
 
-bool is_served(const sockaddr_un &address) {
-    const Descriptor probe(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+// Refused: whoever made it has gone.
+bool is_left(const sockaddr_un &address) {
+    const Descriptor probe(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const auto *general = reinterpret_cast<const sockaddr *>(&address);
-    return connect(probe.get(), general, sizeof address) == 0 || errno == EAGAIN;
+    return connect(probe.get(), general, sizeof address) != 0 && errno == ECONNREFUSED;
 }
 
-bool is_socket(const char *path) {
+// 0 for what is no socket.
+uint64_t socket_inode(const char *path) {
     struct stat st;
-    return lstat(path, &st) == 0 && S_ISSOCK(st.st_mode);
+    return lstat(path, &st) == 0 && S_ISSOCK(st.st_mode) ? st.st_ino : 0;
 }
 
 } // namespace
@@ -50,8 +54,10 @@ int Descriptor::release() {
     return std::exchange(fd_, -1);
 }
 
+// Not that of another application, which may have come meanwhile.
 LineServer::~LineServer() {
-    if (!path_.empty()) ::unlink(path_.c_str());
+    if (owner_ == getpid() && inode_ != 0 && socket_inode(path_.c_str()) == inode_)
+        ::unlink(path_.c_str());
 }
 
 std::string LineServer::open(const char *path) {
@@ -59,35 +65,45 @@ std::string LineServer::open(const char *path) {
     address.sun_family = AF_UNIX;
     if (std::strlen(path) >= sizeof address.sun_path) return "the path is too long for a socket";
     std::strcpy(address.sun_path, path);
-    if (is_socket(path) && is_served(address)) return "another application is controlled here";
-    if (is_socket(path)) ::unlink(path);
+    if (socket_inode(path) != 0) {
+        if (!is_left(address)) return "another application listens here";
+        ::unlink(path);
+    }
     listening_ = Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    const mode_t mask = umask(0177);
-    const int bound =
-        bind(listening_.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    const int error = errno;
-    umask(mask);
-    errno = error;
-    if (bound != 0 || listen(listening_.get(), SOMAXCONN) != 0) return reason();
-    path_ = path;
+    const auto *general = reinterpret_cast<const sockaddr *>(&address);
+    if (fchmod(listening_.get(), 0600) != 0 || // what is bound has the mode of its descriptor
+        bind(listening_.get(), general, sizeof address) != 0 ||
+        listen(listening_.get(), SOMAXCONN) != 0)
+        return reason();
+    std::error_code error;
+    path_ = std::filesystem::absolute(path, error).string();
+    owner_ = getpid();
+    inode_ = socket_inode(path_.c_str());
     watch_ = Descriptor(epoll_create1(EPOLL_CLOEXEC));
-    return watch(listening_.get(), listening_number) ? "" : reason();
+    return change_watch(EPOLL_CTL_ADD, listening_.get(), listening_number, EPOLLIN) ? "" : reason();
 }
 
-bool LineServer::watch(int fd, int number) const {
+bool LineServer::change_watch(int operation, int fd, int number, unsigned events) const {
     epoll_event event{};
-    event.events = EPOLLIN | EPOLLRDHUP;
+    event.events = events;
     event.data.fd = number;
-    return epoll_ctl(watch_.get(), EPOLL_CTL_ADD, fd, &event) == 0;
+    return epoll_ctl(watch_.get(), operation, fd, &event) == 0;
+}
+
+void LineServer::watch(const Client &client) const {
+    const bool listens = !client.has_ended && client.input.size() < most_waiting;
+    const unsigned events = (listens ? EPOLLIN : 0U) | (client.output.empty() ? 0U : EPOLLOUT);
+    change_watch(EPOLL_CTL_MOD, client.connection.get(), client.number, events);
 }
 
 void LineServer::adopt(Descriptor connection) {
     if (watch_.get() < 0) watch_ = Descriptor(epoll_create1(EPOLL_CLOEXEC));
+    const int fd = connection.get();
     Client client{++last_number_, std::move(connection)};
-    if (clients_.size() >= most_clients || !watch(client.connection.get(), client.number)) {
+    if (clients_.size() >= most_clients ||
+        !change_watch(EPOLL_CTL_ADD, fd, client.number, EPOLLIN)) {
         constexpr std::string_view refusal = "error: too many clients\n";
-        ::send(client.connection.get(), refusal.data(), refusal.size(),
-               MSG_DONTWAIT | MSG_NOSIGNAL);
+        ::send(fd, refusal.data(), refusal.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         return;
     }
     clients_.push_back(std::move(client));
@@ -112,15 +128,55 @@ void LineServer::read(Client &client) {
         else
             client.has_ended = true;
     }
-    // Until its lines are taken there is nothing to hear of it.
-    epoll_ctl(watch_.get(), EPOLL_CTL_DEL, client.connection.get(), nullptr);
+}
+
+// What does not fit waits, and the client for its next line with it.
+void LineServer::flush(Client &client) {
+    const ssize_t sent = ::send(client.connection.get(), client.output.data(), client.output.size(),
+                                MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (sent < 0 && errno != EAGAIN && errno != EINTR) client.has_left = client.has_ended = true;
+    if (client.has_left) client.output.clear();
+    if (sent > 0) client.output.erase(0, static_cast<size_t>(sent));
+    if (client.output.empty()) client.is_waiting = false;
+}
+
+void LineServer::hear(Client &client, unsigned events) {
+    if (events & EPOLLIN) read(client);
+    if ((events & EPOLLOUT) && !client.output.empty()) flush(client);
+    if (events & (EPOLLHUP | EPOLLERR)) {
+        read(client);
+        client.has_left = true;
+        client.is_waiting = false;
+    }
+    if (client.has_left)
+        change_watch(EPOLL_CTL_DEL, client.connection.get(), client.number, 0);
+    else
+        watch(client);
 }
 
 // Half a line is none.
 void LineServer::forget_who_left() {
-    clients_.remove_if([](const Client &c) {
-        return c.has_ended && !c.is_waiting && c.input.find('\n') == std::string::npos;
-    });
+    for (auto client = clients_.begin(); client != clients_.end();) {
+        const bool is_over = client->has_ended && client->input.find('\n') == std::string::npos;
+        if (!is_over || (client->is_waiting && !client->has_left)) {
+            ++client;
+            continue;
+        }
+        // A child of this process may still have the connection open.
+        change_watch(EPOLL_CTL_DEL, client->connection.get(), client->number, 0);
+        client = clients_.erase(client);
+    }
+}
+
+const LineServer::Client *LineServer::find(int number) const {
+    const auto client = std::find_if(clients_.begin(), clients_.end(),
+                                     [&](const Client &c) { return c.number == number; });
+    return client == clients_.end() ? nullptr : &*client;
+}
+
+bool LineServer::has_left(int number) const {
+    const Client *client = find(number);
+    return !client || client->has_left;
 }
 
 void LineServer::serve(int wait_ms) {
@@ -130,17 +186,11 @@ void LineServer::serve(int wait_ms) {
     for (int i = 0; i < count; ++i) {
         const int number = events[i].data.fd;
         someone_knocks |= number == listening_number;
-        const auto client = std::find_if(clients_.begin(), clients_.end(),
-                                         [&](const Client &c) { return c.number == number; });
-        if (client != clients_.end()) read(*client);
+        for (Client &client : clients_)
+            if (client.number == number) hear(client, events[i].events);
     }
     forget_who_left();
     if (someone_knocks) accept_next();
-}
-
-// One that is listened to already stays so.
-void LineServer::listen_again(const Client &client) const {
-    if (!client.has_ended) watch(client.connection.get(), client.number);
 }
 
 // Without a line feed, and longer than any line: the rest of it is passed over.
@@ -148,7 +198,7 @@ void LineServer::pass_over_long_line(Client &client) {
     if (client.input.size() <= longest_line) return;
     client.input.clear();
     client.is_too_long = true;
-    listen_again(client);
+    watch(client);
 }
 
 std::optional<LineServer::Line> LineServer::take() {
@@ -172,20 +222,25 @@ LineServer::Line LineServer::take_line(Clients::iterator client, size_t feed) {
         line = {client->number, {}, Line::Kind::too_long};
     client->input.erase(0, feed + 1);
     client->is_waiting = true;
-    listen_again(*client);
+    if (client->has_left)
+        client->is_waiting = false;
+    else
+        watch(*client);
     clients_.splice(clients_.end(), clients_, client);
     return line;
 }
 
 void LineServer::answer(int number, std::string_view text) {
-    const auto client = std::find_if(clients_.begin(), clients_.end(),
-                                     [&](const Client &c) { return c.number == number; });
-    if (client == clients_.end()) return;
-    client->is_waiting = false;
-    const std::string line = std::string(text) + "\n";
-    const ssize_t sent =
-        ::send(client->connection.get(), line.data(), line.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-    if (sent != static_cast<ssize_t>(line.size())) clients_.erase(client);
+    for (Client &client : clients_)
+        if (client.number == number && !client.has_left) {
+            client.output = std::string(text) + "\n";
+            flush(client);
+            if (client.has_left)
+                change_watch(EPOLL_CTL_DEL, client.connection.get(), number, 0);
+            else
+                watch(client);
+            return;
+        }
 }
 
 } // namespace hw

@@ -4,11 +4,12 @@
 // the answers is dropped.
 #pragma once
 
-#include <deque>
+#include <cstdint>
 #include <list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace hw {
 
@@ -52,6 +53,8 @@ class LineServer {
     };
     // The next line, of one client after the other; of none that still waits for its answer.
     std::optional<Line> take();
+    // Both of its directions are closed, or it never was.
+    bool has_left(int client) const;
     // Sends a line. Nothing for a client that has left.
     void answer(int client, std::string_view text);
 
@@ -62,20 +65,28 @@ class LineServer {
         std::string input = {};
         bool is_too_long = false; // the rest of a line is passed over
         bool has_ended = false;   // nothing more will come
+        bool has_left = false;    // nor hears anything
         bool is_waiting = false;  // for an answer
+        std::string output = {};  // of its answer, what it has not taken yet
     };
     using Clients = std::list<Client>;
 
     void accept_next();
     void read(Client &client);
     void forget_who_left();
-    bool watch(int fd, int number) const;
-    void listen_again(const Client &client) const;
+    void hear(Client &client, unsigned events);
+    void flush(Client &client);
+    // What is heard of a client now: what it sends, unless its lines wait; that it takes answers.
+    void watch(const Client &client) const;
+    bool change_watch(int operation, int fd, int number, unsigned events) const;
+    const Client *find(int number) const;
     void pass_over_long_line(Client &client);
     Line take_line(Clients::iterator client, size_t feed);
 
     Descriptor listening_, watch_;
-    std::string path_;
+    std::string path_; // absolute
+    pid_t owner_ = 0;  // the process that made the socket
+    uint64_t inode_ = 0;
     Clients clients_; // the first is asked next
     int last_number_ = 0;
 };

@@ -18,6 +18,7 @@
 #include "kelvane/updates.h"
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
+#include "runtime/queue.h"
 #include "runtime/screens.h"
 #include "text/text.h"
 
@@ -76,6 +77,7 @@ void install_hooks() {
     hw::hooks = {.post_to_main = post_to_main,
                  .end_loop = end_loop,
                  .exit = end_process,
+                 .has_events = [] { return !queue_is_empty(); },
                  .change_language = change_language,
                  .change_theme = change_theme,
                  .panel_height = PanelHeight};

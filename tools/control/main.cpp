@@ -39,20 +39,27 @@ struct Options {
     std::string line;
 };
 
+bool is_number(const std::string &text, int &value) {
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && rest == end && value >= 0;
+}
+
 bool take_options(std::vector<std::string> words, Options &o) {
     const char *path = std::getenv("KELVANE_CONTROL");
     o.socket = path ? path : "";
     size_t at = 0;
     for (; at + 1 < words.size() && words[at].starts_with("--"); at += 2) {
         const std::string &value = words[at + 1];
-        const char *end = value.data() + value.size();
         if (words[at] == "--socket")
             o.socket = value;
-        else if (words[at] != "--wait" || std::from_chars(value.data(), end, o.wait_s).ptr != end)
+        else if (words[at] != "--wait" || !is_number(value, o.wait_s))
             return false;
     }
     for (; at < words.size(); ++at) o.line += (o.line.empty() ? "" : " ") + words[at];
-    return !o.socket.empty() && !o.line.starts_with("--") && o.line.find('\n') == std::string::npos;
+    const bool is_empty_line = at > 0 && o.line.empty() && words.back().empty();
+    return !o.socket.empty() && !is_empty_line && !o.line.starts_with("--") &&
+           o.line.find('\n') == std::string::npos;
 }
 
 bool try_to_connect(int fd, const std::string &path) {
@@ -74,14 +81,13 @@ bool connect_in_time(int fd, const Options &o) {
     return true;
 }
 
-bool say(int fd, const std::string &line) {
+void say(int fd, const std::string &line) {
     const std::string text = line + "\n";
     for (size_t sent = 0; sent < text.size();) {
         const ssize_t count = send(fd, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-        if (count <= 0) return false;
+        if (count <= 0) return;
         sent += static_cast<size_t>(count);
     }
-    return true;
 }
 
 // Up to the line feed; empty when the application ended.
@@ -96,7 +102,8 @@ std::string hear(int fd) {
 
 // False when the line was not done.
 bool converse(int fd, const std::string &line) {
-    const std::string answer = say(fd, line) ? hear(fd) : "";
+    say(fd, line); // who refused this client may have said why
+    const std::string answer = hear(fd);
     if (answer.empty()) {
         std::fputs("kelvane-control: the application ended\n", stderr);
         return false;

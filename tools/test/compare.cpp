@@ -15,6 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr unsigned longest_side = 16384;
+
 struct Picture {
     unsigned width = 0, height = 0;
     std::vector<uint8_t> grey;
@@ -24,6 +26,11 @@ std::optional<Picture> load(const fs::path &path) {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     if (!png_image_begin_read_from_file(&image, path.c_str())) return std::nullopt;
+    // No screen is larger; a damaged picture may say that it is.
+    if (image.width > longest_side || image.height > longest_side) {
+        png_image_free(&image);
+        return std::nullopt;
+    }
     image.format = PNG_FORMAT_GRAY;
     Picture picture{image.width, image.height, std::vector<uint8_t>(PNG_IMAGE_SIZE(image))};
     if (!png_image_finish_read(&image, nullptr, picture.grey.data(), 0, nullptr))

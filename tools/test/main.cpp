@@ -2,11 +2,13 @@
 // kelvane-test: plays scripts with an application, several at once, and compares what comes.
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -45,13 +47,18 @@ std::vector<test::Result> play_all(const std::vector<test::Case> &cases,
     return results;
 }
 
+std::error_code last_error() {
+    return {errno, std::generic_category()};
+}
+
 fs::path make_place(const std::string &wanted) {
     if (!wanted.empty()) {
         fs::create_directories(wanted);
         return fs::canonical(wanted);
     }
     std::string name = (fs::temp_directory_path() / "kelvane-test-XXXXXX").string();
-    return mkdtemp(name.data()) ? fs::path(name) : fs::path();
+    if (!mkdtemp(name.data())) throw fs::filesystem_error("no folder", name, last_error());
+    return name;
 }
 
 // A path is meant from here, whatever folder the application runs in.

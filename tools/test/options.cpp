@@ -93,6 +93,7 @@ std::optional<Options> parse(const std::vector<std::string> &words) {
         else
             ++at;
     }
+    if (o.with_traces && o.frames != Frames::update) return wrong("--traces belongs to --update");
     if (words.size() < at + 2) return wrong("a folder and an application are meant");
     o.folder = words[at];
     o.application.assign(words.begin() + static_cast<long>(at) + 1, words.end());

@@ -3,9 +3,11 @@
 #include "play.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <stdexcept>
 
 #include "compare.h"
 #include "process.h"
@@ -17,6 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds device_limit{60};
 constexpr size_t last_lines = 20;
+constexpr int64_t most_log = 65536; // of its end
 const char *const trace_name = "trace.jsonl";
 
 // Beside this program, where it was built or installed; else wherever the shell finds it.
@@ -29,7 +32,9 @@ std::string device_tool() {
 }
 
 std::string end_of(const fs::path &log) {
-    std::ifstream stream(log);
+    std::ifstream stream(log, std::ios::ate);
+    const auto size = static_cast<int64_t>(stream.tellg());
+    stream.seekg(std::max<int64_t>(size - most_log, 0));
     std::vector<std::string> lines;
     for (std::string line; std::getline(stream, line);) lines.push_back(line);
     std::string text;
@@ -79,6 +84,9 @@ void compare(const Case &one, const fs::path &folder, Result &result) {
             compare_pictures(one.expected / frame, folder / frame, difference);
         if (!wrong.empty()) result.faults.push_back(frame + ": " + wrong);
     }
+    for (const std::string &frame : one.frames)
+        if (frame.find('/') != std::string::npos || !frame.ends_with(".png"))
+            result.faults.push_back(frame + ": only pictures with a plain NAME.png are compared");
     for (const std::string &frame : meant)
         if (!std::binary_search(frames.begin(), frames.end(), frame))
             result.faults.push_back(frame + ": the script saved no such picture");
@@ -144,12 +152,13 @@ std::string Devices::make_kind(const std::vector<std::string> &options, const fs
 // Fonts and themes are large, and only read.
 std::string Devices::make(const std::vector<std::string> &options, const fs::path &folder) {
     const std::lock_guard lock(mutex_);
-    fs::path &kind = kinds_[options];
-    if (kind.empty()) {
-        kind = place_ / (".device-" + std::to_string(kinds_.size()));
-        fs::create_directories(place_);
-        if (const std::string wrong = make_kind(options, kind); !wrong.empty()) return wrong;
+    if (!kinds_.contains(options)) {
+        const fs::path made = place_ / (".device-" + std::to_string(kinds_.size()));
+        fs::remove_all(made); // of an earlier run, with other options perhaps
+        if (const std::string wrong = make_kind(options, made); !wrong.empty()) return wrong;
+        kinds_[options] = made;
     }
+    const fs::path &kind = kinds_[options];
     for (const fs::directory_entry &entry : fs::directory_iterator(kind / "system")) {
         const fs::path to = folder / "system" / entry.path().filename();
         const std::string name = to.filename().string();
@@ -163,15 +172,26 @@ std::string Devices::make(const std::vector<std::string> &options, const fs::pat
     return "";
 }
 
+namespace {
+
+// Only what looks like the folder of an earlier run is removed.
+bool is_replaceable(const fs::path &folder) {
+    return !fs::exists(fs::symlink_status(folder)) || fs::exists(folder / "system/.kelvane-device");
+}
+
+} // namespace
+
 Result play(const Case &one, const Options &options, Devices &devices, const fs::path &place) {
     const auto start = std::chrono::steady_clock::now();
     Result result{one.name, 0, {}, false};
     try {
         const fs::path folder = place / one.name;
+        if (!is_replaceable(folder))
+            throw std::runtime_error(folder.string() + " is there, and not by this tool");
         fs::remove_all(folder);
         fs::create_directories(folder);
         start_and_judge(one, options, devices, folder, result);
-    } catch (const fs::filesystem_error &error) {
+    } catch (const std::exception &error) {
         result.faults.emplace_back(error.what());
     }
     result.seconds =

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <set>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,12 +30,14 @@ std::string name_of(const std::string &setting) {
     return setting.substr(0, setting.find('='));
 }
 
-// Those of this process, unless they are set anew.
+// Those of this process, unless they are set anew. What the shell says to other applications of the
+// library is not meant for these.
 std::vector<std::string> with_own(std::vector<std::string> environment) {
     std::set<std::string> names;
     for (const std::string &setting : environment) names.insert(name_of(setting));
     for (char **setting = environ; *setting; ++setting)
-        if (!names.contains(name_of(*setting))) environment.emplace_back(*setting);
+        if (!names.contains(name_of(*setting)) && !name_of(*setting).starts_with("KELVANE_"))
+            environment.emplace_back(*setting);
     return environment;
 }
 
@@ -42,6 +45,7 @@ std::vector<std::string> with_own(std::vector<std::string> environment) {
 [[noreturn]] void become(const char *folder, const char *log, char *const *words,
                          char *const *env) {
     setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int out = open(log, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
     const int in = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (out >= 0 && in >= 0 && dup2(in, 0) >= 0 && dup2(out, 1) >= 0 && dup2(out, 2) >= 0 &&

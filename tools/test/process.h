@@ -21,7 +21,7 @@ struct Ending {
     bool is_good() const { return kind == Kind::exited && number == 0; }
 };
 
-// Waits for the end. What lasts longer than the limit is killed with all that it started.
+// Waits for the end. What lasts longer than the limit is killed with its process group.
 Ending run(const Command &command, std::chrono::seconds limit);
 
 // As a sentence: "ended with status 1".

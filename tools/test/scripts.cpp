@@ -19,17 +19,25 @@ std::vector<std::string> words_of(const std::string &text) {
     return words;
 }
 
-// The words behind "# KEY:" in any comment line of a script.
-std::vector<std::string> asked(const fs::path &script, const std::string &key) {
+std::string trimmed(const std::string &text) {
+    const size_t first = text.find_first_not_of(" \t\r"), last = text.find_last_not_of(" \t\r");
+    return first == std::string::npos ? "" : text.substr(first, last - first + 1);
+}
+
+// What stands behind a beginning, in each line that has it.
+std::vector<std::string> behind(const fs::path &script, const std::string &beginning) {
     std::ifstream stream(script);
     std::vector<std::string> all;
-    for (std::string line; std::getline(stream, line);) {
-        const size_t at = line.find_first_not_of("# ");
-        if (!line.starts_with('#') || at == std::string::npos || line.compare(at, key.size(), key))
-            continue;
-        const auto words = words_of(line.substr(at + key.size()));
-        all.insert(all.end(), words.begin(), words.end());
-    }
+    for (std::string line; std::getline(stream, line);)
+        if (line = trimmed(line); line.starts_with(beginning))
+            all.push_back(trimmed(line.substr(beginning.size())));
+    return all;
+}
+
+std::vector<std::string> device_options(const fs::path &script) {
+    std::vector<std::string> all;
+    for (const std::string &options : behind(script, "# device:"))
+        for (const std::string &word : words_of(options)) all.push_back(word);
     return all;
 }
 
@@ -78,11 +86,11 @@ std::vector<Case> find_cases(const Options &options) {
     for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
         const fs::path &path = entry.path();
         const std::string name = path.stem().string();
-        if (path.extension() != ".script" || !entry.is_regular_file() ||
+        if (path.extension() != ".script" || name.starts_with('.') || !entry.is_regular_file() ||
             fnmatch(options.only.c_str(), name.c_str(), 0) != 0)
             continue;
-        Case plain{name, path, {}, asked(path, "device:"), {}, {}};
-        for (const std::string &file : asked(path, "file:"))
+        Case plain{name, path, {}, device_options(path), behind(path, "frame "), {}, {}};
+        for (const std::string &file : behind(path, "# file:"))
             plain.files.push_back((folder / file).lexically_normal().string());
         for (Case &one : crossings(plain, options)) {
             one.expected = folder / "expected" / one.name;

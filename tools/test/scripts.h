@@ -16,6 +16,7 @@ struct Case {
     std::filesystem::path script;    // absolute
     std::filesystem::path expected;  // the folder of its pictures and its trace
     std::vector<std::string> device; // options of kelvane-device
+    std::vector<std::string> frames; // the pictures that it saves
     std::vector<std::string> files;  // arguments of the application after those of all scripts
     std::string orientation;         // empty: as the device comes
 };

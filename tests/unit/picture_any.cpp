@@ -367,8 +367,8 @@ TEST_F(AnyPicture, CoversWithTheMiddleOfAThinOne) {
         const BitmapPtr bm = load("wide.png", 90, 100, PICTURE_COVER, dither);
         ASSERT_NE(bm, nullptr);
         const std::vector<int> all = levels(*bm);
-        EXPECT_LT(all[0],
-                  3); // the last black pixel is at the left, the first white one at the right
+        // From the last black pixel to the first white one.
+        EXPECT_LT(all[0], 3);
         EXPECT_GT(all[89], 12);
     }
 }

@@ -79,21 +79,18 @@ Pipeline::Pipeline(Size source, Size wanted, Scaling scaling, const Finish &fini
 }
 
 Pipeline::Pipeline(Size source, const Placement &place, const Finish &finish)
-    : place_(place), margin_(std::max(0, -place.x)), bitmap_(make_target(place_.bitmap)),
-      curve_(finish.curve), rows_axis_(source.height, place_.drawn.height),
-      scaler_(source.width, place_.drawn.width) {
+    : place_(place), left_(std::max(0, place.x)),
+      width_(std::min(place.x + place.drawn.width, place.bitmap.width) - left_),
+      bitmap_(make_target(place_.bitmap)), curve_(finish.curve),
+      rows_axis_(source.height, place_.drawn.height),
+      scaler_(source.width, place_.drawn.width, left_ - place_.x, left_ - place_.x + width_) {
     if (finish.levels != no_dithering) dither_.emplace(finish.levels);
     has_curve_ = curve_ != no_curve();
     source_row_.resize(static_cast<size_t>(source.width) + RowScaler::row_slack);
     picked_.fill(scaler_.make_pairs());
     const std::vector<uint8_t> empty = empty_row(*bitmap_, surrounding(finish));
     for (size_t y = 0; y < bitmap_->height; ++y) raster::pack_row(empty.data(), *bitmap_, y);
-    const size_t length =
-        std::max(empty.size(), static_cast<size_t>(std::max(place_.x, 0) + place_.drawn.width));
-    for (std::vector<uint8_t> &row : target_rows_) {
-        row.assign(static_cast<size_t>(margin_) + length, white);
-        std::copy(empty.begin(), empty.end(), row.begin() + margin_);
-    }
+    target_rows_.fill(empty);
     first_ = next_ = std::max(0, -place_.y);
     end_ = static_cast<int>(
         std::min<int64_t>(place_.drawn.height, int64_t{place_.bitmap.height} - place_.y));
@@ -117,11 +114,11 @@ void Pipeline::row_done() noexcept {
 }
 
 void Pipeline::make_row(int n, Sample s) {
-    uint8_t *drawn = target_row(n) + place_.x;
+    uint8_t *drawn = target_row(n) + left_;
     const auto upper = static_cast<size_t>(s.first);
     scaler_.blend(picked_[upper % 2], picked_[(upper + 1) % 2], s.fraction, drawn);
     if (has_curve_)
-        for (int x = 0; x < place_.drawn.width; ++x) drawn[x] = curve_[drawn[x]];
+        for (int x = 0; x < width_; ++x) drawn[x] = curve_[drawn[x]];
     if (!dither_) return put_row(n);
     // A row is finished when its errors are known to the one below.
     if (n > first_) put_dithered(n - 1, drawn);
@@ -129,7 +126,7 @@ void Pipeline::make_row(int n, Sample s) {
 }
 
 void Pipeline::put_dithered(int n, uint8_t *below) {
-    dither_->row(target_row(n) + place_.x, below, static_cast<size_t>(place_.drawn.width));
+    dither_->row(target_row(n) + left_, below, static_cast<size_t>(width_));
     put_row(n);
 }
 

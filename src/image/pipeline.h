@@ -62,16 +62,15 @@ class Pipeline {
     raster::BitmapPtr finish();
 
   private:
-    // Rows of the drawn picture are numbered by n. Left of a row there is room for what reaches
-    // beyond the bitmap.
-    uint8_t *target_row(int n) { return target_rows_[static_cast<size_t>(n) % 2].data() + margin_; }
+    // Rows of the drawn picture are numbered by n.
+    uint8_t *target_row(int n) { return target_rows_[static_cast<size_t>(n) % 2].data(); }
     void make_row(int n, Sample sample);
     void put_dithered(int n, uint8_t *below);
     void put_row(int n);
 
     bool was_asked_for_one_load_ = false;
     Placement place_;
-    int margin_;
+    int left_, width_; // of what is inside the bitmap
     raster::BitmapPtr bitmap_;
     Curve curve_;
     bool has_curve_;

@@ -80,9 +80,9 @@ size_t blend_groups(const Rows &, size_t, uint8_t *) {
 
 Axis::Axis(int from, int to) : step_((from - 1) * int64_t{one} / (to > 1 ? to - 1 : 1)) {}
 
-RowScaler::RowScaler(int from, int to) {
+RowScaler::RowScaler(int from, int to, int first, int end) {
     const Axis axis(from, to);
-    for (int i = 0; i < to; ++i) {
+    for (int i = first; i < end; ++i) {
         const Sample s = axis.at(i);
         first_.push_back(s.first);
         fraction_.push_back(static_cast<uint16_t>(s.fraction));

@@ -41,8 +41,9 @@ class RowScaler {
     };
     using Pairs = std::vector<Pair>;
 
-    // Throws std::bad_alloc.
-    RowScaler(int from, int to);
+    // Of a side of `from` scaled to `to` the pixels from `first` on, before `end`. Throws
+    // std::bad_alloc.
+    RowScaler(int from, int to, int first, int end);
 
     Pairs make_pairs() const { return Pairs(first_.size()); }
 

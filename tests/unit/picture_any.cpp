@@ -358,6 +358,21 @@ TEST_F(AnyPicture, FitsCoversAndStretches) {
             ASSERT_EQ(cut[size_t(y * 96 + x)], drawn[size_t(y * 144 + x + 24)]) << x << ' ' << y;
 }
 
+// Only what is seen of it is scaled: all of this one would be 100 rows of 5,000 pixels.
+TEST_F(AnyPicture, CoversWithTheMiddleOfAThinOne) {
+    Bytes line(50, 0);
+    std::fill(line.begin() + 25, line.end(), uint8_t{255});
+    write_png("wide.png", 50, 1, {8, PNG_COLOR_TYPE_GRAY}, line);
+    for (const int dither : {0, 1}) {
+        const BitmapPtr bm = load("wide.png", 90, 100, PICTURE_COVER, dither);
+        ASSERT_NE(bm, nullptr);
+        const std::vector<int> all = levels(*bm);
+        // From the last black pixel to the first white one.
+        EXPECT_LT(all[0], 3);
+        EXPECT_GT(all[89], 12);
+    }
+}
+
 TEST_F(AnyPicture, IsDitheredWhenAsked) {
     Random random;
     const GreyPicture noise{40, 30, random_bytes(random, 1200)};

@@ -113,17 +113,17 @@ TEST_F(HostileDictionaries, ContainersSayWhatIsWrongWithThem) {
         {packed(u16(7) + "apple"), nothing, ""},
         {packed(record("apple", "Apfel") + u16(4096)), "2 apple: Apfel", ""},
     };
-    for (const auto &[bytes, answer, expected] : cases) {
+    for (const auto &c : cases) {
         File f = sound();
-        f.containers[0] = bytes;
+        f.containers[0] = c.container;
         f.sections[56] =
-            File::zipped(u16(static_cast<unsigned>(bytes.size())) + "apple" + '\0' + u16(0));
+            File::zipped(u16(static_cast<unsigned>(c.container.size())) + "apple" + '\0' + u16(0));
         install(f);
         ASSERT_EQ(OpenDictionary("words"), 1);
         look_exactly("-"); // says whose rules apply
-        const std::string log = said([&] { EXPECT_EQ(look_exactly("apple"), answer); });
-        EXPECT_EQ(log, std::string("dictionary internal lookup: \"apple\"\n") + expected);
-        EXPECT_EQ(look(nullptr), answer);
+        const std::string log = said([&] { EXPECT_EQ(look_exactly("apple"), c.answer); });
+        EXPECT_EQ(log, std::string("dictionary internal lookup: \"apple\"\n") + c.said);
+        EXPECT_EQ(look(nullptr), c.answer);
     }
     File cut = sound();
     cut.containers.pop_back();

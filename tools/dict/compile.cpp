@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "commands.h"
+#include "printable.h"
 #include "sides.h"
 #include "sources.h"
 #include "writer.h"
@@ -21,6 +22,7 @@ namespace fs = std::filesystem;
 
 constexpr const char *none = "none";
 constexpr size_t most_named = 10; // entries of a kind that are named one by one
+constexpr size_t longest_named = 200;
 
 // The data of a language that comes with the library; empty when there is none.
 fs::path own_file(const char *folder, const std::string &language, const char *extension) {
@@ -29,22 +31,27 @@ fs::path own_file(const char *folder, const std::string &language, const char *e
     return fs::exists(path) ? path : fs::path();
 }
 
-// The side file that is asked for, or that of the language; empty for none.
-fs::path side_file(const std::optional<std::string> &asked, const fs::path &own) {
-    if (!asked) return own;
-    return *asked == none ? fs::path() : fs::path(*asked);
+// The side file that is asked for, by its path or a language, or that of the dictionary's language;
+// empty for none.
+fs::path side_file(const std::optional<std::string> &asked, const char *folder,
+                   const std::string &language, const char *extension) {
+    if (asked == none) return {};
+    if (asked && fs::exists(*asked)) return *asked;
+    const fs::path own = own_file(folder, asked.value_or(language), extension);
+    return own.empty() && asked ? fs::path(*asked) : own;
 }
 
 Sides read_sides(const CompileOptions &o, Mistakes &mistakes) {
     Sides sides;
     Letters letters = default_letters(o.language);
-    if (o.collation == none) letters.clear();
-    if (const fs::path path = side_file(o.collation, {}); !path.empty())
-        read_letters(read_file(path), path.string(), letters, mistakes);
+    if (o.collation == none)
+        letters.clear();
+    else if (o.collation)
+        read_letters(read_file(*o.collation), *o.collation, letters, mistakes);
     sides.collation = pairs_of(letters);
-    const fs::path rules = side_file(o.morphology, own_file("morphology", o.language, ".txt"));
+    const fs::path rules = side_file(o.morphology, "morphology", o.language, ".txt");
     if (!rules.empty()) sides.morphology = read_rules(read_file(rules), rules.string(), mistakes);
-    const fs::path keyboard = side_file(o.keyboard, own_file("keyboard", o.language, ".kbd"));
+    const fs::path keyboard = side_file(o.keyboard, "keyboard", o.language, ".kbd");
     if (!keyboard.empty())
         sides.keyboard = read_keyboard(read_file(keyboard), keyboard.string(), mistakes);
     return sides;
@@ -79,9 +86,9 @@ void print_left_out(const Source &source, const Written &written) {
     std::map<Reason, size_t> counts;
     for (const auto &[entry, reason] : written.left_out)
         if (++counts[reason] <= most_named && reason != Reason::repeated)
-            std::fprintf(stderr, "%s:%zu: \"%.*s\" is left out: %s\n", source.lines_of.c_str(),
-                         entry->line, static_cast<int>(std::min<size_t>(entry->word.size(), 200)),
-                         entry->word.data(), text_of(reason));
+            std::fprintf(stderr, "%s:%zu: \"%s\" is left out: %s\n", source.lines_of.c_str(),
+                         entry->line, printable(entry->word.substr(0, longest_named)).c_str(),
+                         text_of(reason));
     for (const auto &[reason, count] : counts)
         std::fprintf(stderr, "left out: %zu, %s\n", count, text_of(reason));
 }

@@ -10,6 +10,7 @@
 #include <kelvane/dictionary.h>
 
 #include "commands.h"
+#include "printable.h"
 
 namespace dict {
 namespace {
@@ -70,7 +71,8 @@ bool print_word(const char *word, const QuietErrors &quiet) {
     const int result = LookupWord(word, &headword, &translation);
     if (result == DICT_NONE) quiet.complain(word, "not found");
     if (result == DICT_NEAREST) quiet.complain(word, "not found; the nearest word is");
-    if (result != DICT_NONE) std::printf("%s\n%s\n\n", headword, translation);
+    if (result != DICT_NONE)
+        std::printf("%s\n%s\n\n", printable(headword).c_str(), printable(translation).c_str());
     return result == DICT_EXACT;
 }
 

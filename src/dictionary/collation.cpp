@@ -21,7 +21,13 @@ uint16_t next(const char *&s) {
 } // namespace
 
 Collation::Collation() {
-    std::iota(map_.begin(), map_.end(), uint16_t{0});
+    // To copy it costs less than to count again for each dictionary.
+    static const auto identity = [] {
+        Map map;
+        std::iota(map.begin(), map.end(), uint16_t{0});
+        return map;
+    }();
+    map_ = identity;
 }
 
 void Collation::apply(std::span<const uint8_t> pairs) {

@@ -37,7 +37,8 @@ class Collation {
   private:
     int compare_start(const char *&utf8, WordView word) const;
 
-    std::array<uint16_t, 0x10000> map_;
+    using Map = std::array<uint16_t, 0x10000>;
+    Map map_;
 };
 
 // The order of collated words: a word that begins another one is before it.

@@ -109,6 +109,10 @@ void article_page_and_text(benchmark::State &state) {
     v.article.lay_out(v.look, v.place.article);
     v.focus = dictionary_view::Pane::article;
     const irect pane = v.place.article;
+    // As much of the text as our pages have.
+    const dictionary_view::Piece &last = v.article.all_pages()[0].back();
+    const int lines = last.y + last.h;
+    const int w = pane.w - 2 * v.look.units(55);
     const char *rest = text.c_str();
     beside(
         state, Against::limit,
@@ -120,7 +124,7 @@ void article_page_and_text(benchmark::State &state) {
             const raster::ScreenScope screen;
             const text::FontScope font(v.look.type.body.get());
             FillAreaRect(&pane, WHITE);
-            rest = DrawTextRect(pane.x, pane.y, pane.w, pane.h, rest, ALIGN_LEFT);
+            rest = DrawTextRect(pane.x, pane.y, w, lines, rest, ALIGN_LEFT);
             if (!*rest) rest = text.c_str();
         });
 }

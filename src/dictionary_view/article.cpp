@@ -30,13 +30,12 @@ const ifont *font_of(const Type &type, const Paragraph &p) {
     return type.body.get();
 }
 
-// From the paragraph before.
+// From the paragraph before: senses stand apart, and all of it from the head.
 int gap_above(const Look &look, const std::vector<Paragraph> &all, size_t index) {
-    if (index == 0) return 0;
     const Paragraph &p = all[index];
-    const bool is_behind_head = all[index - 1].kind <= Kind::grammar && p.kind != Kind::grammar;
-    if (is_behind_head || !p.mark.empty()) return p.kind == Kind::grammar ? 0 : look.units(20);
-    return 0;
+    if (index == 0 || p.kind == Kind::grammar) return 0;
+    const bool is_behind_head = all[index - 1].kind <= Kind::grammar;
+    return is_behind_head || !p.mark.empty() ? look.units(20) : 0;
 }
 
 int line_h(const ifont *font) {
@@ -67,6 +66,18 @@ class Pages {
     std::vector<Page> &pages_;
     int h_, y_ = 0;
 };
+
+// Puts a text of lines of that width, in the current font, on as many pages as it takes.
+void add_text(Pages &pages, size_t index, const std::string &utf8, int w) {
+    text::Reader text(utf8.c_str(), text::most_characters);
+    for (int begin = 0; text.has(begin);) {
+        if (begin > 0) pages.begin_page();
+        const text::Layout fits =
+            text::kv_textrect(0, 0, w, pages.room(), text, begin, ALIGN_LEFT, text::Draw::no);
+        pages.add(index, begin, static_cast<int>(std::min<int64_t>(fits.height, pages.room())));
+        begin = std::max(fits.end, begin + 1);
+    }
+}
 
 // The area without the strip of the counter.
 int text_h(const Look &look, int h, bool has_counter) {
@@ -107,20 +118,12 @@ void Article::break_into_pages(const Look &look, int h) {
     for (size_t i = 0; i < paragraphs_.size(); ++i) {
         const Paragraph &p = paragraphs_[i];
         const text::FontScope font(font_of(look.type, p));
-        pages.make_room(gap_above(look, paragraphs_, i), line_h(GetFont()));
-        if (p.kind == Kind::grammar) {
-            pages.add(i, 0, line_h(GetFont()));
-            continue;
-        }
-        text::Reader text(p.text.c_str(), text::most_characters);
-        const int w = std::max(area_.w - (p.hangs ? look.hang() : 0), 1);
-        for (int begin = 0; text.has(begin);) {
-            if (begin > 0) pages.begin_page();
-            const text::Layout fits =
-                text::kv_textrect(0, 0, w, pages.room(), text, begin, ALIGN_LEFT, text::Draw::no);
-            pages.add(i, begin, static_cast<int>(std::min<int64_t>(fits.height, pages.room())));
-            begin = std::max(fits.end, begin + 1);
-        }
+        const int line = line_h(GetFont());
+        pages.make_room(gap_above(look, paragraphs_, i), line);
+        if (p.kind == Kind::grammar)
+            pages.add(i, 0, line);
+        else
+            add_text(pages, i, p.text, std::max(area_.w - (p.hangs ? look.hang() : 0), 1));
     }
 }
 

@@ -145,7 +145,7 @@ void draw_head(const FastBox &box, const irect &line) {
     draw_grammar(type, {x, line.y + lower, line.w - gap, line.h, 0}, box.grammar, sides);
 }
 
-// The border comes before the pointer, which opens it; a word below the rim stays inverted.
+// The border comes before the pointer, which opens it.
 void draw(const FastBox &box) {
     const raster::ScreenScope screen;
     const Look &look = box.look;

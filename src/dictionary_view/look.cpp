@@ -29,9 +29,9 @@ Type load_type(const keyboard::Lengths &l) {
     const int leading = body * 13 / 10;
     Type type;
     type.body_size = body;
-    type.leading = leading;
     type.headword = font("defaultb", std::max(l.units(70), body + l.unit / 2), 0);
     type.body = font("default", body, leading);
+    type.leading = type.body ? type.body->linespacing : leading;
     type.number = font("defaultb", body, leading);
     type.example = font("defaulti", label, leading);
     type.grammar = font("default", label, leading);

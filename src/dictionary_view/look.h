@@ -2,7 +2,9 @@
 // What the theme says about dictionaries: the type of articles, and the tools.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "keyboard/look.h"
 #include "raster/bitmap_ptr.h"

@@ -19,6 +19,17 @@ const char *next_word(Direction direction) {
     return step(&headword, nullptr) == DICT_NONE ? nullptr : headword;
 }
 
+// So many words on the way, or fewer up to the end.
+std::vector<std::string> gather(Direction direction, int count) {
+    std::vector<std::string> words;
+    while (static_cast<int>(words.size()) < count) {
+        const char *word = next_word(direction);
+        if (!word) break;
+        words.emplace_back(word);
+    }
+    return words;
+}
+
 } // namespace
 
 // The dictionary's current word is the selected one again.
@@ -42,6 +53,11 @@ void Words::keep_current() {
     translation_ = translation;
 }
 
+// From the row where the dictionary is to another one.
+void Words::walk(int from, int to) {
+    move(to < from ? Direction::back : Direction::forward, std::abs(to - from));
+}
+
 // The current word gets so many words before it, or more where too few follow it.
 void Words::fill_with(int before) {
     shown_.clear();
@@ -49,27 +65,16 @@ void Words::fill_with(int before) {
     char *headword = nullptr;
     if (LookupCurrent(&headword, nullptr) == DICT_NONE) return;
     shown_.emplace_back(headword);
-    while (static_cast<int>(shown_.size()) < rows_) {
-        const char *word = next_word(Direction::forward);
-        if (!word) break;
-        shown_.emplace_back(word);
-    }
-    int at = static_cast<int>(shown_.size()) - 1; // where the dictionary is
-    const int missing = rows_ - static_cast<int>(shown_.size());
+    const auto below = gather(Direction::forward, rows_ - 1);
+    shown_.insert(shown_.end(), below.begin(), below.end());
+    const int last = static_cast<int>(below.size()), missing = rows_ - 1 - last;
     if (missing > 0) {
-        move(Direction::back, at);
-        std::vector<std::string> above;
-        while (static_cast<int>(above.size()) < missing) {
-            const char *word = next_word(Direction::back);
-            if (!word) break;
-            above.emplace_back(word);
-        }
+        move(Direction::back, last);
+        const auto above = gather(Direction::back, missing);
         shown_.insert(shown_.begin(), above.rbegin(), above.rend());
         selected_ += static_cast<int>(above.size());
-        at = 0;
     }
-    const int way = selected_ - at;
-    move(way < 0 ? Direction::back : Direction::forward, std::abs(way));
+    walk(missing > 0 ? 0 : last, selected_);
     keep_current();
 }
 
@@ -101,8 +106,7 @@ bool Words::turn(Direction direction) {
 bool Words::select(int row) {
     if (row < 0 || row >= static_cast<int>(shown_.size())) return false;
     hold();
-    const int way = row - selected_;
-    move(way < 0 ? Direction::back : Direction::forward, std::abs(way));
+    walk(selected_, row);
     selected_ = row;
     keep_current();
     return true;

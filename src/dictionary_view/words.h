@@ -34,6 +34,7 @@ class Words {
   private:
     void hold();
     int move(Direction direction, int steps);
+    void walk(int from, int to);
     void fill_with(int before);
     void keep_current();
 

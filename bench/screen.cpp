@@ -57,13 +57,15 @@ void page_turn_and_memset(benchmark::State &state) {
 BENCHMARK(page_turn_and_memset)->UseManualTime();
 
 constexpr int session_turns = 1000;
-int turned = 0;
+size_t turned = 0;
 
 int turn_text(int type, int, int) {
     if (type != EVT_KEYPRESS) return 0;
-    static const std::string text = prose(Language::english, 1500);
+    constexpr size_t pages = 100, page_size = 1000;
+    static const std::string text = prose(Language::english, (pages + 2) * page_size);
+    const size_t start = turned++ % pages * page_size;
     ClearScreen();
-    DrawTextRect(20, 20, ScreenWidth() - 40, ScreenHeight() - 40, text.c_str() + turned++ % 100,
+    DrawTextRect(20, 20, ScreenWidth() - 40, ScreenHeight() - 40, text.c_str() + start,
                  ALIGN_LEFT | VALIGN_TOP);
     SoftUpdate();
     return 1;

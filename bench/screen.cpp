@@ -9,15 +9,16 @@
 #include <string>
 
 #include "beside.h"
+#include "hw_linux/clock.h"
 #include "hw_linux/device.h"
 #include "internal.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/canvas.h"
 #include "kelvane/events.h"
-#include "kelvane/text.h"
 #include "kelvane/updates.h"
 #include "raster/bitmap.h"
 #include "runtime/delivery.h"
+#include "text_common.h"
 
 namespace {
 
@@ -56,18 +57,15 @@ void page_turn_and_memset(benchmark::State &state) {
 BENCHMARK(page_turn_and_memset)->UseManualTime();
 
 constexpr int session_turns = 1000;
-int turned = 0;
+size_t turned = 0;
 
 int turn_text(int type, int, int) {
     if (type != EVT_KEYPRESS) return 0;
-    static const std::string text = [] {
-        std::string words;
-        while (words.size() < 1500)
-            words += "A word or two of page " + std::to_string(words.size());
-        return words;
-    }();
+    constexpr size_t pages = 100, page_size = 1000;
+    static const std::string text = prose(Language::english, (pages + 2) * page_size);
+    const size_t start = turned++ % pages * page_size;
     ClearScreen();
-    DrawTextRect(20, 20, ScreenWidth() - 40, ScreenHeight() - 40, text.c_str() + turned++ % 100,
+    DrawTextRect(20, 20, ScreenWidth() - 40, ScreenHeight() - 40, text.c_str() + start,
                  ALIGN_LEFT | VALIGN_TOP);
     SoftUpdate();
     return 1;
@@ -76,18 +74,17 @@ int turn_text(int type, int, int) {
 void read_a_book() {
     ClearOnExit();
     OpenScreenExt();
-    ifont *font = OpenFont("default", 24, 1);
-    SetFont(font, BLACK);
+    hw::set_horizon(0); // nothing waits for the clock on the wall
+    const BenchFont font;
     for (int i = 0; i < session_turns; ++i) {
         SendEvent(turn_text, EVT_KEYPRESS, KEY_NEXT, 0);
         handle_pending_events();
     }
-    CloseFont(font);
-    ClearOnExit();
 }
 
 void traced_turns_and_plain(benchmark::State &state) {
     setenv("KELVANE_DEVICE", "headless", 0);
+    enter_bench_folder();
     const std::string trace = std::filesystem::temp_directory_path() / "kelvane-bench-trace.jsonl";
     beside(
         state, Against::limit,

@@ -12,6 +12,11 @@
 namespace hw {
 namespace {
 
+// Of the panel's 16 greys.
+bool is_same(uint8_t a, uint8_t b) {
+    return ((a ^ b) & 0xF0) == 0;
+}
+
 // In pieces whose number fits in a byte, so that the compiler counts many pixels at once.
 int differences(const uint8_t *a, const uint8_t *b, int count) {
     constexpr int piece = 240;
@@ -19,7 +24,8 @@ int differences(const uint8_t *a, const uint8_t *b, int count) {
     for (int i = 0; i < count; i += piece) {
         const int end = std::min(i + piece, count);
         uint8_t here = 0;
-        for (int k = i; k < end; ++k) here = static_cast<uint8_t>(here + (a[k] != b[k] ? 1 : 0));
+        for (int k = i; k < end; ++k)
+            here = static_cast<uint8_t>(here + (is_same(a[k], b[k]) ? 0 : 1));
         different += here;
     }
     return different;
@@ -41,13 +47,19 @@ void to_levels(const uint8_t *row, uint8_t *to, int count, int levels) {
     }
 }
 
+// Only columns outside of the area so far are looked at one by one.
 void Change::add_row(int x, int y, const uint8_t *former, const uint8_t *now, int count) {
-    if (std::memcmp(former, now, static_cast<size_t>(count)) == 0) return;
-    int first = 0, last = count - 1;
-    while (former[first] == now[first]) ++first;
-    while (former[last] == now[last]) --last;
-    pixels_ += differences(former + first, now + first, last + 1 - first);
-    area_ = joined(area_, {x + first, y, last - first + 1, 1, 0});
+    const int different = differences(former, now, count);
+    if (different == 0) return;
+    pixels_ += different;
+    int first = is_empty(area_) ? count : area_.x - x;
+    int end = is_empty(area_) ? 0 : first + area_.w;
+    if (differences(former, now, first) > 0)
+        first =
+            static_cast<int>(std::mismatch(former, former + first, now, is_same).first - former);
+    if (differences(former + end, now + end, count - end) > 0)
+        for (end = count; is_same(former[end - 1], now[end - 1]);) --end;
+    area_ = joined(area_, {x + first, y, end - first, 1, 0});
 }
 
 // Most of a page is one grey: the same eight pixels once more add nothing. The first line of a text

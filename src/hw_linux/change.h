@@ -11,10 +11,10 @@ namespace hw {
 // The nearest of the greys that a waveform of so many levels can show; 2, 4 or 16.
 void to_levels(const uint8_t *row, uint8_t *to, int count, int levels);
 
-// Compares rows of an area with what was shown there before.
+// Compares rows of an area with what was shown there before, in the panel's 16 greys.
 class Change {
   public:
-    // `former` and `now` are `count` pixels from (x, y) on. Rows come from the top.
+    // `former` and `now` are `count` pixels from (x, y) on, the same columns each time.
     void add_row(int x, int y, const uint8_t *former, const uint8_t *now, int count);
 
     int pixels() const { return pixels_; }

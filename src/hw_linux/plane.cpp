@@ -28,13 +28,16 @@ Plane turned(const Plane &plane, int before, int after, uint8_t value) {
     const PanelView from{Zoom::full, before, 0}, to{Zoom::full, after, 0};
     const icanvas old = sized(plane.width, plane.height, nullptr);
     const icanvas now = sized(width, height, nullptr);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            const Point place = from_panel(from, old, to_panel(to, now, {x, y}));
-            if (place.x < 0 || place.y < 0 || place.x >= old.width || place.y >= old.height)
-                continue;
-            *result.at(x, y) = *plane.at(static_cast<int>(place.x), static_cast<int>(place.y));
-        }
+    const auto former_place = [&](int x, int y) {
+        return from_panel(from, old, to_panel(to, now, {x, y}));
+    };
+    for (int y = 0; y < height; ++y) {
+        Point place = former_place(0, y);
+        const Point second = former_place(1, y), step{second.x - place.x, second.y - place.y};
+        for (int x = 0; x < width; ++x, place.x += step.x, place.y += step.y)
+            if (place.x >= 0 && place.y >= 0 && place.x < old.width && place.y < old.height)
+                *result.at(x, y) = *plane.at(static_cast<int>(place.x), static_cast<int>(place.y));
+    }
     return result;
 }
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <vector>
 
 #include "ground/guard.h"
 #include "hw_linux/area.h"
@@ -26,8 +27,9 @@ constexpr int64_t watched_picture_us = 30'000; // leaves the application most of
 constexpr uint8_t white = 255;
 
 struct Shown {
-    std::optional<Plane> asked;  // the greys that updates asked for, in a window
-    std::optional<Plane> levels; // the same as their modes show them, for a trace and for e-paper
+    std::optional<Plane> asked; // the greys that updates asked for, in a window
+    std::optional<Plane>
+        levels; // the same in the levels of their modes, for a trace or for e-paper
     std::optional<Epaper> epaper;
     Schedule schedule;
     Film film;
@@ -90,12 +92,9 @@ void show_plainly() {
 }
 
 void show_as_epaper() {
-    if (!shown.levels) {
-        shown.levels = *shown.asked;
-        to_levels(shown.asked->bytes.data(), shown.levels->bytes.data(),
-                  static_cast<int>(shown.asked->bytes.size()), panel_levels);
-        shown.schedule.clear();
-    }
+    if (!shown.levels) shown.levels = *shown.asked;
+    std::vector<uint8_t> &greys = shown.levels->bytes;
+    to_levels(greys.data(), greys.data(), static_cast<int>(greys.size()), panel_levels);
     shown.epaper.emplace(*shown.levels);
     paint_whole(as_canvas(shown.epaper->shown()));
 }
@@ -115,20 +114,26 @@ void wait_until(int64_t us) {
     }
 }
 
-// Goes through the rows of an update of a part of the screen.
+// Goes through the rows of an update of a part of the screen. Only the model, and modes of few
+// greys, need the greys as they are shown; a row that is the same as before is nothing new to a
+// trace.
 void take_rows(UpdateRecord &update, const irect &area, const Waveform &waveform) {
     const icanvas &canvas = *framebuffer();
+    const bool is_exact = !shown.epaper && waveform.levels == panel_levels;
+    const auto width = static_cast<size_t>(area.w);
     Change change;
     Greys greys;
     std::array<uint8_t, longest_side> row;
     for (int y = area.y; y < area.y + area.h; ++y) {
         const uint8_t *pixels = canvas.addr + int64_t{y} * canvas.scanline + area.x;
         uint8_t *former = shown.levels->at(area.x, y);
-        to_levels(pixels, row.data(), area.w, waveform.levels);
         greys.add_row(pixels, area.w);
-        change.add_row(area.x, y, former, row.data(), area.w);
-        if (shown.epaper) shown.epaper->add_row(y, former, row.data());
-        std::memcpy(former, row.data(), static_cast<size_t>(area.w));
+        if (is_exact && std::memcmp(pixels, former, width) == 0) continue;
+        if (!is_exact) to_levels(pixels, row.data(), area.w, waveform.levels);
+        const uint8_t *now = is_exact ? pixels : row.data();
+        change.add_row(area.x, y, former, now, area.w);
+        if (shown.epaper) shown.epaper->add_row(y, former, now);
+        std::memcpy(former, now, width);
     }
     update.changed = change.pixels();
     update.changed_area = change.area();

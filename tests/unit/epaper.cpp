@@ -189,7 +189,7 @@ TEST(Change, CountsWhatTheDefinitionSays) {
             counted.add_row(now.at(0, y), width);
             for (int x = 0; x < width; ++x) {
                 seen[static_cast<size_t>(*now.at(x, y) / 16)] = true;
-                if (*former.at(x, y) == *now.at(x, y)) continue;
+                if (*former.at(x, y) / 16 == *now.at(x, y) / 16) continue;
                 ++changed;
                 around = hw::joined(around, {x0 + x, y0 + y, 1, 1, 0});
             }

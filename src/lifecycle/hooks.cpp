@@ -16,6 +16,8 @@
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
 #include "runtime/screens.h"
+#include "runtime/tasks.h"
+#include "tasks/messages.h"
 #include "text/text.h"
 
 namespace {
@@ -51,7 +53,13 @@ void install_hooks() {
     hw::hooks = {.post_to_main = post_to_main,
                  .end_loop = end_loop,
                  .exit = end_process,
-                 .panel_height = PanelHeight};
+                 .panel_height = PanelHeight,
+                 .task_event = task_take_event,
+                 .task_event_at_once = task_take_event_at_once,
+                 .task_request = tasks::answer_request,
+                 .task_message = tasks::take_message,
+                 .foreground = task_came_to_foreground,
+                 .background = task_went_to_background};
     file_hooks.system_request = send_system_request;
     file_hooks.translate = GetLangText;
     file_hooks.storage_ready = hw_usbready;

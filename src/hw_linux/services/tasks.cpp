@@ -12,6 +12,9 @@ int none(int absent, Numbers *...numbers) {
 
 } // namespace
 
+int hw_task_supported(void) {
+    return 0;
+}
 void hw_task_initmqueue(void) {}
 int hw_task_checkmessages(void) {
     return 0;
@@ -28,7 +31,7 @@ int hw_task_newsubtask(const char *) {
 int hw_task_list(int *, int) {
     return 0;
 }
-void *hw_task_info(int) {
+const itaskinfo_s *hw_task_info(int) {
     return nullptr;
 }
 int hw_task_findbybook(const char *, int *task, int *subtask) {
@@ -49,13 +52,16 @@ int hw_task_switchsubtask(int, int) {
 int hw_task_subtaskfinished(int) {
     return 0;
 }
+int hw_task_active(int *task, int *subtask) {
+    return none(-1, task, subtask);
+}
 int hw_task_foreground(int, int) {
     return 0;
 }
 int hw_task_background(void) {
     return 0;
 }
-int hw_task_close(int, int) {
+int hw_task_close(int, int, int) {
     return 0;
 }
 int hw_task_sendevent(int, int, int, int) {

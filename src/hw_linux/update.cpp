@@ -6,6 +6,7 @@
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "hw_linux/screen.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_linux/trace.h"
 #include "kelvane/updates.h"
 
@@ -30,11 +31,14 @@ bool paint(const irect &area) {
 
 enum class Flash { no, yes };
 
+// A task that is not in front draws in its framebuffer and shows nothing.
 int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
+    if (!hw::tasks::is_in_front()) return hw::emulated().update_answer;
     const long long start_ms = hw_boottime_ms();
     const int times = flash == Flash::yes ? 2 : 1;
     for (int i = 0; i < times; ++i)
         if (!paint(area)) return 0;
+    hw::tasks::note_shown();
     hw::trace_update({0, kind, std::exchange(update_cause, ""), start_ms, area.x, area.y, area.w,
                       area.h, mode, dynamic_switch});
     return hw::emulated().update_answer;

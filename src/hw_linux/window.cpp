@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The window device: one GTK+ 2 window stands in for the panel, the keys and the touch screen.
 // Everything runs on the application's thread, inside pump() or a call that pumps.
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -17,6 +18,7 @@
 #include "ground/guard.h"
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_linux/window_menu.h"
 #include "kelvane/events.h"
 
@@ -30,6 +32,7 @@ struct Window {
     GtkWidget *area = nullptr;
     GtkWidget *menu = nullptr; // the one opened last
     GdkPixbuf *pixbuf = nullptr;
+    int x = 0, y = 0;       // where it was when it was hidden
     bool presented = false; // until then the panel is white, and the server paints that by itself
 } window;
 
@@ -231,6 +234,20 @@ void pump_window() {
     while (gtk_events_pending()) gtk_main_iteration();
 }
 
+// Another task's window is to be seen, or this one again, in its old place.
+void set_visible(bool visible) {
+    if (!window.top) return;
+    GtkWindow *const top = GTK_WINDOW(window.top);
+    if (visible) {
+        gtk_window_move(top, window.x, window.y);
+        gtk_widget_show(window.top);
+    } else {
+        hw::release_keys();
+        gtk_window_get_position(top, &window.x, &window.y);
+        gtk_widget_hide(window.top);
+    }
+}
+
 int64_t boot_clock_us() {
     timespec now;
     clock_gettime(CLOCK_BOOTTIME, &now);
@@ -249,15 +266,17 @@ void pause_window(int64_t us) {
     }
 }
 
-// Waits on the connection to the X server, so that input ends it. A signal does too.
+// Waits on the connection to the X server, so that input ends it, as what other tasks send. A
+// signal does too.
 void idle_window(int64_t us) {
     if (us <= 0) return;
     GdkDisplay *display = gdk_display_get_default();
     gdk_display_flush(display);
     if (gtk_events_pending()) return;
-    pollfd connection = {ConnectionNumber(GDK_DISPLAY_XDISPLAY(display)), POLLIN, 0};
+    std::array<pollfd, 2> news = {{{ConnectionNumber(GDK_DISPLAY_XDISPLAY(display)), POLLIN, 0},
+                                   {hw::tasks::wake_descriptor(), POLLIN, 0}}};
     const timespec timeout = to_timespec(us);
-    ppoll(&connection, 1, &timeout, nullptr);
+    ppoll(news.data(), news.size(), &timeout, nullptr);
 }
 
 } // namespace
@@ -276,6 +295,7 @@ const DeviceOps window_device = {
     .idle = idle_window,
     .sleep = [](int64_t, bool) { return false; }, // a workstation does not sleep under its user
     .spend = [](int64_t) {},
+    .set_visible = set_visible,
 };
 
 } // namespace hw

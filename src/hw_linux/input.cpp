@@ -109,6 +109,7 @@ bool has_input() {
 }
 
 void push_input(int type, int mod, int par1, int par2) {
+    if (type == EVT_KEYPRESS && par1 == KEY_HOME && tasks::go_home()) return;
     if (is_playing() && tasks::forward_input(type, mod, par1, par2)) return;
     const int next = (ring_tail + 1) % ring_slots;
     if (next == ring_head) {

@@ -99,6 +99,7 @@ class Client {
     void take_from_manager();
     void take_from_peer(int number);
     void sort_in(int sender, Frame &&frame);
+    Waiting take_out(std::deque<Waiting>::iterator place);
     bool hand_on(Waiting &waiting);
     void answer_requests();
     void answer(Waiting &waiting);
@@ -112,6 +113,8 @@ class Client {
     uint32_t serial_ = 0;
     std::vector<Peer> peers_;
     std::deque<Waiting> inbox_;
+    size_t inbox_bytes_ = 0;
+    int waits_ = 0; // for an answer or for room
     std::vector<Awaited *> awaited_;
     const Descriptor *framebuffer_ = nullptr;
     int answering_ = 0;

@@ -13,12 +13,17 @@
 namespace hw::tasks {
 namespace {
 
-constexpr size_t most_waiting = 1024;   // more stays with those who send it
-constexpr size_t flood = 16384;         // even while an answer is awaited
+// More stays with those who send it, unless this task waits for an answer, or for room at another
+// one, which may itself be waiting for room here.
+constexpr size_t most_bytes = size_t{1} << 20, most_bytes_while_waiting = size_t{64} << 20;
 constexpr int most_frames_at_once = 64; // from one task
 constexpr int most_answering = 16;
 constexpr int room_ms = 500;
 constexpr int slice_ms = 10;
+
+size_t weight_of(const Frame &frame) {
+    return sizeof(Waiting) + frame.data.size();
+}
 
 bool is_for_tasks(Kind kind) {
     return kind >= Kind::event && kind < Kind::count;
@@ -76,15 +81,17 @@ bool Client::send(int task, const Frame &frame) {
             if (real_time_ms() >= end) return false;
             pollfd wait = {link->get(), POLLOUT, 0};
             poll(&wait, 1, slice_ms);
+            ++waits_;
             take_in(0);
+            --waits_;
         }
     }
     return false;
 }
 
 bool Client::deliver_here(const Frame &frame) {
-    if (inbox_.size() >= most_waiting) return false;
-    inbox_.push_back({task_, frame});
+    if (inbox_bytes_ > most_bytes) return false;
+    sort_in(task_, Frame(frame));
     return true;
 }
 
@@ -97,7 +104,9 @@ std::optional<int> Client::exchange(int task, Frame &frame, int timeout_ms) {
     while (!awaited.arrived && !awaited.broken) {
         const int64_t left = end - real_time_ms();
         if (left <= 0) break;
+        ++waits_;
         take_in(static_cast<int>(std::min<int64_t>(left, slice_ms)));
+        --waits_;
         answer_requests();
     }
     std::erase(awaited_, &awaited);
@@ -138,10 +147,8 @@ void Client::take_from_peer(int number) {
         const auto peer = std::find_if(peers_.begin(), peers_.end(),
                                        [=](const Peer &p) { return p.link.get() == number; });
         if (peer == peers_.end()) return;
-        if (inbox_.size() >= (awaited_.empty() ? most_waiting : flood)) {
-            if (!awaited_.empty()) drop_peer(number);
-            return;
-        }
+        if (inbox_bytes_ > most_bytes && waits_ == 0) return;
+        if (inbox_bytes_ > most_bytes_while_waiting) return drop_peer(number);
         Arrival arrival;
         const Received received = receive_frame(peer->link, arrival);
         if (received == Received::nothing) return;
@@ -152,7 +159,10 @@ void Client::take_from_peer(int number) {
 }
 
 void Client::sort_in(int sender, Frame &&frame) {
-    if (frame.kind != Kind::answer) return inbox_.push_back({sender, std::move(frame)});
+    if (frame.kind != Kind::answer) {
+        inbox_bytes_ += weight_of(frame);
+        return inbox_.push_back({sender, std::move(frame)});
+    }
     for (Awaited *awaited : awaited_) {
         if (awaited->serial != frame.serial || awaited->task != sender) continue;
         *awaited->answer = std::move(frame);
@@ -161,13 +171,20 @@ void Client::sort_in(int sender, Frame &&frame) {
     }
 }
 
+Waiting Client::take_out(std::deque<Waiting>::iterator place) {
+    Waiting taken = std::move(*place);
+    inbox_.erase(place);
+    inbox_bytes_ -= weight_of(taken.frame);
+    return taken;
+}
+
 int Client::hand_on() {
     take_in(0);
     int handled = 0;
     for (size_t left = inbox_.size(); left > 0 && !inbox_.empty(); --left, ++handled) {
-        Waiting first = std::move(inbox_.front());
-        inbox_.pop_front();
+        Waiting first = take_out(inbox_.begin());
         if (hand_on(first)) continue;
+        inbox_bytes_ += weight_of(first.frame);
         inbox_.push_front(std::move(first));
         break;
     }
@@ -207,8 +224,7 @@ void Client::answer_requests() {
             return w.frame.kind == Kind::request;
         });
         if (found == inbox_.end()) return;
-        Waiting request = std::move(*found);
-        inbox_.erase(found);
+        Waiting request = take_out(found);
         answer(request);
     }
 }

@@ -9,8 +9,11 @@
 #include <cstring>
 
 #include <poll.h>
-#include <sys/pidfd.h>
 #include <sys/socket.h>
+
+extern "C" {
+#include <sys/pidfd.h> // does not say itself that it is C
+}
 
 namespace hw::tasks {
 namespace {
@@ -92,7 +95,8 @@ void Manager::forget(int place) {
 }
 
 void Manager::welcome(Descriptor link) {
-    if (process_at(link) == 0 || strangers_.size() == most_strangers) return;
+    if (process_at(link) == 0) return;
+    if (strangers_.size() == most_strangers) strangers_.erase(strangers_.begin());
     strangers_.push_back(std::move(link));
 }
 

@@ -77,13 +77,18 @@ SubtaskRecord subtask_record(const char *name, const char *book) {
     return record;
 }
 
+// A task whose screen has closed is about to end.
+bool is_ending(const TaskRecord &record) {
+    return record.used > 0 && !record.has_screen;
+}
+
 // The tasks, the one used last first.
 std::vector<std::pair<uint64_t, int>> by_use(const Client &tasks) {
     std::vector<std::pair<uint64_t, int>> all;
     tasks.read_table([&](const Table &table) {
         all.clear();
         for (const TaskRecord &record : table.tasks)
-            if (record.task > 0) all.emplace_back(record.used, record.task);
+            if (record.task > 0 && !is_ending(record)) all.emplace_back(record.used, record.task);
     });
     std::sort(all.rbegin(), all.rend());
     return all;

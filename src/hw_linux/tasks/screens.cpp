@@ -26,6 +26,14 @@ bool is_of_our_size(const icanvas &other) {
     return own && std::minmax(own->width, own->height) == std::minmax(other.width, other.height);
 }
 
+// A task that has just started is the active one already, and means the one before it.
+std::unique_ptr<ForeignFramebuffer> framebuffer_to_copy() {
+    int before = -1;
+    if (!is_in_front() || has_shown() || !hw_task_previous_instack(&before, nullptr))
+        return active_framebuffer();
+    return look_at(before);
+}
+
 void copy_rows(const icanvas &from, const icanvas &to) {
     const auto row = [](const icanvas &c, int y) { return c.addr + ptrdiff_t{y} * c.scanline; };
     for (int y = 0; y < to.height; ++y)
@@ -57,7 +65,7 @@ void hw_releasetaskfb(icanvas *canvas) {
 }
 
 int hw_copyactivefb(void) {
-    const auto active = active_framebuffer();
+    const auto active = framebuffer_to_copy();
     if (!active || !is_of_our_size(active->canvas)) return 0;
     hw_set_fb_orientation(active->orientation);
     const icanvas &own = *hw::framebuffer();

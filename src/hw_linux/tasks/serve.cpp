@@ -52,7 +52,8 @@ bool somebody_waits(const Descriptor &door) {
 // Under the lock nobody connects; whoever waits for it starts the next manager.
 bool leave(const Place &place, const Descriptor &door) {
     const Descriptor lock = place.try_lock();
-    if (!lock || somebody_waits(door)) return false;
+    if (!lock) return errno != EWOULDBLOCK; // no lock can be had: the directory is gone
+    if (somebody_waits(door)) return false;
     place.clear();
     return true;
 }

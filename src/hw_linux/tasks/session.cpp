@@ -12,6 +12,7 @@
 
 #include "ground/guard.h"
 #include "hw_linux/device.h"
+#include "kelvane/events.h"
 
 namespace hw::tasks {
 namespace {
@@ -143,6 +144,11 @@ void note_shown() {
     ++header->updates;
 }
 
+bool has_shown() {
+    const FramebufferHeader *const header = session.framebuffer.header();
+    return !header || header->updates > 0;
+}
+
 bool is_shown(const char *name) {
     TaskRecord record;
     if (!is_supported() || !session.client->read_record(session.client->active(), record))
@@ -153,11 +159,27 @@ bool is_shown(const char *name) {
     return is_named(record, name) && shown.in == record.used && answered;
 }
 
+bool go_home() {
+    int first = 0;
+    if (!is_supported()) return false;
+    session.client->read_table([&](const Table &table) {
+        first = 0;
+        for (const TaskRecord &record : table.tasks)
+            if (record.has_screen && (first == 0 || record.task < first)) first = record.task;
+    });
+    if (first == 0 || first == session.client->active()) return false;
+    return ground::guarded(false, [=] {
+        return session.client->ask({Kind::activate, 0, {first, -1}, {}}) == 1;
+    });
+}
+
 bool forward_input(int type, int mod, int par1, int par2) {
     if (!is_supported()) return false;
     const int active = session.client->active();
-    session.input_task = active;
-    session.input_updates = shown_of(active).updates;
+    if (type == EVT_KEYPRESS || type == EVT_POINTERDOWN) {
+        session.input_task = active;
+        session.input_updates = shown_of(active).updates;
+    }
     if (active == 0 || active == session.client->task()) return false;
     return ground::guarded(false, [&] {
         return session.client->send(active, {Kind::input, 0, {type, mod, par1, par2}, {}});

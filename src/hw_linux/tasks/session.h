@@ -29,10 +29,14 @@ void tell_geometry(const icanvas &canvas, int orientation);
 bool is_in_front();
 // It was shown.
 void note_shown();
+bool has_shown();
 // Whether the active task is called so, by its application or for people, and was shown since it
 // became active and since the last input that went to it from here.
 bool is_shown(const char *name);
 
+// The home key of the device makes the task that was started first the active one. False when it
+// is.
+bool go_home();
 // Input of a script goes to the active task. False when that is this one.
 bool forward_input(int type, int mod, int par1, int par2);
 // The active task's framebuffer when it is not this one's; else null.

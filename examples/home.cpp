@@ -42,11 +42,11 @@ const char *state_of(int task) {
 void draw_row(int row, int task) {
     const int height = row_height(), y = height * (row + 2), margin = height / 2;
     const irect line = iRect(margin, y, ScreenWidth() - 2 * margin, height, 0);
-    if (row == selected) DrawPickOutEx(&line, "line");
     const int x = line.x + margin / 2, w = line.w - margin;
     DrawTextRect(x, y, w, height, applications[static_cast<size_t>(row)],
                  ALIGN_LEFT | VALIGN_MIDDLE);
     DrawTextRect(x, y, w, height, state_of(task), ALIGN_RIGHT | VALIGN_MIDDLE);
+    if (row == selected) DrawPickOutEx(&line, "line");
 }
 
 void draw() {

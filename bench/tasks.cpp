@@ -26,14 +26,23 @@ namespace {
 constexpr int echo_event = 500, echo_request = 1;
 constexpr int bursts = 20;
 
-int echo_to = -1; // who events go back to; -1: nobody
-int echoed, shown;
+int echo_to = -1; // who events go back to
+int left_to_echo; // of events, which go there and back by turns; at the end the time is taken
+double echoed_at;
+int shown;
+
+double wall_seconds() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double>(now).count();
+}
 
 int handler(int type, int par1, int) {
     shown += type == 95;
     if (type != echo_event) return 0;
-    ++echoed;
-    if (echo_to > 0) SendEventTo(echo_to, echo_event, par1, 0);
+    if (left_to_echo-- != 0)
+        SendEventTo(echo_to, echo_event, par1, 0);
+    else
+        echoed_at = wall_seconds();
     return 1;
 }
 
@@ -48,6 +57,7 @@ bool open_screen() {
 int serve() {
     open_screen();
     echo_to = 1;
+    left_to_echo = -1; // without end
     SetRequestListener(echo_request, 0, [](int, void *, int size, int) { return size; });
     while (ProcessEventLoop() == KELVANE_CONTINUE) {
     }
@@ -82,11 +92,6 @@ int other_task() {
         return started;
     }();
     return task;
-}
-
-double wall_seconds() {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration<double>(now).count();
 }
 
 // A process that sends each byte back, as a loop does that waits for something to happen.
@@ -128,39 +133,48 @@ class Echo {
     int end_ = -1;
 };
 
+// `ours` takes as long as it says, for so many times there and back.
 template <class Ours>
 void beside_a_byte(benchmark::State &state, Ours ours) {
     if (other_task() < 0) return state.SkipWithError("no task");
     const Echo echo;
     std::vector<double> our_times, byte_times;
-    const auto time_of = [](auto work) {
-        const double before = wall_seconds();
-        for (int i = 0; i < bursts; ++i) work();
-        return (wall_seconds() - before) / bursts;
-    };
     for (auto _ : state) {
-        byte_times.push_back(time_of([&] { echo.there_and_back(); }));
-        our_times.push_back(time_of(ours));
+        const double before = wall_seconds();
+        for (int i = 0; i < bursts; ++i) echo.there_and_back();
+        byte_times.push_back((wall_seconds() - before) / bursts);
+        our_times.push_back(ours() / bursts);
         state.SetIterationTime(our_times.back() * bursts);
     }
     state.counters["ours_us"] = median(our_times) * 1e6;
     count(state, Against::limit, median(our_times), median(byte_times));
 }
 
+double echo_events() {
+    echo_to = other_task();
+    left_to_echo = bursts - 1;
+    const double before = wall_seconds();
+    SendEventTo(echo_to, echo_event, 1, 0);
+    while (left_to_echo >= 0) ProcessEventLoop();
+    return echoed_at - before;
+}
+
+double exchange_requests() {
+    const double before = wall_seconds();
+    for (int i = 0; i < bursts; ++i) {
+        int data = 0;
+        SendRequestTo(other_task(), echo_request, &data, sizeof data, sizeof data, 1000);
+    }
+    return wall_seconds() - before;
+}
+
 void task_event_and_byte(benchmark::State &state) {
-    beside_a_byte(state, [] {
-        const int before = echoed;
-        SendEventTo(other_task(), echo_event, 1, 0);
-        while (echoed == before) ProcessEventLoop();
-    });
+    beside_a_byte(state, echo_events);
 }
 BENCHMARK(task_event_and_byte)->UseManualTime();
 
 void task_request_and_byte(benchmark::State &state) {
-    beside_a_byte(state, [] {
-        int data = 0;
-        SendRequestTo(other_task(), echo_request, &data, sizeof data, sizeof data, 1000);
-    });
+    beside_a_byte(state, exchange_requests);
 }
 BENCHMARK(task_request_and_byte)->UseManualTime();
 
@@ -173,7 +187,6 @@ void task_switch_and_memcpy(benchmark::State &state) {
     Turns turns(state, Against::limit);
     for (auto _ : state) {
         SetActiveTask(other_task(), -1);
-        while (IsTaskActive() || shown < 0) ProcessEventLoop();
         for (int i = 0; i < 3; ++i) ProcessEventLoop();
         turns.other([&] { std::memcpy(to.data(), from.data(), bytes); });
         turns.ours([] {

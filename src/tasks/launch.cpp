@@ -160,7 +160,7 @@ int read_answer(int pipe_end, pid_t child) {
         pollfd wait = {pipe_end, POLLIN, 0};
         poll(&wait, 1, pause_ms);
     }
-    std::fputs("NewTask(): timeout waiting for child answer\n", stdout);
+    std::fputs("NewTask(): timeout waiting for child answer\n", stderr);
     reap(WNOHANG);
     return -1;
 }

@@ -154,7 +154,9 @@ void Client::take_from_peer(int number) {
         if (received == Received::nothing) return;
         if (received != Received::frame || !is_for_tasks(arrival.frame.kind))
             return drop_peer(number);
+        const bool is_answer = arrival.frame.kind == Kind::answer;
         sort_in(peer->task, std::move(arrival.frame));
+        if (is_answer) return; // somebody waits for it, and what follows can wait
     }
 }
 

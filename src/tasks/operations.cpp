@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Tasks, subtasks and framebuffers: what the device answers, where it has a task manager.
+#include <initializer_list>
+
 #include <unistd.h>
 
 #include "ground/log.h"

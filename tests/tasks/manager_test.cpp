@@ -3,6 +3,8 @@
 #include "fixture.h"
 
 #include <random>
+
+#include <sys/socket.h>
 #include <sys/wait.h>
 
 #include "hw_linux/tasks/link.h"
@@ -124,6 +126,27 @@ TEST_F(TaskManager, DirectoryMustBeTheUsersAlone) {
     using std::filesystem::perms;
     const perms allowed = std::filesystem::status(place()).permissions();
     EXPECT_EQ(allowed & (perms::group_all | perms::others_all), perms::none);
+}
+
+TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {
+    const Folder folder;
+    Place here;
+    ASSERT_TRUE(here.open(place().c_str()));
+    const Descriptor door = here.listen();
+    const pid_t other = fork();
+    if (other == 0) {
+        std::string foreign = bytes_of({.kind = Kind::reply});
+        foreign[4] = 2;
+        const Descriptor link(accept(door.get(), nullptr, nullptr));
+        if (write(link.get(), foreign.data(), foreign.size()) > 0) pause();
+        _exit(1);
+    }
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(MultitaskingSupported(), 0);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("another version"), std::string::npos);
+    EXPECT_EQ(GetCurrentTask(), -1);
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
 }
 
 // Whoever is killed, the rest goes on, and at the end nothing is left. The long form is a campaign.

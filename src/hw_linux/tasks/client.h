@@ -99,7 +99,7 @@ class Client {
     void take_from_manager();
     void take_from_peer(int number);
     void sort_in(int sender, Frame &&frame);
-    Waiting take_out(std::deque<Waiting>::iterator place);
+    Waiting take_out(size_t place);
     bool hand_on(Waiting &waiting);
     void answer_requests();
     void answer(Waiting &waiting);

@@ -173,9 +173,9 @@ void Client::sort_in(int sender, Frame &&frame) {
     }
 }
 
-Waiting Client::take_out(std::deque<Waiting>::iterator place) {
-    Waiting taken = std::move(*place);
-    inbox_.erase(place);
+Waiting Client::take_out(size_t place) {
+    Waiting taken = std::move(inbox_[place]);
+    inbox_.erase(inbox_.begin() + static_cast<std::ptrdiff_t>(place));
     inbox_bytes_ -= weight_of(taken.frame);
     return taken;
 }
@@ -184,7 +184,7 @@ int Client::hand_on() {
     take_in(0);
     int handled = 0;
     for (size_t left = inbox_.size(); left > 0 && !inbox_.empty(); --left, ++handled) {
-        Waiting first = take_out(inbox_.begin());
+        Waiting first = take_out(0);
         if (hand_on(first)) continue;
         inbox_bytes_ += weight_of(first.frame);
         inbox_.push_front(std::move(first));
@@ -226,7 +226,7 @@ void Client::answer_requests() {
             return w.frame.kind == Kind::request;
         });
         if (found == inbox_.end()) return;
-        Waiting request = take_out(found);
+        Waiting request = take_out(static_cast<size_t>(found - inbox_.begin()));
         answer(request);
     }
 }

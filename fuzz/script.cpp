@@ -23,6 +23,7 @@ void check(const hw::Action &action) {
         require(action.par1 >= 201 && action.par1 <= 2110);
         break;
     case hw::Verb::frame:
+    case hw::Verb::await:
         require(!action.file.empty());
         break;
     case hw::Verb::pointer:

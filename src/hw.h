@@ -48,7 +48,7 @@ typedef struct hw_event_s {
 KELVANE_API int hw_init(void);
 /** Closes the device and frees the framebuffer. */
 KELVANE_API void hw_close(void);
-/** Shared memory of the framebuffers; there is none here. @return 0 */
+/** @return 1 when the framebuffer lies in memory that tasks share, see docs/tasks.md; else 0 */
 KELVANE_API int hw_init_shm(void);
 /** @} */
 
@@ -329,75 +329,100 @@ KELVANE_API void hw_uiresponse(int answer);
 /** @} */
 
 /** @name Tasks
- * There is no task manager here: every operation answers "not supported" and changes nothing, and
- * task and subtask numbers come back as -1. A device with a task manager supplies these.
+ * Several applications side by side on one device: docs/tasks.md tells how. Without a task manager
+ * nothing is changed and the answer is the one in brackets. Texts that are null count as empty;
+ * numbers that a call hands out through a null pointer are left out.
  * @{ */
 struct ibitmap_s;
-/** Opens this task's message queue. */
+struct itaskinfo_s;
+/** @return 1 with a task manager. It is looked for once in the life of a process [0] */
+KELVANE_API int hw_task_supported(void);
+/** Makes this process a task when it is none yet: its message queue is open from then on. */
 KELVANE_API void hw_task_initmqueue(void);
-/** Handles what waits in the queue. @return messages handled: 0 */
+/** Hands on what has arrived, see hw_seam.h. @return messages handled [0] */
 KELVANE_API int hw_task_checkmessages(void);
-/** @return this task's number: -1 */
+/** @return this task's number; -1 when this process is no task [-1] */
 KELVANE_API int hw_task_current(void);
-/** Makes this process a task. @return its number: -1 */
+/**
+ * Makes this process a task, as which the program that it executes goes on. Scripts, traces and the
+ * like that the environment names belong to one process: they are not handed on.
+ * @return its number, from 1; -1 on failure [-1]
+ */
 KELVANE_API int hw_task_register(const char *appname, const char *name,
                                  const struct ibitmap_s *icon, int flags);
-/** @return the new subtask's number: -1 */
+/** @return the number of a new subtask of this task; -1 on failure [-1] */
 KELVANE_API int hw_task_newsubtask(const char *name);
-/** Fills @p list with up to @p size task numbers. @return their count: 0 */
+/** Fills @p list with up to @p size task numbers, the one used last first. @return tasks [0] */
 KELVANE_API int hw_task_list(int *list, int size);
-/** What is known about a task. @return null */
-KELVANE_API void *hw_task_info(int task);
-/** @return 1 when a task has the book open: 0 */
+/** What is known about a task, until the next call. @return null for an unknown task [null] */
+KELVANE_API const struct itaskinfo_s *hw_task_info(int task);
+/** @return 1 when a task has the book open, else 0 and both numbers are -1 [0] */
 KELVANE_API int hw_task_findbybook(const char *book, int *task, int *subtask);
-/** @return the task's number: -1 */
+/** @return the number of a task with this application name; -1 without one [-1] */
 KELVANE_API int hw_task_findbyappname(const char *appname);
-/** @return 1 when set: 0 */
+/** @return 1 when set [0] */
 KELVANE_API int hw_task_setparameters(int task, const char *book, const char *title,
                                       const struct ibitmap_s *icon, unsigned flags);
-/** @return the subtask's name: null */
+/** @return the subtask's name, until the next call; null without one [null] */
 KELVANE_API const char *hw_task_subtaskname(int task, int subtask);
-/** @return 1 when switched: 0 */
+/** Makes a subtask the one that its task shows. @return 1 when switched [0] */
 KELVANE_API int hw_task_switchsubtask(int task, int subtask);
-/** @return 1 when ended: 0 */
+/** Forgets a subtask of this task. @return 1 when ended [0] */
 KELVANE_API int hw_task_subtaskfinished(int subtask);
-/** @return 1 when the task came to the foreground: 0 */
+/** The task whose framebuffer is shown. @return 1 when there is one, else 0 and both are -1 [0] */
+KELVANE_API int hw_task_active(int *task, int *subtask);
+/** Makes a task the active one. @param subtask below 0: the one shown last. @return 1 [0] */
 KELVANE_API int hw_task_foreground(int task, int subtask);
-/** @return 1 when this task went to the background: 0 */
+/** Makes the task below this one the active one. @return 1 when there is one [0] */
 KELVANE_API int hw_task_background(void);
-/** @return 1 when closed: 0 */
-KELVANE_API int hw_task_close(int task, int subtask);
-/** @return 0 when sent: -1 */
+/**
+ * Asks a task to end, or forgets a subtask while its task has others.
+ * @param subtask below 0: the task itself
+ * @param force not 0: the task is ended without being asked
+ * @return 1 when the task was told [0]
+ */
+KELVANE_API int hw_task_close(int task, int subtask, int force);
+/** @return 0 when sent: -1 [-1] */
 KELVANE_API int hw_task_sendevent(int task, int type, int par1, int par2);
-/** Sends an event and waits until it is handled. @return 0 when sent: -1 */
+/** Sends an event and waits until it was handled. @return 0 when handled: -1 [-1] */
 KELVANE_API int hw_task_sendevent_sync(int task, int type, int par1, int par2);
-/** @return 0 when sent: -1 */
+/** @param size bytes, at most 65536. @return 0 when sent: -1 [-1] */
 KELVANE_API int hw_task_message(int task, int request, const void *data, int size);
 /**
  * Sends a request; the answer replaces @p data.
- * @param task 0 is the system
+ * @param task 0 is the system: the task that listens for the request
+ * @param data holds at least max(@p size, @p outsize) bytes
+ * @param size,outsize bytes of the request and of its answer, at most 65536 each
+ * @param timeout in milliseconds of the wall clock; 0 and less stand for 10 s
  * @param nowait 1 returns without an answer
- * @return 0
+ * @return what the listener answered, 1 without waiting; -1 when there is nobody to answer, it ends
+ *         or the time is over [0]
  */
 KELVANE_API int hw_task_sendrequest(int task, int request, void *data, int size, int outsize,
                                     int timeout, int nowait);
-/** @return 0 when this task now receives the request: -1 */
+/** @param flags 4: no longer. @return 0 when this task now receives the request: -1 [-1] */
 KELVANE_API int hw_task_setrequestlistener(int request, int flags);
-/** @return 1 while a request is being answered: 0 */
+/** @return 1 while a request is being answered [0] */
 KELVANE_API int hw_task_inrequest(void);
-/** @return 1 when set: 0 */
+/** @return 1 when set [0] */
 KELVANE_API int hw_task_setsubtaskinfo(int task, int subtask, const char *name, const char *book);
-/** The task that was active before. @return 1 when there is one: 0 */
+/** The task that was active before. @return 1 when there is one, else 0 and both are -1 [0] */
 KELVANE_API int hw_task_previous(int *task, int *subtask);
-/** The next task in the stack of active ones. @return 1 when there is one: 0 */
+/** The task that was active before this one. @return 1 when there is one, else as above [0] */
 KELVANE_API int hw_task_previous_instack(int *task, int *subtask);
-/** A task's framebuffer, to be given back by hw_releasetaskfb(). @return null */
+/**
+ * A task's framebuffer as it is, to be given back by hw_releasetaskfb(). What is drawn into it
+ * stays here. @return null when it has none [null]
+ */
 KELVANE_API icanvas *hw_gettaskfb(int task);
-/** Size and depth of a task's framebuffer, as 0. @return 1 when there is one: 0 */
+/** Size and depth of a task's framebuffer. @return 1; 0 and zeros when it has none [0] */
 KELVANE_API int hw_gettaskfbinfo(int task, int *w, int *h, int *depth);
-/** Gives back what hw_gettaskfb() answered; null is ignored. */
+/** Gives back what hw_gettaskfb() answered; anything else is ignored. */
 KELVANE_API void hw_releasetaskfb(icanvas *canvas);
-/** Copies the active task's framebuffer into this task's. @return 1 when copied: 0 */
+/**
+ * Copies the active task's framebuffer, and how it is turned, into this task's.
+ * @return 1 when copied; 0 when it is this task's own, or of another size [0]
+ */
 KELVANE_API int hw_copyactivefb(void);
 /** Tells the task manager how this task's framebuffer is turned. */
 KELVANE_API void hw_update_fb_orientation(int orientation);

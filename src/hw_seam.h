@@ -50,6 +50,19 @@ struct Hooks {
     bool (*change_theme)(const char *name) = [](const char *) { return false; };
     // Rows of the status panel.
     int (*panel_height)() = [] { return 0; };
+
+    // What other tasks send to this one. An event is kept as long as this answers false.
+    bool (*task_event)(int type, int par1, int par2) = [](int, int, int) { return true; };
+    // Returns when the event was handled.
+    void (*task_event_at_once)(int type, int par1, int par2) = [](int, int, int) {};
+    int (*task_request)(int request, void *data, int size, int sender) = [](int, void *, int, int) {
+        return -1;
+    };
+    void (*task_message)(int request, void *data, int size, int sender) = [](int, void *, int,
+                                                                             int) {};
+    // This task became the active one, or is no longer.
+    void (*foreground)() = [] {};
+    void (*background)() = [] {};
 };
 extern Hooks hooks;
 

@@ -91,7 +91,7 @@ struct kv_state {
     volatile std::sig_atomic_t exiting; // lifecycle
     int usbmode;                        // lifecycle, from the settings
     int uiflags;                        // runtime, through interface_flags.h
-    int taskid;                         // nobody
+    int taskid;                         // runtime; -1 when this process is no task
     int needupdate;                     // runtime
     int poweroffenable, sleepenable;    // runtime; lifecycle at a start and at the end
     int64_t waketime;                   // runtime; boot clock ms, as the next two

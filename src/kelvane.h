@@ -43,6 +43,7 @@
 #include "kelvane/menus.h"
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"
+#include "kelvane/tasks.h"
 #include "kelvane/text.h"
 #include "kelvane/theme.h"
 #include "kelvane/timers.h"

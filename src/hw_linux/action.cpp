@@ -41,6 +41,10 @@ bool perform(const Action &action, const char *script) {
         break;
     case Verb::frame:
         return save_frame(action, script);
+    case Verb::await:
+        std::fprintf(stderr, "%s:%d: await: %s was not shown\n", script, action.line,
+                     action.file.c_str());
+        return false;
     case Verb::close:
         window_closed();
     }

@@ -12,6 +12,7 @@
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
 #include "hw_linux/recorder.h"
+#include "hw_linux/tasks/session.h"
 
 namespace hw {
 namespace {
@@ -79,14 +80,14 @@ long long hw_timeinms() {
 }
 
 void hw_pause(long long us) {
-    if (!device() || us <= 0) return;
+    if (!device() || us <= 0 || tasks::has_arrivals()) return;
     const int64_t time = idle_time(us);
     if (time > 0) return device()->idle(time);
     run_what_is_due();
 }
 
 int hw_sleep(int ms, int deep) {
-    if (!device() || a_key_is_held()) return 0;
+    if (!device() || a_key_is_held() || tasks::has_arrivals()) return 0;
     const int64_t time = idle_time(int64_t{std::max(ms, 0)} * 1000);
     if (!device()->sleep(time, deep != 0)) return 0;
     if (time == 0) run_what_is_due();

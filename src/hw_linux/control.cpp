@@ -22,6 +22,7 @@
 #include "hw_linux/menu.h"
 #include "hw_linux/player.h"
 #include "hw_linux/script.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_linux/trace.h"
 #include "hw_seam.h"
 #include "internal.h"
@@ -55,7 +56,7 @@ struct Control {
 std::unique_ptr<Control> control;
 
 bool owns_clock() {
-    return device() == &headless_device && !is_playing();
+    return device() == &headless_device && !is_playing() && !tasks::is_supported();
 }
 
 std::string quoted(std::string_view text) {

@@ -37,6 +37,7 @@ struct DeviceOps {
     void (*idle)(int64_t us);             // like pause, but input ends it
     bool (*sleep)(int64_t us, bool deep); // false: refused
     void (*spend)(int64_t us);            // work that costs time on an emulated clock
+    void (*set_visible)(bool visible);    // whether a person sees it; so it opens
 };
 
 extern const DeviceOps window_device;

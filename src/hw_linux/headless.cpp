@@ -7,10 +7,13 @@
 #include <memory>
 #include <new>
 
+#include <poll.h>
+
 #include "hw_linux/clock.h"
 #include "hw_linux/control.h"
 #include "hw_linux/device.h"
 #include "hw_linux/player.h"
+#include "hw_linux/tasks/session.h"
 
 namespace hw {
 namespace {
@@ -48,13 +51,20 @@ int64_t clock_us() {
     return now_us;
 }
 
-// With nobody to drive the clock it keeps the pace of the wall clock, in naps that a signal ends.
+// With nobody to drive the clock, or with other tasks, it keeps the pace of the wall clock, in naps
+// that a signal ends.
 bool keeps_pace() {
-    return !is_playing() && !has_horizon() && !is_controlled();
+    return tasks::is_supported() || (!is_playing() && !has_horizon() && !is_controlled());
 }
 
 void pass(int64_t us) {
     now_us += std::min<int64_t>(us, clock_end_us - now_us);
+}
+
+int64_t real_time_us() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return int64_t{now.tv_sec} * 1'000'000 + now.tv_nsec / 1000;
 }
 
 // What a signal left of a nap has not passed.
@@ -68,8 +78,19 @@ void pause(int64_t us) {
     pass(keeps_pace() ? nap(us) : us);
 }
 
+// What another task sends ends it.
+void idle(int64_t us) {
+    if (tasks::wake_descriptor() < 0) return pause(us);
+    const timespec time{static_cast<time_t>(us / 1'000'000),
+                        static_cast<long>(us % 1'000'000 * 1000)};
+    pollfd news = {tasks::wake_descriptor(), POLLIN, 0};
+    const int64_t before = real_time_us();
+    ppoll(&news, 1, &time, nullptr);
+    pass(std::clamp<int64_t>(real_time_us() - before, 0, us));
+}
+
 bool sleep(int64_t us, bool) {
-    pause(keeps_pace() ? std::min(us, nap_us) : us);
+    idle(keeps_pace() ? std::min(us, nap_us) : us);
     return true;
 }
 
@@ -85,9 +106,10 @@ const DeviceOps headless_device = {
     .pump = nothing,
     .clock_us = clock_us,
     .pause = pause,
-    .idle = pause,
+    .idle = idle,
     .sleep = sleep,
     .spend = pass,
+    .set_visible = [](bool) {},
 };
 
 } // namespace hw

@@ -12,8 +12,10 @@
 #include "hw.h"
 #include "hw_linux/device.h"
 #include "hw_linux/key_table.h"
+#include "hw_linux/player.h"
 #include "hw_linux/recorder.h"
 #include "hw_linux/screen.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_seam.h"
 #include "kelvane/events.h"
 
@@ -107,6 +109,8 @@ bool has_input() {
 }
 
 void push_input(int type, int mod, int par1, int par2) {
+    if (type == EVT_KEYPRESS && par1 == KEY_HOME && tasks::go_home()) return;
+    if (is_playing() && tasks::forward_input(type, mod, par1, par2)) return;
     const int next = (ring_tail + 1) % ring_slots;
     if (next == ring_head) {
         std::fputs("Gtk events queue overflow\n", stderr);

@@ -2,6 +2,7 @@
 // Writes what a person sees as a PNG file.
 #include "hw_linux/picture.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -13,12 +14,35 @@
 
 #include "file/stream.h"
 #include "hw_linux/device.h"
+#include "hw_linux/screen.h"
+#include "hw_linux/tasks/session.h"
 
 namespace hw {
 
+namespace {
+
+// The device's, or those of the task that is in front instead, which are painted into `other`.
+PixelBuffer shown_pixels(std::unique_ptr<uint8_t[]> &other) {
+    PixelBuffer pixels = device()->pixels();
+    const auto active = tasks::active_framebuffer();
+    if (!active) return pixels;
+    const size_t size = static_cast<size_t>(pixels.stride) * static_cast<size_t>(pixels.height);
+    other.reset(new (std::nothrow) uint8_t[size]);
+    if (!other) return pixels;
+    std::fill_n(other.get(), size, uint8_t{255});
+    pixels.data = other.get();
+    const icanvas &canvas = active->canvas;
+    eink_waveform(panel_view(active->orientation), canvas, {0, 0, canvas.width, canvas.height, 0},
+                  pixels);
+    return pixels;
+}
+
+} // namespace
+
 bool save_picture(const char *file, const char *asker) {
     if (!device()) return false;
-    const PixelBuffer pixels = device()->pixels();
+    std::unique_ptr<uint8_t[]> other;
+    const PixelBuffer pixels = shown_pixels(other);
     const size_t width = static_cast<size_t>(pixels.width), size = width * pixels.height;
     std::unique_ptr<uint8_t[]> grey(new (std::nothrow) uint8_t[size]);
     if (!grey) return false;

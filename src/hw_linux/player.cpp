@@ -16,11 +16,14 @@
 #include "hw_linux/menu.h"
 #include "hw_linux/monkey.h"
 #include "hw_linux/script.h"
+#include "hw_linux/tasks/real_time.h"
+#include "hw_linux/tasks/session.h"
 
 namespace hw {
 namespace {
 
 constexpr size_t script_limit = size_t{16} << 20;
+constexpr int64_t longest_await_ms = 10000, look_again_us = 10000;
 
 enum class Play { nothing, waiting, running };
 
@@ -32,6 +35,7 @@ struct Player {
     Monkey monkey;
     Action action; // the next one, while running
     int64_t due_us = 0;
+    int64_t awaited_until_ms = 0; // while one is awaited
 };
 
 Player player;
@@ -100,6 +104,20 @@ void start() {
     load_next_action();
 }
 
+// What is awaited comes in real time, or in ten seconds not at all; then the action, which says so,
+// is due.
+bool is_awaiting() {
+    Action &action = player.action;
+    if (action.verb != Verb::await || device()->clock_us() < player.due_us) return false;
+    const int64_t now_ms = tasks::real_time_ms();
+    if (player.awaited_until_ms == 0) player.awaited_until_ms = now_ms + longest_await_ms;
+    const bool is_shown = tasks::is_shown(action.file.c_str());
+    if (!is_shown && now_ms < player.awaited_until_ms) return true;
+    player.awaited_until_ms = 0;
+    if (is_shown) load_next_action();
+    return false;
+}
+
 bool is_quit(const Action &action) {
     return action.verb == Verb::command && action.par1 == command_quit;
 }
@@ -124,6 +142,7 @@ bool is_playing() {
 int64_t time_to_action(int64_t limit_us) {
     if (player.play == Play::nothing) return limit_us;
     if (player.play == Play::waiting) start();
+    if (is_awaiting()) return std::min(limit_us, look_again_us);
     return std::clamp<int64_t>(player.due_us - device()->clock_us(), 0, limit_us);
 }
 

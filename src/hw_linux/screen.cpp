@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
 
 #include "ground/guard.h"
 #include "hw.h"
@@ -18,6 +17,7 @@
 #include "hw_linux/services/state.h"
 #include "hw_linux/settings.h"
 #include "hw_linux/shown.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_linux/trace.h"
 #include "internal.h"
 
@@ -32,7 +32,7 @@ constexpr uint8_t white = 255;
 
 struct Screen {
     const DeviceOps *device = nullptr;
-    std::unique_ptr<uint8_t[]> memory;
+    std::shared_ptr<uint8_t[]> memory;
     icanvas canvas{};
     int width = 0, height = 0; // as opened
     Zoom zoom = Zoom::full;
@@ -85,7 +85,7 @@ void take_size() {
 
 bool make_framebuffer() {
     const size_t size = static_cast<size_t>(screen.width) * (screen.height + spare_rows);
-    screen.memory.reset(new (std::nothrow) uint8_t[size]);
+    screen.memory = tasks::make_framebuffer(size);
     if (!screen.memory) return false;
     std::memset(screen.memory.get(), white, size);
     return true;
@@ -111,6 +111,7 @@ void lay_canvas() {
     c.clipx2 = c.width - 1;
     c.clipy2 = c.height - 1;
     c.addr = screen.memory.get();
+    tasks::tell_geometry(c, screen.orientation);
 }
 
 // A turned picture leaves the first row or column free, where nothing of the former one is to stay.
@@ -133,6 +134,7 @@ bool open_screen() {
     if (!make_framebuffer() || !open_device(ops)) return false;
     screen.device = ops;
     lay_canvas();
+    tasks::open_framebuffer();
     return open_trace() && open_recorder() && open_shown() && open_control();
 }
 
@@ -160,8 +162,12 @@ icanvas *framebuffer() {
 }
 
 PanelView panel_view() {
+    return panel_view(screen.orientation);
+}
+
+PanelView panel_view(int orientation) {
     const bool panel_on_top = kvstate.panel_position == 1;
-    return {screen.zoom, turn_of(screen.orientation), panel_on_top ? hooks.panel_height() : 0};
+    return {screen.zoom, turn_of(orientation), panel_on_top ? hooks.panel_height() : 0};
 }
 
 void move_onto_canvas(int &x, int &y) {
@@ -226,6 +232,7 @@ void hw_close() {
     close_recorder();
     close_player();
     reset_services();
+    tasks::close_framebuffer();
     if (screen.device) screen.device->close();
     const int was_closing = screen.closing;
     screen = {};
@@ -233,7 +240,7 @@ void hw_close() {
 }
 
 int hw_init_shm() {
-    return 0;
+    return tasks::is_supported();
 }
 
 icanvas *hw_getframebuffer() {

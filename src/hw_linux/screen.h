@@ -11,6 +11,8 @@ namespace hw {
 icanvas *framebuffer();
 // How the framebuffer lies on the panel now.
 PanelView panel_view();
+// How one would lie that is turned so.
+PanelView panel_view(int orientation);
 // Takes a place on the panel to the nearest one that shows a pixel of the framebuffer.
 void move_onto_canvas(int &x, int &y);
 // How the device is held, in quarter turns; 0 as well when that is not set.

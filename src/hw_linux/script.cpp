@@ -248,6 +248,12 @@ class Parser {
         if (action.file.empty()) line.fail("a file name is missing");
         add(std::move(action));
     }
+    void await(Line &line) {
+        Action action{.verb = Verb::await};
+        action.file = line.take_rest();
+        if (action.file.empty()) line.fail("the name of a task is missing");
+        add(std::move(action));
+    }
     // A character each.
     void type(Line &line) {
         const std::string_view text = line.take_rest();
@@ -267,8 +273,8 @@ const Parser::Rule Parser::rules[] = {
     {"sync", &Parser::sync},   {"raw", &Parser::raw},
     {"menu", &Parser::menu},   {"command", &Parser::command},
     {"frame", &Parser::frame}, {"orientation", &Parser::orientation},
-    {"type", &Parser::type},   {"close", &Parser::close},
-    {"quit", &Parser::quit},
+    {"type", &Parser::type},   {"await", &Parser::await},
+    {"close", &Parser::close}, {"quit", &Parser::quit},
 };
 
 void Parser::read(Line &line) {

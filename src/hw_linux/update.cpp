@@ -7,6 +7,7 @@
 #include "hw_linux/device.h"
 #include "hw_linux/screen.h"
 #include "hw_linux/shown.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_linux/trace.h"
 #include "kelvane/updates.h"
 
@@ -31,7 +32,9 @@ bool paint(const irect &area) {
 
 enum class Flash { no, yes };
 
+// A task that is not in front draws in its framebuffer and shows nothing.
 int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
+    if (!hw::tasks::is_in_front()) return hw::emulated().update_answer;
     hw::UpdateRecord update{hw::number_update(),
                             kind,
                             std::exchange(update_cause, ""),
@@ -46,6 +49,7 @@ int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
     const int times = flash == Flash::yes ? 2 : 1;
     for (int i = 0; i < times; ++i)
         if (!hw::device() || !paint(area)) return 0;
+    hw::tasks::note_shown();
     hw::trace_update(update);
     if (!hw::is_epaper()) hw::save_frame(update.seq);
     return hw::emulated().update_answer;

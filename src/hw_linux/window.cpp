@@ -20,6 +20,7 @@
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/shown.h"
+#include "hw_linux/tasks/session.h"
 #include "hw_linux/window_menu.h"
 #include "kelvane/events.h"
 
@@ -35,6 +36,7 @@ struct Window {
     GtkWidget *area = nullptr;
     GtkWidget *menu = nullptr; // the one opened last
     GdkPixbuf *pixbuf = nullptr;
+    int x = 0, y = 0;       // where it was when it was hidden
     bool presented = false; // until then the panel is white, and the server paints that by itself
 } window;
 
@@ -240,6 +242,20 @@ void pump_window() {
     while (gtk_events_pending()) gtk_main_iteration();
 }
 
+// Another task's window is to be seen, or this one again, in its old place.
+void set_visible(bool visible) {
+    if (!window.top) return;
+    GtkWindow *const top = GTK_WINDOW(window.top);
+    if (visible) {
+        gtk_window_move(top, window.x, window.y);
+        gtk_widget_show(window.top);
+    } else {
+        hw::release_keys();
+        gtk_window_get_position(top, &window.x, &window.y);
+        gtk_widget_hide(window.top);
+    }
+}
+
 int64_t boot_clock_us() {
     timespec now;
     clock_gettime(CLOCK_BOOTTIME, &now);
@@ -258,14 +274,16 @@ void pause_window(int64_t us) {
     }
 }
 
-// Waits on the connection to the X server, so that input ends it. A signal and a controller do too.
+// Waits on the connection to the X server, so that input ends it, as what other tasks send and a
+// controller says. A signal does too.
 void idle_window(int64_t us) {
     if (us <= 0) return;
     GdkDisplay *display = gdk_display_get_default();
     gdk_display_flush(display);
     if (gtk_events_pending()) return;
     pollfd watched[] = {{ConnectionNumber(GDK_DISPLAY_XDISPLAY(display)), POLLIN, 0},
-                        {hw::control_fd(), POLLIN, 0}}; // a negative one is passed over
+                        {hw::control_fd(), POLLIN, 0}, // a negative one is passed over
+                        {hw::tasks::wake_descriptor(), POLLIN, 0}};
     const timespec timeout = to_timespec(us);
     ppoll(watched, std::size(watched), &timeout, nullptr);
 }
@@ -287,6 +305,7 @@ const DeviceOps window_device = {
     .idle = idle_window,
     .sleep = [](int64_t, bool) { return false; }, // a workstation does not sleep under its user
     .spend = [](int64_t) {},
+    .set_visible = set_visible,
 };
 
 } // namespace hw

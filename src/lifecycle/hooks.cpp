@@ -20,6 +20,8 @@
 #include "lifecycle/lifecycle.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
+#include "runtime/tasks.h"
+#include "tasks/messages.h"
 #include "text/text.h"
 
 namespace {
@@ -80,7 +82,13 @@ void install_hooks() {
                  .has_events = [] { return !queue_is_empty(); },
                  .change_language = change_language,
                  .change_theme = change_theme,
-                 .panel_height = PanelHeight};
+                 .panel_height = PanelHeight,
+                 .task_event = task_take_event,
+                 .task_event_at_once = task_take_event_at_once,
+                 .task_request = tasks::answer_request,
+                 .task_message = tasks::take_message,
+                 .foreground = task_came_to_foreground,
+                 .background = task_went_to_background};
     file_hooks.system_request = send_system_request;
     file_hooks.translate = GetLangText;
     file_hooks.storage_ready = hw_usbready;

@@ -33,13 +33,12 @@
 #include "runtime/timers.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
+#include "tasks/messages.h"
 #include "text/text.h"
 #include "theme/opened.h"
 
 namespace {
 
-constexpr int orientation_from_framebuffer_flag = 2;
-constexpr int fixed_orientation_flags = 0x10025;
 constexpr int first_low_battery_reminder_ms = 300000;
 constexpr unsigned default_drag_dead_zone = 225; // squared pixels
 constexpr int system_handled_power_keyboard = 11;
@@ -69,8 +68,11 @@ void pass_key_masks() {
 
 int initial_orientation() {
     const int flags = task_registration_flags();
-    if (flags & orientation_from_framebuffer_flag) return hw_get_fb_orientation();
-    if ((flags & fixed_orientation_flags) == fixed_orientation_flags) return GetOrientation();
+    if (flags & TASK_COPIES_SCREEN) {
+        hw_copyactivefb();
+        return hw_get_fb_orientation();
+    }
+    if ((flags & TASK_FIXED_ORIENTATION) == TASK_FIXED_ORIENTATION) return GetOrientation();
     return hw_read_gsensor();
 }
 
@@ -139,6 +141,7 @@ void own_process(Ownership ownership) {
 int open_screen(Ownership ownership) {
     if (kvstate.isopen) return 1;
     install_hooks();
+    task_join();
     if (!hw_init() || !open_areas()) {
         close_screen();
         return 0;
@@ -163,6 +166,7 @@ void close_screen() {
     dialogs::reset();
     keylock::reset();
     pager::reset();
+    tasks::reset();
     chrome::reset();
     theme::reset();
     lang::reset();

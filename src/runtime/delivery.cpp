@@ -14,19 +14,20 @@ namespace {
 constexpr int64_t delivery_budget_us = 50000;
 constexpr int64_t event_cost_us = 10; // on an emulated clock
 constexpr int evt_full_update_check = 95;
-constexpr int task_updates_itself = 4;
 
 void *current_data;
 
 void before_delivery(int type) {
     if (type == EVT_INIT) kvstate.initialized = 1;
-    if (type == evt_full_update_check && !(task_current_flags() & task_updates_itself)) {
+    if (type == evt_full_update_check && !(task_current_flags() & TASK_UPDATES_ITSELF)) {
         WaitForUpdateComplete();
         FullUpdate();
     }
 }
 
-void deliver(const ievent &event) {
+} // namespace
+
+void deliver_event(const ievent &event) {
     // A handler may run a loop of its own, so the outer event's data comes back afterwards.
     void *outer = std::exchange(current_data, event.data);
     before_delivery(event.type);
@@ -35,8 +36,6 @@ void deliver(const ievent &event) {
     if (kvstate.isopen) default_action(event, handled);
     current_data = outer;
 }
-
-} // namespace
 
 void *GetCurrentEventExData() {
     return current_data;
@@ -47,6 +46,6 @@ void handle_pending_events() {
     ievent event;
     while (hw::is_open() && hw::boot_time_us() < end && queue_take(event)) {
         hw::spend_time(event_cost_us);
-        deliver(event);
+        deliver_event(event);
     }
 }

@@ -46,6 +46,11 @@ bool queue_is_empty() {
     return kvstate.evtstart == kvstate.evtend;
 }
 
+bool queue_is_full() {
+    const std::lock_guard lock(message_mutex);
+    return !kvstate.events || next_slot(kvstate.evtend) == kvstate.evtstart;
+}
+
 bool queue_has_plain_run() {
     const std::lock_guard lock(message_mutex);
     return kvstate.evtstart < kvstate.evtend;

@@ -9,6 +9,8 @@
 void queue_open();
 void queue_close();
 bool queue_is_empty();
+// Nothing can be added; also while there is no queue.
+bool queue_is_full();
 // True while the ring holds entries that have not wrapped around its end.
 bool queue_has_plain_run();
 // How many entries wait for a handler.

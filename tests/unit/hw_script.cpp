@@ -39,6 +39,9 @@ std::string describe(const hw::Action &a) {
     case hw::Verb::frame:
         text += "frame " + a.file;
         break;
+    case hw::Verb::await:
+        text += "await " + a.file;
+        break;
     case hw::Verb::close:
         text += "close";
         break;
@@ -112,6 +115,8 @@ TEST(Script, MistakesAreNamedWithTheirLine) {
         {"orientation 4", "!1: out of range: 4 (a number from 0 to 3)"},
         {"frame", "!1: a file name is missing"},
         {"type", "!1: a text is missing"},
+        {"await", "!1: the name of a task is missing"},
+        {"await my task", "await my task; "},
         {"touch -1 down 0 0", "!1: out of range: -1 ("},
     };
     for (const auto &c : cases) {

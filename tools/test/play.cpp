@@ -59,6 +59,7 @@ Command command_of(const Case &one, const Options &options, const fs::path &fold
     c.folder = folder.string();
     c.environment = {"KELVANE_DEVICE=headless", "KELVANE_SCRIPT=" + script_of(one, folder).string(),
                      std::string("KELVANE_TRACE=") + trace_name};
+    if (one.has_tasks) c.environment.push_back("KELVANE_TASKS=" + (folder / "tasks").string());
     c.log = (folder / "log").string();
     return c;
 }

@@ -89,7 +89,14 @@ std::vector<Case> find_cases(const Options &options) {
         if (path.extension() != ".script" || name.starts_with('.') || !entry.is_regular_file() ||
             fnmatch(options.only.c_str(), name.c_str(), 0) != 0)
             continue;
-        Case plain{name, path, {}, device_options(path), behind(path, "frame "), {}, {}};
+        Case plain{name,
+                   path,
+                   {},
+                   device_options(path),
+                   behind(path, "frame "),
+                   {},
+                   !behind(path, "# tasks").empty(),
+                   {}};
         for (const std::string &file : behind(path, "# file:"))
             plain.files.push_back((folder / file).lexically_normal().string());
         for (Case &one : crossings(plain, options)) {

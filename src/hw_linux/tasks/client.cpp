@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+// Finds the manager, again when it was killed, and asks it.
+#include "hw_linux/tasks/client.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include <poll.h>
+#include <sys/epoll.h>
+
+#include "hw_linux/tasks/real_time.h"
+#include "hw_linux/tasks/serve.h"
+
+namespace hw::tasks {
+namespace {
+
+constexpr int reply_ms = 2000;
+constexpr int settling_ms = 500; // until the others have found a new manager as well
+constexpr int most_attempts = 4;
+
+Frame join_frame(const TaskRecord &record) {
+    Frame frame{.kind = Kind::join};
+    frame.data.resize(sizeof record);
+    std::memcpy(frame.data.data(), &record, sizeof record);
+    return frame;
+}
+
+} // namespace
+
+bool Client::connect() {
+    if (manager_) return true;
+    for (int attempt = 0; attempt < most_attempts && !given_up_; ++attempt)
+        if (connect_once()) return true;
+    return false;
+}
+
+bool Client::connect_once() {
+    if (!poll_) poll_ = Descriptor(epoll_create1(EPOLL_CLOEXEC));
+    manager_ = connect_to_manager(place_);
+    if (!manager_) return false;
+    if (!introduce()) {
+        manager_.reset();
+        return false;
+    }
+    watch(manager_);
+    return true;
+}
+
+// Who was a task of a former manager says so, and keeps its number.
+bool Client::introduce() {
+    TaskRecord former;
+    const bool was_task = task_ > 0 && read_record(task_, former);
+    Descriptor table;
+    Frame hello{.kind = Kind::hello, .serial = ++serial_};
+    if (send_frame(manager_, hello) != Sent::yes) return false;
+    const std::optional<int> known = await_reply(hello.serial, &table);
+    if (!known) return false;
+    SharedTable mapped = SharedTable::map(table);
+    if (!mapped) return false;
+    table_ = std::move(mapped);
+    if (*known > 0) task_ = *known;
+    if (!was_task) return true;
+    reconnected_ms_ = real_time_ms();
+    if (*known <= 0 && !join(former)) return false;
+    if (framebuffer_) attach(framebuffer_);
+    return true;
+}
+
+bool Client::join(const TaskRecord &record) {
+    const std::optional<int> given = ask(join_frame(record));
+    if (given && *given > 0) task_ = *given;
+    return given && *given > 0;
+}
+
+void Client::attach(const Descriptor *framebuffer) {
+    framebuffer_ = framebuffer;
+    Frame frame{.kind = Kind::attach};
+    frame.numbers[0] = framebuffer != nullptr;
+    ask(std::move(frame), framebuffer);
+}
+
+bool Client::is_settled() const {
+    return real_time_ms() - reconnected_ms_ >= settling_ms;
+}
+
+void Client::lose_manager() {
+    manager_.reset();
+}
+
+std::optional<int> Client::ask(Frame question, const Descriptor *descriptor, Descriptor *answered) {
+    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+        if (!connect()) return std::nullopt;
+        question.serial = ++serial_;
+        if (send_frame(manager_, question, descriptor ? descriptor->get() : -1) == Sent::yes) {
+            const auto result = await_reply(question.serial, answered);
+            if (result) return result;
+        }
+        lose_manager();
+    }
+    return std::nullopt;
+}
+
+std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
+    const int64_t end = real_time_ms() + reply_ms;
+    for (int64_t now = real_time_ms(); now < end; now = real_time_ms()) {
+        pollfd wait = {manager_.get(), POLLIN, 0};
+        if (poll(&wait, 1, static_cast<int>(end - now)) <= 0) continue;
+        Arrival arrival;
+        switch (receive_frame(manager_, arrival)) {
+        case Received::nothing:
+            continue;
+        case Received::foreign_version:
+            std::fputs("KELVANE_TASKS: the task manager there is of another version\n", stderr);
+            given_up_ = true;
+            return std::nullopt;
+        case Received::broken:
+            return std::nullopt;
+        case Received::frame:
+            break;
+        }
+        if (arrival.frame.kind == Kind::peer) take_peer(std::move(arrival));
+        if (arrival.frame.kind != Kind::reply || arrival.frame.serial != serial) continue;
+        if (answered) *answered = std::move(arrival.descriptor);
+        return arrival.frame.numbers[0];
+    }
+    return std::nullopt;
+}
+
+bool Client::read_record(int task, TaskRecord &record) const {
+    bool found = false;
+    const bool whole = read_table([&](const Table &table) {
+        const auto at = std::find_if(table.tasks.begin(), table.tasks.end(),
+                                     [=](const TaskRecord &r) { return r.task == task; });
+        found = at != table.tasks.end() && task > 0;
+        if (found) record = *at;
+    });
+    return whole && found && is_sane(record);
+}
+
+int Client::active() const {
+    return table_ ? table_->active.load() : 0;
+}
+
+// Single numbers need no whole table. Null when there is no such task.
+const TaskRecord *Client::own_record() const {
+    if (!table_ || task_ <= 0) return nullptr;
+    for (const TaskRecord &record : table_->tasks)
+        if (record.task == task_) return &record;
+    return nullptr;
+}
+
+uint64_t Client::last_use() const {
+    const TaskRecord *own = own_record();
+    return own ? own->used : 0;
+}
+
+bool Client::is_asked_to_close() const {
+    const TaskRecord *own = own_record();
+    return own && own->asked_to_close != 0;
+}
+
+void Client::watch(const Descriptor &link) {
+    epoll_event interest{};
+    interest.events = EPOLLIN;
+    interest.data.fd = link.get();
+    epoll_ctl(poll_.get(), EPOLL_CTL_ADD, link.get(), &interest);
+}
+
+} // namespace hw::tasks

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// What can go wrong when an application is started, and what it inherits.
+#include "fixture.h"
+
+#include <fcntl.h>
+
+namespace {
+
+using namespace tasks_test;
+
+class TaskStarts : public tasks_test::Test {};
+
+} // namespace
+
+extern "C" {
+int __real_execv(const char *path, char *const *arguments);
+// The starter of the system is a script of the test, where there is one.
+int __wrap_execv(const char *path, char *const *arguments) {
+    const bool is_starter = std::strcmp(path, "/ebrmain/bin/new_task.app") == 0;
+    return __real_execv(is_starter ? "./new_task.app" : path, arguments);
+}
+}
+
+TEST_F(TaskStarts, WhatCannotBeExecutedIsNoTask) {
+    write_file("plain", "text");
+    write_file("broken", "text");
+    std::filesystem::permissions("broken", std::filesystem::perms::owner_all);
+    EXPECT_EQ(start_program("./none", {}, "none"), -1);
+    EXPECT_EQ(start_program("./plain", {}, "plain"), -1);
+    for (const char *name : {"./broken", "/bin/false", TASKS_APP}) {
+        testing::internal::CaptureStderr();
+        const int task = start_program(name, {"fail"}, name);
+        EXPECT_GT(task, 0);
+        EXPECT_TRUE(until([=] { return !is_task(task); })) << name;
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(said.find("NewTask(): execv ./broken ./broken fail: ") != said.npos,
+                  *name == '.');
+    }
+    EXPECT_EQ(task_list().size(), 1u);
+}
+
+TEST_F(TaskStarts, ArgumentsArriveAsTheyAre) {
+    const int task =
+        start_program(TASKS_APP, {"two words", "", "\u0441\u043B\u043E\u0432\u043E"}, "app");
+    ASSERT_TRUE(until([=] { return ask(task, protocol::reverse, 0) == 4; }));
+    const std::string expected = std::string(TASKS_APP) + '\0' + "two words" + '\0' + '\0' +
+                                 "\u0441\u043B\u043E\u0432\u043E" + '\0';
+    std::string words(4096, '\0');
+    const int size = SendRequestTo(task, protocol::words, words.data(), 0, 4096, 2000);
+    words.resize(static_cast<size_t>(std::max(size, 0)));
+    EXPECT_EQ(words, expected);
+    const int alone = NewTaskEx(TASKS_APP, nullptr, "alone", nullptr, nullptr, 0, 0);
+    ASSERT_TRUE(until([=] { return ask(alone, protocol::reverse, 0) == 4; }));
+    EXPECT_EQ(SendRequestTo(alone, protocol::words, words.data(), 0, 4096, 2000),
+              static_cast<int>(std::strlen(TASKS_APP)) + 1);
+}
+
+TEST_F(TaskStarts, OnlyTheStandardDescriptorsAreInherited) {
+    const int open_here = open(".", O_RDONLY); // without close-on-exec
+    const int high = dup2(open_here, 200);
+    const int task = start();
+    EXPECT_EQ(ask(task, protocol::is_open, high), 0);
+    EXPECT_EQ(ask(task, protocol::is_open, 1), 1);
+    EXPECT_EQ(fcntl(high, F_GETFD), 0) << "here it stays as it was";
+    EXPECT_NE(getpgid(GetTaskInfo(task)->pid), getpgid(0)) << "a process group of its own";
+    close(open_here);
+    close(high);
+}
+
+TEST_F(TaskStarts, OthersThanTheSystemsGoThroughItsStarter) {
+    write_file("new_task.app", "#!/bin/sh\nprintf '[%s]' \"$@\" >arguments\nexit 255\n");
+    std::filesystem::permissions("new_task.app", std::filesystem::perms::owner_all);
+    const char *words[] = {"a", "b c", nullptr};
+    EXPECT_EQ(NewTask("/bin/true", const_cast<char *const *>(words), "app", nullptr, nullptr, 18),
+              255);
+    EXPECT_EQ(read_file("arguments"), "[/bin/true][app][][18][a][b c]");
+    std::filesystem::remove("new_task.app");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(NewTask("/bin/true", nullptr, "app", "name", nullptr, 0), 127);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Failed to execv /ebrmain/bin/"),
+              std::string::npos);
+}

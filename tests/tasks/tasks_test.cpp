@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+// Applications started, listed, switched and closed; what they send each other; their framebuffers.
+#include "fixture.h"
+
+#include "hw.h"
+#include "support/repeats.h"
+
+namespace {
+
+using namespace tasks_test;
+using std::chrono::milliseconds;
+
+class Tasks : public tasks_test::Test {};
+
+// A pixel of a canvas of this size.
+int pixel(const icanvas &canvas, int x, int y) {
+    return canvas.addr[y * canvas.scanline + x];
+}
+
+// How long a call takes.
+template <class Call>
+milliseconds time_of(Call call) {
+    const auto before = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - before);
+}
+
+} // namespace
+
+TEST_F(Tasks, AreListedSwitchedAndClosed) {
+    EXPECT_EQ(MultitaskingSupported(), 1);
+    const int own = GetCurrentTask();
+    EXPECT_EQ(active(), own);
+    std::vector<int> tasks = {own};
+    for (const char *name : {"one", "two", "three", "four", "five", "six", "seven", "eight"}) {
+        tasks.insert(tasks.begin(), start(name));
+        EXPECT_EQ(task_list(), tasks) << "the one used last first";
+    }
+    EXPECT_EQ(FindTaskByAppName("three"), tasks[5]);
+    EXPECT_EQ(FindTaskByAppName("nine"), -1);
+    const itaskinfo *info = GetTaskInfo(tasks[0]);
+    ASSERT_TRUE(info);
+    EXPECT_STREQ(info->appname, "eight");
+    EXPECT_STREQ(info->name, "name");
+    EXPECT_EQ(GetTaskInfo(99), nullptr);
+    EXPECT_EQ(IsTaskActive(), 0);
+
+    for (const int task : {tasks[3], own, tasks[7]}) {
+        EXPECT_EQ(SetActiveTask(task, -1), 1);
+        EXPECT_EQ(active(), task);
+        until([=] {
+            return task == own ? count_of(EVT_FOREGROUND) == 1 : report(task).foregrounds == 1;
+        });
+    }
+    until([] { return count_of(EVT_BACKGROUND) == 2; });
+    EXPECT_EQ(count_of(EVT_FOREGROUND), 1);
+    EXPECT_EQ(count_of(95), 1) << "the picture is shown again";
+    EXPECT_EQ(report(tasks[3]).backgrounds, 2);
+    EXPECT_EQ(report(tasks[3]).updates_checked, 1);
+    int previous = 0, below = 0;
+    EXPECT_EQ(GetPreviousTask(&previous, nullptr), 1);
+    EXPECT_EQ(GetPreviousTaskInStack(&below, nullptr), 1);
+    EXPECT_EQ(std::pair(previous, below), std::pair(own, tasks[3]));
+    EXPECT_EQ(SetActiveTask(99, 0), 0);
+    EXPECT_EQ(SetActiveTask(own, 5), 0) << "no such subtask";
+
+    EXPECT_EQ(CloseTask(tasks[7], -1, 0), 1);
+    EXPECT_EQ(CloseTask(tasks[3], -1, 1), 1);
+    EXPECT_TRUE(until([&] { return task_list().size() == 7 && active() == own; }));
+    GoToBackground();
+    EXPECT_EQ(active(), tasks[0]) << "the one below";
+}
+
+TEST_F(Tasks, HaveSubtasksAndBooks) {
+    const int own = GetCurrentTask(), other = start();
+    const int book = NewSubtask("Walden");
+    EXPECT_EQ(book, 1);
+    EXPECT_EQ(SetSubtaskInfo(own, book, "Walden", "/mnt/walden.epub"), 1);
+    EXPECT_EQ(SetSubtaskInfo(own, 7, "n", ""), 0);
+    EXPECT_EQ(SetTaskParameters(other, "/mnt/dick.fb2", "Moby-\u00C4", nullptr, 0x80), 1);
+    int task = 7, subtask = 7;
+    EXPECT_EQ(FindTaskByBook("/mnt/walden.epub", &task, &subtask), 1);
+    EXPECT_EQ(std::pair(task, subtask), std::pair(own, book));
+    EXPECT_EQ(FindTaskByBook("/mnt/dick.fb2", &task, &subtask), 1);
+    EXPECT_EQ(std::pair(task, subtask), std::pair(other, 0));
+    EXPECT_EQ(FindTaskByBook("/mnt/none", &task, &subtask), 0);
+    EXPECT_EQ(std::pair(task, subtask), std::pair(0, 0));
+    EXPECT_STREQ(GetTaskInfo(other)->title, "Moby-\u00C4");
+    EXPECT_EQ(GetTaskInfo(other)->flags, 0x80u);
+
+    EXPECT_EQ(SetActiveTask(own, book), 1);
+    GetActiveTask(&task, &subtask);
+    EXPECT_EQ(std::pair(task, subtask), std::pair(own, book));
+    SwitchSubtask(own, 0);
+    EXPECT_EQ(GetTaskInfo(own)->subtask, 0);
+    EXPECT_EQ(GetTaskInfo(own)->nsubtasks, 2);
+    SubtaskFinished(0);
+    EXPECT_EQ(GetTaskInfo(own)->nsubtasks, 1);
+    SubtaskFinished(book);
+    EXPECT_EQ(GetTaskInfo(own)->subtask, book) << "the last one stays";
+    EXPECT_STREQ(GetTaskInfo(own)->subtasks[0].name, "Walden");
+    for (int i = 0; i < 20; ++i) subtask = NewSubtask("more");
+    EXPECT_EQ(subtask, -1);
+}
+
+TEST_F(Tasks, AnswerRequests) {
+    const int other = start();
+    const std::string sizes[] = {"", "x", std::string(65536, 'a')};
+    for (const std::string &sent : sizes) {
+        std::string data = sent;
+        const int size = static_cast<int>(sent.size());
+        if (size > 1) data[0] = '1';
+        EXPECT_EQ(SendRequestTo(other, protocol::reverse, data.data(), size, size, 2000), size);
+        EXPECT_TRUE(size < 2 || data.back() == '1') << size;
+    }
+    static char large[65537];
+    EXPECT_EQ(SendRequestTo(other, 1, large, 65537, 0, 100), -1);
+    EXPECT_EQ(SendRequestTo(other, 1, large, 0, 65537, 100), -1);
+    EXPECT_EQ(SendRequestTo(other, 1, nullptr, 4, 0, 100), -1);
+    EXPECT_EQ(SendRequestTo(99, 1, large, 4, 4, 100), -1);
+    EXPECT_EQ(SendRequestTo(-1, 1, large, 4, 4, 100), -1);
+    EXPECT_EQ(SendRequest(7777, large, 4, 4, 100), -1) << "nobody listens";
+    EXPECT_EQ(SendRequestTo(other, 7777, large, 4, 4, 100), -1);
+    EXPECT_EQ(SendRequestNoWait(7777, large, 4, 4), -1);
+    EXPECT_EQ(SendRequestToNoWait(other, protocol::sleep, large, 4, 4), 1);
+    SetRequestListener(protocol::reverse, 0, [](int, void *data, int size, int) {
+        auto *bytes = static_cast<char *>(data);
+        std::reverse(bytes, bytes + size);
+        return size;
+    });
+    EXPECT_EQ(ask(other, protocol::ask_back, 0), 1) << "asked while it is asked";
+    EXPECT_EQ(ask(GetCurrentTask(), protocol::reverse, 0), 4) << "itself";
+}
+
+TEST_F(Tasks, ThatSleepOrDieAnswerLateOrNever) {
+    const int other = start();
+    int pause_ms = 300;
+    EXPECT_EQ(SendRequestTo(other, protocol::sleep, &pause_ms, 4, 4, 50), -1);
+    char data[] = "abcd";
+    EXPECT_EQ(SendRequestTo(other, protocol::reverse, data, 4, 4, 5000), 4);
+    EXPECT_STREQ(data, "dcba") << "not the late answer";
+    const int third = start("third");
+    EXPECT_LT(time_of([=] { EXPECT_EQ(ask(third, protocol::die, 0), -1); }), milliseconds(4000));
+    EXPECT_TRUE(until([=] { return !is_task(third); }));
+    kill(GetTaskInfo(other)->pid, SIGSTOP);
+    EXPECT_EQ(SendRequestTo(other, protocol::reverse, data, 4, 4, 50), -1);
+    int sent = 0;
+    while (sent < 1'000'000 && SendEventTo(other, 1, 0, 0)) ++sent;
+    EXPECT_LT(sent, 1'000'000) << "the sender is told when no more fits";
+    kill(GetTaskInfo(other)->pid, SIGCONT);
+}
+
+TEST_F(Tasks, ListenersAreReplacedAndRemoved) {
+    const int first = start("first"), second = start("second");
+    constexpr int code = 4711;
+    const auto ours = [](int, void *, int, int) { return 42; };
+    const auto system = [] { return SendRequest(code, nullptr, 0, 0, 2000); };
+    EXPECT_EQ(SetRequestListener(code, 0, ours), 0);
+    EXPECT_EQ(SetRequestListener(code, 0, [](int, void *, int, int) { return 43; }), 0);
+    EXPECT_EQ(system(), 43) << "the newer one";
+    EXPECT_EQ(ask(first, protocol::listen, code), 0);
+    EXPECT_EQ(system(), 1000 + code);
+    EXPECT_EQ(ask(second, protocol::listen, code), 0);
+    EXPECT_EQ(CloseTask(first, -1, 1), 1);
+    EXPECT_EQ(system(), 1000 + code);
+    EXPECT_EQ(ask(second, protocol::listen, -code), 0);
+    EXPECT_EQ(system(), -1);
+    EXPECT_EQ(SetRequestListener(code, LISTENER_REMOVE, ours), 0) << "removes, and adds nothing";
+    EXPECT_EQ(SendRequestTo(GetCurrentTask(), code, nullptr, 0, 0, 2000), -1);
+    EXPECT_EQ(SetRequestListener(code, 0, nullptr), -1);
+}
+
+// Both ways at once. The long form is a campaign.
+TEST_F(Tasks, MessagesAndEventsKeepTheirOrder) {
+    const int count = std::getenv("KELVANE_CAMPAIGN") ? 100'000 : repeats(5000, 1000);
+    const int other = start();
+    EXPECT_EQ(SendRequestToNoWait(other, protocol::flood, const_cast<int *>(&count), 4, 0), 1);
+    messages = disorder = 0;
+    int sent = 0;
+    for (int i = 0; i < count; ++i) {
+        sent += SendEventTo(other, protocol::numbered_event, i, 0);
+        sent += SendMessageTo(other, protocol::numbered_message, &i, sizeof i);
+    }
+    EXPECT_EQ(sent, 2 * count);
+    EXPECT_TRUE(until([=] { return messages >= count; }));
+    EXPECT_TRUE(until([=] { return report(other).events >= count; }));
+    const protocol::Report heard = report(other);
+    EXPECT_EQ(std::pair(heard.messages, heard.disorder), std::pair(count, 0));
+    EXPECT_EQ(std::pair(messages, disorder), std::pair(count, 0));
+    EXPECT_EQ(SendEventSyncTo(other, protocol::numbered_event, count & 0xFFFF, 0), 1);
+    EXPECT_EQ(report(other).events, count + 1) << "handled when the call returns";
+    EXPECT_EQ(SendEventTo(99, 1, 0, 0) + SendMessageTo(99, 1, nullptr, 0), 0);
+}
+
+TEST_F(Tasks, ShareTheirFramebuffers) {
+    const int other = start(), own = GetCurrentTask();
+    EXPECT_EQ(ask(other, protocol::shade, 0x40), ScreenWidth());
+    icanvas *canvas = GetTaskFramebuffer(other);
+    ASSERT_TRUE(canvas);
+    EXPECT_EQ(std::pair(canvas->width, canvas->height), std::pair(600, 800));
+    EXPECT_EQ(pixel(*canvas, 599, 799), 0x40);
+    canvas->addr[0] = 0x99;
+    icanvas *again = GetTaskFramebuffer(other);
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->addr[0], 0x40) << "what is drawn there stays here";
+    ReleaseTaskFramebuffer(again);
+    ReleaseTaskFramebuffer(canvas);
+    ReleaseTaskFramebuffer(canvas);
+    int w = 0, h = 0, depth = 0;
+    EXPECT_EQ(GetTaskFramebufferInfo(other, &w, &h, &depth), 1);
+    EXPECT_EQ(w + h + depth, 600 + 800 + 8);
+    EXPECT_EQ(GetTaskFramebufferInfo(99, &w, &h, &depth) + w + h + depth, 0);
+    EXPECT_EQ(GetTaskFramebuffer(99), nullptr);
+    EXPECT_EQ(pixel(*hw_getframebuffer(), 300, 400), 0xFF);
+    EXPECT_EQ(CopyActiveFb(), 1);
+    EXPECT_EQ(pixel(*hw_getframebuffer(), 300, 400), 0x40);
+    SetActiveTask(own, 0);
+    EXPECT_TRUE(until([] { return FullUpdate(), CopyActiveFb() == 0; })) << "its own";
+    const int copier = start("copier", TASK_COPIES_SCREEN);
+    canvas = GetTaskFramebuffer(copier);
+    EXPECT_EQ(pixel(*canvas, 300, 400), 0x40) << "as the active one was";
+}
+
+TEST_F(Tasks, AreChosenFromAMenu) {
+    const int other = start("/bin/reader.app");
+    SetActiveTask(GetCurrentTask(), 0);
+    OpenTaskList();
+    const auto press = [](int key) {
+        SendEvent(GetEventHandler(), EVT_KEYPRESS, key, 0);
+        SendEvent(GetEventHandler(), EVT_KEYRELEASE, key, 0);
+        for (int i = 0; i < 10; ++i) ProcessEventLoopQuick();
+    };
+    EXPECT_NE(GetEventHandler(), handler) << "a menu";
+    press(KEY_DOWN);
+    press(KEY_OK);
+    EXPECT_EQ(active(), other);
+    EXPECT_EQ(GetEventHandler(), handler);
+}

@@ -119,7 +119,10 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
         case Received::frame:
             break;
         }
-        if (arrival.frame.kind == Kind::peer) take_peer(std::move(arrival));
+        if (arrival.frame.kind == Kind::peer) {
+            take_peer(std::move(arrival));
+            continue;
+        }
         if (arrival.frame.kind != Kind::reply || arrival.frame.serial != serial) continue;
         if (answered) *answered = std::move(arrival.descriptor);
         return arrival.frame.numbers[0];

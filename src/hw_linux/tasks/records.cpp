@@ -42,13 +42,14 @@ bool icon_is_sane(const TaskRecord &record) {
 } // namespace
 
 void set_text(char *to, size_t size, const char *from) {
-    size_t length = from ? strnlen(from, size) : 0;
+    if (!from) from = "";
+    size_t length = strnlen(from, size);
     if (length == size) {
         --length;
         while (length > 0 && (static_cast<unsigned char>(from[length]) & 0xC0) == 0x80) --length;
     }
     std::memset(to, 0, size);
-    if (length > 0) std::memcpy(to, from, length);
+    std::memcpy(to, from, length);
 }
 
 bool is_sane(const SubtaskRecord &record) {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "limits.h"
+#include "measures.h"
 #include "print.h"
 #include "trace.h"
 

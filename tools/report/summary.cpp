@@ -28,6 +28,7 @@ std::vector<Summary::Row> rows_of(const std::vector<Update> &updates) {
     std::map<std::tuple<std::string, hw::UpdateKind, int>, Totals> sums;
     for (const Update &u : updates) sums[{u.call, u.kind, u.mode}].add(u);
     std::vector<Summary::Row> rows;
+    rows.reserve(sums.size());
     for (const auto &[key, totals] : sums)
         rows.push_back({std::get<0>(key), std::get<1>(key), std::get<2>(key), totals});
     std::stable_sort(rows.begin(), rows.end(), [](const auto &a, const auto &b) {

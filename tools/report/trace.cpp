@@ -49,7 +49,7 @@ class Members {
         return std::min(number(name, INT32_MIN, INT32_MAX), largest_side);
     }
     std::string call() {
-        const std::string text = string("call");
+        std::string text = string("call");
         const bool is_plain = std::all_of(text.begin(), text.end(), [](unsigned char c) {
             return std::isalnum(c) || c == ' ' || c == '_';
         });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The table of limits.
-#include "limits.h"
+#include "measures.h"
 
 namespace report {
 namespace {

@@ -4,6 +4,7 @@
 #include "menus/look.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "hw.h"
 #include "kelvane/languages.h"
@@ -66,7 +67,7 @@ struct Circumstances {
 
 // Never destroyed: an application that just exits leaves its fonts to the system.
 struct Kept {
-    Circumstances when;
+    std::optional<Circumstances> when; // read late: statics of other sources may not be made yet
     LookPtr look;
 };
 Kept &kept = *new Kept;
@@ -76,7 +77,7 @@ Kept &kept = *new Kept;
 LookPtr load_look(const icontext_menu_properties *properties) {
     if (properties) return make_look(properties);
     const Circumstances now;
-    if (!kept.look || !(kept.when == now)) kept = {now, make_look(nullptr)};
+    if (!kept.look || kept.when != now) kept = {now, make_look(nullptr)};
     return kept.look;
 }
 

@@ -56,8 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::map<int, int> late;
     const uint8_t *end = data + size;
     while (end - data >= 2) {
-        const int how = *data++, which = how & 1;
-        const auto length = std::min<long>(*data++ * (how & 128 ? 64 : 1), end - data);
+        const int how = data[0], which = how & 1, scale = how & 128 ? 64 : 1;
+        const auto length = std::min<long>(data[1] * scale, end - data - 2);
+        data += 2;
         if (send(clients.end[which].get(), data, static_cast<size_t>(length),
                  MSG_DONTWAIT | MSG_NOSIGNAL) > 0)
             data += length;

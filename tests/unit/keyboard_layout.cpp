@@ -8,6 +8,8 @@
 #include <set>
 #include <sstream>
 
+#include "ground/letter_case.h"
+#include "ground/utf8.h"
 #include "internal.h"
 #include "kelvane/config.h"
 #include "kelvane/keyboard.h"
@@ -338,6 +340,14 @@ TEST(KeyboardWays, EveryKeyIsAtMostEightPressesAway) {
     expect_short_ways(Block{}, true);
 }
 
+// A character as a capital; itself where that takes two.
+char16_t capital(char16_t c) {
+    const std::string upper = ground::upper_case(encode({c}).c_str());
+    const char *at = upper.data(), *end = at + upper.size();
+    const auto first = static_cast<char16_t>(utf8::next(at, end));
+    return at == end ? first : c;
+}
+
 // Every letter and digit that people of a language write, small and capital.
 TEST(KeyboardData, EachLayoutTypesEveryLetterOfItsLanguage) {
     const std::map<std::string, std::u16string> alphabets = {
@@ -384,6 +394,8 @@ TEST(KeyboardData, EachLayoutTypesEveryLetterOfItsLanguage) {
             for (char16_t c : alphabets.at(name)) {
                 EXPECT_TRUE(keys.contains(c)) << encode({c}) << " has no cell";
                 EXPECT_TRUE(touched.contains(c)) << encode({c}) << " has no touch key";
+                EXPECT_TRUE(keys.contains(capital(c))) << encode({c}) << " has no capital";
+                EXPECT_TRUE(touched.contains(capital(c))) << encode({c}) << " has no capital";
             }
         }
     }

@@ -9,7 +9,8 @@
  *
  * The callback runs after the keyboard has closed and the handler before it is back, so it may open
  * the next keyboard or a dialog, or end the application. Each keyboard calls once, and never when
- * the screen closes.
+ * the screen closes. The handler before hears #EVT_SHOW after the callback: where it draws its page
+ * then and the callback opens a dialog or a menu, the keyboard needs #KBD_NO_SHOW.
  *
  * The buffer is the caller's and lasts until the callback. It holds at most maxlen characters of up
  * to three bytes each, and a NUL: **3 * maxlen + 1 bytes** are always enough. Characters beyond

@@ -22,15 +22,6 @@ class ByFinger : public keyboard_test::Test {
     static void up(const irect &r) {
         headless::pointer(EVT_POINTERUP, r.x + r.w / 2, r.y + r.h / 2);
     }
-    // What the screen shows in an area.
-    static std::vector<uint8_t> part(const irect &r) {
-        std::vector<uint8_t> pixels;
-        const icanvas &c = *kvstate.framebuffer;
-        for (int y = r.y; y < r.y + r.h; ++y)
-            pixels.insert(pixels.end(), c.addr + y * c.scanline + r.x,
-                          c.addr + y * c.scanline + r.x + r.w);
-        return pixels;
-    }
     static int64_t blackness(const irect &r) {
         const auto pixels = part(r);
         return std::count(pixels.begin(), pixels.end(), 0);

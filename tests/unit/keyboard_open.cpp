@@ -222,6 +222,24 @@ TEST_F(Keyboards, OpeningAnotherOneClosesTheFirst) {
     expect_closed_with("-!;own;");
 }
 
+TEST_F(Keyboards, APageThatIsDrawnLateDoesNotStayAboveTheNextOne) {
+    static char next[16] = "text";
+    open("text");
+    const irect whole = board()->place.whole;
+    const auto shown = part(whole);
+    headless::on_event([](int type, int, int) {
+        if (type == EVT_SHOW) FillArea(0, 0, ScreenWidth(), ScreenHeight(), BLACK);
+        return 0;
+    });
+    OpenKeyboard("Title", next, 9, 0, [](char *) { OpenKeyboard("Title", next, 9, 0, nullptr); });
+    headless::detail::settle();
+    EXPECT_TRUE(part(whole) == shown);
+    headless::press(KEY_OK);
+    ASSERT_EQ(IsKeyboardOpened(), 1);
+    EXPECT_TRUE(part(whole) == shown) << "opened by a callback";
+    headless::press(KEY_BACK);
+}
+
 // Whatever is closed first: nothing stays above that gives the input to a handler that is gone.
 TEST_F(Keyboards, WhatIsAboveIsClosedFirst) {
     imenu items[] = {{ITEM_ACTIVE, 1, const_cast<char *>("One"), nullptr}, {}};

@@ -89,11 +89,17 @@ void draw_middle(const irect &r, const ifont *font, const char *text, bool is_bl
                text);
 }
 
+// In a smaller font where it needs that, and else in lines: no word covers the keys beside it.
 void draw_word(const Board &b, const irect &r, const char *text, bool is_bold, bool is_black) {
-    const ifont *font = is_bold ? b.look.special_letter.get() : b.look.word.get();
-    SetFont(font, BLACK);
-    if (StringWidth(text) > r.w - word_margin) font = b.look.small_word.get();
-    draw_middle(r, font, text, is_black);
+    const ifont *const fonts[] = {is_bold ? b.look.special_letter.get() : b.look.word.get(),
+                                  b.look.small_word.get()};
+    const int room = std::max(r.w - word_margin, 1);
+    for (const ifont *font : fonts) {
+        SetFont(font, is_black ? WHITE : BLACK);
+        if (StringWidth(text) <= room) return draw_middle(r, font, text, is_black);
+    }
+    DrawTextRect(r.x + word_margin / 2, r.y, room, r.h, text,
+                 ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS);
 }
 
 // Symbols have a ground of their own, and may be as high as a low key: its edge goes first.

@@ -357,6 +357,23 @@ TEST_F(ByKeys, CommandsHaveARowOfTheirOwn) {
     expect_closed_with(";");
 }
 
+TEST_F(ByKeys, ALongLabelStaysOnItsKey) {
+    const auto others = [&] {
+        std::vector<std::vector<uint8_t>> parts;
+        for (const GridKey &key : board()->grid->keys())
+            if (key.code != code::enter) parts.push_back(part(grid_rect(*board(), key)));
+        headless::press(KEY_BACK);
+        return parts;
+    };
+    open("text");
+    const auto plain = others();
+    buffer = "text";
+    OpenKeyboard("Title\0Accept this with everything", buffer.data(), 4, KBD_CUSTOM_ENTER_KEY,
+                 keyboard_test::answer);
+    headless::detail::settle();
+    EXPECT_TRUE(others() == plain);
+}
+
 TEST_F(ByKeys, RowsOfFewKeysAreWalkedThrough) {
     open("", KBD_NUMERIC);
     ASSERT_TRUE(board()->grid->key());

@@ -88,6 +88,8 @@ struct Board {
     }
     bool has_shift() const { return kind.has_shift; }
     bool is_password() const;
+    // The password may be shown whole: all of it was entered here.
+    bool has_eye() const { return is_password() && entry.is_new(); }
     // The first row of the block that has a place.
     int first_row() const { return layouts.has_top_rows() ? 0 : 2; }
 

@@ -310,6 +310,12 @@ class ByKeys : public keyboard_test::Test {
     static void keys(const std::vector<int> &codes) {
         for (const int code : codes) headless::press(code);
     }
+    static void select_command(uint16_t wanted) {
+        while (board()->grid->area().is_zone) headless::press(KEY_DOWN);
+        for (int i = 0; i < 9 && board()->grid->key()->code != wanted; ++i)
+            headless::press(KEY_RIGHT);
+        ASSERT_EQ(board()->grid->key()->code, wanted);
+    }
 };
 
 TEST_F(ByKeys, ZonesAreEnteredAndLeft) {
@@ -331,11 +337,8 @@ TEST_F(ByKeys, ZonesAreEnteredAndLeft) {
 
 TEST_F(ByKeys, CommandsHaveARowOfTheirOwn) {
     open("old", KBD_NOSELECT);
-    const auto command = [&](uint16_t wanted) {
-        while (board()->grid->area().is_zone) headless::press(KEY_DOWN);
-        for (int i = 0; i < 9 && board()->grid->key()->code != wanted; ++i)
-            headless::press(KEY_RIGHT);
-        ASSERT_EQ(board()->grid->key()->code, wanted);
+    const auto command = [](uint16_t wanted) {
+        select_command(wanted);
         headless::press(KEY_OK);
     };
     command(code::backspace);
@@ -355,6 +358,33 @@ TEST_F(ByKeys, CommandsHaveARowOfTheirOwn) {
     EXPECT_EQ(result(), "");
     command(code::enter);
     expect_closed_with(";");
+}
+
+TEST_F(ByKeys, PasswordsHaveTheEyeAmongTheCommands) {
+    open("", KBD_PASSWORD);
+    type("wm");
+    headless::advance(1100);
+    select_command(code::eye);
+    const auto dots = keyboard_test::screen();
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() != dots);
+    EXPECT_EQ(text(), "wm");
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() == dots);
+    headless::press(KEY_BACK);
+    open("wm", KBD_PASSWORD);
+    select_command(code::eye);
+    const auto stored = keyboard_test::screen();
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() == stored) << "what was there before is never shown";
+    type("wm");
+    headless::advance(1100);
+    EXPECT_TRUE(keyboard_test::screen() == dots) << "nor is the eye open for what comes";
+    headless::press(KEY_BACK);
+    open("wm");
+    for (const GridKey &key : board()->grid->keys()) EXPECT_NE(key.code, code::eye);
+    headless::press(KEY_BACK);
+    expect_closed_with("-;-;-;");
 }
 
 TEST_F(ByKeys, ALongLabelStaysOnItsKey) {

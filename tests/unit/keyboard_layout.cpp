@@ -307,7 +307,7 @@ std::map<std::pair<int, int>, int> presses_from(const SelectionGrid &start) {
 
 // From wherever the last character was.
 void expect_short_ways(const Block &block, bool is_zoned) {
-    const SelectionGrid home(block, is_zoned, {2, 1, 3, 8, 32, 10, 7, 27});
+    const SelectionGrid home(block, is_zoned, {2, 1, 3, 8, 32, 10, 6, 7, 27});
     std::set<std::vector<int>> starts;
     for (const GridKey &from : home.keys()) {
         SelectionGrid start = home;

@@ -135,7 +135,13 @@ TEST_F(Keyboards, TheRestOfTheScreenIsHatchedOrLeft) {
     open("text", KBD_NOHATCH);
     EXPECT_TRUE(std::equal(before.begin(), before.begin() + rows, keyboard_test::screen().begin()));
     headless::press(KEY_BACK);
-    expect_closed_with("-;-;");
+    write_file("system/themes/clear.tqt", ThemeFile("keyboard.transparent.screen=1\n").bytes());
+    OpenTheme("clear");
+    open("text");
+    EXPECT_TRUE(std::equal(before.begin(), before.begin() + rows, keyboard_test::screen().begin()))
+        << "a pixel of eight bits is not dimmed";
+    headless::press(KEY_BACK);
+    expect_closed_with("-;-;-;");
 }
 
 TEST_F(Keyboards, EnterCanBeRelabelledInvertedAndSwitchedOff) {

@@ -42,7 +42,9 @@ enum {
     KBD_KIND = 0xF,    /**< mask of all of these */
 
     KBD_NOSELECT = 0x200, /**< the first key adds to the text instead of replacing it */
-    KBD_NO_SHOW = 0x1000, /**< the handler before gets no #EVT_SHOW when the keyboard has closed */
+    /** The handler before gets no #EVT_SHOW when the keyboard has closed, but where the screen was
+     *  turned meanwhile and cannot be put back. */
+    KBD_NO_SHOW = 0x1000,
     /** When the user has closed the keyboard, the handler before gets press and release of
      *  #KEY_KEYBOARD. */
     KBD_SENDKEYBOARDSTATEEVENTS = 0x2000,

@@ -9,7 +9,8 @@
  *
  * The callback runs after the keyboard has closed and the handler before it is back, so it may open
  * the next keyboard or a dialog, or end the application. Each keyboard calls once, and never when
- * the screen closes.
+ * the screen closes. The handler before hears #EVT_SHOW after the callback: where it draws its page
+ * then and the callback opens a dialog or a menu, the keyboard needs #KBD_NO_SHOW.
  *
  * The buffer is the caller's and lasts until the callback. It holds at most maxlen characters of up
  * to three bytes each, and a NUL: **3 * maxlen + 1 bytes** are always enough. Characters beyond
@@ -41,7 +42,9 @@ enum {
     KBD_KIND = 0xF,    /**< mask of all of these */
 
     KBD_NOSELECT = 0x200, /**< the first key adds to the text instead of replacing it */
-    KBD_NO_SHOW = 0x1000, /**< the handler before gets no #EVT_SHOW when the keyboard has closed */
+    /** The handler before gets no #EVT_SHOW when the keyboard has closed, but where the screen was
+     *  turned meanwhile and cannot be put back. */
+    KBD_NO_SHOW = 0x1000,
     /** When the user has closed the keyboard, the handler before gets press and release of
      *  #KEY_KEYBOARD. */
     KBD_SENDKEYBOARDSTATEEVENTS = 0x2000,

@@ -88,6 +88,7 @@ std::vector<uint16_t> commands_for(const Board &b) {
     if (b.layouts.languages.size() > 1) commands.push_back(code::language);
     for (const uint16_t command : {code::clear, code::backspace, code::space, code::enter})
         commands.push_back(command);
+    if (b.buffer && b.is_password()) commands.push_back(code::eye);
     if (b.flags & KBD_NEXT_KEY) commands.push_back(code::next);
     commands.push_back(code::cancel);
     return commands;

@@ -77,7 +77,7 @@ struct Board {
     int scroll = 0;                 // pixels by which the text is moved towards its end
     bool saves_whole_screen = false;
     bool was_touched = false; // since the greys were last refined
-    bool is_stale = false;    // something ended that could not be drawn, beneath another component
+    bool is_stale = false;    // to be drawn anew once it has the input
     int message_top = 0;      // of the record before the opening
     int unheard = 0;          // events that wait for a keyboard before this one
 
@@ -88,6 +88,8 @@ struct Board {
     }
     bool has_shift() const { return kind.has_shift; }
     bool is_password() const;
+    // The password may be shown whole: all of it was entered here.
+    bool has_eye() const { return is_password() && entry.is_new(); }
     // The first row of the block that has a place.
     int first_row() const { return layouts.has_top_rows() ? 0 : 2; }
 

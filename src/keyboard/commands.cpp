@@ -129,6 +129,13 @@ void next_language(Board &b) {
     change_keys(b);
 }
 
+// A password that was there before is never shown.
+void toggle_eye(Board &b) {
+    if (!b.has_eye()) return;
+    b.eye_is_open = !b.eye_is_open;
+    show_entry(b);
+}
+
 } // namespace
 
 void show_entry(Board &b) {
@@ -162,6 +169,8 @@ void type(Board &b, uint16_t key) {
         return clear(b);
     case code::numbers:
         return show_numbers(b);
+    case code::eye:
+        return toggle_eye(b);
     case code::wide_space:
         return insert(b, code::space);
     case code::backspace:
@@ -187,9 +196,7 @@ void step_cursor(Board &b, bool to_the_left) {
 }
 
 void touch_icon(Board &b) {
-    if (!b.is_password() || !b.entry.is_new()) return type(b, code::clear);
-    b.eye_is_open = !b.eye_is_open;
-    show_entry(b);
+    type(b, b.has_eye() ? code::eye : code::clear);
 }
 
 void stop_timers() {

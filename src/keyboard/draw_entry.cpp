@@ -17,13 +17,9 @@ namespace {
 constexpr const char *dot = "\u2022";
 constexpr int starts_right_to_left = 2;
 
-bool has_eye(const Board &b) {
-    return b.is_password() && b.entry.is_new();
-}
-
 // What the line shows for some of the characters.
 std::string shown(const Board &b, size_t from, size_t to) {
-    if (!b.is_password() || (has_eye(b) && b.eye_is_open)) return b.entry.utf8(from, to);
+    if (!b.is_password() || (b.has_eye() && b.eye_is_open)) return b.entry.utf8(from, to);
     std::string text;
     for (size_t i = from; i < std::min(to, b.entry.text().size()); ++i)
         text += i == b.revealed ? b.entry.utf8(i, i + 1) : dot;
@@ -103,7 +99,7 @@ void draw_text(const Board &b, const std::string &text, int text_w) {
 
 void draw_icon(const Board &b) {
     const ibitmap *icon = b.eye_is_open ? b.look.eye_struck.get() : b.look.eye.get();
-    if (!has_eye(b)) icon = b.entry.text().empty() ? nullptr : b.look.clear_entry.get();
+    if (!b.has_eye()) icon = b.entry.text().empty() ? nullptr : b.look.clear_entry.get();
     if (!icon) return;
     const irect r = icon_rect(b);
     DrawBitmap(r.x + (r.w - icon->width) / 2, r.y + (r.h - icon->height) / 2, icon);

@@ -89,21 +89,45 @@ void draw_middle(const irect &r, const ifont *font, const char *text, bool is_bl
                text);
 }
 
+// In a smaller font where it needs that, and else in lines: no word covers the keys beside it.
 void draw_word(const Board &b, const irect &r, const char *text, bool is_bold, bool is_black) {
-    const ifont *font = is_bold ? b.look.special_letter.get() : b.look.word.get();
-    SetFont(font, BLACK);
-    if (StringWidth(text) > r.w - word_margin) font = b.look.small_word.get();
-    draw_middle(r, font, text, is_black);
+    const ifont *const fonts[] = {is_bold ? b.look.special_letter.get() : b.look.word.get(),
+                                  b.look.small_word.get()};
+    const int room = std::max(r.w - word_margin, 1);
+    for (const ifont *font : fonts) {
+        SetFont(font, is_black ? WHITE : BLACK);
+        if (StringWidth(text) <= room) return draw_middle(r, font, text, is_black);
+    }
+    DrawTextRect(r.x + word_margin / 2, r.y, room, r.h, text,
+                 ALIGN_CENTER | VALIGN_MIDDLE | TEXT_DOTS);
 }
 
-// Symbols have a ground of their own, and may be as high as a low key: its edge goes first.
+// In the middle, as much as there is room for: symbols may be as high as a low key, whose edge goes
+// first. Returns where it is.
+irect draw_picture(const ibitmap &picture, const irect &r, int edge) {
+    const int w = std::clamp<int>(r.w - 2 * edge, 0, picture.width);
+    const int h = std::clamp<int>(r.h - 2 * edge, 0, picture.height);
+    const irect at{r.x + (r.w - w) / 2, r.y + (r.h - h) / 2, w, h, 0};
+    raster::draw_bitmap_part(at.x, at.y, picture, (picture.width - w) / 2, (picture.height - h) / 2,
+                             w, h);
+    return at;
+}
+
+// Symbols have a ground of their own.
 void draw_symbol(const KeySymbol &symbol, const irect &r, int edge, bool is_black) {
     const ibitmap *picture = is_black ? symbol.pressed.get() : symbol.plain.get();
-    if (!picture) return;
-    const int w = std::min<int>(picture->width, r.w - 2 * edge);
-    const int h = std::min<int>(picture->height, r.h - 2 * edge);
-    raster::draw_bitmap_part(r.x + (r.w - w) / 2, r.y + (r.h - h) / 2, *picture,
-                             (picture->width - w) / 2, (picture->height - h) / 2, w, h);
+    if (picture) draw_picture(*picture, r, edge);
+}
+
+// It has none, and is black.
+void draw_eye(const Board &b, const irect &r, bool is_black) {
+    const ibitmap *eye = b.look.eye.get();
+    if (!eye) return;
+    const irect at = draw_picture(*eye, r, b.look.hairline);
+    if (!is_black) return;
+    FillAreaRect(&at, WHITE);
+    draw_picture(*eye, r, b.look.hairline);
+    InvertArea(at.x, at.y, at.w, at.h);
 }
 
 } // namespace
@@ -124,6 +148,8 @@ void draw_legend(const Board &b, const irect &r, uint16_t key, bool is_black,
     switch (key) {
     case code::language:
         return draw_word(b, r, b.language().code.c_str(), true, is_black);
+    case code::eye:
+        return draw_eye(b, r, is_black);
     case code::wide_space:
     case code::space:
         return draw_word(b, r, GetLangText("@KeySpace"), false, is_black);

@@ -16,7 +16,7 @@ namespace keyboard {
 // What keys do whose code is not a character.
 namespace code {
 inline constexpr uint16_t none = 0, language = 1, shift = 2, clear = 3, numbers = 4, wide_space = 5,
-                          next = 7, backspace = 8, enter = 10, cancel = 27, space = 32;
+                          eye = 6, next = 7, backspace = 8, enter = 10, cancel = 27, space = 32;
 } // namespace code
 
 // Keys for five keys: six rows in a block of cells, of which 0 is no key.

@@ -75,6 +75,8 @@ void show(std::unique_ptr<Board> made) {
     dialogs::count_component(1);
     last_flags = b.flags;
     b.unheard = queue_count(keyboard_handler);
+    // Its page is going to cover the keyboard, which hears EVT_RESTORE after that.
+    b.is_stale = queue_holds(GetEventHandler(), EVT_SHOW);
     b.message_top = std::exchange(kvstate.msgtop, std::min(kvstate.msgtop, b.place.whole.y));
     b.saves_whole_screen = b.buffer && !(b.flags & KBD_NOHATCH);
     b.taken.under.save(kept_area(b));

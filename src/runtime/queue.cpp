@@ -64,6 +64,13 @@ int queue_count(kv_handler h) {
     return count;
 }
 
+bool queue_holds(kv_handler h, int type) {
+    const std::lock_guard lock(message_mutex);
+    for (int slot = kvstate.evtstart; slot != kvstate.evtend; slot = next_slot(slot))
+        if (kvstate.events[slot].hproc == h && kvstate.events[slot].type == type) return true;
+    return false;
+}
+
 bool queue_take(ievent &entry) {
     const std::lock_guard lock(message_mutex);
     if (kvstate.evtstart == kvstate.evtend) return false;

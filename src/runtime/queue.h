@@ -15,6 +15,8 @@ bool queue_is_full();
 bool queue_has_plain_run();
 // How many entries wait for a handler.
 int queue_count(kv_handler h);
+// Whether an event of this type is among them.
+bool queue_holds(kv_handler h, int type);
 // Moves the oldest entry to `entry`; false when there is none.
 bool queue_take(ievent &entry);
 // Clears kvstate while no other thread is adding an event.

@@ -22,15 +22,6 @@ class ByFinger : public keyboard_test::Test {
     static void up(const irect &r) {
         headless::pointer(EVT_POINTERUP, r.x + r.w / 2, r.y + r.h / 2);
     }
-    // What the screen shows in an area.
-    static std::vector<uint8_t> part(const irect &r) {
-        std::vector<uint8_t> pixels;
-        const icanvas &c = *kvstate.framebuffer;
-        for (int y = r.y; y < r.y + r.h; ++y)
-            pixels.insert(pixels.end(), c.addr + y * c.scanline + r.x,
-                          c.addr + y * c.scanline + r.x + r.w);
-        return pixels;
-    }
     static int64_t blackness(const irect &r) {
         const auto pixels = part(r);
         return std::count(pixels.begin(), pixels.end(), 0);
@@ -319,6 +310,12 @@ class ByKeys : public keyboard_test::Test {
     static void keys(const std::vector<int> &codes) {
         for (const int code : codes) headless::press(code);
     }
+    static void select_command(uint16_t wanted) {
+        while (board()->grid->area().is_zone) headless::press(KEY_DOWN);
+        for (int i = 0; i < 9 && board()->grid->key()->code != wanted; ++i)
+            headless::press(KEY_RIGHT);
+        ASSERT_EQ(board()->grid->key()->code, wanted);
+    }
 };
 
 TEST_F(ByKeys, ZonesAreEnteredAndLeft) {
@@ -340,11 +337,8 @@ TEST_F(ByKeys, ZonesAreEnteredAndLeft) {
 
 TEST_F(ByKeys, CommandsHaveARowOfTheirOwn) {
     open("old", KBD_NOSELECT);
-    const auto command = [&](uint16_t wanted) {
-        while (board()->grid->area().is_zone) headless::press(KEY_DOWN);
-        for (int i = 0; i < 9 && board()->grid->key()->code != wanted; ++i)
-            headless::press(KEY_RIGHT);
-        ASSERT_EQ(board()->grid->key()->code, wanted);
+    const auto command = [](uint16_t wanted) {
+        select_command(wanted);
         headless::press(KEY_OK);
     };
     command(code::backspace);
@@ -364,6 +358,50 @@ TEST_F(ByKeys, CommandsHaveARowOfTheirOwn) {
     EXPECT_EQ(result(), "");
     command(code::enter);
     expect_closed_with(";");
+}
+
+TEST_F(ByKeys, PasswordsHaveTheEyeAmongTheCommands) {
+    open("", KBD_PASSWORD);
+    type("wm");
+    headless::advance(1100);
+    select_command(code::eye);
+    const auto dots = keyboard_test::screen();
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() != dots);
+    EXPECT_EQ(text(), "wm");
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() == dots);
+    headless::press(KEY_BACK);
+    open("wm", KBD_PASSWORD);
+    select_command(code::eye);
+    const auto stored = keyboard_test::screen();
+    headless::press(KEY_OK);
+    EXPECT_TRUE(keyboard_test::screen() == stored) << "what was there before is never shown";
+    type("wm");
+    headless::advance(1100);
+    EXPECT_TRUE(keyboard_test::screen() == dots) << "nor is the eye open for what comes";
+    headless::press(KEY_BACK);
+    open("wm");
+    for (const GridKey &key : board()->grid->keys()) EXPECT_NE(key.code, code::eye);
+    headless::press(KEY_BACK);
+    expect_closed_with("-;-;-;");
+}
+
+TEST_F(ByKeys, ALongLabelStaysOnItsKey) {
+    const auto others = [&] {
+        std::vector<std::vector<uint8_t>> parts;
+        for (const GridKey &key : board()->grid->keys())
+            if (key.code != code::enter) parts.push_back(part(grid_rect(*board(), key)));
+        headless::press(KEY_BACK);
+        return parts;
+    };
+    open("text");
+    const auto plain = others();
+    buffer = "text";
+    OpenKeyboard("Title\0Accept this with everything", buffer.data(), 4, KBD_CUSTOM_ENTER_KEY,
+                 keyboard_test::answer);
+    headless::detail::settle();
+    EXPECT_TRUE(others() == plain);
 }
 
 TEST_F(ByKeys, RowsOfFewKeysAreWalkedThrough) {

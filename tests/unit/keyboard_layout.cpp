@@ -8,6 +8,8 @@
 #include <set>
 #include <sstream>
 
+#include "ground/letter_case.h"
+#include "ground/utf8.h"
 #include "internal.h"
 #include "kelvane/config.h"
 #include "kelvane/keyboard.h"
@@ -305,7 +307,7 @@ std::map<std::pair<int, int>, int> presses_from(const SelectionGrid &start) {
 
 // From wherever the last character was.
 void expect_short_ways(const Block &block, bool is_zoned) {
-    const SelectionGrid home(block, is_zoned, {2, 1, 3, 8, 32, 10, 7, 27});
+    const SelectionGrid home(block, is_zoned, {2, 1, 3, 8, 32, 10, 6, 7, 27});
     std::set<std::vector<int>> starts;
     for (const GridKey &from : home.keys()) {
         SelectionGrid start = home;
@@ -336,6 +338,14 @@ TEST(KeyboardWays, EveryKeyIsAtMostEightPressesAway) {
     expect_short_ways(holes, true);
     expect_short_ways(holes, false);
     expect_short_ways(Block{}, true);
+}
+
+// A character as a capital; itself where that takes two.
+char16_t capital(char16_t c) {
+    const std::string upper = ground::upper_case(encode({c}).c_str());
+    const char *at = upper.data(), *end = at + upper.size();
+    const auto first = static_cast<char16_t>(utf8::next(at, end));
+    return at == end ? first : c;
 }
 
 // Every letter and digit that people of a language write, small and capital.
@@ -384,6 +394,8 @@ TEST(KeyboardData, EachLayoutTypesEveryLetterOfItsLanguage) {
             for (char16_t c : alphabets.at(name)) {
                 EXPECT_TRUE(keys.contains(c)) << encode({c}) << " has no cell";
                 EXPECT_TRUE(touched.contains(c)) << encode({c}) << " has no touch key";
+                EXPECT_TRUE(keys.contains(capital(c))) << encode({c}) << " has no capital";
+                EXPECT_TRUE(touched.contains(capital(c))) << encode({c}) << " has no capital";
             }
         }
     }

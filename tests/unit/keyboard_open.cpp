@@ -135,7 +135,13 @@ TEST_F(Keyboards, TheRestOfTheScreenIsHatchedOrLeft) {
     open("text", KBD_NOHATCH);
     EXPECT_TRUE(std::equal(before.begin(), before.begin() + rows, keyboard_test::screen().begin()));
     headless::press(KEY_BACK);
-    expect_closed_with("-;-;");
+    write_file("system/themes/clear.tqt", ThemeFile("keyboard.transparent.screen=1\n").bytes());
+    OpenTheme("clear");
+    open("text");
+    EXPECT_TRUE(std::equal(before.begin(), before.begin() + rows, keyboard_test::screen().begin()))
+        << "a pixel of eight bits is not dimmed";
+    headless::press(KEY_BACK);
+    expect_closed_with("-;-;-;");
 }
 
 TEST_F(Keyboards, EnterCanBeRelabelledInvertedAndSwitchedOff) {
@@ -220,6 +226,24 @@ TEST_F(Keyboards, OpeningAnotherOneClosesTheFirst) {
     EXPECT_EQ(text(), "own");
     headless::press(KEY_OK);
     expect_closed_with("-!;own;");
+}
+
+TEST_F(Keyboards, APageThatIsDrawnLateDoesNotStayAboveTheNextOne) {
+    static char next[16] = "text";
+    open("text");
+    const irect whole = board()->place.whole;
+    const auto shown = part(whole);
+    headless::on_event([](int type, int, int) {
+        if (type == EVT_SHOW) FillArea(0, 0, ScreenWidth(), ScreenHeight(), BLACK);
+        return 0;
+    });
+    OpenKeyboard("Title", next, 9, 0, [](char *) { OpenKeyboard("Title", next, 9, 0, nullptr); });
+    headless::detail::settle();
+    EXPECT_TRUE(part(whole) == shown);
+    headless::press(KEY_OK);
+    ASSERT_EQ(IsKeyboardOpened(), 1);
+    EXPECT_TRUE(part(whole) == shown) << "opened by a callback";
+    headless::press(KEY_BACK);
 }
 
 // Whatever is closed first: nothing stays above that gives the input to a handler that is gone.

@@ -56,6 +56,15 @@ class Test : public boxes::Test {
         EXPECT_TRUE(screen() == before);
     }
     static void tap(const irect &r) { headless::tap(r.x + r.w / 2, r.y + r.h / 2); }
+    // What the screen shows in an area.
+    static std::vector<uint8_t> part(const irect &r) {
+        std::vector<uint8_t> pixels;
+        const icanvas &c = *kvstate.framebuffer;
+        for (int y = r.y; y < r.y + r.h; ++y)
+            pixels.insert(pixels.end(), c.addr + y * c.scanline + r.x,
+                          c.addr + y * c.scanline + r.x + r.w);
+        return pixels;
+    }
     // The place of a touch key or, where there is none, of a button; w 0 for neither.
     static irect place_of(uint16_t code) {
         const keyboard::Board &b = *keyboard::board();

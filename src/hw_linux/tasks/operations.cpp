@@ -118,10 +118,10 @@ int subtask_with_book(const TaskRecord &record, const char *book) {
     return is_text(record.book.data(), book) ? record.subtask : -1;
 }
 
-// Scripts, traces and recordings are this process's.
+// Scripts, traces, films and recordings are this process's, and so is its socket.
 void keep_environment() {
-    for (const char *name :
-         {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_TRACE", "KELVANE_FRAMES", "KELVANE_RECORD"})
+    for (const char *name : {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_TRACE", "KELVANE_FRAMES",
+                             "KELVANE_RECORD", "KELVANE_CONTROL", "KELVANE_FILM"})
         unsetenv(name);
 }
 

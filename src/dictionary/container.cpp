@@ -42,11 +42,17 @@ Entry Container::entry(size_t record) const {
     return {word, word + std::strlen(word) + 1};
 }
 
-bool Container::is_sorted(const Collation &collation) const {
+const char *Container::walk(size_t record) {
+    const char *const word = headword(record);
+    walked_ += read_u16(reinterpret_cast<const uint8_t *>(word - record_prefix));
+    return word;
+}
+
+bool Container::is_sorted(const Collation &collation) {
     Word before, word;
     for (size_t i = 0; i < size(); ++i, before.swap(word)) {
         word.clear();
-        collation.append(headword(i), word);
+        collation.append(walk(i), word);
         if (is_before(word, before)) return false;
     }
     return true;
@@ -58,8 +64,8 @@ size_t Container::first_not_before(WordView word, const Collation &collation) {
     if (was_searched_ && order_ == Order::unknown)
         order_ = is_sorted(collation) ? Order::sorted : Order::other;
     was_searched_ = true;
-    const auto is_before_word = [&](uint32_t place) {
-        return collation.order(bytes_ + place, word) < 0;
+    const auto is_before_word = [&](const uint32_t &place) {
+        return collation.order(walk(static_cast<size_t>(&place - records_.data())), word) < 0;
     };
     const auto found = order_ == Order::sorted
                            ? std::partition_point(records_.begin(), records_.end(), is_before_word)
@@ -71,7 +77,7 @@ Container::Found Container::find(const char *spelling, WordView word, const Coll
     size_t least = SIZE_MAX;
     Found best{size() - 1, false};
     for (size_t i = first_not_before(word, collation); i < size(); ++i) {
-        const int order = collation.order(headword(i), word);
+        const int order = collation.order(walk(i), word);
         if (order > 0) {
             if (!best.is_exact) best.record = i;
             break;

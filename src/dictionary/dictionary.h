@@ -57,7 +57,7 @@ class Dictionary {
     explicit Dictionary(file::Stream stream) : file_(std::move(stream)) {}
     void read_sections();
     Container *container(size_t number) { return cache_.open(number, file_, index_); }
-    bool is_behind(const Container &c) const;
+    bool is_behind(Container &c) const;
     std::optional<Match> search(const char *word);
     std::optional<Match> search_forms(const char *word);
 

@@ -249,6 +249,34 @@ TEST_F(HugeDictionaries, RulesThatExplodeAreTriedForAWhile) {
     File dear = bomb(std::string(16 * mib, '\0'), 26 * 26);
     dear.sections[40] = cheap.sections[40];
     EXPECT_LE(forms_tried(dear), 20); // each unpacks 16 MiB or twice that
+    // All forms lie in one container, which stays unpacked; as it is out of order, each is looked
+    // for from its beginning, through words of which the comparison drops nearly all.
+    const std::string long_word(65000, '-');
+    File walked = bomb(record("2", "") + record("1", "") +
+                       repeated(record(long_word + "3", ""), 15 * mib) + record("~", ""));
+    walked.sections[36] = File::raw(usual_collation());
+    walked.sections[40] = cheap.sections[40];
+    walked.sections[56] =
+        File::zipped(u16(static_cast<unsigned>(walked.containers[0].size())) + "1" + '\0' + u16(0));
+    EXPECT_LE(forms_tried(walked), 20);
+}
+
+// A list ends before it has turned to all of very many containers.
+TEST_F(HugeDictionaries, EmptyContainersCostSomethingToo) {
+    constexpr size_t most_turned_to = 256 * mib / 1024;
+    const auto listed = [&](size_t empty_ones) {
+        File f = file_of({{{"a", ""}}});
+        const std::string empty = packed("");
+        f.containers.insert(f.containers.begin(), repeated(empty, empty_ones * empty.size()));
+        f.sections[56] = File::zipped(
+            repeated(u16(static_cast<unsigned>(empty.size())) + '\0', empty_ones * 3) +
+            u16(static_cast<unsigned>(f.containers.back().size())) + "a" + '\0' + u16(0));
+        install(f);
+        EXPECT_EQ(OpenDictionary("words"), 1);
+        return list("");
+    };
+    EXPECT_EQ(listed(1000), "a ");
+    EXPECT_EQ(listed(most_turned_to), "");
 }
 
 // A list ends, whatever is in the file.

@@ -49,7 +49,7 @@ void Dictionary::read_sections() {
     if (const auto pairs = file_.read_section(collation_field, none)) collation_.apply(*pairs);
     if (const auto rules = file_.read_section(morphology_field, zlib))
         morphology_ = Morphology(*rules, collation_);
-    if (const auto layout = file_.read_section(keyboard_field, zlib)) keyboard_ = *layout;
+    if (auto layout = file_.read_section(keyboard_field, zlib)) keyboard_ = std::move(*layout);
     language_ = keyboard_language(keyboard_);
     if (const auto entries = file_.read_section(index_field, zlib))
         index_ = Index(*entries, file_.value(containers_field), collation_);

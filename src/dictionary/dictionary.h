@@ -50,8 +50,8 @@ class Dictionary {
     // false.
     void each_word(const char *prefix, const std::function<bool(const char *)> &put);
 
-    // The text of the layout that the dictionary brings along; may be empty.
-    ByteView keyboard() const { return keyboard_; }
+    // The text of the layout that the dictionary brings along, given away; may be empty.
+    Bytes take_keyboard() { return std::move(keyboard_); }
 
   private:
     explicit Dictionary(file::Stream stream) : file_(std::move(stream)) {}

@@ -84,7 +84,7 @@ void Morphology::Attempt::append(WordView variant) {
 }
 
 Morphology::Morphology(std::span<const uint8_t> section, const Collation &collation) {
-    text_.resize(section.size() / 2);
+    text_.resize(std::min(section.size(), most_morphology_bytes) / 2);
     for (size_t i = 0; i < text_.size(); ++i) text_[i] = read_u16(&section[2 * i]);
     WordView rest = text_;
     for (size_t strings = 0; strings < most_strings && !rest.empty() && rest[0] != 0; ++strings) {

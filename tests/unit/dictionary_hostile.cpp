@@ -191,7 +191,7 @@ class HugeDictionaries : public HostileDictionaries {
             rusage before{}, after{};
             getrusage(RUSAGE_SELF, &before);
             if (!freopen("/dev/null", "w", stderr)) return 255;
-            ask();
+            for (int times = 0; times < 2; ++times) ask();
             getrusage(RUSAGE_SELF, &after);
             return static_cast<int>(std::min(254L, (after.ru_maxrss - before.ru_maxrss) / 1024));
         });
@@ -211,6 +211,15 @@ TEST_F(HugeDictionaries, CostLittleMemory) {
     rules.sections[40] = File::zipped(wide("~" + repeated("a/", 8 * mib - 4) + "=") + u16(0));
     File kinds = many_words;
     kinds.sections[40] = File::zipped(repeated(wide("~=") + u16(0), 16 * mib));
+    // All at once: as many records and words of a list as there may be, and the largest sections.
+    File everything = bomb(repeated(record("dog456789012345", ""), 16 * mib), 9);
+    std::string index;
+    for (const std::string &c : everything.containers)
+        index += u16(static_cast<unsigned>(c.size())) + "dog" + '\0';
+    everything.sections[36] = File::raw(std::string(16 * mib - 4, '\0'));
+    everything.sections[40] = rules.sections[40];
+    everything.sections[44] = File::zipped("EN: English\n" + std::string(15 * mib, 'k'));
+    everything.sections[56] = File::zipped(index + repeated(u16(1) + '\0', 15 * mib) + u16(0));
     const std::pair<const char *, File> cases[] = {
         {"records", bomb(small_records, 9)},
         {"records of one word", bomb(repeated(record("dog", ""), 16 * mib), 9)},
@@ -220,6 +229,7 @@ TEST_F(HugeDictionaries, CostLittleMemory) {
         {"a word of the index", long_word},
         {"patterns", rules},
         {"rules", kinds},
+        {"everything", everything},
     };
     constexpr long buffers = 4 * 16, beyond = 64;
     for (const auto &[name, file] : cases) {

@@ -20,6 +20,14 @@ bool is_whole(std::span<const uint8_t> record) {
     return end[-1] == 0 || std::memchr(nul, 0, static_cast<size_t>(end - nul));
 }
 
+// The length of the record at the front; 0 when none is whole there.
+size_t first_record(std::span<const uint8_t> bytes) {
+    if (bytes.size() < smallest_record) return 0;
+    const size_t length = read_u16(bytes.data());
+    const bool is_inside = length >= smallest_record && length <= bytes.size();
+    return is_inside && is_whole(bytes.subspan(record_prefix, length - record_prefix)) ? length : 0;
+}
+
 } // namespace
 
 void Container::read(std::span<uint8_t> bytes) {
@@ -27,14 +35,14 @@ void Container::read(std::span<uint8_t> bytes) {
     order_ = Order::unknown;
     was_searched_ = false;
     records_.clear();
-    for (size_t at = 0; bytes.size() - at >= smallest_record && size() < most_records;) {
-        const size_t length = read_u16(&bytes[at]);
-        if (length < smallest_record || length > bytes.size() - at ||
-            !is_whole(bytes.subspan(at + record_prefix, length - record_prefix)))
-            return;
-        records_.push_back(static_cast<uint32_t>(at + record_prefix));
-        at += length;
+    std::span<const uint8_t> rest = bytes;
+    while (size() < most_records) {
+        const size_t length = first_record(rest);
+        if (length == 0) break;
+        records_.push_back(static_cast<uint32_t>(rest.data() - bytes.data() + record_prefix));
+        rest = rest.subspan(length);
     }
+    is_damaged_ = rest.size() == 1 || (rest.size() >= record_prefix && read_u16(rest.data()) != 0);
 }
 
 Entry Container::entry(size_t record) const {

@@ -24,6 +24,8 @@ class Container {
     void read(std::span<uint8_t> bytes);
 
     size_t size() const { return records_.size(); }
+    // Whether bytes remain behind the last record that are not the end of a container.
+    bool is_damaged() const { return is_damaged_; }
     Entry entry(size_t record) const;
     char *headword(size_t record) const { return bytes_ + records_[record]; }
     // The same, for who compares it: its record counts as walked over.
@@ -50,7 +52,7 @@ class Container {
     char *bytes_ = nullptr;
     std::vector<uint32_t> records_; // where the headwords are
     Order order_ = Order::unknown;
-    bool was_searched_ = false;
+    bool was_searched_ = false, is_damaged_ = false;
     uint64_t walked_ = 0;
 };
 

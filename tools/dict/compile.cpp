@@ -92,8 +92,12 @@ const char *text_of(Reason reason) {
         return "has characters above U+FFFF";
     case Reason::not_utf8:
         return "is not UTF-8";
+    case Reason::word_too_long:
+        return "is longer than 4 KiB";
     case Reason::too_large:
         return "its article is too large";
+    case Reason::no_room:
+        return "has no room beside words that compare equal";
     case Reason::repeated:
         return "is there twice";
     }

@@ -70,9 +70,11 @@ void Morphology::Attempt::append(WordView variant) {
     std::vector<Taken> left = taken;
     while (!variant.empty()) {
         const auto number = class_at(variant);
-        const auto same = std::find_if(left.begin(), left.end(),
-                                       [&](const Taken &t) { return t.number == number; });
-        if (number && same != left.end()) {
+        const auto same =
+            !number ? left.end() : std::find_if(left.begin(), left.end(), [&](const Taken &t) {
+                return t.number == *number;
+            });
+        if (same != left.end()) {
             form.push_back(same->character);
             left.erase(same);
             variant = variant.subspan(2);

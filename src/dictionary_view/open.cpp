@@ -63,6 +63,12 @@ int open(const char *word, const irect *where) {
     });
 }
 
+// What the view has opened above itself. A dialog of the application stays.
+void close_above(const View &v) {
+    if (v.has_keyboard && keyboard::has_input()) CloseKeyboard();
+    if (v.has_menu && GetEventHandler() == menus::menu_handler) CloseContextMenu();
+}
+
 enum class After { update, nothing };
 
 void close_top(After after) {
@@ -127,6 +133,6 @@ void CloseControlledDictionaryView(int id) {
     View *v = view();
     if (!v || v->id != id || id == 0) return;
     v->is_to_close = true;
-    v->taken.close_above();
+    close_above(*v);
     if (view() == v && GetEventHandler() == view_handler) close_view();
 }

@@ -169,8 +169,9 @@ std::string do_next_action(Job &job) {
     return perform(action, asker) ? "" : "error: this file cannot be written: " + action.file;
 }
 
+// And to be seen, where the panel takes its time.
 bool is_updated(const Job &job) {
-    return job.awaited_update > 0 && updates_traced() >= job.awaited_update;
+    return job.awaited_update > 0 && updates_traced() >= job.awaited_update && !hw_update_busy();
 }
 
 // The answer when the job is done. Nobody waits with a client that has left: what it pressed is let

@@ -34,17 +34,11 @@ enum class Flash { no, yes };
 
 // A task that is not in front draws in its framebuffer and shows nothing.
 int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
+    const char *cause = std::exchange(update_cause, "");
     if (!hw::tasks::is_in_front()) return hw::emulated().update_answer;
-    hw::UpdateRecord update{hw::number_update(),
-                            kind,
-                            std::exchange(update_cause, ""),
-                            hw_boottime_ms(),
-                            area.x,
-                            area.y,
-                            area.w,
-                            area.h,
-                            mode,
-                            dynamic_switch};
+    hw::UpdateRecord update{
+        hw::number_update(), kind, cause, hw_boottime_ms(), area.x, area.y, area.w, area.h, mode,
+        dynamic_switch};
     hw::begin_update(update);
     const int times = flash == Flash::yes ? 2 : 1;
     for (int i = 0; i < times; ++i)

@@ -107,7 +107,7 @@ bool is_about_dictionary(std::string_view word) {
 
 fs::path articles_of(const fs::path &index) {
     for (const char *extension : {".dict.dz", ".dict"})
-        if (const fs::path path = fs::path(index).replace_extension(extension); fs::exists(path))
+        if (fs::path path = fs::path(index).replace_extension(extension); fs::exists(path))
             return path;
     throw std::runtime_error(index.string() + ": there is no .dict.dz or .dict beside it");
 }

@@ -83,7 +83,7 @@ void compare(const Case &one, const fs::path &folder, Result &result) {
         const fs::path difference = folder / ("difference-" + frame);
         const std::string wrong =
             compare_pictures(one.expected / frame, folder / frame, difference);
-        if (!wrong.empty()) result.faults.push_back(frame + ": " + wrong);
+        if (!wrong.empty()) result.faults.push_back(std::string(frame).append(": ").append(wrong));
     }
     for (const std::string &frame : one.frames)
         if (frame.find('/') != std::string::npos || !frame.ends_with(".png"))
@@ -156,7 +156,7 @@ std::string Devices::make(const std::vector<std::string> &options, const fs::pat
     if (!kinds_.contains(options)) {
         const fs::path made = place_ / (".device-" + std::to_string(kinds_.size()));
         fs::remove_all(made); // of an earlier run, with other options perhaps
-        if (const std::string wrong = make_kind(options, made); !wrong.empty()) return wrong;
+        if (std::string wrong = make_kind(options, made); !wrong.empty()) return wrong;
         kinds_[options] = made;
     }
     const fs::path &kind = kinds_[options];

@@ -21,6 +21,7 @@ constexpr int cannot_start = 127;
 
 std::vector<char *> pointers(const std::vector<std::string> &words) {
     std::vector<char *> all;
+    all.reserve(words.size() + 1);
     for (const std::string &word : words) all.push_back(const_cast<char *>(word.c_str()));
     all.push_back(nullptr);
     return all;

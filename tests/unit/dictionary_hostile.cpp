@@ -219,7 +219,8 @@ TEST_F(HugeDictionaries, CostLittleMemory) {
     everything.sections[36] = File::raw(std::string(16 * mib - 4, '\0'));
     everything.sections[40] = rules.sections[40];
     everything.sections[44] = File::zipped("EN: English\n" + std::string(15 * mib, 'k'));
-    everything.sections[56] = File::zipped(index + repeated(u16(1) + '\0', 15 * mib) + u16(0));
+    everything.sections[56] =
+        File::zipped(index + repeated(u16(1) + "e" + '\0', 15 * mib) + u16(0));
     const std::pair<const char *, File> cases[] = {
         {"records", bomb(small_records, 9)},
         {"records of one word", bomb(repeated(record("dog", ""), 16 * mib), 9)},

@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <numeric>
 
 namespace dictionary {
 namespace {
 
 // Behind the bytes of a container: as a length, they end it; in a text, they end that.
 constexpr size_t spare_bytes = 2;
+
+// What it costs to turn to a container, in bytes: also an empty one is asked of the file.
+constexpr uint64_t turning_to_one = 1 << 10;
 
 } // namespace
 
@@ -31,8 +35,15 @@ Container *Cache::open(size_t number, File &file, const Index &index) {
     return &slot.container;
 }
 
+uint64_t Cache::searched() const {
+    return std::accumulate(
+        slots_.begin(), slots_.end(), unpacked_,
+        [](uint64_t sum, const Slot &slot) { return sum + slot.container.walked(); });
+}
+
 bool Cache::fill(Slot &slot, size_t number, File &file, const Index &index) {
     slot.number = none;
+    unpacked_ += turning_to_one + index.packed_size(number);
     packed_.resize(index.packed_size(number));
     if (!file.read(index.offset(number), packed_)) {
         std::fprintf(stderr, "error reading container %zu\n", number);

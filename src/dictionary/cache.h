@@ -23,8 +23,10 @@ class Cache {
     // stays until four others were opened. Throws bad_alloc.
     Container *open(size_t number, File &file, const Index &index);
 
-    // How many bytes were unpacked until now.
+    // What the containers have cost until now, in bytes that were read and unpacked.
     uint64_t unpacked() const { return unpacked_; }
+    // The same, with those that were walked over in search of words.
+    uint64_t searched() const;
 
   private:
     static constexpr size_t none = SIZE_MAX;

@@ -20,6 +20,14 @@ bool is_whole(std::span<const uint8_t> record) {
     return end[-1] == 0 || std::memchr(nul, 0, static_cast<size_t>(end - nul));
 }
 
+// The length of the record at the front; 0 when none is whole there.
+size_t first_record(std::span<const uint8_t> bytes) {
+    if (bytes.size() < smallest_record) return 0;
+    const size_t length = read_u16(bytes.data());
+    const bool is_inside = length >= smallest_record && length <= bytes.size();
+    return is_inside && is_whole(bytes.subspan(record_prefix, length - record_prefix)) ? length : 0;
+}
+
 } // namespace
 
 void Container::read(std::span<uint8_t> bytes) {
@@ -27,14 +35,14 @@ void Container::read(std::span<uint8_t> bytes) {
     order_ = Order::unknown;
     was_searched_ = false;
     records_.clear();
-    for (size_t at = 0; bytes.size() - at >= smallest_record && size() < most_records;) {
-        const size_t length = read_u16(&bytes[at]);
-        if (length < smallest_record || length > bytes.size() - at ||
-            !is_whole(bytes.subspan(at + record_prefix, length - record_prefix)))
-            return;
-        records_.push_back(static_cast<uint32_t>(at + record_prefix));
-        at += length;
+    std::span<const uint8_t> rest = bytes;
+    while (size() < most_records) {
+        const size_t length = first_record(rest);
+        if (length == 0) break;
+        records_.push_back(static_cast<uint32_t>(rest.data() - bytes.data() + record_prefix));
+        rest = rest.subspan(length);
     }
+    is_damaged_ = rest.size() == 1 || (rest.size() >= record_prefix && read_u16(rest.data()) != 0);
 }
 
 Entry Container::entry(size_t record) const {
@@ -42,11 +50,17 @@ Entry Container::entry(size_t record) const {
     return {word, word + std::strlen(word) + 1};
 }
 
-bool Container::is_sorted(const Collation &collation) const {
+const char *Container::walk(size_t record) {
+    const char *const word = headword(record);
+    walked_ += read_u16(reinterpret_cast<const uint8_t *>(word - record_prefix));
+    return word;
+}
+
+bool Container::is_sorted(const Collation &collation) {
     Word before, word;
     for (size_t i = 0; i < size(); ++i, before.swap(word)) {
         word.clear();
-        collation.append(headword(i), word);
+        collation.append(walk(i), word);
         if (is_before(word, before)) return false;
     }
     return true;
@@ -58,8 +72,8 @@ size_t Container::first_not_before(WordView word, const Collation &collation) {
     if (was_searched_ && order_ == Order::unknown)
         order_ = is_sorted(collation) ? Order::sorted : Order::other;
     was_searched_ = true;
-    const auto is_before_word = [&](uint32_t place) {
-        return collation.order(bytes_ + place, word) < 0;
+    const auto is_before_word = [&](const uint32_t &place) {
+        return collation.order(walk(static_cast<size_t>(&place - records_.data())), word) < 0;
     };
     const auto found = order_ == Order::sorted
                            ? std::partition_point(records_.begin(), records_.end(), is_before_word)
@@ -71,7 +85,7 @@ Container::Found Container::find(const char *spelling, WordView word, const Coll
     size_t least = SIZE_MAX;
     Found best{size() - 1, false};
     for (size_t i = first_not_before(word, collation); i < size(); ++i) {
-        const int order = collation.order(headword(i), word);
+        const int order = collation.order(walk(i), word);
         if (order > 0) {
             if (!best.is_exact) best.record = i;
             break;

@@ -13,8 +13,8 @@
 namespace dictionary {
 namespace {
 
-// What may be unpacked for the forms of one word, and for one list of words. Only files that were
-// made to hurt reach these.
+// What may be unpacked and walked over for the forms of one word, and unpacked for one list of
+// words. Only files that were made to hurt reach these.
 constexpr uint64_t most_for_forms = 64 << 20, most_for_list = 256 << 20;
 
 std::string to_utf8(WordView word) {
@@ -49,7 +49,7 @@ void Dictionary::read_sections() {
     if (const auto pairs = file_.read_section(collation_field, none)) collation_.apply(*pairs);
     if (const auto rules = file_.read_section(morphology_field, zlib))
         morphology_ = Morphology(*rules, collation_);
-    if (const auto layout = file_.read_section(keyboard_field, zlib)) keyboard_ = *layout;
+    if (auto layout = file_.read_section(keyboard_field, zlib)) keyboard_ = std::move(*layout);
     language_ = keyboard_language(keyboard_);
     if (const auto entries = file_.read_section(index_field, zlib))
         index_ = Index(*entries, file_.value(containers_field), collation_);
@@ -77,20 +77,20 @@ std::optional<Match> Dictionary::find_form(const char *word) {
 std::optional<Match> Dictionary::search_forms(const char *word) {
     std::optional<Match> best = search(word);
     if (best && best->is_exact) return best;
-    const uint64_t limit = cache_.unpacked() + most_for_forms;
+    const uint64_t limit = cache_.searched() + most_for_forms;
     morphology_.try_forms(collation_.without_dropped(word), collation_, [&](WordView form) {
         const std::string text = to_utf8(form);
         report_search(text.c_str());
         const auto match = search(text.c_str());
         if (match && (!best || match->is_exact)) best = match;
-        return (match && match->is_exact) || cache_.unpacked() > limit;
+        return (match && match->is_exact) || cache_.searched() > limit;
     });
     return best;
 }
 
 // Whether the word that is searched comes after all of a container.
-bool Dictionary::is_behind(const Container &c) const {
-    return c.size() == 0 || collation_.order(c.headword(c.size() - 1), collated_) < 0;
+bool Dictionary::is_behind(Container &c) const {
+    return c.size() == 0 || collation_.order(c.walk(c.size() - 1), collated_) < 0;
 }
 
 std::optional<Match> Dictionary::search(const char *word) {
@@ -103,7 +103,7 @@ std::optional<Match> Dictionary::search(const char *word) {
     if (!c || c->size() == 0) return std::nullopt;
     const auto [record, is_exact] = c->find(word, collated_, collation_);
     const WordView first = WordView(collated_).first(1);
-    if (collation_.start_order(c->headword(record), first) != 0) return std::nullopt;
+    if (collation_.start_order(c->walk(record), first) != 0) return std::nullopt;
     return Match{{number, record}, is_exact};
 }
 

@@ -50,14 +50,14 @@ class Dictionary {
     // false.
     void each_word(const char *prefix, const std::function<bool(const char *)> &put);
 
-    // The text of the layout that the dictionary brings along; may be empty.
-    ByteView keyboard() const { return keyboard_; }
+    // The text of the layout that the dictionary brings along, given away; may be empty.
+    Bytes take_keyboard() { return std::move(keyboard_); }
 
   private:
     explicit Dictionary(file::Stream stream) : file_(std::move(stream)) {}
     void read_sections();
     Container *container(size_t number) { return cache_.open(number, file_, index_); }
-    bool is_behind(const Container &c) const;
+    bool is_behind(Container &c) const;
     std::optional<Match> search(const char *word);
     std::optional<Match> search_forms(const char *word);
 

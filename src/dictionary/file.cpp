@@ -102,7 +102,11 @@ std::optional<Bytes> File::read_section(Field field, Packing packing) {
         std::fprintf(stderr, "error reading section %02x\n", field);
         return std::nullopt;
     }
-    if (packing == Packing::none) return Bytes(data.begin(), data.begin() + announced);
+    if (packing == Packing::none) {
+        stored.erase(stored.begin(), stored.begin() + section_prefix);
+        stored.resize(announced);
+        return stored;
+    }
     Bytes unpacked(announced);
     if (unpack(data, unpacked) == announced) return unpacked;
     std::fprintf(stderr, "error decompressing section %02x\n", field);

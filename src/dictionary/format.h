@@ -40,6 +40,8 @@ inline constexpr size_t most_records = 1 << 20; // of a container; what lies beh
 // An entry of the index: the bytes of a container, and its first headword with a NUL. A size of 0
 // ends the index.
 inline constexpr size_t largest_packed_container = 0xFFFF;
+// What these sections have behind so many bytes is not there: in memory they are larger.
+inline constexpr size_t most_index_bytes = 4 << 20, most_morphology_bytes = 2 << 20;
 
 constexpr uint16_t read_u16(const uint8_t *bytes) {
     return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);

@@ -40,6 +40,7 @@ uint32_t saturated_sum(uint32_t a, uint16_t b) {
 } // namespace
 
 Index::Index(std::span<const uint8_t> section, uint32_t start, const Collation &collation) {
+    section = section.first(std::min(section.size(), most_index_bytes));
     const size_t count = count_entries(section);
     if (count == 0) return;
     entries_.reserve(count + 1);

@@ -70,9 +70,11 @@ void Morphology::Attempt::append(WordView variant) {
     std::vector<Taken> left = taken;
     while (!variant.empty()) {
         const auto number = class_at(variant);
-        const auto same = std::find_if(left.begin(), left.end(),
-                                       [&](const Taken &t) { return t.number == number; });
-        if (number && same != left.end()) {
+        const auto same =
+            !number ? left.end() : std::find_if(left.begin(), left.end(), [&](const Taken &t) {
+                return t.number == *number;
+            });
+        if (same != left.end()) {
             form.push_back(same->character);
             left.erase(same);
             variant = variant.subspan(2);
@@ -84,7 +86,7 @@ void Morphology::Attempt::append(WordView variant) {
 }
 
 Morphology::Morphology(std::span<const uint8_t> section, const Collation &collation) {
-    text_.resize(section.size() / 2);
+    text_.resize(std::min(section.size(), most_morphology_bytes) / 2);
     for (size_t i = 0; i < text_.size(); ++i) text_[i] = read_u16(&section[2 * i]);
     WordView rest = text_;
     for (size_t strings = 0; strings < most_strings && !rest.empty() && rest[0] != 0; ++strings) {

@@ -37,10 +37,12 @@ struct Results {
 // Never destroyed: an application may ask while it ends.
 std::unique_ptr<Opened> &current_dictionary = *new std::unique_ptr<Opened>;
 
-bool open(const char *name) {
-    const std::string path = find_path(name);
+// The one before is closed first: the memory of two is more than an application may expect.
+bool open(const std::string &name) {
+    CloseDictionary();
+    const std::string path = find_path(name.c_str());
     if (path.empty()) {
-        std::fprintf(stderr, "dictionary '%s' not found\n", name);
+        std::fprintf(stderr, "dictionary '%s' not found\n", name.c_str());
         return false;
     }
     file::Stream stream = file::open_plain(path.c_str());
@@ -50,7 +52,7 @@ bool open(const char *name) {
     }
     auto dictionary = Dictionary::open(std::move(stream));
     if (!dictionary) return false;
-    put_keyboard(dictionary->keyboard());
+    put_keyboard(dictionary->take_keyboard());
     current_dictionary.reset(new Opened{name_of(path), std::move(dictionary)});
     return true;
 }
@@ -94,8 +96,11 @@ Opened *opened() {
 using namespace dictionary;
 
 int OpenDictionary(const char *name) {
-    const std::unique_ptr<Opened> before = std::move(current_dictionary); // may own the name
-    return ground::guarded(0, [&] { return name && open(name) ? 1 : 0; });
+    return ground::guarded(0, [&] {
+        if (name) return open(name) ? 1 : 0; // a copy: the name may lie in the one that is closed
+        CloseDictionary();
+        return 0;
+    });
 }
 
 void CloseDictionary() {

@@ -60,10 +60,10 @@ int box_handler(int type, int par1, int par2);
 // Only the word itself, or a form of it, is what the reader wants to know.
 std::vector<Paragraph> find(FastBox &box, const char *word) {
     char *headword = nullptr, *translation = nullptr;
-    const bool is_asked = word && *word;
-    const int found = is_asked ? LookupWord(word, &headword, &translation)
-                               : LookupCurrent(&headword, &translation);
-    box.asked = is_asked ? word : headword;
+    box.asked = word ? word : ""; // it may lie in a container
+    const int found = box.asked.empty() ? LookupCurrent(&headword, &translation)
+                                        : LookupWord(box.asked.c_str(), &headword, &translation);
+    if (box.asked.empty()) box.asked = headword;
     if (found == DICT_EXACT) return read_article(headword, translation);
     return {{Kind::headword, "", box.asked, false},
             {Kind::plain, "", GetLangText("@DicNotFound"), false}};

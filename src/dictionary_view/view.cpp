@@ -114,10 +114,16 @@ void offer_dictionaries(View &v) {
     OpenMenu(v.items.data(), selected, tool.x, v.place.body.y, dictionary_chosen);
 }
 
+// It may be one of another dictionary, which an application has opened meanwhile.
 void show_word(View &v) {
     show_article(v);
-    draw_body(v);
-    update(v.place.body);
+    if (v.name == open_name()) {
+        draw_body(v);
+        return update(v.place.body);
+    }
+    v.name = open_name();
+    draw_view(v);
+    update(v.place.whole);
 }
 
 bool turn_page(View &v, Direction direction) {
@@ -145,11 +151,11 @@ void lay_out(View &v) {
 }
 
 void find(View &v, const char *word) {
-    const bool is_asked = word && *word;
-    const bool is_found = !is_asked || LookupWord(word, nullptr, nullptr) != DICT_NONE;
+    const std::string asked = word ? word : ""; // it may lie in a container
+    const bool is_found = asked.empty() || LookupWord(asked.c_str(), nullptr, nullptr) != DICT_NONE;
     lay_out(v);
     if (is_found) return;
-    v.article.set(word, GetLangText("@DicNotFound"));
+    v.article.set(asked, GetLangText("@DicNotFound"));
     v.article.lay_out(v.look, v.place.article);
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "dictionary_view/choice.h"
 #include "kelvane/dictionary.h"
 
 namespace dictionary_view {
@@ -32,11 +33,17 @@ std::vector<std::string> gather(Direction direction, int count) {
 
 } // namespace
 
-// The dictionary's current word is the selected one again.
-void Words::hold() {
+// The dictionary's current word is the selected one again. False when that is not there any more,
+// as another dictionary is open, or none: then the list is a new one.
+bool Words::hold() {
     char *headword = nullptr;
-    if (LookupCurrent(&headword, nullptr) != DICT_NONE && headword_ == headword) return;
-    LookupWordExact(headword_.c_str(), nullptr, nullptr);
+    const bool is_same = dictionary_ == open_name();
+    const bool is_current = LookupCurrent(&headword, nullptr) != DICT_NONE && headword_ == headword;
+    const bool is_found =
+        is_current || LookupWordExact(headword_.c_str(), nullptr, nullptr) != DICT_NONE;
+    if (is_same && is_found) return true;
+    fill(rows_);
+    return false;
 }
 
 // Returns how many steps there were.
@@ -80,6 +87,7 @@ void Words::fill_with(int before) {
 
 void Words::fill(int rows) {
     rows_ = std::max(rows, 1);
+    dictionary_ = open_name();
     headword_.clear();
     translation_.clear();
     fill_with(std::min(rows_before, (rows_ - 1) / 2));
@@ -88,7 +96,7 @@ void Words::fill(int rows) {
 bool Words::step(Direction direction) {
     const int row = selected_ + static_cast<int>(direction);
     if (select(row)) return true;
-    hold();
+    if (!hold()) return true;
     if (move(direction, 1) == 0) return false;
     fill_with(direction == Direction::back ? rows_ - 1 : 0);
     return true;
@@ -97,7 +105,7 @@ bool Words::step(Direction direction) {
 bool Words::turn(Direction direction) {
     const int count = static_cast<int>(shown_.size());
     const int steps = direction == Direction::forward ? count - selected_ : selected_ + rows_;
-    hold();
+    if (!hold()) return true;
     if (move(direction, steps) == 0) return false;
     fill_with(0);
     return true;
@@ -105,7 +113,7 @@ bool Words::turn(Direction direction) {
 
 bool Words::select(int row) {
     if (row < 0 || row >= static_cast<int>(shown_.size())) return false;
-    hold();
+    if (!hold()) return true;
     walk(selected_, row);
     selected_ = row;
     keep_current();

@@ -10,7 +10,8 @@ namespace dictionary_view {
 enum class Direction { back = -1, forward = 1 };
 
 // Steps through the dictionary from word to word, so that equal headwords stay apart. What someone
-// else looks up meanwhile does no harm.
+// else looks up meanwhile does no harm; when another dictionary is open, the list becomes one of
+// it.
 class Words {
   public:
     // A list of so many rows, in which the dictionary's current word is selected, in one of the
@@ -32,13 +33,14 @@ class Words {
     const std::string &translation() const { return translation_; }
 
   private:
-    void hold();
+    bool hold();
     int move(Direction direction, int steps);
     void walk(int from, int to);
     void fill_with(int before);
     void keep_current();
 
     std::vector<std::string> shown_;
+    std::string dictionary_; // whose words these are
     std::string headword_, translation_;
     int rows_ = 0, selected_ = 0;
 };

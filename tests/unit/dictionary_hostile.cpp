@@ -183,15 +183,15 @@ class HugeDictionaries : public HostileDictionaries {
         while (all.size() + text.size() <= size) all += text;
         return all;
     }
-    // Peak of the memory of a process that asks for everything, over that of one that does nothing,
-    // in MiB.
-    static long mib_needed(const std::string &bytes) {
+    // Peak of the memory of a process that asks for everything so many times, over that of one that
+    // does nothing, in MiB.
+    static long mib_needed(const std::string &bytes, int times) {
         write_file("system/dictionaries/words.dic", bytes);
-        return in_child([] {
+        return in_child([times] {
             rusage before{}, after{};
             getrusage(RUSAGE_SELF, &before);
             if (!freopen("/dev/null", "w", stderr)) return 255;
-            ask();
+            for (int i = 0; i < times; ++i) ask();
             getrusage(RUSAGE_SELF, &after);
             return static_cast<int>(std::min(254L, (after.ru_maxrss - before.ru_maxrss) / 1024));
         });
@@ -211,6 +211,16 @@ TEST_F(HugeDictionaries, CostLittleMemory) {
     rules.sections[40] = File::zipped(wide("~" + repeated("a/", 8 * mib - 4) + "=") + u16(0));
     File kinds = many_words;
     kinds.sections[40] = File::zipped(repeated(wide("~=") + u16(0), 16 * mib));
+    // All at once: as many records and words of a list as there may be, and the largest sections.
+    File everything = bomb(repeated(record("dog456789012345", ""), 16 * mib), 9);
+    std::string index;
+    for (const std::string &c : everything.containers)
+        index += u16(static_cast<unsigned>(c.size())) + "dog" + '\0';
+    everything.sections[36] = File::raw(std::string(16 * mib - 4, '\0'));
+    everything.sections[40] = rules.sections[40];
+    everything.sections[44] = File::zipped("EN: English\n" + std::string(15 * mib, 'k'));
+    everything.sections[56] =
+        File::zipped(index + repeated(u16(1) + "e" + '\0', 15 * mib) + u16(0));
     const std::pair<const char *, File> cases[] = {
         {"records", bomb(small_records, 9)},
         {"records of one word", bomb(repeated(record("dog", ""), 16 * mib), 9)},
@@ -223,10 +233,12 @@ TEST_F(HugeDictionaries, CostLittleMemory) {
     };
     constexpr long buffers = 4 * 16, beyond = 64;
     for (const auto &[name, file] : cases) {
-        const long needed = mib_needed(file.bytes());
+        const long needed = mib_needed(file.bytes(), 1);
         EXPECT_GE(needed, 0) << name;
         EXPECT_LE(needed, buffers + beyond) << name;
     }
+    const long needed = mib_needed(everything.bytes(), 2);
+    EXPECT_LE(needed, buffers + beyond);
 }
 
 // Rules that match everything, a thousand times a thousand of them, each of whose forms lies in
@@ -249,6 +261,34 @@ TEST_F(HugeDictionaries, RulesThatExplodeAreTriedForAWhile) {
     File dear = bomb(std::string(16 * mib, '\0'), 26 * 26);
     dear.sections[40] = cheap.sections[40];
     EXPECT_LE(forms_tried(dear), 20); // each unpacks 16 MiB or twice that
+    // All forms lie in one container, which stays unpacked; as it is out of order, each is looked
+    // for from its beginning, through words of which the comparison drops nearly all.
+    const std::string long_word(65000, '-');
+    File walked = bomb(record("2", "") + record("1", "") +
+                       repeated(record(long_word + "3", ""), 15 * mib) + record("~", ""));
+    walked.sections[36] = File::raw(usual_collation());
+    walked.sections[40] = cheap.sections[40];
+    walked.sections[56] =
+        File::zipped(u16(static_cast<unsigned>(walked.containers[0].size())) + "1" + '\0' + u16(0));
+    EXPECT_LE(forms_tried(walked), 20);
+}
+
+// A list ends before it has turned to all of very many containers.
+TEST_F(HugeDictionaries, EmptyContainersCostSomethingToo) {
+    constexpr size_t most_turned_to = 256 * mib / 1024;
+    const auto listed = [&](size_t empty_ones) {
+        File f = file_of({{{"a", ""}}});
+        const std::string empty = packed("");
+        f.containers.insert(f.containers.begin(), repeated(empty, empty_ones * empty.size()));
+        f.sections[56] = File::zipped(
+            repeated(u16(static_cast<unsigned>(empty.size())) + '\0', empty_ones * 3) +
+            u16(static_cast<unsigned>(f.containers.back().size())) + "a" + '\0' + u16(0));
+        install(f);
+        EXPECT_EQ(OpenDictionary("words"), 1);
+        return list("");
+    };
+    EXPECT_EQ(listed(1000), "a ");
+    EXPECT_EQ(listed(most_turned_to), "");
 }
 
 // A list ends, whatever is in the file.

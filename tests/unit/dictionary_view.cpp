@@ -198,6 +198,38 @@ TEST_F(DictionaryView, AWordThatIsNotThereIsToldOf) {
     EXPECT_EQ(view().article.paragraphs().front().text, "zebra");
     EXPECT_EQ(told.text, GetLangText("@DicNotFound"));
     EXPECT_EQ(word(), "w06");
+    // What is asked may lie where the dictionary then unpacks other words.
+    write_dictionary("Many", numbered(40));
+    ASSERT_EQ(OpenDictionary("Many"), 1);
+    char *translation = nullptr;
+    LookupWord("w00", nullptr, &translation);
+    OpenDictionaryView(translation, &upper);
+    EXPECT_EQ(view().article.paragraphs().front().text, "meaning 0");
+    headless::press(KEY_BACK);
+    expect_closed();
+}
+
+TEST_F(DictionaryView, WordsOfAnotherDictionaryThatIsOpenAreListed) {
+    write_dictionary("Letters", {{"a", "first"}, {"b", "second"}});
+    write_dictionary("Numbers", numbered(40));
+    ASSERT_EQ(OpenDictionary("Numbers"), 1);
+    OpenDictionaryView("w20", &upper);
+    LookupWord("w30", nullptr, nullptr); // does no harm
+    headless::press(KEY_DOWN);
+    EXPECT_EQ(word(), "w21");
+    const std::vector<std::string> letters = {"a", "b"};
+    ASSERT_EQ(OpenDictionary("Letters"), 1);
+    headless::press(KEY_DOWN);
+    EXPECT_EQ(view().words.shown(), letters);
+    EXPECT_EQ(view().name, "Letters");
+    headless::press(KEY_DOWN);
+    EXPECT_EQ(word(), "b");
+    CloseDictionary();
+    for (const int key : {KEY_UP, KEY_NEXT, KEY_DOWN}) {
+        headless::press(key);
+        EXPECT_EQ(word(), "");
+        EXPECT_TRUE(view().words.shown().empty());
+    }
     headless::press(KEY_BACK);
     expect_closed();
 }

@@ -38,6 +38,8 @@ class Checker {
     }
 
     void visit(size_t number, Container *c) {
+        if (c && c->is_damaged())
+            fault(number, "is damaged behind record " + std::to_string(c->size()));
         if (!c || c->size() == 0) return fault(number, c ? "has no words" : "cannot be unpacked");
         words_ += c->size();
         Word first = contents_.collation.collate(c->headword(0));

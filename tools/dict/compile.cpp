@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 #include "commands.h"
+#include "ground/fold.h"
+#include "letters.h"
 #include "printable.h"
 #include "sides.h"
 #include "sources.h"
@@ -31,13 +33,29 @@ fs::path own_file(const char *folder, const std::string &language, const char *e
     return fs::exists(path) ? path : fs::path();
 }
 
+bool is_known(const std::string &language) {
+    return has_own_letters(language) || !own_file("morphology", language, ".txt").empty() ||
+           !own_file("keyboard", language, ".kbd").empty();
+}
+
+// The options with their language in small letters, as all of ours are.
+CompileOptions with_language(CompileOptions o) {
+    o.language = ground::folded(o.language);
+    if (!o.language.empty() && !is_known(o.language))
+        std::fprintf(
+            stderr,
+            "kelvane-dict: %s: this language has no letters, forms or keyboard of its own\n",
+            printable(o.language).c_str());
+    return o;
+}
+
 // The side file that is asked for, by its path or a language, or that of the dictionary's language;
 // empty for none.
 fs::path side_file(const std::optional<std::string> &asked, const char *folder,
                    const std::string &language, const char *extension) {
     if (asked == none) return {};
     if (asked && fs::exists(*asked)) return *asked;
-    const fs::path own = own_file(folder, asked.value_or(language), extension);
+    const fs::path own = own_file(folder, ground::folded(asked.value_or(language)), extension);
     return own.empty() && asked ? fs::path(*asked) : own;
 }
 
@@ -74,8 +92,12 @@ const char *text_of(Reason reason) {
         return "has characters above U+FFFF";
     case Reason::not_utf8:
         return "is not UTF-8";
+    case Reason::word_too_long:
+        return "is longer than 4 KiB";
     case Reason::too_large:
         return "its article is too large";
+    case Reason::no_room:
+        return "has no room beside words that compare equal";
     case Reason::repeated:
         return "is there twice";
     }
@@ -123,7 +145,8 @@ fs::path default_out(const fs::path &source) {
 
 } // namespace
 
-int compile(const CompileOptions &o) {
+int compile(const CompileOptions &options) {
+    const CompileOptions o = with_language(options);
     Mistakes mistakes;
     const Sides sides = read_sides(o, mistakes);
     print(mistakes);

@@ -16,35 +16,15 @@ namespace {
 struct OwnLetters {
     std::string_view language, letters;
 };
-constexpr OwnLetters own_letters[] = {{"be", "йў"},
-                                      {"bg", "й"},
-                                      {"bs", "čćđšž"},
-                                      {"cs", "čďěňřšťůž"},
-                                      {"da", "æøå"},
-                                      {"eo", "ĉĝĥĵŝŭ"},
-                                      {"es", "ñ"},
-                                      {"et", "äöüõšž"},
-                                      {"fi", "åäö"},
-                                      {"fo", "ðæø"},
-                                      {"hr", "čćđšž"},
-                                      {"hu", "öőüű"},
-                                      {"is", "áðéíóúýþæö"},
-                                      {"lt", "ąčęėįšųūž"},
-                                      {"lv", "āčēģīķļņšūž"},
-                                      {"mk", "ѓќј"},
-                                      {"nb", "æøå"},
-                                      {"nn", "æøå"},
-                                      {"no", "æøå"},
-                                      {"pl", "ąćęłńóśźż"},
-                                      {"ro", "ăâîșț"},
-                                      {"ru", "й"},
-                                      {"sk", "áäčďéíĺľňóôŕšťúýž"},
-                                      {"sl", "čšž"},
-                                      {"sq", "çë"},
-                                      {"sr", "čćđšžђћ"},
-                                      {"sv", "åäö"},
-                                      {"tr", "çğıöşü"},
-                                      {"uk", "йїґ"}};
+constexpr OwnLetters own_letters[] = {
+    {"az", "çəğıöşü"},   {"be", "йў"},         {"bg", "й"},         {"bs", "čćđšž"},
+    {"cs", "čďěňřšťůž"}, {"da", "æøå"},        {"eo", "ĉĝĥĵŝŭ"},    {"es", "ñ"},
+    {"et", "äöüõšž"},    {"fi", "åäö"},        {"fo", "ðæø"},       {"hr", "čćđšž"},
+    {"hu", "öőüű"},      {"is", "áðéíóúýþæö"}, {"lt", "ąčęėįšųūž"}, {"lv", "āčēģīķļņšūž"},
+    {"mk", "ѓќј"},       {"nb", "æøå"},        {"nn", "æøå"},       {"no", "æøå"},
+    {"pl", "ąćęłńóśźż"}, {"ro", "ăâîșț"},      {"ru", "й"},         {"sk", "áäčďéíĺľňóôŕšťúýž"},
+    {"sl", "čšž"},       {"sq", "çë"},         {"sr", "čćđšžђћ"},   {"sv", "åäö"},
+    {"tr", "çğıöşü"},    {"uk", "йїґ"}};
 
 // Letters with a stroke, which Unicode does not take apart, and other forms of a letter.
 constexpr std::pair<uint16_t, uint16_t> plain_letters[] = {
@@ -108,6 +88,8 @@ gunichar folded(gunichar c, const std::set<gunichar> &own) {
     if (c >= first_wide && c <= last_wide) c -= wide_offset;
     if (is_blank(c)) return ' ';
     if (is_dropped(c)) return 0;
+    constexpr gunichar dotless_i = 0x131;
+    if (c == 'I' && own.contains(dotless_i)) return dotless_i;
     return bare_letter(g_unichar_tolower(c), own);
 }
 
@@ -122,6 +104,10 @@ std::set<gunichar> letters_of(std::string_view language) {
 }
 
 } // namespace
+
+bool has_own_letters(std::string_view language) {
+    return !letters_of(language).empty();
+}
 
 Letters default_letters(std::string_view language) {
     constexpr gunichar last = 0xFFFF;

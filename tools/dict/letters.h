@@ -18,6 +18,9 @@ using Letters = std::map<uint16_t, uint16_t>;
 // @param language a code such as "sv"; an unknown one, or an empty one, has no letters of its own
 Letters default_letters(std::string_view language);
 
+// Whether a language has letters of its own.
+bool has_own_letters(std::string_view language);
+
 // Those of them that change anything.
 std::vector<std::pair<uint16_t, uint16_t>> pairs_of(const Letters &letters);
 

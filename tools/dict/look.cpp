@@ -41,20 +41,31 @@ class QuietErrors {
     int kept_;
 };
 
-// A device folder that has one dictionary, as its own.
+// A device folder to look words up in, with dictionaries that lie elsewhere: to open one changes
+// the keyboard of its device, which may be in use.
 class LentFolder {
   public:
-    explicit LentFolder(const fs::path &file) : before_(fs::current_path()) {
+    LentFolder() : before_(fs::current_path()) {
         std::string name = (fs::temp_directory_path() / "kelvane-dict-XXXXXX").string();
-        const fs::path whole = fs::absolute(file);
         if (!mkdtemp(name.data())) throw std::runtime_error(name + ": cannot be made");
         path_ = name;
-        fs::create_directories(path_ / "system/dictionaries");
-        fs::create_symlink(whole, path_ / "system/dictionaries/lent.dic");
-        fs::current_path(path_);
+        fs::create_directory(path_ / "system");
     }
     LentFolder(const LentFolder &) = delete;
     LentFolder &operator=(const LentFolder &) = delete;
+
+    // Has one dictionary.
+    void lend_file(const fs::path &file) {
+        fs::create_directory(path_ / "system/dictionaries");
+        fs::create_symlink(fs::absolute(file), path_ / "system/dictionaries/lent.dic");
+        fs::current_path(path_);
+    }
+    // Has those of the device.
+    void lend_device() {
+        for (const char *folder : {"system/dictionaries", "system/mnt"})
+            fs::create_symlink(before_ / folder, path_ / folder);
+        fs::current_path(path_);
+    }
     ~LentFolder() {
         std::error_code ignored;
         fs::current_path(before_, ignored);
@@ -106,15 +117,14 @@ int list() {
 }
 
 int look(const std::optional<std::string> &dictionary, const std::vector<std::string> &words) {
-    bool is_found;
-    if (!dictionary) {
-        is_found = look_in_all(words);
-    } else if (fs::is_regular_file(*dictionary)) {
-        const LentFolder folder(*dictionary);
-        is_found = look_in("lent", words);
-    } else {
-        is_found = look_in(dictionary->c_str(), words);
-    }
+    const bool is_file = dictionary && fs::is_regular_file(*dictionary);
+    LentFolder folder;
+    if (is_file)
+        folder.lend_file(*dictionary);
+    else
+        folder.lend_device();
+    const bool is_found =
+        !dictionary ? look_in_all(words) : look_in(is_file ? "lent" : dictionary->c_str(), words);
     return is_found ? STATUS_FINE : STATUS_FAILED;
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <mutex>
 #include <new>
 #include <thread>
@@ -104,30 +105,49 @@ struct Attempt {
 
 Attempt attempt(const Words &w, Run run, Packer &packer) {
     Attempt a;
-    for (size_t i = run.begin; i < run.end; ++i) put_record(a.bytes, *w.sorted[i].entry);
+    for (size_t i = run.begin; i < run.end && a.bytes.size() <= dictionary::largest_container; ++i)
+        put_record(a.bytes, *w.sorted[i].entry);
     put_u16(a.bytes, 0);
     if (a.bytes.size() <= dictionary::largest_container) a.packed = packer(a.bytes);
     return a;
 }
 
-// Packs a run, or as many words of its front as fit.
+// Takes words that do not fit even alone off the front of a run, so that others have its place.
+void take_misfits(const Words &w, Run &run, Packer &packer, std::vector<LeftOut> &left_out) {
+    for (; run.begin < run.end; ++run.begin) {
+        if (attempt(w, {run.begin, run.begin + 1}, packer).fits()) return;
+        left_out.push_back({w.sorted[run.begin].entry, Reason::too_large});
+    }
+}
+
+// As many words of the front of a run as fit, which is then their end.
+Attempt largest_front(const Words &w, Run &run, Packer &packer) {
+    Attempt best;
+    size_t fitting = run.begin;
+    for (size_t failing = run.end + 1; failing - fitting > 1;) {
+        const size_t middle = fitting + (failing - fitting) / 2;
+        Attempt a = attempt(w, {run.begin, middle}, packer);
+        (a.fits() ? fitting : failing) = middle;
+        if (a.fits()) best = std::move(a);
+    }
+    run.end = fitting;
+    return best;
+}
+
+// Packs a run, or as many of its words as fit.
 PackedContainer pack_run(const Words &w, Run run, Packer &packer) {
     PackedContainer packed;
     Attempt best = attempt(w, run, packer);
-    size_t fitting = run.end;
     if (!best.fits()) {
-        for (size_t failing = run.end, low = fitting = run.begin; failing - low > 1;) {
-            const size_t middle = low + (failing - low) / 2;
-            Attempt a = attempt(w, {run.begin, middle}, packer);
-            (a.fits() ? low : failing) = middle;
-            if (a.fits()) best = std::move(a), fitting = low;
-        }
+        const size_t end = run.end;
+        take_misfits(w, run, packer, packed.left_out);
+        best = largest_front(w, run, packer);
+        for (size_t i = run.end; i < end; ++i)
+            packed.left_out.push_back({w.sorted[i].entry, Reason::no_room});
     }
-    for (size_t i = fitting; i < run.end; ++i)
-        packed.left_out.push_back({w.sorted[i].entry, Reason::too_large});
-    if (fitting == run.begin) return packed;
+    if (run.begin == run.end) return packed;
     packed.first = w.sorted[run.begin].entry;
-    packed.words = fitting - run.begin;
+    packed.words = run.end - run.begin;
     packed.unpacked = best.bytes.size();
     packed.bytes = std::move(best.packed);
     return packed;
@@ -142,15 +162,25 @@ size_t record_size(const Entry &e) {
 std::vector<PackedContainer> pack(const Words &words, const Plan &plan) {
     const std::vector<Run> runs = distribute(words, plan.container_bytes);
     std::vector<PackedContainer> packed(runs.size());
-    std::atomic<size_t> next = 0, done = 0;
-    std::mutex telling;
-    const auto work = [&] {
+    std::atomic<size_t> next = 0;
+    std::mutex telling; // guards what follows
+    size_t done = 0;
+    std::exception_ptr failure;
+    const auto pack_some = [&] {
         Packer packer;
         for (size_t i; (i = next++) < runs.size();) {
             packed[i] = pack_run(words, runs[i], packer);
-            const size_t count = ++done;
             const std::lock_guard lock(telling);
-            plan.progress(count, runs.size());
+            plan.progress(++done, runs.size());
+        }
+    };
+    const auto work = [&] {
+        try {
+            pack_some();
+        } catch (...) {
+            next = runs.size();
+            const std::lock_guard lock(telling);
+            failure = std::current_exception();
         }
     };
     const unsigned processors = plan.threads ? plan.threads : std::thread::hardware_concurrency();
@@ -159,6 +189,7 @@ std::vector<PackedContainer> pack(const Words &words, const Plan &plan) {
         helpers.emplace_back(work);
     work();
     helpers.clear();
+    if (failure) std::rethrow_exception(failure);
     return packed;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "dictionary/keyboard.h"
 #include "ground/lines.h"
 #include "ground/utf8.h"
 
@@ -137,9 +138,9 @@ std::string rules_text(std::u16string_view section) {
 }
 
 std::string read_keyboard(std::string_view text, const std::string &path, Mistakes &mistakes) {
-    constexpr size_t largest = 1 << 20, longest_code = 8;
-    const size_t colon = text.find(':');
-    if (colon < 2 || colon > longest_code)
+    constexpr size_t largest = 1 << 20;
+    const auto *const bytes = reinterpret_cast<const uint8_t *>(text.data());
+    if (dictionary::keyboard_language({bytes, text.size()}).empty())
         mistakes.push_back({path, 1, "a layout begins with its language, as \"EN: English\""});
     if (text.size() > largest) mistakes.push_back({path, 1, "is no layout: larger than 1 MiB"});
     return std::string(text);

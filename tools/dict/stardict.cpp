@@ -104,8 +104,8 @@ std::string article_text(std::string_view article, std::string_view types) {
     return text;
 }
 
-// Adds the entries of an index, whose numbers synonyms then name. An entry that does not lie in the
-// articles is not there, but has its number.
+// Adds the entries of an index, whose numbers synonyms then name. An entry without an article, or
+// without text in it, is not there, but has its number.
 void read_index(std::string_view index, std::string_view articles, const Description &about,
                 Source &source) {
     const auto value = [&](std::string_view key) {
@@ -121,11 +121,14 @@ void read_index(std::string_view index, std::string_view articles, const Descrip
             return;
         }
         source.entries.push_back({*word, {}, number});
-        if (*start > articles.size() || *size > articles.size() - *start)
+        if (*start > articles.size() || *size > articles.size() - *start) {
             source.mistakes.push_back({source.lines_of, number, "no article lies there"});
-        else
-            source.entries.back().article = source.keep(
-                article_text(articles.substr(*start, *size), value("sametypesequence")));
+            continue;
+        }
+        source.entries.back().article =
+            source.keep(article_text(articles.substr(*start, *size), value("sametypesequence")));
+        if (source.entries.back().article.empty())
+            source.mistakes.push_back({source.lines_of, number, "the article has no text"});
     }
 }
 

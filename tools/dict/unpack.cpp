@@ -50,7 +50,9 @@ std::string words_text(Contents &contents) {
         if (!c) throw std::runtime_error("container " + std::to_string(number) + " is damaged");
         for (size_t i = 0; i < c->size(); ++i) {
             const auto [headword, translation] = c->entry(i);
-            text += escaped(headword) + "\t" + escaped(translation) + "\n";
+            text += escaped(headword) + "\t" + escaped(translation);
+            if (text.ends_with('\r')) text += '\r'; // the last one belongs to the end of the line
+            text += '\n';
         }
     });
     return text;

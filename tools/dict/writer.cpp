@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <stdexcept>
 #include <string_view>
 
 #include "dictionary/collation.h"
@@ -52,6 +53,7 @@ std::optional<Reason> fault_of(const Entry &e) {
     case Utf8::plain:
         break;
     }
+    if (e.word.size() > longest_word) return Reason::word_too_long;
     if (record_size(e) > dictionary::largest_record) return Reason::too_large;
     return std::nullopt;
 }
@@ -98,6 +100,29 @@ void drop_repeated(Words &words, std::vector<LeftOut> &left_out) {
     words.sorted = std::move(kept);
 }
 
+const char *name_of(Field field) {
+    switch (field) {
+    case dictionary::morphology_field:
+        return "the rules for forms of words";
+    case dictionary::keyboard_field:
+        return "the keyboard";
+    default:
+        return "the index of so many words, or such long ones";
+    }
+}
+
+// Of a section that is read as a whole.
+size_t most_bytes(Field field) {
+    switch (field) {
+    case dictionary::morphology_field:
+        return dictionary::most_morphology_bytes;
+    case dictionary::index_field:
+        return dictionary::most_index_bytes;
+    default:
+        return dictionary::largest_section;
+    }
+}
+
 // The header with the sections behind it, up to the first container.
 class Layout {
   public:
@@ -109,6 +134,8 @@ class Layout {
     // Nothing is added for a section that is empty.
     void add(Field field, size_t unpacked_size, const std::string &stored) {
         if (unpacked_size == 0) return;
+        if (unpacked_size > most_bytes(field))
+            throw std::runtime_error("too large to be opened: " + std::string(name_of(field)));
         set(field, size());
         sections_ += u32_bytes(unpacked_size) + stored;
     }
@@ -143,6 +170,8 @@ std::string lay_out(const std::vector<PackedContainer> &containers, const Sides 
     layout.add(dictionary::keyboard_field, sides.keyboard.size(), deflated(sides.keyboard));
     layout.add(dictionary::index_field, index.size(), deflated(index));
     layout.set(dictionary::containers_field, layout.size());
+    if (total > UINT32_MAX - layout.size())
+        throw std::runtime_error("too large to be opened: more than 4 GiB");
     std::string bytes = layout.take();
     bytes.reserve(bytes.size() + total);
     for (const PackedContainer &c : containers) bytes += c.bytes;

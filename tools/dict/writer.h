@@ -23,7 +23,9 @@ enum class Reason {
     collates_to_nothing,
     beyond_16_bits, // has characters above U+FFFF
     not_utf8,
-    too_large, // alone, or with those that collate to the same
+    word_too_long,
+    too_large, // alone
+    no_room,   // with those that collate to the same
     repeated   // word and article are there already
 };
 
@@ -39,6 +41,8 @@ struct Sides {
     std::string keyboard;
 };
 
+inline constexpr size_t longest_word = 4 << 10; // in bytes
+
 struct Plan {
     size_t container_bytes = 4 << 10; // a container that reaches this ends
     unsigned threads = 0;             // 0: as many as there are processors
@@ -53,7 +57,7 @@ struct Written {
 };
 
 // Sorts, packs and lays out; equal input gives equal bytes. What is left out points to `entries`.
-// Throws bad_alloc.
+// Throws bad_alloc, and std::runtime_error when a part would be larger than what can be opened.
 Written write(const std::vector<Entry> &entries, const Sides &sides, const Plan &plan = {});
 
 } // namespace dict

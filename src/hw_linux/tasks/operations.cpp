@@ -118,10 +118,10 @@ int subtask_with_book(const TaskRecord &record, const char *book) {
     return is_text(record.book.data(), book) ? record.subtask : -1;
 }
 
-// Scripts, traces and recordings are this process's.
+// Who plays the device and what is written down about it belong to one process.
 void keep_environment() {
-    for (const char *name :
-         {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_TRACE", "KELVANE_FRAMES", "KELVANE_RECORD"})
+    for (const char *name : {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_CONTROL", "KELVANE_TRACE",
+                             "KELVANE_FRAMES", "KELVANE_FILM", "KELVANE_RECORD"})
         unsetenv(name);
 }
 

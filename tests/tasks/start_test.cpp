@@ -67,6 +67,20 @@ TEST_F(TaskStarts, OnlyTheStandardDescriptorsAreInherited) {
     close(high);
 }
 
+// Between its registration and its first step a program hears nothing yet.
+TEST_F(TaskStarts, WhatIsSentToATaskAtOnceIsNotLost) {
+    for (int round = 0; round < 5; ++round) {
+        const int task = start_program(TASKS_APP, {}, "app");
+        constexpr int count = 20;
+        int sent = 0;
+        for (int i = 0; i < count; ++i) sent += SendEventTo(task, protocol::numbered_event, i, 0);
+        EXPECT_EQ(sent, count);
+        EXPECT_EQ(ask(task, protocol::reverse, 0), 4) << "nor a request";
+        EXPECT_TRUE(until([=] { return report(task).events == count; })) << report(task).events;
+        EXPECT_EQ(report(task).disorder, 0);
+    }
+}
+
 TEST_F(TaskStarts, OthersThanTheSystemsGoThroughItsStarter) {
     write_file("new_task.app", "#!/bin/sh\nprintf '[%s]' \"$@\" >arguments\nexit 255\n");
     std::filesystem::permissions("new_task.app", std::filesystem::perms::owner_all);

@@ -19,8 +19,8 @@ constexpr int reply_ms = 2000;
 constexpr int settling_ms = 500; // until the others have found a new manager as well
 constexpr int most_attempts = 4;
 
-Frame join_frame(const TaskRecord &record) {
-    Frame frame{.kind = Kind::join};
+Frame join_frame(const TaskRecord &record, Joining joining) {
+    Frame frame{.kind = Kind::join, .serial = 0, .numbers = {joining == Joining::program}};
     frame.data.resize(sizeof record);
     std::memcpy(frame.data.data(), &record, sizeof record);
     return frame;
@@ -62,13 +62,13 @@ bool Client::introduce() {
     if (*known > 0) task_ = *known;
     if (!was_task) return true;
     reconnected_ms_ = real_time_ms();
-    if (*known <= 0 && !join(former)) return false;
+    if (*known <= 0 && !join(former, Joining::process)) return false;
     if (framebuffer_) attach(framebuffer_);
     return true;
 }
 
-bool Client::join(const TaskRecord &record) {
-    const std::optional<int> given = ask(join_frame(record));
+bool Client::join(const TaskRecord &record, Joining joining) {
+    const std::optional<int> given = ask(join_frame(record, joining));
     if (given && *given > 0) task_ = *given;
     return given && *given > 0;
 }

@@ -22,6 +22,9 @@ struct Waiting {
     Frame frame;
 };
 
+// What becomes a task: the process as it is, or the program that it is about to execute.
+enum class Joining { process, program };
+
 class Client {
   public:
     // Connects to the manager of a place, which must outlive it.
@@ -31,7 +34,7 @@ class Client {
     // is given up.
     bool connect();
     int task() const { return task_; }
-    bool join(const TaskRecord &record);
+    bool join(const TaskRecord &record, Joining joining);
     void attach(const Descriptor *framebuffer); // null: without one
 
     // Asks the manager; nothing when there is none.

@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 
 #include "hw_linux/tasks/link.h"
+#include "hw_linux/tasks/manager.h"
 #include "hw_linux/tasks/place.h"
 #include "hw_linux/tasks/records.h"
 #include "support/child.h"
@@ -147,6 +148,33 @@ TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {
     EXPECT_EQ(GetCurrentTask(), -1);
     kill(other, SIGKILL);
     waitpid(other, nullptr, 0);
+}
+
+TEST(TaskKills, AManagerThatIsKilledInTheMiddleOfAChangeLosesNobody) {
+    const Folder folder;
+    Place here;
+    ASSERT_TRUE(here.open(place().c_str()));
+    SharedTable table = SharedTable::make();
+    Table &shared = *table.get();
+    Descriptor door = here.listen();
+    const pid_t former = fork();
+    if (former == 0) {
+        Manager manager(std::move(table), here);
+        for (;;) manager.step(door);
+    }
+    door.reset();
+    open_screen();
+    start();
+    const std::vector<int> tasks = task_list();
+    ++shared.changes;
+    kill(former, SIGKILL);
+    waitpid(former, nullptr, 0);
+    EXPECT_TRUE(until([&] { return task_list() == tasks; }));
+    EXPECT_GT(manager(), 0) << "another one";
+    EXPECT_STREQ(GetTaskInfo(tasks[0])->appname, "app");
+    CloseTask(tasks[0], -1, 1);
+    EXPECT_TRUE(until([] { return task_list().size() == 1; }));
+    ClearOnExit();
 }
 
 // Whoever is killed, the rest goes on, and at the end nothing is left. The long form is a campaign.

@@ -50,7 +50,7 @@ bool Client::connect_once() {
 // Who was a task of a former manager says so, and keeps its number.
 bool Client::introduce() {
     TaskRecord former;
-    const bool was_task = task_ > 0 && read_record(task_, former);
+    const bool was_task = read_former(former);
     Descriptor table;
     Frame hello{.kind = Kind::hello, .serial = ++serial_};
     if (send_frame(manager_, hello) != Sent::yes) return false;
@@ -65,6 +65,14 @@ bool Client::introduce() {
     if (*known <= 0 && !join(former, Joining::process)) return false;
     if (framebuffer_) attach(framebuffer_);
     return true;
+}
+
+// Nobody writes any more into the table of a manager that is gone: what it left half done stays so.
+bool Client::read_former(TaskRecord &record) const {
+    if (read_record(task_, record)) return true;
+    const TaskRecord *own = own_record();
+    if (own) record = *own;
+    return own && is_sane(record);
 }
 
 bool Client::join(const TaskRecord &record, Joining joining) {

@@ -92,6 +92,7 @@ class Client {
     const TaskRecord *own_record() const;
     bool connect_once();
     bool introduce();
+    bool read_former(TaskRecord &record) const;
     void lose_manager();
     std::optional<int> await_reply(uint32_t serial, Descriptor *answered);
     void watch(const Descriptor &link);

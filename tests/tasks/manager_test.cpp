@@ -4,6 +4,8 @@
 
 #include <random>
 
+#include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 
@@ -11,6 +13,7 @@
 #include "hw_linux/tasks/manager.h"
 #include "hw_linux/tasks/place.h"
 #include "hw_linux/tasks/records.h"
+#include "hw_linux/tasks/serve.h"
 #include "support/child.h"
 
 namespace {
@@ -111,6 +114,22 @@ TEST_F(TaskManager, HearsOnlyWhatKeepsTheRules) {
     EXPECT_GT(task, 0);
 }
 
+TEST_F(TaskManager, IsLeftAloneByWhoHasNoDescriptorToReachIt) {
+    ASSERT_TRUE(connect());
+    const pid_t before = manager();
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const int lowest_free = dup(0);
+    close(lowest_free);
+    rlimit one_more = limit;
+    one_more.rlim_cur = static_cast<rlim_t>(lowest_free) + 1; // the lock
+    setrlimit(RLIMIT_NOFILE, &one_more);
+    EXPECT_FALSE(connect_to_manager(place_));
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_TRUE(place_.connect());
+    EXPECT_EQ(manager(), before);
+}
+
 TEST_F(TaskManager, DirectoryMustBeTheUsersAlone) {
     for (const char *name : {"open", "file"}) {
         if (*name == 'o')
@@ -138,6 +157,8 @@ TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {
     if (other == 0) {
         std::string foreign = bytes_of({.kind = Kind::reply});
         foreign[4] = 2;
+        pollfd waiting = {door.get(), POLLIN, 0};
+        poll(&waiting, 1, -1);
         const Descriptor link(accept(door.get(), nullptr, nullptr));
         if (write(link.get(), foreign.data(), foreign.size()) > 0) pause();
         _exit(1);

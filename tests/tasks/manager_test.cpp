@@ -114,6 +114,19 @@ TEST_F(TaskManager, HearsOnlyWhatKeepsTheRules) {
     EXPECT_GT(task, 0);
 }
 
+TEST_F(TaskManager, ThatIsStoppedHoldsNobodyUp) {
+    const int other = start(), own = GetCurrentTask();
+    const pid_t stopped = manager();
+    kill(stopped, SIGSTOP);
+    EXPECT_EQ(NewSubtask("late"), -1);
+    for (int i = 0; i < 1000; ++i) EXPECT_EQ(SetActiveTask(own, 0), 0);
+    EXPECT_EQ(ask(other, protocol::reverse, 0), 4) << "who knows each other goes on";
+    kill(stopped, SIGCONT);
+    EXPECT_TRUE(until([=] { return SetActiveTask(own, 0) == 1; }));
+    EXPECT_EQ(manager(), stopped);
+    EXPECT_EQ(GetTaskInfo(own)->nsubtasks, 2) << "done late, and once";
+}
+
 TEST_F(TaskManager, IsLeftAloneByWhoHasNoDescriptorToReachIt) {
     ASSERT_TRUE(connect());
     const pid_t before = manager();

@@ -15,8 +15,8 @@
 namespace hw::tasks {
 namespace {
 
-constexpr int reply_ms = 2000;
-constexpr int settling_ms = 500; // until the others have found a new manager as well
+constexpr int reply_ms = 2000, rest_ms = 1000; // after a reply that did not come
+constexpr int settling_ms = 500;               // until the others have found a new manager as well
 constexpr int most_attempts = 4;
 
 Frame join_frame(const TaskRecord &record, Joining joining) {
@@ -26,13 +26,25 @@ Frame join_frame(const TaskRecord &record, Joining joining) {
     return frame;
 }
 
+// What would do more when it is done twice.
+bool does_more_twice(const Frame &question) {
+    const bool ends_subtask = question.kind == Kind::end_subtask ||
+                              (question.kind == Kind::close && question.numbers[1] >= 0);
+    return ends_subtask || question.kind == Kind::new_subtask;
+}
+
 } // namespace
 
 bool Client::connect() {
     if (manager_) return true;
-    for (int attempt = 0; attempt < most_attempts && !given_up_; ++attempt)
+    for (int attempt = 0; attempt < most_attempts && !given_up_ && !is_resting(); ++attempt)
         if (connect_once()) return true;
     return false;
+}
+
+// A manager that is silent, being stopped, is not asked for a while: nobody is to wait for long.
+bool Client::is_resting() const {
+    return real_time_ms() < rests_until_ms_;
 }
 
 bool Client::connect_once() {
@@ -98,17 +110,22 @@ void Client::lose_manager() {
 
 std::optional<int> Client::ask(Frame question, const Descriptor *descriptor, Descriptor *answered) {
     for (int attempt = 0; attempt < most_attempts; ++attempt) {
-        if (!connect()) return std::nullopt;
+        if (is_resting() || !connect()) return std::nullopt;
         question.serial = ++serial_;
-        if (send_frame(manager_, question, descriptor ? descriptor->get() : -1) == Sent::yes) {
+        const Sent sent = send_frame(manager_, question, descriptor ? descriptor->get() : -1);
+        if (sent == Sent::yes) {
             const auto result = await_reply(question.serial, answered);
-            if (result) return result;
+            if (result || manager_ || does_more_twice(question)) return result;
+        } else if (sent == Sent::no_room) {
+            rests_until_ms_ = real_time_ms() + rest_ms;
+        } else {
+            lose_manager();
         }
-        lose_manager();
     }
     return std::nullopt;
 }
 
+// Without an answer the manager is lost, or silent.
 std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
     const int64_t end = real_time_ms() + reply_ms;
     for (int64_t now = real_time_ms(); now < end; now = real_time_ms()) {
@@ -121,8 +138,10 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
         case Received::foreign_version:
             std::fputs("KELVANE_TASKS: the task manager there is of another version\n", stderr);
             given_up_ = true;
+            lose_manager();
             return std::nullopt;
         case Received::broken:
+            lose_manager();
             return std::nullopt;
         case Received::frame:
             break;
@@ -135,6 +154,7 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
         if (answered) *answered = std::move(arrival.descriptor);
         return arrival.frame.numbers[0];
     }
+    rests_until_ms_ = real_time_ms() + rest_ms;
     return std::nullopt;
 }
 

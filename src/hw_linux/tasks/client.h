@@ -37,7 +37,8 @@ class Client {
     bool join(const TaskRecord &record, Joining joining);
     void attach(const Descriptor *framebuffer); // null: without one
 
-    // Asks the manager; nothing when there is none.
+    // Asks the manager, once more when it ended meanwhile; nothing when there is none, or when it
+    // is silent.
     std::optional<int> ask(Frame question, const Descriptor *descriptor = nullptr,
                            Descriptor *answered = nullptr);
 
@@ -91,6 +92,7 @@ class Client {
 
     const TaskRecord *own_record() const;
     bool connect_once();
+    bool is_resting() const;
     bool introduce();
     bool read_former(TaskRecord &record) const;
     void lose_manager();
@@ -122,7 +124,7 @@ class Client {
     std::vector<Awaited *> awaited_;
     const Descriptor *framebuffer_ = nullptr;
     int answering_ = 0;
-    int64_t reconnected_ms_ = 0;
+    int64_t reconnected_ms_ = 0, rests_until_ms_ = 0;
     bool given_up_ = false;
 };
 

@@ -67,7 +67,7 @@ class Client {
     // for half a second.
     bool send(int task, const Frame &frame);
     // Sends and waits for the answer, whose data replaces the frame's; meanwhile requests of others
-    // are answered.
+    // are answered, and events of that task handled whose end it waits for.
     std::optional<int> exchange(int task, Frame &frame, int timeout_ms);
 
     // Hands on what has arrived; the number of frames handled.
@@ -107,7 +107,8 @@ class Client {
     void sort_in(int sender, Frame &&frame);
     Waiting take_out(size_t place);
     bool hand_on(Waiting &waiting);
-    void answer_requests();
+    bool cannot_wait(const Waiting &waiting) const;
+    void answer_what_cannot_wait();
     void answer(Waiting &waiting);
     void send_answer(const Waiting &waiting, int result, std::vector<uint8_t> data);
     bool deliver_here(const Frame &frame);
@@ -123,7 +124,7 @@ class Client {
     int waits_ = 0; // for an answer or for room
     std::vector<Awaited *> awaited_;
     const Descriptor *framebuffer_ = nullptr;
-    int answering_ = 0;
+    size_t answering_ = 0;
     int64_t reconnected_ms_ = 0, rests_until_ms_ = 0;
     bool given_up_ = false;
 };

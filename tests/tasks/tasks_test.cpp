@@ -36,6 +36,7 @@ TEST_F(Tasks, AreListedSwitchedAndClosed) {
         tasks.insert(tasks.begin(), start(name));
         EXPECT_EQ(task_list(), tasks) << "the one used last first";
     }
+    EXPECT_TRUE(until([] { return count_of(EVT_BACKGROUND) == 1; }));
     EXPECT_EQ(FindTaskByAppName("three"), tasks[5]);
     EXPECT_EQ(FindTaskByAppName("nine"), -1);
     const itaskinfo *info = GetTaskInfo(tasks[0]);

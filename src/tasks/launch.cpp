@@ -2,6 +2,7 @@
 // Starts applications as tasks: the two ways, and what a child does before it becomes one.
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -142,8 +143,18 @@ void answer(int pipe_end, int task) {
     _exit(status_failed);
 }
 
-// The number that comes out of the pipe. What comes, or that nothing can come any more, ends a
-// pause.
+// What comes, or that nothing can come any more, ends a pause; a signal does not.
+void pause_at(int pipe_end) {
+    using namespace std::chrono;
+    const auto end = steady_clock::now() + milliseconds(pause_ms);
+    pollfd wait = {pipe_end, POLLIN, 0};
+    for (int left_ms = pause_ms; left_ms > 0;) {
+        if (poll(&wait, 1, left_ms) >= 0 || errno != EINTR) return;
+        left_ms = static_cast<int>(ceil<milliseconds>(end - steady_clock::now()).count());
+    }
+}
+
+// The number that comes out of the pipe.
 int read_answer(int pipe_end, pid_t child) {
     bool reaped = false;
     const auto reap = [&](int options) {
@@ -157,8 +168,7 @@ int read_answer(int pipe_end, pid_t child) {
             reap(0);
             return got == sizeof task ? task : -1;
         }
-        pollfd wait = {pipe_end, POLLIN, 0};
-        poll(&wait, 1, pause_ms);
+        pause_at(pipe_end);
     }
     std::fputs("NewTask(): timeout waiting for child answer\n", stderr);
     reap(WNOHANG);

@@ -12,6 +12,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -78,6 +79,12 @@ pid_t wait_for(pid_t child, int *status, int options) {
     do ended = waitpid(child, status, options);
     while (ended < 0 && errno == EINTR);
     return ended;
+}
+
+// A directory can be entered, not executed.
+bool is_executable(const char *path) {
+    struct stat status {};
+    return access(path, X_OK) == 0 && stat(path, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 bool needs_privileges(std::string_view path) {
@@ -206,7 +213,7 @@ int NewTaskEx(const char *path, char *const argv[], const char *appname, const c
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]NewTask('%s',app='%s',name='%s',flags=%x)\n",
                   static_cast<int>(getpid()), start.path, start.appname, start.name,
                   static_cast<unsigned>(flags));
-    if (access(start.path, X_OK) != 0) {
+    if (!is_executable(start.path)) {
         tq_print_log2(LOG_INFO_LEVEL, "NewTask(): file '%s' not found\n", start.path);
         return -1;
     }

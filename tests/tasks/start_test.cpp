@@ -67,6 +67,21 @@ TEST_F(TaskStarts, OnlyTheStandardDescriptorsAreInherited) {
     close(high);
 }
 
+TEST_F(TaskStarts, WhoPlaysTheDeviceAndWritesItDownIsNotInherited) {
+    const char *const own[] = {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_CONTROL",
+                               "KELVANE_TRACE",  "KELVANE_FRAMES", "KELVANE_FILM",
+                               "KELVANE_RECORD"};
+    for (const char *name : own) setenv(name, "none", 1);
+    const int task = start();
+    for (const char *name : own) unsetenv(name);
+    const auto is_set = [=](std::string name) {
+        return SendRequestTo(task, protocol::is_set, name.data(), static_cast<int>(name.size()) + 1,
+                             0, 5000);
+    };
+    for (const char *name : own) EXPECT_EQ(is_set(name), 0) << name;
+    EXPECT_EQ(is_set("KELVANE_TASKS"), 1);
+}
+
 // Between its registration and its first step a program hears nothing yet.
 TEST_F(TaskStarts, WhatIsSentToATaskAtOnceIsNotLost) {
     for (int round = 0; round < 5; ++round) {

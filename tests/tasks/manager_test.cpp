@@ -30,13 +30,15 @@ class TaskManager : public tasks_test::Test {
     Place place_;
 };
 
-bool becomes_empty(const std::filesystem::path &folder) {
-    for (int i = 0; i < 400; ++i) {
-        std::error_code gone;
-        if (std::filesystem::is_empty(folder, gone) || gone) return true;
-        usleep(50'000);
-    }
-    return false;
+// For twenty seconds at most.
+bool comes_true(const std::function<bool()> &holds) {
+    for (int i = 0; i < 400 && !holds(); ++i) usleep(50'000);
+    return holds();
+}
+
+bool nothing_is_in(const std::filesystem::path &folder) {
+    std::error_code gone;
+    return std::filesystem::is_empty(folder, gone) || gone;
 }
 
 // Others than this one that were started for these tasks.
@@ -258,6 +260,6 @@ TEST(TaskKills, LeaveNothingBehind) {
         return until([] { return task_list().size() == 1; }) ? 0 : 2;
     });
     EXPECT_EQ(result, 0);
-    EXPECT_TRUE(becomes_empty(place()));
-    EXPECT_EQ(processes_of(place()), 0) << "and with them what they shared";
+    EXPECT_TRUE(comes_true([] { return nothing_is_in(place()); }));
+    EXPECT_TRUE(comes_true([] { return processes_of(place()) == 0; })) << "nor what they shared";
 }

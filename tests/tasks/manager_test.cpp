@@ -205,7 +205,7 @@ TEST(TaskKills, AManagerThatIsKilledInTheMiddleOfAChangeLosesNobody) {
     ++shared.changes;
     kill(former, SIGKILL);
     waitpid(former, nullptr, 0);
-    EXPECT_TRUE(until([&] { return task_list() == tasks; }));
+    ASSERT_TRUE(until([&] { return task_list() == tasks; }));
     EXPECT_GT(manager(), 0) << "another one";
     EXPECT_STREQ(GetTaskInfo(tasks[0])->appname, "app");
     CloseTask(tasks[0], -1, 1);

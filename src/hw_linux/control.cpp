@@ -35,6 +35,7 @@ namespace {
 constexpr int rest_ms = 20, hurried_rest_ms = 1;
 constexpr int64_t hurried_step_us = 20'000;
 constexpr int64_t longest_wait_us = 60'000'000;
+constexpr int64_t longest_await_us = 10'000'000, look_again_us = 10'000;
 constexpr const char *asker = "control";
 
 // A line that is being done.
@@ -44,7 +45,8 @@ struct Job {
     size_t position = 0;
     int64_t due_us = 0;     // of its next action, or of its end
     int awaited_update = 0; // 0: none
-    bool is_new = true;     // the application has not gone on since
+    std::string awaited_task = {};
+    bool is_new = true; // the application has not gone on since
 };
 
 struct Control {
@@ -162,15 +164,21 @@ bool ends_application(const Action &action) {
 
 // The answer when nothing is left to be done.
 std::string do_next_action(Job &job) {
-    const Action action = std::move(job.script.actions[job.position++]);
+    Action action = std::move(job.script.actions[job.position++]);
+    if (action.verb == Verb::await) {
+        job.awaited_task = std::move(action.file);
+        job.due_us = now_us() + longest_await_us;
+        return "";
+    }
     plan_next(job);
     // Nobody is left to answer afterwards.
     if (ends_application(action)) control->server.answer(std::exchange(job.client, 0), "ok");
     return perform(action, asker) ? "" : "error: this file cannot be written: " + action.file;
 }
 
-// And to be seen, where the panel takes its time.
-bool is_updated(const Job &job) {
+// An update is also to be seen, where the panel takes its time.
+bool has_come(const Job &job) {
+    if (!job.awaited_task.empty()) return tasks::is_shown(job.awaited_task.c_str());
     return job.awaited_update > 0 && updates_traced() >= job.awaited_update && !hw_update_busy();
 }
 
@@ -178,9 +186,10 @@ bool is_updated(const Job &job) {
 // go.
 std::string work(Job &job) {
     const bool is_heard = !control->server.has_left(job.client);
-    if (is_updated(job)) return "ok";
+    if (has_come(job)) return "ok";
     if (is_heard && now_us() < job.due_us) return "";
     if (job.awaited_update > 0) return "error: no update came within a minute";
+    if (!job.awaited_task.empty()) return "error: " + job.awaited_task + " was not shown";
     return job.position < job.script.actions.size() ? do_next_action(job) : "ok";
 }
 
@@ -200,13 +209,15 @@ int rest_for_clients() {
 }
 
 bool is_due(const Job &job) {
-    return is_updated(job) || now_us() >= job.due_us || control->server.has_left(job.client);
+    return has_come(job) || now_us() >= job.due_us || control->server.has_left(job.client);
 }
 
 int64_t time_to_job(int64_t limit_us) {
     if (hurries_to_update()) limit_us = std::min(limit_us, hurried_step_us);
-    for (const Job &job : control->jobs)
+    for (const Job &job : control->jobs) {
+        if (!job.awaited_task.empty()) limit_us = std::min(limit_us, look_again_us);
         limit_us = is_due(job) ? 0 : std::min(job.due_us - now_us(), limit_us);
+    }
     return limit_us;
 }
 

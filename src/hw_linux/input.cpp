@@ -10,6 +10,7 @@
 
 #include "ground/utf8.h"
 #include "hw.h"
+#include "hw_linux/control.h"
 #include "hw_linux/device.h"
 #include "hw_linux/key_table.h"
 #include "hw_linux/player.h"
@@ -110,7 +111,8 @@ bool has_input() {
 
 void push_input(int type, int mod, int par1, int par2) {
     if (type == EVT_KEYPRESS && par1 == KEY_HOME && tasks::go_home()) return;
-    if (is_playing() && tasks::forward_input(type, mod, par1, par2)) return;
+    const bool is_driven = is_playing() || is_controlled();
+    if (is_driven && tasks::forward_input(type, mod, par1, par2)) return;
     const int next = (ring_tail + 1) % ring_slots;
     if (next == ring_head) {
         std::fputs("Gtk events queue overflow\n", stderr);

@@ -2,6 +2,7 @@
 // Starts applications as tasks: the two ways, and what a child does before it becomes one.
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -11,6 +12,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -79,6 +81,12 @@ pid_t wait_for(pid_t child, int *status, int options) {
     return ended;
 }
 
+// A directory can be entered, not executed.
+bool is_executable(const char *path) {
+    struct stat status {};
+    return access(path, X_OK) == 0 && stat(path, &status) == 0 && S_ISREG(status.st_mode);
+}
+
 bool needs_privileges(std::string_view path) {
     return !path.starts_with(system_programs) || path == user_starter;
 }
@@ -142,8 +150,18 @@ void answer(int pipe_end, int task) {
     _exit(status_failed);
 }
 
-// The number that comes out of the pipe. What comes, or that nothing can come any more, ends a
-// pause.
+// What comes, or that nothing can come any more, ends a pause; a signal does not.
+void pause_at(int pipe_end) {
+    using namespace std::chrono;
+    const auto end = steady_clock::now() + milliseconds(pause_ms);
+    pollfd wait = {pipe_end, POLLIN, 0};
+    for (int left_ms = pause_ms; left_ms > 0;) {
+        if (poll(&wait, 1, left_ms) >= 0 || errno != EINTR) return;
+        left_ms = static_cast<int>(ceil<milliseconds>(end - steady_clock::now()).count());
+    }
+}
+
+// The number that comes out of the pipe.
 int read_answer(int pipe_end, pid_t child) {
     bool reaped = false;
     const auto reap = [&](int options) {
@@ -157,8 +175,7 @@ int read_answer(int pipe_end, pid_t child) {
             reap(0);
             return got == sizeof task ? task : -1;
         }
-        pollfd wait = {pipe_end, POLLIN, 0};
-        poll(&wait, 1, pause_ms);
+        pause_at(pipe_end);
     }
     std::fputs("NewTask(): timeout waiting for child answer\n", stderr);
     reap(WNOHANG);
@@ -196,7 +213,7 @@ int NewTaskEx(const char *path, char *const argv[], const char *appname, const c
     tq_print_log2(LOG_INFO_LEVEL, "[pid:%d]NewTask('%s',app='%s',name='%s',flags=%x)\n",
                   static_cast<int>(getpid()), start.path, start.appname, start.name,
                   static_cast<unsigned>(flags));
-    if (access(start.path, X_OK) != 0) {
+    if (!is_executable(start.path)) {
         tq_print_log2(LOG_INFO_LEVEL, "NewTask(): file '%s' not found\n", start.path);
         return -1;
     }

@@ -2,6 +2,7 @@
 // A task that does what requests ask of it. Its argument, when it is one word, is done at the
 // start: "fail" ends it with status 3.
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -74,6 +75,8 @@ int answer(int request, void *data, int size, int sender) {
         return ask_back(sender);
     case protocol::is_open:
         return fcntl(number_in(data), F_GETFD) >= 0;
+    case protocol::is_set:
+        return std::getenv(static_cast<const char *>(data)) != nullptr;
     default:
         return 1000 + request;
     }
@@ -89,7 +92,7 @@ int take_message(int request, void *data, int, int) {
 int handler(int type, int par1, int) {
     switch (type) {
     case EVT_INIT:
-        for (int request = 1; request <= protocol::is_open; ++request)
+        for (int request = 1; request <= protocol::last; ++request)
             SetRequestListener(request, 0, answer);
         SetMessageHandler(take_message);
         return 1;
@@ -109,6 +112,8 @@ int handler(int type, int par1, int) {
         ++heard.events;
         check_order(par1, next_event);
         return 1;
+    case protocol::event_back:
+        return SendEventSyncTo(par1, protocol::numbered_event, 0, 0);
     default:
         return 0;
     }

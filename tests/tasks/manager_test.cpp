@@ -4,12 +4,16 @@
 
 #include <random>
 
+#include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 
 #include "hw_linux/tasks/link.h"
+#include "hw_linux/tasks/manager.h"
 #include "hw_linux/tasks/place.h"
 #include "hw_linux/tasks/records.h"
+#include "hw_linux/tasks/serve.h"
 #include "support/child.h"
 
 namespace {
@@ -26,13 +30,15 @@ class TaskManager : public tasks_test::Test {
     Place place_;
 };
 
-bool becomes_empty(const std::filesystem::path &folder) {
-    for (int i = 0; i < 400; ++i) {
-        std::error_code gone;
-        if (std::filesystem::is_empty(folder, gone) || gone) return true;
-        usleep(50'000);
-    }
-    return false;
+// For twenty seconds at most.
+bool comes_true(const std::function<bool()> &holds) {
+    for (int i = 0; i < 400 && !holds(); ++i) usleep(50'000);
+    return holds();
+}
+
+bool nothing_is_in(const std::filesystem::path &folder) {
+    std::error_code gone;
+    return std::filesystem::is_empty(folder, gone) || gone;
 }
 
 // Others than this one that were started for these tasks.
@@ -110,6 +116,35 @@ TEST_F(TaskManager, HearsOnlyWhatKeepsTheRules) {
     EXPECT_GT(task, 0);
 }
 
+TEST_F(TaskManager, ThatIsStoppedHoldsNobodyUp) {
+    const int other = start(), own = GetCurrentTask();
+    const pid_t stopped = manager();
+    kill(stopped, SIGSTOP);
+    EXPECT_EQ(NewSubtask("late"), -1);
+    for (int i = 0; i < 1000; ++i) EXPECT_EQ(SetActiveTask(own, 0), 0);
+    EXPECT_EQ(ask(other, protocol::reverse, 0), 4) << "who knows each other goes on";
+    kill(stopped, SIGCONT);
+    EXPECT_TRUE(until([=] { return SetActiveTask(own, 0) == 1; }));
+    EXPECT_EQ(manager(), stopped);
+    EXPECT_EQ(GetTaskInfo(own)->nsubtasks, 2) << "done late, and once";
+}
+
+TEST_F(TaskManager, IsLeftAloneByWhoHasNoDescriptorToReachIt) {
+    ASSERT_TRUE(connect());
+    const pid_t before = manager();
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const int lowest_free = dup(0);
+    close(lowest_free);
+    rlimit one_more = limit;
+    one_more.rlim_cur = static_cast<rlim_t>(lowest_free) + 1; // the lock
+    setrlimit(RLIMIT_NOFILE, &one_more);
+    EXPECT_FALSE(connect_to_manager(place_));
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_TRUE(place_.connect());
+    EXPECT_EQ(manager(), before);
+}
+
 TEST_F(TaskManager, DirectoryMustBeTheUsersAlone) {
     for (const char *name : {"open", "file"}) {
         if (*name == 'o')
@@ -137,6 +172,8 @@ TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {
     if (other == 0) {
         std::string foreign = bytes_of({.kind = Kind::reply});
         foreign[4] = 2;
+        pollfd waiting = {door.get(), POLLIN, 0};
+        poll(&waiting, 1, -1);
         const Descriptor link(accept(door.get(), nullptr, nullptr));
         if (write(link.get(), foreign.data(), foreign.size()) > 0) pause();
         _exit(1);
@@ -147,6 +184,33 @@ TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {
     EXPECT_EQ(GetCurrentTask(), -1);
     kill(other, SIGKILL);
     waitpid(other, nullptr, 0);
+}
+
+TEST(TaskKills, AManagerThatIsKilledInTheMiddleOfAChangeLosesNobody) {
+    const Folder folder;
+    Place here;
+    ASSERT_TRUE(here.open(place().c_str()));
+    SharedTable table = SharedTable::make();
+    Table &shared = *table.get();
+    Descriptor door = here.listen();
+    const pid_t former = fork();
+    if (former == 0) {
+        Manager manager(std::move(table), here);
+        for (;;) manager.step(door);
+    }
+    door.reset();
+    open_screen();
+    start();
+    const std::vector<int> tasks = task_list();
+    ++shared.changes;
+    kill(former, SIGKILL);
+    waitpid(former, nullptr, 0);
+    ASSERT_TRUE(until([&] { return task_list() == tasks; }));
+    EXPECT_GT(manager(), 0) << "another one";
+    EXPECT_STREQ(GetTaskInfo(tasks[0])->appname, "app");
+    CloseTask(tasks[0], -1, 1);
+    EXPECT_TRUE(until([] { return task_list().size() == 1; }));
+    ClearOnExit();
 }
 
 // Whoever is killed, the rest goes on, and at the end nothing is left. The long form is a campaign.
@@ -196,6 +260,6 @@ TEST(TaskKills, LeaveNothingBehind) {
         return until([] { return task_list().size() == 1; }) ? 0 : 2;
     });
     EXPECT_EQ(result, 0);
-    EXPECT_TRUE(becomes_empty(place()));
-    EXPECT_EQ(processes_of(place()), 0) << "and with them what they shared";
+    EXPECT_TRUE(comes_true([] { return nothing_is_in(place()); }));
+    EXPECT_TRUE(comes_true([] { return processes_of(place()) == 0; })) << "nor what they shared";
 }

@@ -15,6 +15,8 @@ enum Request : int {
     listen = 8,  // listens for the request that the data is; below 0: no longer
     ask_back = 9, // sends `reverse` to who asks, and returns the answer
     is_open = 10, // whether a descriptor of this number is open
+    is_set = 11,  // whether there is an environment variable of this name
+    last = is_set
 };
 
 // What has arrived since the start.
@@ -28,5 +30,7 @@ struct Report {
 };
 
 inline constexpr int numbered_event = 500, numbered_message = 501;
+// Sends a numbered event to the task of this number, and waits until it is handled.
+inline constexpr int event_back = 502;
 
 } // namespace protocol

@@ -25,8 +25,8 @@ TEST_F(TaskStarts, WhatCannotBeExecutedIsNoTask) {
     write_file("plain", "text");
     write_file("broken", "text");
     std::filesystem::permissions("broken", std::filesystem::perms::owner_all);
-    EXPECT_EQ(start_program("./none", {}, "none"), -1);
-    EXPECT_EQ(start_program("./plain", {}, "plain"), -1);
+    for (const char *name : {"./none", "./plain", "/bin"})
+        EXPECT_EQ(start_program(name, {}, name), -1) << name;
     for (const char *name : {"./broken", "/bin/false", TASKS_APP}) {
         testing::internal::CaptureStderr();
         const int task = start_program(name, {"fail"}, name);
@@ -65,6 +65,35 @@ TEST_F(TaskStarts, OnlyTheStandardDescriptorsAreInherited) {
     EXPECT_NE(getpgid(GetTaskInfo(task)->pid), getpgid(0)) << "a process group of its own";
     close(open_here);
     close(high);
+}
+
+TEST_F(TaskStarts, WhoPlaysTheDeviceAndWritesItDownIsNotInherited) {
+    const char *const own[] = {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_CONTROL",
+                               "KELVANE_TRACE",  "KELVANE_FRAMES", "KELVANE_FILM",
+                               "KELVANE_RECORD"};
+    for (const char *name : own) setenv(name, "none", 1);
+    const int task = start();
+    for (const char *name : own) unsetenv(name);
+    const auto is_set = [=](std::string name) {
+        return SendRequestTo(task, protocol::is_set, name.data(), static_cast<int>(name.size()) + 1,
+                             0, 5000);
+    };
+    for (const char *name : own) EXPECT_EQ(is_set(name), 0) << name;
+    EXPECT_EQ(is_set("KELVANE_TASKS"), 1);
+}
+
+// Between its registration and its first step a program hears nothing yet.
+TEST_F(TaskStarts, WhatIsSentToATaskAtOnceIsNotLost) {
+    for (int round = 0; round < 5; ++round) {
+        const int task = start_program(TASKS_APP, {}, "app");
+        constexpr int count = 20;
+        int sent = 0;
+        for (int i = 0; i < count; ++i) sent += SendEventTo(task, protocol::numbered_event, i, 0);
+        EXPECT_EQ(sent, count);
+        EXPECT_EQ(ask(task, protocol::reverse, 0), 4) << "nor a request";
+        EXPECT_TRUE(until([=] { return report(task).events == count; })) << report(task).events;
+        EXPECT_EQ(report(task).disorder, 0);
+    }
 }
 
 TEST_F(TaskStarts, OthersThanTheSystemsGoThroughItsStarter) {

@@ -8,21 +8,12 @@
 namespace {
 
 using namespace tasks_test;
-using std::chrono::milliseconds;
 
 class Tasks : public tasks_test::Test {};
 
 // A pixel of a canvas of this size.
 int pixel(const icanvas &canvas, int x, int y) {
     return canvas.addr[y * canvas.scanline + x];
-}
-
-// How long a call takes.
-template <class Call>
-milliseconds time_of(Call call) {
-    const auto before = std::chrono::steady_clock::now();
-    call();
-    return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - before);
 }
 
 } // namespace
@@ -36,6 +27,7 @@ TEST_F(Tasks, AreListedSwitchedAndClosed) {
         tasks.insert(tasks.begin(), start(name));
         EXPECT_EQ(task_list(), tasks) << "the one used last first";
     }
+    EXPECT_TRUE(until([] { return count_of(EVT_BACKGROUND) == 1; }));
     EXPECT_EQ(FindTaskByAppName("three"), tasks[5]);
     EXPECT_EQ(FindTaskByAppName("nine"), -1);
     const itaskinfo *info = GetTaskInfo(tasks[0]);
@@ -140,7 +132,8 @@ TEST_F(Tasks, ThatSleepOrDieAnswerLateOrNever) {
     EXPECT_EQ(SendRequestTo(other, protocol::reverse, data, 4, 4, 5000), 4);
     EXPECT_STREQ(data, "dcba") << "not the late answer";
     const int third = start("third");
-    EXPECT_LT(time_of([=] { EXPECT_EQ(ask(third, protocol::die, 0), -1); }), milliseconds(4000));
+    constexpr int hour_ms = 3'600'000; // nobody waits for the dead
+    EXPECT_EQ(SendRequestTo(third, protocol::die, nullptr, 0, 0, hour_ms), -1);
     EXPECT_TRUE(until([=] { return !is_task(third); }));
     kill(GetTaskInfo(other)->pid, SIGSTOP);
     EXPECT_EQ(SendRequestTo(other, protocol::reverse, data, 4, 4, 50), -1);
@@ -190,6 +183,9 @@ TEST_F(Tasks, MessagesAndEventsKeepTheirOrder) {
     EXPECT_EQ(SendEventSyncTo(other, protocol::numbered_event, count & 0xFFFF, 0), 1);
     EXPECT_EQ(report(other).events, count + 1) << "handled when the call returns";
     EXPECT_EQ(SendEventTo(99, 1, 0, 0) + SendMessageTo(99, 1, nullptr, 0), 0);
+    events.clear();
+    EXPECT_EQ(SendEventSyncTo(other, protocol::event_back, GetCurrentTask(), 0), 1);
+    EXPECT_EQ(count_of(protocol::numbered_event), 1) << "while it waits for who waits for it";
 }
 
 TEST_F(Tasks, ShareTheirFramebuffers) {

@@ -15,24 +15,36 @@
 namespace hw::tasks {
 namespace {
 
-constexpr int reply_ms = 2000;
-constexpr int settling_ms = 500; // until the others have found a new manager as well
+constexpr int reply_ms = 2000, rest_ms = 1000; // after a reply that did not come
+constexpr int settling_ms = 500;               // until the others have found a new manager as well
 constexpr int most_attempts = 4;
 
-Frame join_frame(const TaskRecord &record) {
-    Frame frame{.kind = Kind::join};
+Frame join_frame(const TaskRecord &record, Joining joining) {
+    Frame frame{.kind = Kind::join, .serial = 0, .numbers = {joining == Joining::program}};
     frame.data.resize(sizeof record);
     std::memcpy(frame.data.data(), &record, sizeof record);
     return frame;
+}
+
+// What would do more when it is done twice.
+bool does_more_twice(const Frame &question) {
+    const bool ends_subtask = question.kind == Kind::end_subtask ||
+                              (question.kind == Kind::close && question.numbers[1] >= 0);
+    return ends_subtask || question.kind == Kind::new_subtask;
 }
 
 } // namespace
 
 bool Client::connect() {
     if (manager_) return true;
-    for (int attempt = 0; attempt < most_attempts && !given_up_; ++attempt)
+    for (int attempt = 0; attempt < most_attempts && !given_up_ && !is_resting(); ++attempt)
         if (connect_once()) return true;
     return false;
+}
+
+// A manager that is silent, being stopped, is not asked for a while: nobody is to wait for long.
+bool Client::is_resting() const {
+    return real_time_ms() < rests_until_ms_;
 }
 
 bool Client::connect_once() {
@@ -50,7 +62,7 @@ bool Client::connect_once() {
 // Who was a task of a former manager says so, and keeps its number.
 bool Client::introduce() {
     TaskRecord former;
-    const bool was_task = task_ > 0 && read_record(task_, former);
+    const bool was_task = read_former(former);
     Descriptor table;
     Frame hello{.kind = Kind::hello, .serial = ++serial_};
     if (send_frame(manager_, hello) != Sent::yes) return false;
@@ -62,13 +74,21 @@ bool Client::introduce() {
     if (*known > 0) task_ = *known;
     if (!was_task) return true;
     reconnected_ms_ = real_time_ms();
-    if (*known <= 0 && !join(former)) return false;
+    if (*known <= 0 && !join(former, Joining::process)) return false;
     if (framebuffer_) attach(framebuffer_);
     return true;
 }
 
-bool Client::join(const TaskRecord &record) {
-    const std::optional<int> given = ask(join_frame(record));
+// Nobody writes any more into the table of a manager that is gone: what it left half done stays so.
+bool Client::read_former(TaskRecord &record) const {
+    if (read_record(task_, record)) return true;
+    const TaskRecord *own = own_record();
+    if (own) record = *own;
+    return own && is_sane(record);
+}
+
+bool Client::join(const TaskRecord &record, Joining joining) {
+    const std::optional<int> given = ask(join_frame(record, joining));
     if (given && *given > 0) task_ = *given;
     return given && *given > 0;
 }
@@ -90,17 +110,22 @@ void Client::lose_manager() {
 
 std::optional<int> Client::ask(Frame question, const Descriptor *descriptor, Descriptor *answered) {
     for (int attempt = 0; attempt < most_attempts; ++attempt) {
-        if (!connect()) return std::nullopt;
+        if (is_resting() || !connect()) return std::nullopt;
         question.serial = ++serial_;
-        if (send_frame(manager_, question, descriptor ? descriptor->get() : -1) == Sent::yes) {
+        const Sent sent = send_frame(manager_, question, descriptor ? descriptor->get() : -1);
+        if (sent == Sent::yes) {
             const auto result = await_reply(question.serial, answered);
-            if (result) return result;
+            if (result || manager_ || does_more_twice(question)) return result;
+        } else if (sent == Sent::no_room) {
+            rests_until_ms_ = real_time_ms() + rest_ms;
+        } else {
+            lose_manager();
         }
-        lose_manager();
     }
     return std::nullopt;
 }
 
+// Without an answer the manager is lost, or silent.
 std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
     const int64_t end = real_time_ms() + reply_ms;
     for (int64_t now = real_time_ms(); now < end; now = real_time_ms()) {
@@ -113,8 +138,10 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
         case Received::foreign_version:
             std::fputs("KELVANE_TASKS: the task manager there is of another version\n", stderr);
             given_up_ = true;
+            lose_manager();
             return std::nullopt;
         case Received::broken:
+            lose_manager();
             return std::nullopt;
         case Received::frame:
             break;
@@ -127,6 +154,7 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
         if (answered) *answered = std::move(arrival.descriptor);
         return arrival.frame.numbers[0];
     }
+    rests_until_ms_ = real_time_ms() + rest_ms;
     return std::nullopt;
 }
 

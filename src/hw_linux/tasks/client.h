@@ -22,6 +22,9 @@ struct Waiting {
     Frame frame;
 };
 
+// What becomes a task: the process as it is, or the program that it is about to execute.
+enum class Joining { process, program };
+
 class Client {
   public:
     // Connects to the manager of a place, which must outlive it.
@@ -31,10 +34,11 @@ class Client {
     // is given up.
     bool connect();
     int task() const { return task_; }
-    bool join(const TaskRecord &record);
+    bool join(const TaskRecord &record, Joining joining);
     void attach(const Descriptor *framebuffer); // null: without one
 
-    // Asks the manager; nothing when there is none.
+    // Asks the manager, once more when it ended meanwhile; nothing when there is none, or when it
+    // is silent.
     std::optional<int> ask(Frame question, const Descriptor *descriptor = nullptr,
                            Descriptor *answered = nullptr);
 
@@ -63,7 +67,7 @@ class Client {
     // for half a second.
     bool send(int task, const Frame &frame);
     // Sends and waits for the answer, whose data replaces the frame's; meanwhile requests of others
-    // are answered.
+    // are answered, and events of that task handled whose end it waits for.
     std::optional<int> exchange(int task, Frame &frame, int timeout_ms);
 
     // Hands on what has arrived; the number of frames handled.
@@ -88,7 +92,9 @@ class Client {
 
     const TaskRecord *own_record() const;
     bool connect_once();
+    bool is_resting() const;
     bool introduce();
+    bool read_former(TaskRecord &record) const;
     void lose_manager();
     std::optional<int> await_reply(uint32_t serial, Descriptor *answered);
     void watch(const Descriptor &link);
@@ -101,7 +107,8 @@ class Client {
     void sort_in(int sender, Frame &&frame);
     Waiting take_out(size_t place);
     bool hand_on(Waiting &waiting);
-    void answer_requests();
+    bool cannot_wait(const Waiting &waiting) const;
+    void answer_what_cannot_wait();
     void answer(Waiting &waiting);
     void send_answer(const Waiting &waiting, int result, std::vector<uint8_t> data);
     bool deliver_here(const Frame &frame);
@@ -117,8 +124,8 @@ class Client {
     int waits_ = 0; // for an answer or for room
     std::vector<Awaited *> awaited_;
     const Descriptor *framebuffer_ = nullptr;
-    int answering_ = 0;
-    int64_t reconnected_ms_ = 0;
+    size_t answering_ = 0;
+    int64_t reconnected_ms_ = 0, rests_until_ms_ = 0;
     bool given_up_ = false;
 };
 

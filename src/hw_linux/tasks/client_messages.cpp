@@ -17,7 +17,7 @@ namespace {
 // one, which may itself be waiting for room here.
 constexpr size_t most_bytes = size_t{1} << 20, most_bytes_while_waiting = size_t{64} << 20;
 constexpr int most_frames_at_once = 64; // from one task
-constexpr int most_answering = 16;
+constexpr size_t most_answering = 16;
 constexpr int room_ms = 500;
 constexpr int slice_ms = 10;
 
@@ -107,7 +107,7 @@ std::optional<int> Client::exchange(int task, Frame &frame, int timeout_ms) {
         ++waits_;
         take_in(static_cast<int>(std::min<int64_t>(left, slice_ms)));
         --waits_;
-        answer_requests();
+        answer_what_cannot_wait();
     }
     std::erase(awaited_, &awaited);
     if (!awaited.arrived) return std::nullopt;
@@ -220,14 +220,21 @@ bool Client::hand_on(Waiting &waiting) {
     return true;
 }
 
-void Client::answer_requests() {
-    while (answering_ < most_answering) {
-        const auto found = std::find_if(inbox_.begin(), inbox_.end(), [](const Waiting &w) {
-            return w.frame.kind == Kind::request;
-        });
+// A task that is waited for may itself wait until this one has handled an event.
+bool Client::cannot_wait(const Waiting &waiting) const {
+    const auto is_from = [&](const Awaited *awaited) { return awaited->task == waiting.sender; };
+    return waiting.frame.kind == Kind::request ||
+           (waiting.frame.kind == Kind::event_at_once &&
+            std::any_of(awaited_.begin(), awaited_.end(), is_from));
+}
+
+void Client::answer_what_cannot_wait() {
+    while (answering_ < most_answering && awaited_.size() <= most_answering) {
+        const auto found = std::find_if(inbox_.begin(), inbox_.end(),
+                                        [this](const Waiting &w) { return cannot_wait(w); });
         if (found == inbox_.end()) return;
-        Waiting request = take_out(static_cast<size_t>(found - inbox_.begin()));
-        answer(request);
+        Waiting first = take_out(static_cast<size_t>(found - inbox_.begin()));
+        hand_on(first);
     }
 }
 

@@ -108,9 +108,24 @@ int Manager::greet(Descriptor &link) {
     return record(place).task;
 }
 
-int Manager::join(Descriptor &link, TaskRecord wanted) {
+// What was sent while the program started has lain in the connections.
+void Manager::hand_over_kept(int place) {
+    if (place == no_place) return;
+    seat(place).is_starting = false;
+    for (Kept &kept : std::exchange(seat(place).kept, {}))
+        hand_to(seat(place), kept.sender, std::move(kept.end));
+}
+
+int Manager::join(Descriptor &link, const Frame &frame) {
+    const int pid = process_at(link);
+    const bool is_known = place_of_process(pid) != no_place;
+    const int task = is_known ? greet(link) : add(link, record_in<TaskRecord>(frame));
+    if (task > 0) seat(place_of(task)).is_starting = frame.numbers[0] != 0;
+    return task;
+}
+
+int Manager::add(Descriptor &link, TaskRecord wanted) {
     wanted.pid = process_at(link);
-    if (place_of_process(wanted.pid) != no_place) return greet(link);
     const int place = free_place();
     Descriptor process(place == no_place ? -1 : pidfd_open(wanted.pid, 0));
     if (!process || next_task_ == INT_MAX) return -1;
@@ -123,7 +138,7 @@ int Manager::join(Descriptor &link, TaskRecord wanted) {
         const Change change(*table_.get());
         record(place) = wanted;
     }
-    seat(place) = {std::move(link), std::move(process), {}};
+    seat(place) = {.link = std::move(link), .process = std::move(process), .framebuffer = {}};
     return wanted.task;
 }
 
@@ -242,11 +257,20 @@ int Manager::listen(int place, const Frame &frame) {
 // The end for who asks; the other one has gone to the task.
 Descriptor Manager::connect(int place, int task) {
     const int other = place_of(task);
-    if (other == no_place || !seat(other).link) return {};
+    if (other == no_place) return {};
     auto [ours, theirs] = make_link();
-    Frame news{.kind = Kind::peer, .serial = 0, .numbers = {record(place).task}};
-    if (!ours || send_frame(seat(other).link, news, theirs.get()) != Sent::yes) return {};
+    if (!ours || !hand_to(seat(other), record(place).task, std::move(theirs))) return {};
     return std::move(ours);
+}
+
+bool Manager::hand_to(Seat &to, int sender, Descriptor end) {
+    if (to.is_starting) {
+        if (to.kept.size() == most_tasks) return false;
+        to.kept.push_back({sender, std::move(end)});
+        return true;
+    }
+    const Frame news{.kind = Kind::peer, .serial = 0, .numbers = {sender}};
+    return to.link && send_frame(to.link, news, end.get()) == Sent::yes;
 }
 
 int Manager::result_of(int place, Arrival &arrival) {
@@ -285,14 +309,15 @@ bool Manager::handle(Descriptor &link, int place, Arrival &arrival) {
     if (frame.kind == Kind::hello || frame.kind == Kind::join) {
         if (place != no_place) return false;
         const int pid = process_at(link);
-        const int task =
-            frame.kind == Kind::hello ? greet(link) : join(link, record_in<TaskRecord>(frame));
+        const int task = frame.kind == Kind::hello ? greet(link) : join(link, frame);
         const int seated = place_of_process(pid);
         const Descriptor &answered = link ? link : seat(seated).link;
         reply(answered, frame, task, table_.descriptor().get());
+        if (frame.kind == Kind::hello) hand_over_kept(seated);
         return true;
     }
     if (place == no_place) return false;
+    hand_over_kept(place); // a process that has joined says nothing more before its program
     if (frame.kind == Kind::connect) {
         const Descriptor end = connect(place, frame.numbers[0]);
         reply(link, frame, end ? frame.numbers[0] : -1, end.get());

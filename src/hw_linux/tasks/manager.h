@@ -49,9 +49,16 @@ class Manager {
     bool is_needed() const;
 
   private:
+    // An end of a connection, for a task whose program has not begun yet.
+    struct Kept {
+        int sender;
+        Descriptor end;
+    };
     // What belongs to the record at the same place.
     struct Seat {
         Descriptor link, process, framebuffer;
+        bool is_starting = false; // its link closes when it executes its program
+        std::vector<Kept> kept{};
     };
     struct Change;
 
@@ -60,7 +67,9 @@ class Manager {
     void reply(const Descriptor &link, const Frame &question, int result, int descriptor = -1);
     int result_of(int place, Arrival &arrival);
     int greet(Descriptor &link);
-    int join(Descriptor &link, TaskRecord record);
+    void hand_over_kept(int place);
+    int join(Descriptor &link, const Frame &frame);
+    int add(Descriptor &link, TaskRecord record);
     int attach(int place, const Frame &frame, Descriptor framebuffer);
     int new_subtask(int place, const Frame &frame);
     int set_subtask(const Frame &frame);
@@ -71,6 +80,7 @@ class Manager {
     int close(const Frame &frame);
     int listen(int place, const Frame &frame);
     Descriptor connect(int place, int task);
+    bool hand_to(Seat &to, int sender, Descriptor end);
 
     int place_of(int task) const;
     int place_of_process(int pid) const;

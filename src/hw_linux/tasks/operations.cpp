@@ -118,10 +118,10 @@ int subtask_with_book(const TaskRecord &record, const char *book) {
     return is_text(record.book.data(), book) ? record.subtask : -1;
 }
 
-// Scripts, traces, films and recordings are this process's, and so is its socket.
+// Who plays the device and what is written down about it belong to one process.
 void keep_environment() {
-    for (const char *name : {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_TRACE", "KELVANE_FRAMES",
-                             "KELVANE_RECORD", "KELVANE_CONTROL", "KELVANE_FILM"})
+    for (const char *name : {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_CONTROL", "KELVANE_TRACE",
+                             "KELVANE_FRAMES", "KELVANE_FILM", "KELVANE_RECORD"})
         unsetenv(name);
 }
 
@@ -190,7 +190,7 @@ int hw_task_supported(void) {
 
 void hw_task_initmqueue(void) {
     with_client(0, [](Client &tasks) {
-        return tasks.task() > 0 ? 0 : hw_task_register(nullptr, nullptr, nullptr, 0);
+        return tasks.task() > 0 || tasks.join(TaskRecord(), Joining::process) ? 0 : -1;
     });
 }
 
@@ -209,7 +209,7 @@ int hw_task_register(const char *appname, const char *name, const ibitmap_s *ico
         set_text(record.name, name);
         set_icon(record, icon);
         record.flags = static_cast<uint32_t>(flags);
-        if (!tasks.join(record)) return -1;
+        if (!tasks.join(record, is_copy() ? Joining::program : Joining::process)) return -1;
         if (is_copy()) keep_environment();
         return tasks.task();
     });

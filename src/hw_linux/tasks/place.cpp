@@ -31,7 +31,7 @@ sockaddr_un address_in(int directory) {
 
 template <class Call>
 Descriptor with_socket(int directory, Call call) {
-    Descriptor made(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+    Descriptor made(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un address = address_in(directory);
     if (!made || call(made.get(), reinterpret_cast<const sockaddr *>(&address)) != 0) return {};
     return made;

@@ -18,7 +18,8 @@ class Place {
     Descriptor lock() const;
     Descriptor try_lock() const;
 
-    // Both under the lock. Empty when nobody serves, or on failure.
+    // Both under the lock; neither waits. Empty on failure, of which errno tells: connect() fails
+    // with ECONNREFUSED or ENOENT when nobody serves.
     Descriptor connect() const;
     Descriptor listen() const;
     // Removes socket and lock.

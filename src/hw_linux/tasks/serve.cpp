@@ -96,7 +96,9 @@ Descriptor connect_to_manager(const Place &place) {
     const Descriptor lock = place.lock();
     if (!lock) return {};
     Descriptor link = place.connect();
-    if (link || !start_manager(place)) return link;
+    if (link) return link;
+    const bool nobody_serves = errno == ECONNREFUSED || errno == ENOENT;
+    if (!nobody_serves || !start_manager(place)) return {};
     return place.connect();
 }
 

@@ -181,9 +181,10 @@ bool forward_input(int type, int mod, int par1, int par2) {
         session.input_updates = shown_of(active).updates;
     }
     if (active == 0 || active == session.client->task()) return false;
-    return ground::guarded(false, [&] {
-        return session.client->send(active, {Kind::input, 0, {type, mod, par1, par2}, {}});
+    ground::guarded([&] {
+        session.client->send(active, {Kind::input, 0, {type, mod, par1, par2}, {}});
     });
+    return true;
 }
 
 std::unique_ptr<ForeignFramebuffer> framebuffer_of(int task) {

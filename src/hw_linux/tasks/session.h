@@ -37,7 +37,8 @@ bool is_shown(const char *name);
 // The home key of the device makes the task that was started first the active one. False when it
 // is.
 bool go_home();
-// Input of a script goes to the active task. False when that is this one.
+// Input of a script or a controller goes to the active task, or is lost when that takes none. False
+// when that is this one.
 bool forward_input(int type, int mod, int par1, int par2);
 // The active task's framebuffer when it is not this one's; else null.
 std::unique_ptr<ForeignFramebuffer> active_framebuffer();

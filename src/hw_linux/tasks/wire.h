@@ -20,7 +20,8 @@ inline constexpr size_t wire_numbers = 6;
 enum class Kind : uint16_t {
     // From a task to the manager, which replies to each. The numbers are in brackets.
     hello,            // who am I?
-    join,             // data: TaskRecord. Its task is 0, or the one that a former manager gave
+    join,             // [1: and executes a program, which says hello; 0: as it is], data:
+                      // TaskRecord. Its task is 0, or the one that a former manager gave
     attach,           // [1: with a framebuffer, whose descriptor comes along; 0: without]
     new_subtask,      // data: SubtaskRecord
     set_subtask,      // [task, subtask], data: SubtaskRecord

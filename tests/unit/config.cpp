@@ -128,6 +128,9 @@ TEST_F(Config, LongValuesAreCut) {
         const std::string expected(c.kept, c.filler);
         EXPECT_EQ(settings_in(path), (values{{"a", expected}, {"b", "whole"}})) << c.length;
         EXPECT_EQ(h.get("a").size(), c.length) << "the handle keeps the whole";
+        WriteString(h, "c", "");
+        ASSERT_EQ(SaveConfig(h), 1);
+        EXPECT_EQ(h.get("a").size(), c.kept) << "until it reads what the file says";
     }
     // Many values of a few kilobytes are not cut, nor are names of any length.
     fs::remove(path);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // An application in its window, with a person at the keyboard and a controller at its socket.
-
 #include <X11/keysym.h>
 
 #include "session.h"

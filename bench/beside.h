@@ -7,8 +7,10 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cstddef>
 #include <ctime>
+#include <sys/resource.h>
 #include <vector>
 
 inline double median(std::vector<double> values) {
@@ -35,6 +37,24 @@ inline double thread_seconds() {
     timespec t;
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
     return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
+}
+
+// The processor time of the programs that have ended.
+inline double children_seconds() {
+    rusage used{};
+    getrusage(RUSAGE_CHILDREN, &used);
+    const auto seconds = [](timeval t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+// For work of other processes, and waiting.
+template <class Work>
+double wall_seconds(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 template <class Work>

@@ -13,7 +13,6 @@
 #include <minizip/unzip.h>
 #include <minizip/zip.h>
 #include <string>
-#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -158,8 +157,8 @@ void epub_and_libxml2(benchmark::State &state) {
 BENCHMARK(epub_and_libxml2)->UseManualTime();
 
 std::string big_endian(unsigned long value, int size) {
-    std::string bytes;
-    while (size-- > 0) bytes += static_cast<char>(value >> 8 * size & 0xFF);
+    std::string bytes(static_cast<size_t>(size), '\0');
+    for (char &byte : bytes) byte = static_cast<char>(value >> 8 * --size & 0xFF);
     return bytes;
 }
 
@@ -218,16 +217,6 @@ void cover_and_loader(benchmark::State &state) {
         [] { std::free(LoadJPEG("c.jpg", 150, 200, 100, 100, 1)); });
 }
 BENCHMARK(cover_and_loader)->UseManualTime();
-
-// The processor time of the programs that have ended.
-double children_seconds() {
-    rusage used{};
-    getrusage(RUSAGE_CHILDREN, &used);
-    const auto seconds = [](timeval t) {
-        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
-    };
-    return seconds(used.ru_utime) + seconds(used.ru_stime);
-}
 
 void tool_and_reading(benchmark::State &state) {
     std::vector<std::string> paths;

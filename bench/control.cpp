@@ -75,13 +75,6 @@ struct Pipes {
     }
 };
 
-template <class Work>
-double wall_seconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 bool ask(int fd, const std::string &line) {
     char answer[256];
     return send(fd, line.data(), line.size(), MSG_NOSIGNAL) > 0 &&

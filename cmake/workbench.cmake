@@ -1,7 +1,9 @@
 # What authors of applications work with.
-# kelvane-test, which plays scripts; it starts applications and links none of the library.
+# kelvane-test, which plays scripts; it starts applications, and of the library it has only how
+# UTF-8 is read.
 file(GLOB KELVANE_TEST_TOOL CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/test/*.cpp)
-add_executable(kelvane_test ${KELVANE_TEST_TOOL})
+add_executable(kelvane_test ${KELVANE_TEST_TOOL} src/ground/utf8.cpp)
+target_include_directories(kelvane_test PRIVATE src)
 target_compile_definitions(kelvane_test PRIVATE KELVANE_VERSION="${PROJECT_VERSION}")
 target_link_libraries(kelvane_test PRIVATE kelvane_flags PNG::PNG Threads::Threads)
 set_target_properties(kelvane_test PROPERTIES OUTPUT_NAME kelvane-test

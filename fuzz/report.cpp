@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "report/print.h"
@@ -11,8 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const std::string text(reinterpret_cast<const char *>(data), size);
     const report::Trace trace = report::parse_trace(text);
     const report::Summary summary = report::summarise("trace", trace.updates);
-    const std::string svg = report::as_svg(trace.updates);
-    if (!svg.ends_with("</svg>\n")) std::abort();
+    const std::optional<std::string> svg = report::as_svg(trace.updates);
+    if (svg && !svg->ends_with("</svg>\n")) std::abort();
     if (report::as_table(summary).empty() || report::as_json({summary}).empty()) std::abort();
     return 0;
 }

@@ -8,7 +8,9 @@
 
 namespace hw {
 
-// The nearest of the greys that a waveform of so many levels can show; 2, 4 or 16.
+// The greys that a waveform of so many levels, 2, 4 or 16, shows for these: their highest one, two
+// or four bits name the level, as a controller reads them, and the levels stand evenly from 0 to
+// 255.
 void to_levels(const uint8_t *row, uint8_t *to, int count, int levels);
 
 // Compares rows of an area with what was shown there before, in the panel's 16 greys.

@@ -22,6 +22,7 @@
 #include "hw_linux/menu.h"
 #include "hw_linux/player.h"
 #include "hw_linux/script.h"
+#include "hw_linux/tasks/real_time.h"
 #include "hw_linux/tasks/session.h"
 #include "hw_linux/trace.h"
 #include "hw_seam.h"
@@ -36,6 +37,7 @@ constexpr int rest_ms = 20, hurried_rest_ms = 1;
 constexpr int64_t hurried_step_us = 20'000;
 constexpr int64_t longest_wait_us = 60'000'000;
 constexpr int64_t longest_await_us = 10'000'000, look_again_us = 10'000;
+constexpr int64_t longest_unrest_ms = 5000; // of the wall clock
 constexpr const char *asker = "control";
 
 // A line that is being done.
@@ -53,6 +55,7 @@ struct Control {
     LineServer server;
     std::vector<Job> jobs; // one a client
     int64_t start_ms = hw_boottime_ms();
+    int64_t restless_since_ms = -1; // of the wall clock; negative: the application rests at times
 };
 
 std::unique_ptr<Control> control;
@@ -231,6 +234,13 @@ std::optional<LineServer::Line> next_line() {
     return control->server.take();
 }
 
+// Nobody waits any longer with a line that has come; what it pressed is let go later.
+void refuse_all(std::string_view why) {
+    for (Job &job : control->jobs) control->server.answer(std::exchange(job.client, 0), why);
+    control->server.serve(0);
+    while (const auto line = control->server.take()) control->server.answer(line->client, why);
+}
+
 // What led to the end was done; what had not begun was not.
 const char *last_answer(const Job &job) {
     return job.position > 0 ? "ok" : "error: the screen was closed";
@@ -278,6 +288,18 @@ int64_t time_to_control(int64_t limit_us) {
         return 0;
     }
     return is_clock_stopped() ? 0 : time_to_job(limit_us);
+}
+
+void check_unrest() {
+    if (!control) return;
+    if (!hooks.has_events()) {
+        control->restless_since_ms = -1;
+        return;
+    }
+    const int64_t now_ms = tasks::real_time_ms();
+    if (control->restless_since_ms < 0) control->restless_since_ms = now_ms;
+    if (now_ms - control->restless_since_ms >= longest_unrest_ms)
+        refuse_all("error: the application does not rest");
 }
 
 // One action at a time, and not before the application has gone on: it hears of each.

@@ -17,6 +17,9 @@ int control_fd();
 // How long the application may idle from now: at most limit_us, 0 when a line is to be done or time
 // stands still. Rests a moment in that case.
 int64_t time_to_control(int64_t limit_us);
+// Called while the application works. One that always has events waiting never comes to a line:
+// after five seconds of that, lines are answered with an error.
+void check_unrest();
 // Does what is due, if anything, and answers what is done.
 void run_due_control();
 

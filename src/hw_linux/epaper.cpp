@@ -160,6 +160,13 @@ int64_t Epaper::next_end_us() const {
     return first;
 }
 
+std::optional<int> Epaper::take_finished() {
+    if (finished_.empty()) return std::nullopt;
+    const int seq = finished_.front();
+    finished_.erase(finished_.begin());
+    return seq;
+}
+
 int Epaper::residue(const irect &area) const {
     int64_t sum = 0;
     for (int y = area.y; y < area.y + area.h; ++y)

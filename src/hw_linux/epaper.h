@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -38,8 +39,8 @@ class Epaper {
     Plane &shown() { return shown_; }
     // The part of the panel that has changed since this was asked last.
     irect take_moved() { return std::exchange(moved_, {}); }
-    // The updates that have ended since this was asked last.
-    std::vector<int> take_finished() { return std::exchange(finished_, {}); }
+    // The next update that has ended, in the order of their ends.
+    std::optional<int> take_finished();
     // The mean over an area when all updates have ended, in hundredths of a grey of 255.
     int residue(const irect &area) const;
     // The canvas was turned, while no update was running.
@@ -65,7 +66,7 @@ class Epaper {
     Plane shown_, residue_;
     std::vector<Update> updates_;
     irect moved_{};
-    std::vector<int> finished_;
+    std::vector<int> finished_; // has room for all that run
 };
 
 } // namespace hw

@@ -2,6 +2,7 @@
 // Numbers the pictures and keeps their times.
 #include "hw_linux/film.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cstdio>
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "hw_linux/picture.h"
 #include "hw_linux/waveform.h"
@@ -16,7 +18,30 @@
 namespace hw {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int64_t longest_rest_us = 1'000'000;
+
+// Six digits, or more in a long film, and ".png".
+bool is_picture_of_film(const fs::directory_entry &entry) {
+    const std::string name = entry.path().filename().string();
+    std::error_code error;
+    const size_t digits = std::min(name.find_first_not_of("0123456789"), name.size());
+    return digits >= 6 && name.substr(digits) == ".png" &&
+           fs::is_regular_file(entry.symlink_status(error));
+}
+
+// Makes the directory, without the pictures of an earlier film.
+std::error_code prepare(const std::string &directory) {
+    std::error_code error;
+    fs::create_directories(directory, error);
+    std::vector<fs::path> earlier;
+    for (fs::directory_iterator it(directory, error), end; !error && it != end; it.increment(error))
+        if (is_picture_of_film(*it)) earlier.push_back(it->path());
+    for (const fs::path &picture : earlier)
+        if (!error) fs::remove(picture, error);
+    return error;
+}
 
 } // namespace
 
@@ -37,8 +62,7 @@ bool Film::open(int64_t now_us) {
     }
     directory_ = text.substr(0, colon);
     picture_us_ = 1'000'000 / rate;
-    std::error_code error;
-    std::filesystem::create_directories(directory_, error);
+    const std::error_code error = prepare(directory_);
     if (error)
         std::fprintf(stderr, "KELVANE_FILM=%s: %s\n", setting, error.message().c_str());
     else

@@ -10,6 +10,7 @@ namespace hw {
 class Film {
   public:
     // True when the variable is not set, or the directory is there; otherwise says what is wrong.
+    // Numbered pictures of an earlier film are removed from it, and nothing else.
     bool open(int64_t now_us);
     // When the next picture is due; INT64_MAX while nothing moves, and when there is no film.
     int64_t next_us() const { return next_us_; }

@@ -150,6 +150,7 @@ bool is_open() {
 
 void let_work() {
     play_panel();
+    check_unrest();
     if (screen.device) screen.device->pump();
 }
 

@@ -65,6 +65,11 @@ void step_to(int64_t us) {
     shown.film.note_change(us);
 }
 
+// The pictures of updates that have ended.
+void save_finished() {
+    while (const std::optional<int> seq = shown.epaper->take_finished()) save_frame(*seq);
+}
+
 // Updates that ended and pictures of a film that were due, in the order of their times.
 void catch_up(int64_t until_us) {
     for (;;) {
@@ -72,8 +77,7 @@ void catch_up(int64_t until_us) {
         const int64_t at_us = std::min(end_us, shown.film.next_us());
         if (at_us > until_us) return;
         step_to(at_us);
-        if (end_us == at_us)
-            for (const int seq : shown.epaper->take_finished()) save_frame(seq);
+        if (end_us == at_us) save_finished();
         if (shown.film.next_us() == at_us && !shown.film.take()) end_process(1);
     }
 }
@@ -82,11 +86,12 @@ void catch_up(int64_t until_us) {
 void settle() {
     shown.epaper->finish();
     step_to(boot_time_us());
-    for (const int seq : shown.epaper->take_finished()) save_frame(seq);
+    save_finished();
     shown.schedule.clear();
 }
 
 void show_plainly() {
+    if (shown.epaper) settle();
     shown.epaper.reset();
     paint_whole(shown.asked ? as_canvas(*shown.asked) : *framebuffer());
 }
@@ -105,11 +110,13 @@ void rescue() {
     show_plainly();
 }
 
-// Time passes, and a window lives on.
-void wait_until(int64_t us) {
-    while (device() && boot_time_us() < us) {
-        const int64_t left_us = us - boot_time_us();
-        device()->idle(device()->is_watched ? std::min(left_us, watched_picture_us) : left_us);
+// Time passes until the panel's own, and a window lives on, whose user may leave the model. Other
+// tasks and controllers are not heard meanwhile, so what they say must not end the pauses.
+void wait_until(int64_t (Schedule::*time_us)() const) {
+    while (device() && shown.epaper) {
+        const int64_t left_us = (shown.schedule.*time_us)() - boot_time_us();
+        if (left_us <= 0) return;
+        device()->pause(device()->is_watched ? std::min(left_us, watched_picture_us) : left_us);
         let_work();
     }
 }
@@ -180,33 +187,28 @@ void close_shown() {
     shown = {};
 }
 
-bool is_epaper() {
-    return shown.epaper.has_value();
-}
-
 void switch_panel() {
     if (!shown.asked) return;
     catch_up(boot_time_us());
-    if (shown.epaper) {
-        settle();
+    if (shown.epaper)
         show_plainly();
-    } else {
+    else
         ground::guarded_or(show_as_epaper, rescue);
-    }
     device()->present();
 }
 
-void begin_update(UpdateRecord &update) {
-    if (shown.epaper) wait_until(shown.schedule.free_us());
-    if (!device()) return;
+bool begin_update(UpdateRecord &update) {
+    wait_until(&Schedule::free_us);
+    if (!device()) return false;
     catch_up(boot_time_us());
     const icanvas &canvas = *framebuffer();
     const irect area =
         clipped({update.x, update.y, update.w, update.h, 0}, canvas.width, canvas.height);
-    if (is_empty(area)) return;
+    if (is_empty(area)) return false;
     if (shown.asked) keep_asked(area);
     if (shown.levels) ground::guarded_or([&] { take_in(update, area); }, rescue);
     if (shown.epaper) shown.film.note_change(boot_time_us());
+    return shown.epaper.has_value();
 }
 
 void paint_update(const irect &area) {
@@ -237,7 +239,7 @@ bool panel_is_busy() {
 // Without the model nobody waits: by now the panel that the trace tells of would rest.
 void wait_for_panel() {
     if (!shown.epaper) return shown.schedule.clear();
-    while (panel_is_busy() && device()) wait_until(shown.schedule.idle_us());
+    wait_until(&Schedule::idle_us);
 }
 
 void prepare_turn() {

@@ -12,14 +12,13 @@ namespace hw {
 bool open_shown();
 void close_shown();
 
-// The panel is shown as e-paper.
-bool is_epaper();
 // The other way from now on; the key of the window for it.
 void switch_panel();
 
 // An update of an area that may reach anywhere: compares it with what was shown, and fills in what
 // the trace tells of that. On e-paper it may first wait for a free place.
-void begin_update(UpdateRecord &update);
+// @return whether the panel shows it from now on, and its picture is saved when it has
+bool begin_update(UpdateRecord &update);
 // Paints the area, where the panel shows updates at once.
 void paint_update(const irect &area);
 

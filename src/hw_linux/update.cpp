@@ -39,13 +39,13 @@ int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
     hw::UpdateRecord update{
         hw::number_update(), kind, cause, hw_boottime_ms(), area.x, area.y, area.w, area.h, mode,
         dynamic_switch};
-    hw::begin_update(update);
+    const bool is_shown_later = hw::begin_update(update);
     const int times = flash == Flash::yes ? 2 : 1;
     for (int i = 0; i < times; ++i)
         if (!hw::device() || !paint(area)) return 0;
     hw::tasks::note_shown();
     hw::trace_update(update);
-    if (!hw::is_epaper()) hw::save_frame(update.seq);
+    if (!is_shown_later) hw::save_frame(update.seq);
     return hw::emulated().update_answer;
 }
 

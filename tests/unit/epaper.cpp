@@ -98,7 +98,8 @@ TEST(Epaper, EveryModeBringsEveryGreyToEveryOther) {
         EXPECT_TRUE(panel.is_moving());
         panel.advance(end_us);
         EXPECT_FALSE(panel.is_moving());
-        EXPECT_EQ(panel.take_finished(), std::vector{1});
+        EXPECT_EQ(panel.take_finished(), 1);
+        EXPECT_EQ(panel.take_finished(), std::nullopt);
         for (size_t i = 0; i < pairs.former.bytes.size(); ++i) {
             const int wanted = pairs.wanted.bytes[i], way = pairs.former.bytes[i] - wanted;
             EXPECT_EQ(panel.shown().bytes[i], wanted + way * waveform.residue_percent / 100);
@@ -134,6 +135,23 @@ TEST(Epaper, ResidueGrowsWithEachUpdateUntilAFlashClearsIt) {
         panel.finish();
         EXPECT_TRUE(all(panel.shown(), 255)) << c.mode;
     }
+}
+
+TEST(Epaper, TheHighestBitsOfAGreyNameItsLevel) {
+    const struct {
+        int mode, levels[greys]; // of 0x08, 0x18, ... 0xF8
+    } cases[] = {
+        {UPDATE_BW, {0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255}},
+        {UPDATE_DU4, {0, 0, 0, 0, 85, 85, 85, 85, 170, 170, 170, 170, 255, 255, 255, 255}},
+        {UPDATE_GREY, {0, 17, 34, 51, 68, 85, 102, 119, 136, 153, 170, 187, 204, 221, 238, 255}},
+    };
+    for (const auto &c : cases)
+        for (int i = 0; i < 256; ++i) {
+            auto grey = static_cast<uint8_t>(i);
+            const Waveform &waveform = hw::waveform_of(hw::UpdateKind::partial, c.mode);
+            hw::to_levels(&grey, &grey, 1, waveform.levels);
+            EXPECT_EQ(grey, c.levels[i / 16]) << "mode " << c.mode << ", grey " << i;
+        }
 }
 
 TEST(Epaper, AnUpdateThatWaitedBeginsWithWhatTheFormerLeft) {

@@ -146,6 +146,7 @@ std::vector<std::string> filmed(const std::filesystem::path &place) {
         hw_update(0, 0, 600, 400, UPDATE_PARTIAL_GREY);
         hw::pass_time(3600'000'000LL);
     }
+    hw_update(600, 0, 10, 10, UPDATE_PARTIAL_GREY); // beside the screen
     hw_fullupdate();
     hw_close();
     for (const char *name : {"KELVANE_FILM", "KELVANE_FRAMES", "KELVANE_TRACE"}) unsetenv(name);
@@ -164,17 +165,26 @@ std::vector<std::string> filmed(const std::filesystem::path &place) {
 TEST_F(Shown, FilmsAndFramesAreTheSameEachTime) {
     setenv("KELVANE_PANEL", "epaper", 1);
     const std::vector<std::string> first = filmed(dir_.path() / "a");
-    EXPECT_EQ(filmed(dir_.path() / "b"), first);
+    // An earlier film was longer than this one; what else lies there is not the film's.
+    write_file(dir_.path() / "a/film/000072.png", "former");
+    write_file(dir_.path() / "a/film/1000000.png", "former");
+    for (const char *other : {"12345.png", "000001.jpg", "a00001.png", "000001.png.png"})
+        write_file(dir_.path() / "a/film" / other, "other");
+    std::filesystem::create_directory(dir_.path() / "a/film/000099.png");
+    EXPECT_EQ(filmed(dir_.path() / "a"), first);
+    const std::filesystem::directory_iterator film(dir_.path() / "a/film");
+    EXPECT_EQ(std::distance(begin(film), end(film)), 71 + 5);
     const auto film_end = std::find(first.begin(), first.end(), "");
     // Two updates of 450 ms with the second of rest that is kept, and the last one to its end.
     EXPECT_EQ(film_end - first.begin(), 2 * (9 + 21) + 11);
     EXPECT_NE(first[0], first[5]);
     const std::vector<std::string> frames(film_end + 1, std::find(film_end + 1, first.end(), ""));
-    ASSERT_EQ(frames.size(), 3u);
+    ASSERT_EQ(frames.size(), 4u);
     EXPECT_EQ(frames[0], first[20]) << "a frame waits for the panel";
     EXPECT_EQ(frames[1], first[50]);
-    EXPECT_EQ(frames[2], *(film_end - 1));
-    EXPECT_NE(frames[1], frames[2]) << "the full update clears the residue";
+    EXPECT_EQ(frames[2], frames[1]) << "an update of nothing has its picture";
+    EXPECT_EQ(frames[3], *(film_end - 1));
+    EXPECT_NE(frames[1], frames[3]) << "the full update clears the residue";
     EXPECT_NE(first.back().find("\"panel_ms\":450,\"residue\":7.50}"), std::string::npos);
 }
 

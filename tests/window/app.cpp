@@ -26,6 +26,7 @@ struct Options {
     int trail = 0;    // 1: every event of a person leaves a mark on the screen
     int busy = 0;     // 1: a key starts updates without end
     int letters = 0;  // 1: a keyboard without an entry hands letters on as keys
+    int clean = 0;    // 1: a key cleans the panel twelve times and waits for it
     int vanish = 0;   // 1: the toolkit calls back in the middle of an update and ends everything
 } options;
 
@@ -88,6 +89,13 @@ void vanish() {
     say("vanished");
 }
 
+void clean_and_wait() {
+    for (int i = 0; i < 12; ++i) FullUpdateHQ();
+    say("waiting");
+    WaitForUpdateComplete();
+    say("waited");
+}
+
 void turn(int orientation) {
     SetOrientation(orientation);
     ClearScreen();
@@ -116,6 +124,7 @@ int handler(int type, int par1, int par2) {
     if (type == EVT_SHOW) show();
     if (type == EVT_ORIENTATION) turn(par1);
     if (type == EVT_KEYPRESS && options.vanish) vanish();
+    if (type == EVT_KEYPRESS && options.clean) clean_and_wait();
     while (type == EVT_KEYPRESS && options.busy) FullUpdate();
     if (type == EVT_EXIT && options.busy) FullUpdate();
     if (options.trail && leaves_a_mark(type)) leave_a_mark(type, par1, par2);
@@ -134,6 +143,7 @@ int *find_option(const std::string &name) {
     if (name == "trail") return &options.trail;
     if (name == "busy") return &options.busy;
     if (name == "letters") return &options.letters;
+    if (name == "clean") return &options.clean;
     if (name == "vanish") return &options.vanish;
     return nullptr;
 }

@@ -23,10 +23,13 @@ void WindowTest::launch(const Lines &options, const desktop::Environment &enviro
     app_.emplace(command, sandbox_.path(""), environment);
 }
 
-void WindowTest::start(const Lines &options, const std::string &settings) {
+void WindowTest::start(const Lines &options, const std::string &settings,
+                       const desktop::Environment &more) {
     sandbox_.write("system/config/global.cfg", settings);
     sandbox_.write("system/tmp/.current", "window_app\n");
-    launch(options, {{"DISPLAY", server_.name()}});
+    desktop::Environment environment = more;
+    environment["DISPLAY"] = server_.name();
+    launch(options, environment);
     before_show_ = until("shown 0");
     window_ = server_.find_window("Marrowleaf ");
     ASSERT_NE(window_, 0u);

@@ -19,7 +19,8 @@ Lines events_in(const Lines &lines, const std::vector<int> &types);
 class WindowTest : public testing::Test {
   protected:
     // Starts the application with its settings and waits until it is drawn.
-    void start(const Lines &options = {}, const std::string &settings = "");
+    void start(const Lines &options = {}, const std::string &settings = "",
+               const desktop::Environment &more = {});
     // As start(), but on a server and with arguments of the test's own.
     void launch(const Lines &options, const desktop::Environment &environment);
 

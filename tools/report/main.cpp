@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,7 +20,7 @@ namespace {
 
 using namespace report;
 
-constexpr int limit_exceeded = 1, failure = 2;
+constexpr int limit_not_kept = 1, failure = 2;
 constexpr size_t largest_trace = size_t{256} << 20;
 
 constexpr const char *usage =
@@ -27,13 +28,14 @@ constexpr const char *usage =
     "what is printed:\n"
     "  --json              one array of objects\n"
     "  --svg               a timeline, of one trace\n"
-    "  -q                  only limits that are exceeded\n"
+    "  -q                  only limits that are not kept\n"
     "  --from MS, --to MS  of the updates from that time on, or before that time\n"
-    "limits, for each trace; the status is 1 when one is exceeded:\n"
+    "limits, for each trace; the status is 1 when one is not kept:\n"
     "  --max-updates N     --no-wasted       updates that changed nothing\n"
-    "  --max-flashes N     --no-oversized    areas much larger than what changed\n"
-    "  --max-panel-ms N    --no-coarse       greys through a mode of two levels\n"
-    "  --max-wait-ms N     --no-waits        updates that waited for another one\n"
+    "  --min-updates N     --no-oversized    areas much larger than what changed\n"
+    "  --max-flashes N     --no-coarse       greys through a mode of two levels\n"
+    "  --max-panel-ms N    --no-waits        updates that waited for another one\n"
+    "  --max-wait-ms N\n"
     "kelvane-report --help | --version\n";
 
 enum class Style { table, json, svg, quiet };
@@ -72,9 +74,9 @@ bool take_limit(const std::string &word, Words &words, std::vector<Limit> &limit
     const auto found =
         std::find_if(all.begin(), all.end(), [&](const Measure &m) { return m.option == word; });
     if (found == all.end()) return false;
-    const std::optional<int64_t> most = found->takes_number() ? words.take_number() : 0;
-    if (most) limits.push_back({&*found, *most});
-    return most.has_value();
+    const std::optional<int64_t> number = found->takes_number() ? words.take_number() : 0;
+    if (number) limits.push_back({&*found, *number});
+    return number.has_value();
 }
 
 bool take_time(Words &words, int64_t &ms) {
@@ -147,15 +149,26 @@ void print(const std::string &text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-// False when a limit is exceeded.
+bool print_timeline(const std::string &name, const std::vector<Update> &updates) {
+    const std::optional<std::string> timeline = as_svg(updates);
+    if (timeline)
+        print(*timeline);
+    else
+        complain(name, "too long for one timeline: choose a part with --from and --to");
+    return timeline.has_value();
+}
+
+// False when a limit is not kept.
 bool is_within(const Summary &summary, const std::vector<Limit> &limits) {
     bool within = true;
     for (const Limit &limit : limits) {
         const int64_t value = limit.measure->value(summary);
-        if (value <= limit.most) continue;
+        if (limit.holds(value)) continue;
         within = false;
-        complain(summary.name, std::to_string(value) + ' ' + limit.measure->what + ", " +
-                                   std::to_string(limit.most) + " at most");
+        complain(summary.name,
+                 std::to_string(value) + ' ' + limit.measure->what + ", " +
+                     std::to_string(limit.number) +
+                     (limit.measure->bound() == Bound::least ? " at least" : " at most"));
     }
     return within;
 }
@@ -166,7 +179,7 @@ int report_on(const Options &o) {
         const auto updates = read_updates(name, o);
         if (!updates) return failure;
         summaries.push_back(summarise(name, *updates));
-        if (o.style == Style::svg) print(as_svg(*updates));
+        if (o.style == Style::svg && !print_timeline(name, *updates)) return failure;
     }
     if (o.style == Style::json) print(as_json(summaries));
     if (o.style == Style::table)
@@ -177,7 +190,7 @@ int report_on(const Options &o) {
         complain("standard output", std::strerror(errno));
         return failure;
     }
-    return within ? 0 : limit_exceeded;
+    return within ? 0 : limit_not_kept;
 }
 
 } // namespace
@@ -192,5 +205,16 @@ int main(int count, char **arguments) {
         std::fputs(usage, stderr);
         return failure;
     }
-    return report_on(*options);
+    if (options->from_ms >= options->to_ms) {
+        complain("--from " + std::to_string(options->from_ms) + " --to " +
+                     std::to_string(options->to_ms),
+                 "there is no time between them");
+        return failure;
+    }
+    try {
+        return report_on(*options);
+    } catch (const std::bad_alloc &) {
+        complain("this report", std::strerror(ENOMEM));
+        return failure;
+    }
 }

@@ -17,6 +17,7 @@ int64_t count(const Summary &s) {
 
 constexpr Measure table[] = {
     {"--max-updates", "updates", total<&Totals::updates>},
+    {"--min-updates", "updates", total<&Totals::updates>},
     {"--max-flashes", "flashes", total<&Totals::flashes>},
     {"--max-panel-ms", "ms on the panel", total<&Totals::panel_ms>},
     {"--max-wait-ms", "ms of waiting for another update",

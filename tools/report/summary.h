@@ -37,7 +37,7 @@ struct Summary {
     std::vector<Update> coarse;    // greys through a mode of two levels
     std::vector<Update> waited;    // for another update to end
     int64_t longest_wait_ms = 0;
-    Second worst; // the second with the most time on the panel
+    Second worst; // in it begin the updates with the most time on the panel
 };
 
 // Of updates in the order of their times.

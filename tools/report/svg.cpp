@@ -7,6 +7,7 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <utility>
 
 namespace report {
 namespace {
@@ -14,6 +15,9 @@ namespace {
 constexpr int64_t band_ms = 10'000;
 constexpr int left = 170, band_width = 1000, margin = 20; // of the picture, in pixels
 constexpr int lane_height = 18, axis_height = 34, legend_height = 40;
+
+// Beyond these nobody finds anything in it.
+constexpr size_t most_lanes = 12, most_bands = 1000;
 
 constexpr const char *quiet_colour = "#4878a8", *wait_colour = "#b0b0b0";
 
@@ -36,34 +40,58 @@ const char *colour_of(const Update &update) {
     return quiet_colour;
 }
 
+// The bands in which a stretch of time begins and ends.
+std::pair<int64_t, int64_t> bands_of(int64_t from_ms, int64_t to_ms) {
+    return {from_ms / band_ms, std::max(to_ms - 1, from_ms) / band_ms};
+}
+
+// The calls with the most time on the panel, by their names.
+std::vector<std::string> chosen_calls(const std::vector<Update> &updates) {
+    std::map<std::string, int64_t> panel_ms;
+    for (const Update &u : updates) panel_ms[u.call] += u.panel_ms;
+    std::vector<std::string> calls;
+    for (const auto &[call, ms] : panel_ms) calls.push_back(call);
+    std::stable_sort(calls.begin(), calls.end(),
+                     [&](const auto &a, const auto &b) { return panel_ms.at(a) > panel_ms.at(b); });
+    if (calls.size() > most_lanes) calls.resize(most_lanes);
+    std::sort(calls.begin(), calls.end());
+    return calls;
+}
+
 // Where things stand in the picture.
 class Layout {
   public:
-    explicit Layout(const std::vector<Update> &updates) {
+    explicit Layout(const std::vector<Update> &updates) : calls_(chosen_calls(updates)) {
         for (const Update &u : updates) {
-            lanes_.try_emplace(u.call, 0);
             largest_ = std::max(largest_, u.area.pixels());
-            for (const int64_t ms : {u.time_ms, u.start_ms(), u.start_ms() + u.panel_ms})
-                bands_.try_emplace(ms / band_ms, 0);
+            const size_t lane = lane_of(u.call);
+            lanes_ = std::max(lanes_, lane + 1);
+            if (u.wait_ms > 0) use(lane, bands_of(u.time_ms, u.start_ms()));
+            use(lane, bands_of(u.start_ms(), u.start_ms() + u.panel_ms));
         }
-        int index = 0;
-        for (auto &[call, lane] : lanes_) lane = index++;
-        index = 0;
-        for (auto &[band, row] : bands_) row = index++;
+        int64_t row = 0;
+        for (auto &[number, band] : bands_) band.row = row++;
     }
 
-    const std::map<std::string, int> &lanes() const { return lanes_; }
-    const std::map<int64_t, int> &bands() const { return bands_; }
-    int band_height() const { return static_cast<int>(lanes_.size()) * lane_height + axis_height; }
-    int64_t height() const {
-        return legend_height + static_cast<int64_t>(bands_.size()) * band_height();
+    struct Band {
+        int64_t row = 0;
+        std::set<size_t> lanes = {}; // in which something stands
+    };
+    const std::map<int64_t, Band> &bands() const { return bands_; }
+    std::string name_of(size_t lane) const {
+        return lane < calls_.size() ? caller(calls_[lane]) : "other calls";
     }
-    int64_t top(int64_t band) const {
-        return legend_height + int64_t{bands_.at(band)} * band_height();
-    }
+    int64_t lanes_height() const { return static_cast<int64_t>(lanes_) * lane_height; }
+    int64_t height() const { return legend_height + std::ssize(bands_) * band_height(); }
+    int64_t top(int64_t band) const { return legend_height + bands_.at(band).row * band_height(); }
     // The middle of a lane.
-    int64_t y(int64_t band, const std::string &call) const {
-        return top(band) + lanes_.at(call) * lane_height + lane_height / 2;
+    int64_t y(int64_t band, size_t lane) const {
+        return top(band) + static_cast<int64_t>(lane) * lane_height + lane_height / 2;
+    }
+    size_t lane_of(const std::string &call) const {
+        const auto place = std::lower_bound(calls_.begin(), calls_.end(), call);
+        const bool is_chosen = place != calls_.end() && *place == call;
+        return is_chosen ? static_cast<size_t>(place - calls_.begin()) : calls_.size();
     }
     // The side of a square of the area, beside that of the largest one.
     double bar_height(const Update &u) const {
@@ -74,8 +102,14 @@ class Layout {
     }
 
   private:
-    std::map<std::string, int> lanes_;
-    std::map<int64_t, int> bands_;
+    int64_t band_height() const { return lanes_height() + axis_height; }
+    void use(size_t lane, const std::pair<int64_t, int64_t> &ends) {
+        for (const int64_t band : {ends.first, ends.second}) bands_[band].lanes.insert(lane);
+    }
+
+    std::vector<std::string> calls_; // each has a lane; the others share the last one
+    size_t lanes_ = 0;
+    std::map<int64_t, Band> bands_;
     int64_t largest_ = 0;
 };
 
@@ -98,14 +132,14 @@ void add_box(std::string &out, double x, double y, double width, double height,
 // drawn.
 void add_stretch(std::string &out, const Layout &layout, const Update &u, int64_t from_ms,
                  int64_t to_ms, double height, const char *colour) {
-    const int64_t first = from_ms / band_ms, last = to_ms / band_ms;
+    const auto [first, last] = bands_of(from_ms, to_ms);
     for (const int64_t band : std::set{first, last}) {
         const int64_t begin = std::max(from_ms - band * band_ms, int64_t{0});
         const int64_t end = std::min(to_ms - band * band_ms, band_ms);
         // One that follows at once is another one.
         const double width = std::max(x_in_band(end) - x_in_band(begin) - 1, 1.0);
-        add_box(out, x_in_band(begin), static_cast<double>(layout.y(band, u.call)) - height / 2,
-                width, height, colour);
+        const auto middle = static_cast<double>(layout.y(band, layout.lane_of(u.call)));
+        add_box(out, x_in_band(begin), middle - height / 2, width, height, colour);
     }
 }
 
@@ -129,10 +163,9 @@ void add_wait(std::string &out, const Layout &layout, const Update &u) {
 }
 
 void add_axis(std::string &out, const Layout &layout, int64_t band) {
-    const int64_t top = layout.top(band);
-    const int64_t bottom = top + static_cast<int64_t>(layout.lanes().size()) * lane_height;
-    for (const auto &[call, lane] : layout.lanes())
-        add_text(out, left - 8, layout.y(band, call) + 4, "end", caller(call));
+    const int64_t top = layout.top(band), bottom = top + layout.lanes_height();
+    for (const size_t lane : layout.bands().at(band).lanes)
+        add_text(out, left - 8, layout.y(band, lane) + 4, "end", layout.name_of(lane));
     for (int64_t s = 0; s <= band_ms / 1000; ++s) {
         const double x = x_in_band(s * 1000);
         add(out,
@@ -156,8 +189,9 @@ void add_legend(std::string &out) {
 
 } // namespace
 
-std::string as_svg(const std::vector<Update> &updates) {
+std::optional<std::string> as_svg(const std::vector<Update> &updates) {
     const Layout layout(updates);
+    if (layout.bands().size() > most_bands) return std::nullopt;
     std::string out;
     add(out,
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%d\" height=\"%" PRId64
@@ -165,7 +199,7 @@ std::string as_svg(const std::vector<Update> &updates) {
         "<rect width=\"100%%\" height=\"100%%\" fill=\"white\"/>\n",
         left + band_width + margin, layout.height());
     add_legend(out);
-    for (const auto &[band, row] : layout.bands()) add_axis(out, layout, band);
+    for (const auto &[number, band] : layout.bands()) add_axis(out, layout, number);
     for (const Update &update : updates) add_wait(out, layout, update);
     for (const Update &update : updates) add_update(out, layout, update);
     return out + "</svg>\n";

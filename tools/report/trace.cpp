@@ -11,7 +11,7 @@
 namespace report {
 namespace {
 
-constexpr int deepest_line = 3; // a line is one flat object
+constexpr int deepest_line = 2; // a line is one flat object: it, and what its members are
 constexpr int64_t latest_ms = int64_t{1} << 50;
 constexpr int64_t longest_update_ms = 10'000'000;
 constexpr int64_t largest_side = 65535; // an area that was cut nowhere is cut here
@@ -63,10 +63,6 @@ class Members {
         wrong("kind");
         return hw::UpdateKind::partial;
     }
-    std::optional<double> residue() {
-        json_object *member = find("residue");
-        return member ? std::optional(json_object_get_double(member)) : std::nullopt;
-    }
     const std::string &mistake() const { return mistake_; }
 
   private:
@@ -98,10 +94,10 @@ Area non_negative(Area area) {
     return area;
 }
 
-Update read_update(Members &m, int64_t earliest_ms) {
+Update read_update(Members &m) {
     Update u{};
     u.seq = m.number("seq", 1, INT32_MAX);
-    u.time_ms = m.number("time_ms", earliest_ms, latest_ms);
+    u.time_ms = m.number("time_ms", 0, latest_ms);
     u.kind = m.kind();
     u.call = m.call();
     u.area = non_negative({m.size("x"), m.size("y"), m.size("w"), m.size("h")});
@@ -112,8 +108,25 @@ Update read_update(Members &m, int64_t earliest_ms) {
     u.greys = m.number("greys", 0, hw::panel_levels);
     u.wait_ms = m.number("wait_ms", 0, latest_ms);
     u.panel_ms = m.number("panel_ms", 0, longest_update_ms);
-    u.residue = m.residue();
     return u;
+}
+
+// What is wrong with two lines that follow each other.
+std::string order_mistake(const std::vector<Update> &updates) {
+    if (updates.size() < 2) return "";
+    const Update &before = updates[updates.size() - 2], &update = updates.back();
+    if (update.seq <= before.seq)
+        return "\"seq\" is " + std::to_string(update.seq) + " after " + std::to_string(before.seq) +
+               ": a trace is one session";
+    return update.time_ms < before.time_ms ? "\"time_ms\" goes back" : "";
+}
+
+// Adds the update of a line. Empty, or what is wrong with it.
+std::string add_line(std::vector<Update> &updates, json_object *line) {
+    if (!line) return "no object of JSON";
+    Members members(line);
+    updates.push_back(read_update(members));
+    return members.mistake().empty() ? order_mistake(updates) : members.mistake();
 }
 
 } // namespace
@@ -122,21 +135,13 @@ Trace parse_trace(std::string_view text) {
     Trace trace;
     const Parser parser(json_tokener_new_ex(deepest_line));
     json_tokener_set_flags(parser.get(), JSON_TOKENER_STRICT);
-    for (int line = 1; !text.empty(); ++line) {
+    for (int line = 1; !text.empty() && trace.mistake.empty(); ++line) {
         const size_t end = std::min(text.find('\n'), text.size());
         const Object object =
             end <= INT32_MAX ? parse_line(parser.get(), text.substr(0, end)) : nullptr;
         text.remove_prefix(std::min(end + 1, text.size()));
-        Members members(object.get());
-        std::string why = "no object of JSON";
-        if (object) {
-            const int64_t last_ms = trace.updates.empty() ? 0 : trace.updates.back().time_ms;
-            trace.updates.push_back(read_update(members, last_ms));
-            why = members.mistake();
-        }
-        if (why.empty()) continue;
-        trace.mistake = std::to_string(line) + ": " + why;
-        break;
+        const std::string wrong = add_line(trace.updates, object.get());
+        if (!wrong.empty()) trace.mistake = std::to_string(line) + ": " + wrong;
     }
     return trace;
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Traces of sessions, as the library writes them: a line of JSON an update.
+// Traces, as the library writes them: a line of JSON an update, of one session a file.
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +24,6 @@ struct Update {
     Area area, changed;
     int64_t changed_pixels, greys;
     int64_t wait_ms, panel_ms;
-    std::optional<double> residue;
 
     const hw::Waveform &waveform() const { return hw::waveform_of(kind, mode); }
     bool flashes() const { return waveform().flashes > 0; }
@@ -33,7 +31,7 @@ struct Update {
 };
 
 struct Trace {
-    std::vector<Update> updates; // in the order of their times
+    std::vector<Update> updates; // in the order of their numbers and their times
     std::string mistake;         // what is wrong with the first line that is none, after its number
 };
 

@@ -7,6 +7,9 @@
 
 namespace test {
 
+// False for files that cannot be read.
+bool have_same_bytes(const std::filesystem::path &a, const std::filesystem::path &b);
+
 // Empty when both pictures have the same pixels; otherwise what is wrong. A picture of what differs
 // is saved: the new one, pale, with red where it is not as expected.
 std::string compare_pictures(const std::filesystem::path &expected,

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -61,13 +62,35 @@ fs::path make_place(const std::string &wanted) {
     return name;
 }
 
-// A path is meant from here, whatever folder the application runs in.
+bool can_run(const fs::path &program) {
+    std::error_code error;
+    return fs::is_regular_file(program, error) && access(program.c_str(), X_OK) == 0;
+}
+
+// Where the shell would find it; empty when it would not.
+std::string in_path(const std::string &name) {
+    const char *path = std::getenv("PATH");
+    std::istringstream folders(path ? path : "");
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (const fs::path program = fs::path(folder.empty() ? "." : folder) / name;
+            can_run(program))
+            return program.string();
+    return "";
+}
+
+// A program is found from here, whatever folder the application runs in.
 bool find_application(test::Options &options) {
-    std::string &program = options.application[0];
-    if (program.find('/') == std::string::npos) return true;
-    program = fs::absolute(program).string();
-    if (access(program.c_str(), X_OK) == 0) return true;
-    std::fprintf(stderr, "kelvane-test: %s is no program that can be run\n", program.c_str());
+    const std::string name = options.application[0];
+    const bool is_path = name.find('/') != std::string::npos;
+    const std::string program = is_path ? name : in_path(name);
+    options.application[0] = fs::absolute(program.empty() ? name : program).string();
+    if (!program.empty() && can_run(program)) return true;
+    const char *why = "is not in $PATH";
+    if (is_path)
+        why = fs::exists(name) ? "is no program that can be run" : "is not there";
+    else if (fs::exists(name))
+        why = "is not in $PATH; ./ before it means the one here";
+    std::fprintf(stderr, "kelvane-test: %s %s\n", name.c_str(), why);
     return false;
 }
 

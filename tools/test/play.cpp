@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Makes devices, starts the application on them, and compares its frames and updates.
+// Starts the application on devices of its own, and compares its frames and updates.
 #include "play.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <chrono>
 #include <fstream>
-#include <iterator>
-#include <sstream>
 #include <stdexcept>
 
 #include "compare.h"
@@ -17,31 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::chrono::seconds device_limit{60};
-constexpr size_t last_lines = 20;
-constexpr int64_t most_log = 65536; // of its end
 const char *const trace_name = "trace.jsonl";
-
-// Beside this program, where it was built or installed; else wherever the shell finds it.
-std::string device_tool() {
-    std::error_code error;
-    const fs::path here = fs::read_symlink("/proc/self/exe", error).parent_path();
-    for (const fs::path &path : {here / "kelvane-device", here.parent_path() / "kelvane-device"})
-        if (fs::is_regular_file(path, error)) return path.string();
-    return "kelvane-device";
-}
-
-std::string end_of(const fs::path &log) {
-    std::ifstream stream(log, std::ios::ate);
-    const auto size = static_cast<int64_t>(stream.tellg());
-    stream.seekg(std::max<int64_t>(size - most_log, 0));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    std::string text;
-    for (size_t i = lines.size() - std::min(lines.size(), last_lines); i < lines.size(); ++i)
-        text += "\n  | " + lines[i];
-    return text;
-}
 
 // The script itself, or a copy with the line that turns the device first.
 fs::path script_of(const Case &one, const fs::path &folder) {
@@ -96,12 +70,6 @@ void compare(const Case &one, const fs::path &folder, Result &result) {
     if (!wrong.empty()) result.faults.push_back(std::string(trace_name) + ": " + wrong);
 }
 
-bool is_same(const fs::path &a, const fs::path &b) {
-    std::ifstream x(a, std::ios::binary), y(b, std::ios::binary);
-    using Bytes = std::istreambuf_iterator<char>;
-    return x && y && std::equal(Bytes(x), Bytes(), Bytes(y), Bytes());
-}
-
 // Pictures of the same pixels stay the files that they are.
 void update(const Case &one, const Options &options, const fs::path &folder, Result &result) {
     const auto frames = pictures_in(folder);
@@ -119,7 +87,7 @@ void update(const Case &one, const Options &options, const fs::path &folder, Res
         if (!std::binary_search(frames.begin(), frames.end(), frame))
             result.is_updated |= fs::remove(one.expected / frame);
     if ((had_trace || options.with_traces) &&
-        !is_same(one.expected / trace_name, folder / trace_name))
+        !have_same_bytes(one.expected / trace_name, folder / trace_name))
         keep(trace_name);
 }
 
@@ -130,50 +98,16 @@ void start_and_judge(const Case &one, const Options &options, Devices &devices,
     const Command command = command_of(one, options, folder);
     const Ending ending = run(command, std::chrono::seconds(options.limit_s));
     if (!ending.is_good())
-        result.faults.push_back(options.application[0] + " " + told(ending) + end_of(command.log));
-    else if (options.frames == Frames::update)
+        result.faults.push_back(options.application[0] + " " + told(ending) +
+                                end_of_log(command.log));
+    for (const std::string &file : devices.changed_data(one.device))
+        result.faults.push_back(file + " was written over, which other scripts read too");
+    if (!result.faults.empty()) return;
+    if (options.frames == Frames::update)
         update(one, options, folder, result);
     else
         compare(one, folder, result);
 }
-
-} // namespace
-
-std::string Devices::make_kind(const std::vector<std::string> &options, const fs::path &kind) {
-    Command c;
-    c.words = options;
-    c.words.insert(c.words.begin(), device_tool());
-    c.words.push_back(kind.string());
-    c.folder = place_.string();
-    c.log = kind.string() + ".log";
-    const Ending ending = run(c, device_limit);
-    return ending.is_good() ? "" : "kelvane-device " + told(ending) + end_of(c.log);
-}
-
-// Fonts and themes are large, and only read.
-std::string Devices::make(const std::vector<std::string> &options, const fs::path &folder) {
-    const std::lock_guard lock(mutex_);
-    if (!kinds_.contains(options)) {
-        const fs::path made = place_ / (".device-" + std::to_string(kinds_.size()));
-        fs::remove_all(made); // of an earlier run, with other options perhaps
-        if (std::string wrong = make_kind(options, made); !wrong.empty()) return wrong;
-        kinds_[options] = made;
-    }
-    const fs::path &kind = kinds_[options];
-    for (const fs::directory_entry &entry : fs::directory_iterator(kind / "system")) {
-        const fs::path to = folder / "system" / entry.path().filename();
-        const std::string name = to.filename().string();
-        fs::create_directories(to.parent_path());
-        if (name == "fonts" || name == "themes")
-            fs::create_directory_symlink(entry.path(), to);
-        else
-            fs::copy(entry.path(), to,
-                     fs::copy_options::recursive | fs::copy_options::copy_symlinks);
-    }
-    return "";
-}
-
-namespace {
 
 // Only what looks like the folder of an earlier run is removed.
 bool is_replaceable(const fs::path &folder) {

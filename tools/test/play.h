@@ -3,11 +3,10 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "devices.h"
 #include "options.h"
 #include "scripts.h"
 
@@ -18,21 +17,6 @@ struct Result {
     double seconds = 0;
     std::vector<std::string> faults; // none: passed
     bool is_updated = false;         // what is expected was changed
-};
-
-// Makes each kind of device once; what does not change is shared by those of that kind.
-class Devices {
-  public:
-    explicit Devices(std::filesystem::path place) : place_(std::move(place)) {}
-    // Fills in folder/system. Empty, or what is wrong.
-    std::string make(const std::vector<std::string> &options, const std::filesystem::path &folder);
-
-  private:
-    std::string make_kind(const std::vector<std::string> &options,
-                          const std::filesystem::path &kind);
-    std::filesystem::path place_;
-    std::mutex mutex_;
-    std::map<std::vector<std::string>, std::filesystem::path> kinds_;
 };
 
 // Plays in place/NAME.

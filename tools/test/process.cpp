@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <poll.h>
 #include <set>
 #include <sys/prctl.h>
@@ -18,6 +19,8 @@ namespace test {
 namespace {
 
 constexpr int cannot_start = 127;
+constexpr size_t last_lines = 20;
+constexpr int64_t most_log = 65536; // of its end
 
 std::vector<char *> pointers(const std::vector<std::string> &words) {
     std::vector<char *> all;
@@ -88,6 +91,18 @@ Ending run(const Command &command, std::chrono::seconds limit) {
     if (!in_time) return {Ending::Kind::hung, static_cast<int>(limit.count())};
     if (WIFSIGNALED(status)) return {Ending::Kind::killed_by_signal, WTERMSIG(status)};
     return {Ending::Kind::exited, WEXITSTATUS(status)};
+}
+
+std::string end_of_log(const std::string &log) {
+    std::ifstream stream(log, std::ios::ate);
+    const auto size = static_cast<int64_t>(stream.tellg());
+    stream.seekg(std::max<int64_t>(size - most_log, 0));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    std::string text;
+    for (size_t i = lines.size() - std::min(lines.size(), last_lines); i < lines.size(); ++i)
+        text += "\n  | " + lines[i];
+    return text;
 }
 
 std::string told(const Ending &ending) {

@@ -24,6 +24,9 @@ struct Ending {
 // Waits for the end. What lasts longer than the limit is killed with its process group.
 Ending run(const Command &command, std::chrono::seconds limit);
 
+// The last lines of a log, each on a line of its own.
+std::string end_of_log(const std::string &log);
+
 // As a sentence: "ended with status 1".
 std::string told(const Ending &ending);
 

@@ -3,33 +3,45 @@
 #include "report.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <string_view>
+
+#include "ground/utf8.h"
 
 namespace test {
 namespace {
 
-// What XML 1.0 has no way to write is left out.
+// A character that stands at these bytes. XML 1.0 has no way to write some, and what a program says
+// need not be UTF-8.
+std::string escaped(uint16_t character, std::string_view bytes) {
+    constexpr uint16_t first_without_use = 0xFFFE, space = ' ';
+    switch (character) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\n':
+        return "&#10;";
+    case utf8::replacement: // or, of four bytes, a character beyond 16 bits
+        return bytes.size() == 4 ? std::string(bytes) : utf8::encoded(utf8::replacement);
+    default:
+        if (character < space) return " ";
+        return std::string(character < first_without_use ? bytes : "?");
+    }
+}
+
 std::string escaped(const std::string &text) {
     std::string all;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '&')
-            all += "&amp;";
-        else if (c == '<')
-            all += "&lt;";
-        else if (c == '>')
-            all += "&gt;";
-        else if (c == '"')
-            all += "&quot;";
-        else if (c == '\n')
-            all += "&#10;";
-        else if (byte < 0x20)
-            all += ' ';
-        else if (byte < 0x7F)
-            all += c;
-        else
-            all += '?'; // what a program says need not be UTF-8
+    for (const char *s = text.data(), *const end = s + text.size(); s < end;) {
+        const char *const start = s;
+        const uint16_t character = utf8::next(s, end);
+        all += escaped(character, {start, static_cast<size_t>(s - start)});
     }
     return all;
 }

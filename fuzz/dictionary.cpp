@@ -13,9 +13,12 @@ namespace {
 // The file with containers of 64 KiB at most: larger ones only take longer. A limit that is refused
 // stays.
 std::string quick_file(const uint8_t *data, size_t size) {
-    constexpr size_t third_byte = dictionary::limit_field + 2;
+    using namespace dictionary;
     std::string bytes(reinterpret_cast<const char *>(data), size);
-    if (size > third_byte + 1 && bytes[third_byte + 1] == 0) bytes[third_byte] = 0;
+    if (size < header_bytes) return bytes;
+    const uint32_t limit = read_u32(data + limit_field);
+    if (limit > 0xFFFF && limit <= largest_container)
+        bytes.replace(limit_field, 4, "\xFF\xFF\0\0", 4);
     return bytes;
 }
 

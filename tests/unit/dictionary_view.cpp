@@ -209,6 +209,14 @@ TEST_F(DictionaryView, AWordThatIsNotThereIsToldOf) {
     EXPECT_EQ(view().article.paragraphs().front().text, "zebra");
     EXPECT_EQ(told.text, GetLangText("@DicNotFound"));
     EXPECT_EQ(word(), "w06");
+    // It is asked for again: of the keyboard, and of another dictionary.
+    headless::press(KEY_OK);
+    EXPECT_STREQ(keyboard::board()->buffer, "zebra");
+    headless::press(KEY_BACK);
+    write_dictionary("Animals", {{"ant", "first"}, {"zebra", "second"}});
+    press_all({KEY_MENU, KEY_UP, KEY_OK});
+    EXPECT_EQ(view().words.translation(), "second");
+    headless::press(KEY_BACK);
     // What is asked may lie where the dictionary then unpacks other words.
     write_dictionary("Many", numbered(40));
     ASSERT_EQ(OpenDictionary("Many"), 1);

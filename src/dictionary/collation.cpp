@@ -15,7 +15,10 @@ namespace {
 // a NUL by itself.
 uint16_t next(const char *&s) {
     constexpr size_t longest_character = 4;
-    return *s ? utf8::next(s, s + longest_character) : uint16_t{0};
+    const auto first = static_cast<unsigned char>(*s);
+    if (first >= 0x80) return utf8::next(s, s + longest_character);
+    s += first != 0;
+    return first;
 }
 
 } // namespace

@@ -12,6 +12,10 @@ namespace {
 
 constexpr size_t smallest_record = record_prefix + 2; // two empty texts
 
+// So many bytes of equal headwords, and of the spelling beside each, are compared in one search.
+// Only containers that were made to hurt have more; what follows counts as spelt no better.
+constexpr uint64_t most_compared = 32 << 20;
+
 // Whether a record, without its length, holds two texts with their NULs.
 bool is_whole(std::span<const uint8_t> record) {
     const auto *const end = record.data() + record.size();
@@ -50,10 +54,13 @@ Entry Container::entry(size_t record) const {
     return {word, word + std::strlen(word) + 1};
 }
 
+size_t Container::record_bytes(size_t record) const {
+    return read_u16(reinterpret_cast<const uint8_t *>(headword(record) - record_prefix));
+}
+
 const char *Container::walk(size_t record) {
-    const char *const word = headword(record);
-    walked_ += read_u16(reinterpret_cast<const uint8_t *>(word - record_prefix));
-    return word;
+    walked_ += record_bytes(record);
+    return headword(record);
 }
 
 bool Container::is_sorted(const Collation &collation) {
@@ -82,7 +89,9 @@ size_t Container::first_not_before(WordView word, const Collation &collation) {
 }
 
 Container::Found Container::find(const char *spelling, WordView word, const Collation &collation) {
+    const size_t spelling_bytes = std::strlen(spelling);
     size_t least = SIZE_MAX;
+    uint64_t compared = 0;
     Found best{size() - 1, false};
     for (size_t i = first_not_before(word, collation); i < size(); ++i) {
         const int order = collation.order(walk(i), word);
@@ -90,8 +99,9 @@ Container::Found Container::find(const char *spelling, WordView word, const Coll
             if (!best.is_exact) best.record = i;
             break;
         }
-        const size_t difference =
-            order == 0 ? collation.difference(headword(i), spelling) : SIZE_MAX;
+        if (order < 0 || compared > most_compared) continue;
+        compared += record_bytes(i) + spelling_bytes;
+        const size_t difference = collation.difference(headword(i), spelling);
         if (difference < least) {
             least = difference;
             best = {i, true};

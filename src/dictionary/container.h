@@ -44,6 +44,8 @@ class Container {
     Found find(const char *spelling, WordView word, const Collation &collation);
 
   private:
+    size_t record_bytes(size_t record) const;
+
     enum class Order { unknown, sorted, other };
     // The first record that does not come before a word.
     size_t first_not_before(WordView word, const Collation &collation);

@@ -131,12 +131,14 @@ std::optional<Entry> Dictionary::entry(Position position) {
 void Dictionary::each_word(const char *prefix, const std::function<bool(const char *)> &put) {
     const Word start = collation_.collate(prefix);
     const uint64_t limit = cache_.unpacked() + most_for_list;
-    for (size_t i = index_.find_before(start); i < index_.size(); ++i) {
+    const size_t first = index_.find_before(start);
+    for (size_t i = first; i < index_.size(); ++i) {
         const Container *c = container(i);
         if (!c) return;
         for (size_t record = 0; record < c->size(); ++record) {
             const int order = collation_.start_order(c->headword(record), start);
-            if (order > 0 || (order == 0 && !put(c->headword(record)))) return;
+            if (order < 0 && i == first) continue; // only there words come before the prefix
+            if (order != 0 || !put(c->headword(record))) return;
         }
         if (cache_.unpacked() > limit) return;
     }

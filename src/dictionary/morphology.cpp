@@ -3,6 +3,7 @@
 #include "dictionary/morphology.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <optional>
 
@@ -53,12 +54,8 @@ struct Morphology::Attempt {
     const Collation &collation;
     const std::function<bool(WordView)> &found;
     size_t tried = 0;
-    WordView rest{}; // of the word, without what the pattern stands for
-    struct Taken {
-        size_t number;
-        uint16_t character;
-    };
-    std::vector<Taken> taken{}; // by the classes of the pattern, in order
+    WordView rest{};                   // of the word, without what the pattern stands for
+    std::array<Word, classes> taken{}; // by each class of the pattern, in order
     Word form{};
 
     void append(WordView variant);
@@ -67,21 +64,12 @@ struct Morphology::Attempt {
 // A class stands for what the same class of the pattern took, the second time for what that took
 // the second time.
 void Morphology::Attempt::append(WordView variant) {
-    std::vector<Taken> left = taken;
+    std::array<size_t, classes> used{};
     while (!variant.empty()) {
         const auto number = class_at(variant);
-        const auto same =
-            !number ? left.end() : std::find_if(left.begin(), left.end(), [&](const Taken &t) {
-                return t.number == *number;
-            });
-        if (same != left.end()) {
-            form.push_back(same->character);
-            left.erase(same);
-            variant = variant.subspan(2);
-        } else {
-            form.push_back(variant[0]);
-            variant = variant.subspan(1);
-        }
+        const bool is_taken = number && used[*number] < taken[*number].size();
+        form.push_back(is_taken ? taken[*number][used[*number]++] : variant[0]);
+        variant = variant.subspan(is_taken ? 2 : 1);
     }
 }
 
@@ -142,14 +130,14 @@ bool Morphology::match(WordView pattern, bool is_at_end, Attempt &a) const {
     if (count > a.word.size() || (count == 0 && !pattern.empty())) return false;
     const size_t kept = a.word.size() - count;
     a.rest = is_at_end ? a.word.first(kept) : a.word.subspan(count);
-    a.taken.clear();
+    for (Word &characters : a.taken) characters.clear();
     for (const uint16_t c : is_at_end ? a.word.subspan(kept) : a.word.first(count)) {
         const Element e = *take_element(pattern, a.collation);
         const uint16_t collated = a.collation.of(c);
         const bool fits = e.number ? !classes_.empty() && classes_[*e.number].test(collated)
                                    : e.character == collated;
         if (!fits) return false;
-        if (e.number) a.taken.push_back({*e.number, c});
+        if (e.number) a.taken[*e.number].push_back(c);
     }
     return true;
 }

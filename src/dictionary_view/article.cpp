@@ -22,7 +22,7 @@ const ifont *font_of(const Type &type, const Paragraph &p) {
     case Kind::grammar:
         return type.grammar.get();
     case Kind::example:
-        return type.example.get();
+        return type.oblique_for(p.text);
     case Kind::sense:
     case Kind::plain:
         break;
@@ -72,8 +72,8 @@ void add_text(Pages &pages, size_t index, const std::string &utf8, int w) {
     text::Reader text(utf8.c_str(), text::most_characters);
     for (int begin = 0; text.has(begin);) {
         if (begin > 0) pages.begin_page();
-        const text::Layout fits =
-            text::kv_textrect(0, 0, w, pages.room(), text, begin, ALIGN_LEFT, text::Draw::no);
+        const text::Layout fits = text::kv_textrect(0, 0, w, pages.room(), text, begin,
+                                                    ALIGN_LEFT | TEXT_WHOLE_WORDS, text::Draw::no);
         pages.add(index, begin, static_cast<int>(std::min<int64_t>(fits.height, pages.room())));
         begin = std::max(fits.end, begin + 1);
     }
@@ -133,7 +133,8 @@ void Article::draw_piece(const Look &look, const Piece &piece) const {
     if (p.kind == Kind::grammar)
         return draw_grammar(look.type, line, p, sides_of(paragraphs_.front().text));
     const Sides sides = sides_of(p.text);
-    const int flags = alignment(sides), hang = p.hangs ? std::min(look.hang(), line.w - 1) : 0;
+    const int flags = alignment(sides) | TEXT_WHOLE_WORDS;
+    const int hang = p.hangs ? std::min(look.hang(), line.w - 1) : 0;
     if (piece.begin == 0 && !p.mark.empty()) {
         const text::FontScope font(look.type.number.get());
         DrawTextRect(line.x, line.y, line.w, 1, p.mark.c_str(), flags);
@@ -156,7 +157,7 @@ void Article::draw(const Look &look) const {
 }
 
 void draw_grammar(const Type &type, const irect &line, const Paragraph &p, Sides sides) {
-    const text::FontScope font(type.speech_part.get());
+    const text::FontScope font(type.oblique_for(p.mark));
     const int flags = TEXT_DOTS | alignment(sides);
     const int gap = p.mark.empty() ? 0 : StringWidth(p.mark.c_str()) + StringWidth("  ");
     DrawTextRect(line.x, line.y, line.w, 1, p.mark.c_str(), flags);

@@ -75,7 +75,7 @@ int head_w(const FastBox &box) {
     const text::FontScope font(type.number.get());
     int w = StringWidth(box.head.text.c_str());
     if (box.grammar.mark.empty() && box.grammar.text.empty()) return w;
-    SetFont(type.speech_part.get(), -1);
+    SetFont(type.oblique_for(box.grammar.mark), -1);
     w += 2 * box.look.unit + StringWidth(box.grammar.mark.c_str()) + StringWidth("  ");
     SetFont(type.grammar.get(), -1);
     return w + StringWidth(box.grammar.text.c_str());

@@ -7,6 +7,7 @@
 
 #include "kelvane/text.h"
 #include "raster/bitmap.h"
+#include "text/text.h"
 
 namespace dictionary_view {
 namespace {
@@ -33,9 +34,8 @@ Type load_type(const keyboard::Lengths &l) {
     type.body = font("default", body, leading);
     type.leading = type.body ? type.body->linespacing : leading;
     type.number = font("defaultb", body, leading);
-    type.example = font("defaulti", label, leading);
     type.grammar = font("default", label, leading);
-    type.speech_part = font("defaulti", label, leading);
+    type.oblique = font("defaulti", label, leading);
     type.label = font("defaultb", label, 0);
     type.small = font("default", std::max(l.units(40), label * 12 / 13), 0);
     return type;
@@ -46,6 +46,10 @@ ToolPicture tool(const std::string &name) {
 }
 
 } // namespace
+
+const ifont *Type::oblique_for(const std::string &text) const {
+    return (oblique && text::has_letters(*oblique, text.c_str()) ? oblique : grammar).get();
+}
 
 Look load_look() {
     Look look;

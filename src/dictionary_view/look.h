@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 
 #include "keyboard/look.h"
 #include "raster/bitmap_ptr.h"
@@ -15,10 +16,13 @@ namespace dictionary_view {
 
 // The fonts of an article and of what stands beside it.
 struct Type {
-    text::FontPtr headword, body, number, example;
-    text::FontPtr grammar, speech_part; // regular and oblique
+    text::FontPtr headword, body, number;
+    text::FontPtr grammar, oblique; // of one size
     text::FontPtr label, small;
     int body_size, leading;
+
+    // The oblique font, or the upright one of its size where that lacks letters of a text.
+    const ifont *oblique_for(const std::string &text) const;
 };
 
 struct Look : keyboard::Lengths {

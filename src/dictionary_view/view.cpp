@@ -64,10 +64,15 @@ void word_typed(char *text) {
     });
 }
 
+// What the article is about, also where the dictionary does not have it.
+std::string asked_word(const View &v) {
+    return v.article.paragraphs().front().text;
+}
+
 // A layout of the dictionary's own goes before the user's.
 void ask_for_word(View &v) {
     static char buffer[3 * longest_word + 1];
-    std::snprintf(buffer, sizeof buffer, "%s", v.words.headword().c_str());
+    std::snprintf(buffer, sizeof buffer, "%s", asked_word(v).c_str());
     v.has_keyboard = true;
     const std::string path = dictionary::keyboard_path;
     const std::string name = path.substr(0, path.rfind('.'));
@@ -78,7 +83,7 @@ void ask_for_word(View &v) {
 }
 
 void show_dictionary(View &v) {
-    const std::string word = v.words.headword();
+    const std::string word = asked_word(v);
     v.name = open_name();
     find(v, word.c_str());
     draw_view(v);

@@ -9,6 +9,7 @@
 #include "ground/fold.h"
 #include "ground/guard.h"
 #include "ground/log.h"
+#include "ground/utf8.h"
 #include "text/cjk.h"
 #include "text/current.h"
 #include "text/enumerate.h"
@@ -134,6 +135,16 @@ ifont *registered_font(int number) {
 
 ifont *open_font(const char *name, int size, int aa) {
     return open(name, size, aa).release();
+}
+
+bool has_letters(const ifont &font, const char *utf8) {
+    Face *const face = face_of(font);
+    const char *const end = utf8 + std::strlen(utf8);
+    while (face && utf8 < end) {
+        const uint16_t c = utf8::next(utf8, end);
+        if (c > ' ' && !is_cjk(c) && face->find(c).index() == 0) return false;
+    }
+    return true;
 }
 
 void restore_font(ifont *f, int color) {

@@ -21,6 +21,10 @@ inline constexpr const char *bold_italic_font = "DejaVuSans-BoldOblique";
 // Makes what GetFont() answered current again, in a colour; null: no font is current.
 void restore_font(ifont *f, int color);
 
+// Whether a font, with the one that it falls back to, has all letters of a text; those of Chinese
+// and Japanese come from a font of their own. True for a font without a face. Throws bad_alloc.
+bool has_letters(const ifont &font, const char *utf8);
+
 // A font file in memory.
 struct FontBytes {
     ground::HeapPtr<uint8_t> bytes;

@@ -273,6 +273,32 @@ TEST_F(HugeDictionaries, RulesThatExplodeAreTriedForAWhile) {
     EXPECT_LE(forms_tried(walked), 20);
 }
 
+// Each of very many equal words would be compared with a long spelling.
+TEST_F(HugeDictionaries, EqualWordsAreComparedForAWhile) {
+    const std::string spelling = "dog" + std::string(10'000, '-');
+    const auto nearest = [&](size_t equal_ones) {
+        const std::string one = record("dog", "first");
+        File f = bomb(repeated(one, equal_ones * one.size()) + record(spelling, "last"));
+        f.sections[36] = File::raw(usual_collation());
+        install(f);
+        EXPECT_EQ(OpenDictionary("words"), 1);
+        char *translation = nullptr;
+        EXPECT_EQ(LookupWordExact(spelling.c_str(), nullptr, &translation), DICT_EXACT);
+        return std::string(translation);
+    };
+    EXPECT_EQ(nearest(1000), "last");
+    EXPECT_EQ(nearest(100'000), "first");
+}
+
+// Where a container is out of order, a list does not walk through all that are behind it.
+TEST_F(HostileDictionaries, AListEndsWhereWordsAreOutOfOrder) {
+    File f = file_of({{{"a", ""}, {"d", ""}}, {{"da", ""}}, {{"dog", ""}, {"c", ""}, {"dz", ""}}});
+    install(f);
+    OpenDictionary("words");
+    EXPECT_EQ(list("d"), "d da dog ");
+    EXPECT_EQ(list("dz"), "dz "); // the words before it are passed over in one container
+}
+
 // A list ends before it has turned to all of very many containers.
 TEST_F(HugeDictionaries, EmptyContainersCostSomethingToo) {
     constexpr size_t most_turned_to = 256 * mib / 1024;

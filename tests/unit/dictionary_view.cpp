@@ -172,13 +172,17 @@ TEST_F(DictionaryView, LongArticlesHavePagesThatLeaveNothingOut) {
         headless::press(page % 2 == 0 ? KEY_NEXT : KEY_DOWN);
     }
     EXPECT_TRUE(screen() == last);
-    // Each paragraph begins once, in its order, and each page is within the pane.
+    // Each paragraph begins once, in its order, and each page is within the pane. What goes on on
+    // the next page does so with a word.
     for (const Page &page : article.all_pages()) {
         ASSERT_FALSE(page.empty());
         EXPECT_LE(page.back().y + page.back().h, view().place.article.h);
         for (const Piece &piece : page)
             if (piece.begin == 0) {
                 EXPECT_EQ(piece.paragraph, seen++);
+            } else {
+                const std::string &whole = article.paragraphs()[piece.paragraph].text;
+                EXPECT_EQ(whole.at(static_cast<size_t>(piece.begin) - 1), ' ');
             }
     }
     EXPECT_EQ(seen, article.paragraphs().size());
@@ -187,6 +191,13 @@ TEST_F(DictionaryView, LongArticlesHavePagesThatLeaveNothingOut) {
     EXPECT_GT(article.pages(), 20);
     press_all({KEY_RIGHT, KEY_NEXT, KEY_BACK});
     expect_closed();
+}
+
+TEST_F(DictionaryView, ObliqueLettersThatAreMissingStandUpright) {
+    const Type type = load_look().type;
+    EXPECT_TRUE(type.oblique_for("\u201Cn\u00E9n \u043D\u0435\u0442\u201D")->isitalic);
+    EXPECT_TRUE(type.oblique_for("\u65E5\u672C")->isitalic); // of a font of their own
+    EXPECT_FALSE(type.oblique_for("a \u0627\u0633\u0645")->isitalic);
 }
 
 TEST_F(DictionaryView, AWordThatIsNotThereIsToldOf) {
@@ -198,6 +209,14 @@ TEST_F(DictionaryView, AWordThatIsNotThereIsToldOf) {
     EXPECT_EQ(view().article.paragraphs().front().text, "zebra");
     EXPECT_EQ(told.text, GetLangText("@DicNotFound"));
     EXPECT_EQ(word(), "w06");
+    // It is asked for again: of the keyboard, and of another dictionary.
+    headless::press(KEY_OK);
+    EXPECT_STREQ(keyboard::board()->buffer, "zebra");
+    headless::press(KEY_BACK);
+    write_dictionary("Animals", {{"ant", "first"}, {"zebra", "second"}});
+    press_all({KEY_MENU, KEY_UP, KEY_OK});
+    EXPECT_EQ(view().words.translation(), "second");
+    headless::press(KEY_BACK);
     // What is asked may lie where the dictionary then unpacks other words.
     write_dictionary("Many", numbered(40));
     ASSERT_EQ(OpenDictionary("Many"), 1);

@@ -44,7 +44,7 @@ struct Sides {
 inline constexpr size_t longest_word = 4 << 10; // in bytes
 
 struct Plan {
-    size_t container_bytes = 4 << 10; // a container that reaches this ends
+    size_t container_bytes = 3 << 10; // a container that reaches this ends
     unsigned threads = 0;             // 0: as many as there are processors
     // Told how many of how many containers are packed.
     std::function<void(size_t, size_t)> progress = [](size_t, size_t) {};

@@ -120,7 +120,7 @@ int handler(int type, int par1, int) {
     case EVT_KEYPRESS:
         return heard.last_input = par1;
     case protocol::slow_event:
-        usleep(10'000);
+        FullUpdate(); // pauses that count on any clock
         [[fallthrough]];
     case protocol::numbered_event:
         ++heard.events;

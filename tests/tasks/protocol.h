@@ -35,7 +35,7 @@ struct Report {
 inline constexpr int numbered_event = 500, numbered_message = 501;
 // Sends a numbered event to the task of this number, and waits until it is handled.
 inline constexpr int event_back = 502;
-// A numbered event that takes 10 ms.
+// A numbered event that takes 20 ms.
 inline constexpr int slow_event = 503;
 
 } // namespace protocol

@@ -178,11 +178,11 @@ void task_request_and_byte(benchmark::State &state) {
 }
 BENCHMARK(task_request_and_byte)->UseManualTime();
 
-// The processor's time from the wish to the picture, which comes twice, as a full update flashes;
-// the limit is the copy of what a window shows, four bytes a pixel.
+// The processor's time from the wish to the picture, which a window has in four bytes a pixel; the
+// limit is the copy of the frame, one byte a pixel.
 void task_switch_and_memcpy(benchmark::State &state) {
     if (other_task() < 0) return state.SkipWithError("no task");
-    const size_t bytes = size_t{4} * static_cast<size_t>(ScreenWidth() * ScreenHeight());
+    const auto bytes = static_cast<size_t>(ScreenWidth() * ScreenHeight());
     std::vector<uint8_t> from(bytes, 1), to(bytes);
     Turns turns(state, Against::limit);
     for (auto _ : state) {

@@ -373,7 +373,10 @@ KELVANE_API int hw_task_subtaskfinished(int subtask);
 KELVANE_API int hw_task_active(int *task, int *subtask);
 /** Makes a task the active one. @param subtask below 0: the one shown last. @return 1 [0] */
 KELVANE_API int hw_task_foreground(int task, int subtask);
-/** Makes the task below this one the active one. @return 1 when there is one [0] */
+/**
+ * Makes the task below this one the active one.
+ * @return 1; 0 when there is none, or this one is not the active one [0]
+ */
 KELVANE_API int hw_task_background(void);
 /**
  * Asks a task to end, or forgets a subtask while its task has others.
@@ -411,8 +414,8 @@ KELVANE_API int hw_task_previous(int *task, int *subtask);
 /** The task that was active before this one. @return 1 when there is one, else as above [0] */
 KELVANE_API int hw_task_previous_instack(int *task, int *subtask);
 /**
- * A task's framebuffer as it is, to be given back by hw_releasetaskfb(). What is drawn into it
- * stays here. @return null when it has none [null]
+ * A task's framebuffer, which goes on to show what that task draws, to be given back by
+ * hw_releasetaskfb(). What is drawn into it stays here. @return null when it has none [null]
  */
 KELVANE_API icanvas *hw_gettaskfb(int task);
 /** Size and depth of a task's framebuffer. @return 1; 0 and zeros when it has none [0] */

@@ -216,6 +216,11 @@ void paint_update(const irect &area) {
     paint(*framebuffer(), area);
 }
 
+void repeat_update() {
+    if (shown.epaper) return play_panel();
+    shown.film.note_change(boot_time_us());
+}
+
 void play_panel() {
     if (!device()) return;
     const int64_t now_us = boot_time_us();

@@ -21,6 +21,8 @@ void switch_panel();
 bool begin_update(UpdateRecord &update);
 // Paints the area, where the panel shows updates at once.
 void paint_update(const irect &area);
+// The same once more, as a flash has it: the pixels are those of before.
+void repeat_update();
 
 // Lets the pixels that a person sees move on, as far as somebody looks at them now.
 void play_panel();

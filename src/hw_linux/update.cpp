@@ -20,9 +20,8 @@ int dynamic_switch = 0;
 const char *update_cause = "";
 
 // False when the application closed the device while the toolkit was let work.
-bool paint(const irect &area) {
+bool present() {
     const hw::DeviceOps *device = hw::device();
-    hw::paint_update(area);
     device->present();
     device->pump();
     if (!hw::device()) return false;
@@ -32,6 +31,14 @@ bool paint(const irect &area) {
 
 enum class Flash { no, yes };
 
+bool paint(const irect &area, Flash flash) {
+    hw::paint_update(area);
+    if (!present()) return false;
+    if (flash == Flash::no) return true;
+    hw::repeat_update();
+    return present();
+}
+
 // A task that is not in front draws in its framebuffer and shows nothing.
 int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
     const char *cause = std::exchange(update_cause, "");
@@ -40,9 +47,7 @@ int show(hw::UpdateKind kind, const irect &area, int mode, Flash flash) {
         hw::number_update(), kind, cause, hw_boottime_ms(), area.x, area.y, area.w, area.h, mode,
         dynamic_switch};
     const bool is_shown_later = hw::begin_update(update);
-    const int times = flash == Flash::yes ? 2 : 1;
-    for (int i = 0; i < times; ++i)
-        if (!hw::device() || !paint(area)) return 0;
+    if (!hw::device() || !paint(area, flash)) return 0;
     hw::tasks::note_shown();
     hw::trace_update(update);
     if (!is_shown_later) hw::save_frame(update.seq);

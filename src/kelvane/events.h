@@ -132,8 +132,8 @@ KELVANE_API void PrepareForLoop(kv_handler h);
 KELVANE_API KELVANE_LOOP ProcessEventLoop(void);
 
 /**
- * Delivers what is queued and takes at most one event from the device. Never pauses and runs no
- * timers, so a long computation may call it to stay responsive.
+ * Delivers what is queued and takes at most one event from the device. Never pauses, runs no timers
+ * and hears nothing of other tasks, so a long computation may call it to stay responsive.
  * @return whether to go on
  */
 KELVANE_API KELVANE_LOOP ProcessEventLoopQuick(void);

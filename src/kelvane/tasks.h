@@ -8,8 +8,12 @@
  * touches go there. docs/tasks.md tells how to run several applications on a workstation; without
  * that, MultitaskingSupported() is 0 and each call does nothing but give the answer in brackets.
  *
- * Events, messages and requests from another task arrive in a step of the loop. Null texts count as
- * empty, and numbers that a call hands out through a null pointer are left out.
+ * Events, messages and requests from another task arrive in a step of the loop that runs timers
+ * too: ProcessEventLoopQuick() hands none of them on. All calls belong to the thread of the loop.
+ * Null texts count as empty, and numbers that a call hands out through a null pointer are left out.
+ *
+ * A process that was not started as a task becomes one when it opens the screen. Until then it can
+ * look at other tasks and send to them, but has no number, no subtasks and no listeners.
  */
 #ifndef KELVANE_TASKS_H
 #define KELVANE_TASKS_H
@@ -25,7 +29,8 @@ enum {
     TASK_COPIES_SCREEN = 2,  /**< starts with the picture and orientation of the active task */
     TASK_UPDATES_ITSELF = 4, /**< shows its picture itself when it comes to the foreground */
     TASK_FIXED_ORIENTATION = 0x10025 /**< all of these bits: starts in the orientation that is set,
-                                          whatever the sensor says */
+                                          whatever the sensor says. TASK_UPDATES_ITSELF is one of
+                                          them, so that such a task shows its picture itself */
 };
 
 /** Bit of the flags of SetRequestListener(): the listener goes. */
@@ -75,15 +80,15 @@ KELVANE_API int NewTask(const char *path, char *const argv[], const char *appnam
                         const ibitmap *icon, int flags);
 /**
  * Starts an application as a task of a process group of its own, which inherits no descriptor but
- * the standard ones. It becomes active when it opens the screen.
+ * the standard ones. It becomes active each time it opens the screen.
  * @param path an executable file
  * @param argv its arguments, the name first, ended by null; null stands for the path alone
  * @param appname by what others find it, see FindTaskByAppName()
  * @param name for people; @p icon may be null
  * @param flags TASK_*
  * @param checkprivileges not 0: a program that lies elsewhere than in "/ebrmain/bin/", or is the
- *        start.app there, is started by "/ebrmain/bin/new_task.app", whose exit status, 0 to 255,
- * is the result. There is none on a workstation: say 0
+ *        start.app there, is started by "/ebrmain/bin/new_task.app", whose exit status, 0 to
+ *        255, is the result. There is none on a workstation: say 0
  * @return the task's number; -1 when the path cannot be executed, or no task came of it within 5 s
  *         [-1]
  */
@@ -132,11 +137,12 @@ KELVANE_API int SetSubtaskInfo(int task, int subtask, const char *name, const ch
  * @return 1; 0 for an unknown one [0]
  */
 KELVANE_API int SetActiveTask(int task, int subtask);
-/** Makes the task that was active before this one the active one. */
+/** Makes the task that was active before this one the active one, if this one is active. */
 KELVANE_API void GoToBackground(void);
 /**
- * Ends a task, which hears EVT_EXIT as if it had called CloseApp(); or forgets a subtask while its
- * task has others.
+ * Ends a task, which hears EVT_EXIT as if it had called CloseApp() in its next step of the loop; or
+ * forgets a subtask while its task has others. A program that runs no loop hears nothing and goes
+ * on.
  * @param subtask below 0: the task
  * @param force not 0: the task's process is killed
  * @return 1 [0]
@@ -159,17 +165,21 @@ KELVANE_API const char *user_friendly_name(const char *path);
 /** Sends an event to a task's main handler; its numbers are cut to 16 bits. @return 1 when sent [0]
  */
 KELVANE_API int SendEventTo(int task, int type, int par1, int par2);
-/** SendEventTo() that returns when the event was handled. @return 1 when it was [0] */
+/**
+ * SendEventTo() that returns when the event was handled, after what was sent before it.
+ * @return 1 when it was; 0 also after 10 s, though the task may handle it later [0]
+ */
 KELVANE_API int SendEventSyncTo(int task, int type, int par1, int par2);
 /** Sends a message to a task's message handler. @return 1 when sent [0] */
 KELVANE_API int SendMessageTo(int task, int request, const void *data, int size);
 /** Sets who takes messages; null: nobody, and they are dropped. @return 1 [0, nothing stored] */
 KELVANE_API int SetMessageHandler(kv_messagehandler handler);
 /**
- * Makes this task the one that requests of a code go to, and the listener their answer; the one
- * before, here or in another task, goes.
+ * Makes this task the one that SendRequest() of a code goes to, and the listener the one that
+ * answers here; the one before goes. What another task listened for with that code is its no
+ * longer, also when this one ends; but what is sent to that very task its listener still answers.
  * @param flags LISTENER_REMOVE: the listener of the code goes, and @p listener is ignored
- * @return 0; -1 on failure, or for no listener [-1]
+ * @return 0; -1 on failure, in a process that is no task yet, or for no listener [-1]
  */
 KELVANE_API int SetRequestListener(int request, int flags, kv_requestlistener listener);
 /**
@@ -194,7 +204,8 @@ KELVANE_API int SendGlobalRequest(int code);
 /** @name Framebuffers
  * @{ */
 /**
- * The framebuffer of a task as it is at this moment. What is drawn into it is seen nowhere else.
+ * The framebuffer of a task, which goes on to show what that task draws. What is drawn into it is
+ * seen nowhere else, and what the task draws is no longer seen around there.
  * @return a canvas, to be given back by ReleaseTaskFramebuffer(); null without one [null]
  */
 KELVANE_API icanvas *GetTaskFramebuffer(int task);

@@ -41,11 +41,24 @@ void *GetCurrentEventExData() {
     return current_data;
 }
 
+namespace {
+
+bool deliver_next() {
+    ievent event;
+    if (!hw::is_open() || !queue_take(event)) return false;
+    hw::spend_time(event_cost_us);
+    deliver_event(event);
+    return true;
+}
+
+} // namespace
+
+void deliver_queued_events() {
+    for (int left = queue_size(); left > 0 && deliver_next();) --left;
+}
+
 void handle_pending_events() {
     const int64_t end = hw::boot_time_us() + delivery_budget_us;
-    ievent event;
-    while (hw::is_open() && hw::boot_time_us() < end && queue_take(event)) {
-        hw::spend_time(event_cost_us);
-        deliver_event(event);
+    while (hw::boot_time_us() < end && deliver_next()) {
     }
 }

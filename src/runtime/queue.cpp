@@ -56,6 +56,11 @@ bool queue_has_plain_run() {
     return kvstate.evtstart < kvstate.evtend;
 }
 
+int queue_size() {
+    const std::lock_guard lock(message_mutex);
+    return (kvstate.evtend - kvstate.evtstart + event_ring_slots) % event_ring_slots;
+}
+
 int queue_count(kv_handler h) {
     const std::lock_guard lock(message_mutex);
     int count = 0;

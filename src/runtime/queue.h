@@ -13,6 +13,7 @@ bool queue_is_empty();
 bool queue_is_full();
 // True while the ring holds entries that have not wrapped around its end.
 bool queue_has_plain_run();
+int queue_size();
 // How many entries wait for a handler.
 int queue_count(kv_handler h);
 // Whether an event of this type is among them.

@@ -69,7 +69,7 @@ bool task_take_event(int type, int par1, int par2) {
 }
 
 void task_take_event_at_once(int type, int par1, int par2) {
-    handle_pending_events(); // what was sent before it
+    deliver_queued_events(); // what was sent before it
     deliver_event({kvstate.mainhproc, static_cast<uint16_t>(type), 0, static_cast<uint16_t>(par1),
                    static_cast<uint16_t>(par2), nullptr});
 }

@@ -41,16 +41,17 @@ void choose(int index) {
     SetActiveTask(entry.task, entry.subtask);
 }
 
-const char *path_of(const itaskinfo &info, const isubtaskinfo &subtask) {
-    if (subtask.book && *subtask.book) return subtask.book;
-    return *info.appname ? info.appname : info.name;
+// A name is readable as it is.
+const char *label_of(const itaskinfo &info, const isubtaskinfo &subtask) {
+    if (subtask.book && *subtask.book) return user_friendly_name(subtask.book);
+    return *info.appname ? user_friendly_name(info.appname) : info.name;
 }
 
 void add_task(const itaskinfo &info) {
     for (int i = 0; i < info.nsubtasks; ++i) {
         const isubtaskinfo &subtask = info.subtasks[i];
         list.entries.push_back({info.task, subtask.subtask});
-        list.labels.emplace_back(user_friendly_name(path_of(info, subtask)));
+        list.labels.emplace_back(label_of(info, subtask));
     }
 }
 

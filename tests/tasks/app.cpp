@@ -36,6 +36,15 @@ int send_messages(int task, int count) {
     return sent;
 }
 
+int send_large_messages(int task, int count) {
+    static char data[65536];
+    for (heard.large_taken = 0; heard.large_taken < count; ++heard.large_taken) {
+        std::memcpy(data, &heard.large_taken, sizeof heard.large_taken);
+        if (!SendMessageTo(task, protocol::numbered_message, data, sizeof data)) break;
+    }
+    return 1;
+}
+
 int ask_back(int task) {
     char data[] = "abc";
     return SendRequestTo(task, protocol::reverse, data, 3, 3, 2000) == 3 && data[0] == 'c';
@@ -63,6 +72,8 @@ int answer(int request, void *data, int size, int sender) {
         return 1;
     case protocol::flood:
         return send_messages(sender, number_in(data));
+    case protocol::flood_large:
+        return send_large_messages(sender, number_in(data));
     case protocol::words:
         std::memcpy(data, words.data(), words.size());
         return static_cast<int>(words.size());
@@ -108,6 +119,9 @@ int handler(int type, int par1, int) {
         return 0;
     case EVT_KEYPRESS:
         return heard.last_input = par1;
+    case protocol::slow_event:
+        FullUpdate(); // pauses that count on any clock
+        [[fallthrough]];
     case protocol::numbered_event:
         ++heard.events;
         check_order(par1, next_event);

@@ -129,6 +129,13 @@ inline void open_screen() {
     events.clear();
 }
 
+// Runs the loop until it ends, for so many pauses at most.
+inline bool loop_ends() {
+    for (int i = 0; i < 1000; ++i)
+        if (ProcessEventLoop() != KELVANE_CONTINUE) return true;
+    return false;
+}
+
 class Test : public testing::Test {
   protected:
     Test() { open_screen(); }

@@ -3,7 +3,9 @@
 #include "fixture.h"
 
 #include <random>
+#include <thread>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -41,15 +43,32 @@ bool nothing_is_in(const std::filesystem::path &folder) {
     return std::filesystem::is_empty(folder, gone) || gone;
 }
 
-// Others than this one that were started for these tasks.
+bool has_open(const std::filesystem::path &process, const std::string &target) {
+    std::error_code gone;
+    for (const auto &fd : std::filesystem::directory_iterator(process / "fd", gone))
+        if (std::filesystem::read_symlink(fd.path(), gone).string().starts_with(target))
+            return true;
+    return false;
+}
+
+// Others than this one that were started for these tasks, or have something open there.
 int processes_of(const std::filesystem::path &folder) {
     int count = 0;
     for (const auto &process : std::filesystem::directory_iterator("/proc")) {
         if (process.path().filename() == std::to_string(getpid())) continue;
         const std::string environment = read_file(process.path() / "environ");
-        count += environment.find("KELVANE_TASKS=" + folder.string()) != std::string::npos;
+        count += environment.find("KELVANE_TASKS=" + folder.string()) != std::string::npos ||
+                 has_open(process.path(), folder);
     }
     return count;
+}
+
+Frame join_frame() {
+    Frame join{.kind = Kind::join};
+    const TaskRecord record;
+    join.data.assign(reinterpret_cast<const uint8_t *>(&record),
+                     reinterpret_cast<const uint8_t *>(&record + 1));
+    return join;
 }
 
 // The bytes of a frame.
@@ -88,10 +107,7 @@ TEST_F(TaskManager, IsReplacedWhenItIsKilled) {
 
 TEST_F(TaskManager, HearsOnlyWhatKeepsTheRules) {
     Frame hello{.kind = Kind::hello};
-    Frame join{.kind = Kind::join};
-    const TaskRecord record;
-    join.data.assign(reinterpret_cast<const uint8_t *>(&record),
-                     reinterpret_cast<const uint8_t *>(&record + 1));
+    const Frame join = join_frame();
     std::string foreign = bytes_of(hello), endless = bytes_of(join), torn = bytes_of(join);
     foreign[4] = 2;
     std::memset(endless.data() + sizeof(Header) + offsetof(TaskRecord, appname), 'x', 512);
@@ -114,6 +130,35 @@ TEST_F(TaskManager, HearsOnlyWhatKeepsTheRules) {
     for (int i = 0; i < 100; ++i) crowd.push_back(connect());
     const int task = start();
     EXPECT_GT(task, 0);
+}
+
+// Asks for a connection as a task of its own, and says something on it that is no frame here.
+int talk_in_a_foreign_version(const Descriptor &manager, int task) {
+    Arrival arrival;
+    const auto receive = [&](const Descriptor &link) {
+        Received received = Received::nothing;
+        while ((received = receive_frame(link, arrival)) == Received::nothing) usleep(1000);
+        return received;
+    };
+    Frame question{.kind = Kind::connect};
+    question.numbers[0] = task;
+    for (const Frame &frame : {join_frame(), question})
+        if (send_frame(manager, frame) != Sent::yes || receive(manager) != Received::frame)
+            return 1;
+    const Descriptor link = std::move(arrival.descriptor);
+    std::string foreign = bytes_of({.kind = Kind::event});
+    foreign[4] = 2;
+    if (write(link.get(), foreign.data(), foreign.size()) < 0) return 2;
+    return receive(link) == Received::broken ? 0 : 3;
+}
+
+TEST_F(TaskManager, HandsOutConnectionsToTasksThatHearNoForeignVersion) {
+    const pid_t stranger = fork();
+    if (stranger == 0) _exit(talk_in_a_foreign_version(connect(), 1));
+    int status = -1;
+    EXPECT_TRUE(until([&] { return waitpid(stranger, &status, WNOHANG) == stranger; }));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(count_of(0), 0);
 }
 
 TEST_F(TaskManager, ThatIsStoppedHoldsNobodyUp) {
@@ -146,21 +191,99 @@ TEST_F(TaskManager, IsLeftAloneByWhoHasNoDescriptorToReachIt) {
 }
 
 TEST_F(TaskManager, DirectoryMustBeTheUsersAlone) {
-    for (const char *name : {"open", "file"}) {
-        if (*name == 'o')
-            std::filesystem::create_directory(name);
-        else
-            write_file(name, "");
-        std::filesystem::permissions(name, std::filesystem::perms(0755));
+    namespace fs = std::filesystem;
+    const struct {
+        const char *name, *fault;
+    } cases[] = {{"open", "open to others"},
+                 {"file", "Not a directory"},
+                 {"link", "Not a directory"},
+                 {"foreign", "belongs to another user"}};
+    for (const char *name : {"open", "foreign"}) fs::create_directory(name);
+    write_file("file", "");
+    fs::create_directory_symlink(place(), "link");
+    fs::permissions("open", fs::perms(0755));
+    const bool is_root = chown("foreign", 1, 1) == 0;
+    for (const auto &c : cases) {
+        if (*c.fault == 'b' && !is_root) continue;
         testing::internal::CaptureStderr();
         Place other;
-        EXPECT_FALSE(other.open(name));
-        EXPECT_NE(testing::internal::GetCapturedStderr().find("KELVANE_TASKS=" + std::string(name)),
-                  std::string::npos);
+        EXPECT_FALSE(other.open(c.name));
+        EXPECT_EQ(testing::internal::GetCapturedStderr().find(
+                      "KELVANE_TASKS=" + std::string(c.name) + ": " + c.fault),
+                  0u)
+            << c.name;
     }
     using std::filesystem::perms;
     const perms allowed = std::filesystem::status(place()).permissions();
     EXPECT_EQ(allowed & (perms::group_all | perms::others_all), perms::none);
+}
+
+// A directory of the user's may hold anything, whatever it is called.
+TEST(TaskPlaces, WhatIsNotTheManagersIsLeftAsItIs) {
+    namespace fs = std::filesystem;
+    const Folder folder;
+    const auto in_place = [](const char *name) { return place() / name; };
+    const auto is_supported = [] {
+        testing::internal::CaptureStderr();
+        const int answer = in_child(MultitaskingSupported);
+        return std::pair(answer, testing::internal::GetCapturedStderr());
+    };
+    for (const char *name : {"manager", "lock", "notes"}) write_file(in_place(name), name);
+    fs::permissions(place(), fs::perms::owner_all);
+    EXPECT_EQ(is_supported(), std::pair(1, std::string()));
+    EXPECT_TRUE(comes_true([&] { return !fs::exists(in_place("kelvane-manager.socket")); }));
+
+    const fs::path lock = in_place("kelvane-manager.lock");
+    const fs::path socket = in_place("kelvane-manager.socket");
+    Place here;
+    ASSERT_TRUE(here.open(place().c_str()));
+    Descriptor held;
+    const struct {
+        const char *fault;
+        std::function<void()> make;
+    } cases[] = {
+        {"File exists", [&] { write_file(lock, "12345678"); }},
+        {"Too many levels of symbolic links", [&] { fs::create_symlink("notes", lock); }},
+        {"Is a directory", [&] { fs::create_directory(lock); }},
+        {"Address already in use", [&] { write_file(socket, "mine"); }},
+        {"Address already in use", [&] { fs::create_directory(socket); }},
+        {"Connection timed out", [&] { held = here.lock(); }},
+    };
+    for (const auto &c : cases) {
+        c.make();
+        const std::string line =
+            "KELVANE_TASKS=" + place().string() + ": no task manager: " + c.fault + "\n";
+        EXPECT_EQ(is_supported(), std::pair(0, line));
+        EXPECT_TRUE(fs::exists(fs::symlink_status(lock)));
+        for (const fs::path &path : {lock, socket}) fs::remove(path);
+    }
+    for (const char *name : {"manager", "lock", "notes"})
+        EXPECT_EQ(read_file(in_place(name)), name);
+}
+
+// A descriptor more than the lock and the door is what the standard ones would be closed with.
+TEST(TaskPlaces, AManagerKeepsNothingOfWhoStartsIt) {
+    const Folder folder;
+    Place here;
+    ASSERT_TRUE(here.open(place().c_str()));
+    const int output = open("output", O_CREAT | O_RDWR | O_CLOEXEC, 0600);
+    const int before = dup(STDOUT_FILENO);
+    dup2(output, STDOUT_FILENO);
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const int lowest_free = dup(0);
+    close(lowest_free);
+    rlimit two_more = limit;
+    two_more.rlim_cur = static_cast<rlim_t>(lowest_free) + 2;
+    setrlimit(RLIMIT_NOFILE, &two_more);
+    const Descriptor link = connect_to_manager(here);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    dup2(before, STDOUT_FILENO);
+    close(before);
+    close(output);
+    EXPECT_TRUE(link);
+    ASSERT_TRUE(comes_true([] { return manager() > 0; }));
+    EXPECT_FALSE(has_open("/proc/" + std::to_string(manager()), folder.dir.path() / "output"));
 }
 
 TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {
@@ -202,6 +325,13 @@ TEST(TaskKills, AManagerThatIsKilledInTheMiddleOfAChangeLosesNobody) {
     open_screen();
     start();
     const std::vector<int> tasks = task_list();
+    ++shared.changes;
+    std::thread slow_change([&] {
+        usleep(30'000);
+        ++shared.changes;
+    });
+    EXPECT_EQ(task_list(), tasks) << "what is changed is waited for";
+    slow_change.join();
     ++shared.changes;
     kill(former, SIGKILL);
     waitpid(former, nullptr, 0);

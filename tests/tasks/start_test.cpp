@@ -10,9 +10,42 @@ using namespace tasks_test;
 
 class TaskStarts : public tasks_test::Test {};
 
+// What happens to a new task before it is registered.
+enum class Fate { none, fails, hangs };
+Fate fate;
+bool has_usage_library;
+
+void note_start(int pid, const char *name, int orientation, char *const *arguments) {
+    std::ofstream note("usage");
+    note << (pid == getpid()) << name << orientation;
+    for (; *arguments; ++arguments) note << '[' << *arguments << ']';
+}
+
 } // namespace
 
 extern "C" {
+int __real_setpgid(pid_t process, pid_t group);
+int __wrap_setpgid(pid_t process, pid_t group) {
+    constexpr unsigned longer_than_a_start_s = 7;
+    if (fate == Fate::hangs) sleep(longer_than_a_start_s);
+    if (fate == Fate::none) return __real_setpgid(process, group);
+    errno = EPERM;
+    return -1;
+}
+
+// The library of usage statistics is the test, where there is one.
+void *__real_dlopen(const char *path, int how);
+void *__wrap_dlopen(const char *path, int how) {
+    const bool is_usage = path && std::strcmp(path, "/ebrmain/lib/libusage_stat.so") == 0;
+    return __real_dlopen(is_usage && has_usage_library ? nullptr : path, how);
+}
+void *__real_dlsym(void *library, const char *name);
+void *__wrap_dlsym(void *library, const char *name) {
+    return std::strcmp(name, "Stat_StartApplicationByPathEvent") == 0
+               ? reinterpret_cast<void *>(note_start)
+               : __real_dlsym(library, name);
+}
+
 int __real_execv(const char *path, char *const *arguments);
 // The starter of the system is a script of the test, where there is one.
 int __wrap_execv(const char *path, char *const *arguments) {
@@ -37,6 +70,57 @@ TEST_F(TaskStarts, WhatCannotBeExecutedIsNoTask) {
                   *name == '.');
     }
     EXPECT_EQ(task_list().size(), 1u);
+}
+
+TEST_F(TaskStarts, AChildThatDoesNotBecomeATaskIsToldOf) {
+    const struct {
+        Fate fate;
+        const char *said;
+    } cases[] = {{Fate::fails, "NewTask(): setpgrp: "},
+                 {Fate::hangs, "NewTask(): timeout waiting for child answer\n"}};
+    for (const auto &c : cases) {
+        fate = c.fate;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(start_program(TASKS_APP, {}, "app"), -1);
+        EXPECT_NE(testing::internal::GetCapturedStderr().find(c.said), std::string::npos) << c.said;
+    }
+    fate = Fate::none;
+    for (int i = 2; i <= 64; ++i) ASSERT_GT(start_program("/bin/sleep", {"100"}, "crowd"), 0) << i;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(start_program(TASKS_APP, {}, "too many"), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "NewTask(): could not register task 'too many'\n");
+    EXPECT_EQ(task_list().size(), 64u);
+}
+
+TEST_F(TaskStarts, AreReportedToTheLibraryOfUsageStatistics) {
+    setenv("KELVANE_LOG", "4", 1);
+    testing::internal::CaptureStderr();
+    EXPECT_GT(start_program("/bin/true", {}, "app"), 0);
+    EXPECT_TRUE(until([] { return task_list().size() == 1; }));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Falied to dlopen usage_stat lib\n"),
+              std::string::npos);
+    has_usage_library = true;
+    for (const char *name : {"name", ""}) {
+        const char *words[] = {"true", "a b", nullptr};
+        EXPECT_GT(
+            NewTaskEx("/bin/true", const_cast<char *const *>(words), "app", name, nullptr, 0, 0),
+            0);
+        EXPECT_TRUE(until([] { return task_list().size() == 1; }));
+        EXPECT_EQ(read_file("usage"), std::string("1") + (*name ? name : "app") + "0[true][a b]");
+    }
+    has_usage_library = false;
+}
+
+TEST(TaskStartsElsewhere, ARelativeDirectoryIsTheSameOne) {
+    const Folder folder;
+    setenv("KELVANE_TASKS", "tasks", 1);
+    open_screen();
+    std::filesystem::create_directory("other");
+    std::filesystem::current_path("other");
+    CloseTask(start(), -1, 1);
+    EXPECT_FALSE(std::filesystem::exists("tasks"));
+    ClearOnExit();
 }
 
 TEST_F(TaskStarts, ArgumentsArriveAsTheyAre) {

@@ -2,6 +2,8 @@
 // Applications started, listed, switched and closed; what they send each other; their framebuffers.
 #include "fixture.h"
 
+#include <poll.h>
+
 #include "hw.h"
 #include "support/repeats.h"
 
@@ -11,12 +13,22 @@ using namespace tasks_test;
 
 class Tasks : public tasks_test::Test {};
 
+int waits_for_room; // at another task
+
 // A pixel of a canvas of this size.
 int pixel(const icanvas &canvas, int x, int y) {
     return canvas.addr[y * canvas.scanline + x];
 }
 
 } // namespace
+
+extern "C" {
+int __real_poll(pollfd *watched, nfds_t count, int timeout_ms);
+int __wrap_poll(pollfd *watched, nfds_t count, int timeout_ms) {
+    waits_for_room += count == 1 && watched->events == POLLOUT;
+    return __real_poll(watched, count, timeout_ms);
+}
+}
 
 TEST_F(Tasks, AreListedSwitchedAndClosed) {
     EXPECT_EQ(MultitaskingSupported(), 1);
@@ -61,6 +73,42 @@ TEST_F(Tasks, AreListedSwitchedAndClosed) {
     EXPECT_TRUE(until([&] { return task_list().size() == 7 && active() == own; }));
     GoToBackground();
     EXPECT_EQ(active(), tasks[0]) << "the one below";
+    GoToBackground();
+    EXPECT_EQ(active(), tasks[0]) << "what is not active gives nothing away";
+}
+
+TEST_F(Tasks, MayOpenTheScreenLateOrAgain) {
+    const int own = GetCurrentTask();
+    const int late = start_program("/bin/sleep", {"100"}, "late");
+    EXPECT_EQ(SetActiveTask(late, -1), 1);
+    EXPECT_EQ(active(), own) << "there is nothing to be shown yet";
+    EXPECT_EQ(FindTaskByAppName("late"), late);
+    EXPECT_EQ(task_list(), (std::vector{late, own}));
+
+    const int other = start();
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(CloseTask(own, -1, 0), 1);
+        EXPECT_TRUE(loop_ends()) << i;
+        ClearOnExit();
+        EXPECT_EQ(active(), other);
+        EXPECT_EQ(task_list().size(), 2u);
+        open_screen();
+        EXPECT_EQ(active(), own) << "shown when it opens";
+    }
+    EXPECT_TRUE(until([=] { return report(other).backgrounds == 2; }));
+}
+
+TEST(TaskStrangers, SendToTasksAndAreNone) {
+    const Folder folder;
+    EXPECT_EQ(MultitaskingSupported(), 1);
+    EXPECT_EQ(GetCurrentTask(), -1);
+    for (const int nobody : {-1, 0}) {
+        EXPECT_EQ(SendEventTo(nobody, 1, 0, 0), 0);
+        EXPECT_EQ(SendEventSyncTo(nobody, 1, 0, 0), 0);
+        EXPECT_EQ(SendMessageTo(nobody, 1, nullptr, 0), 0);
+    }
+    EXPECT_EQ(SetRequestListener(1, 0, take_message), -1);
+    EXPECT_EQ(NewSubtask("part"), -1);
 }
 
 TEST_F(Tasks, HaveSubtasksAndBooks) {
@@ -75,8 +123,13 @@ TEST_F(Tasks, HaveSubtasksAndBooks) {
     EXPECT_EQ(std::pair(task, subtask), std::pair(own, book));
     EXPECT_EQ(FindTaskByBook("/mnt/dick.fb2", &task, &subtask), 1);
     EXPECT_EQ(std::pair(task, subtask), std::pair(other, 0));
-    EXPECT_EQ(FindTaskByBook("/mnt/none", &task, &subtask), 0);
-    EXPECT_EQ(std::pair(task, subtask), std::pair(0, 0));
+    start("");
+    for (const char *none : {"/mnt/none", "", static_cast<const char *>(nullptr)}) {
+        task = subtask = 7;
+        EXPECT_EQ(FindTaskByBook(none, &task, &subtask), 0);
+        EXPECT_EQ(std::pair(task, subtask), std::pair(0, 0));
+        EXPECT_EQ(FindTaskByAppName(none), -1);
+    }
     EXPECT_STREQ(GetTaskInfo(other)->title, "Moby-\u00C4");
     EXPECT_EQ(GetTaskInfo(other)->flags, 0x80u);
 
@@ -140,6 +193,9 @@ TEST_F(Tasks, ThatSleepOrDieAnswerLateOrNever) {
     int sent = 0;
     while (sent < 1'000'000 && SendEventTo(other, 1, 0, 0)) ++sent;
     EXPECT_LT(sent, 1'000'000) << "the sender is told when no more fits";
+    waits_for_room = 0;
+    EXPECT_EQ(SendRequestTo(other, protocol::reverse, data, 4, 4, 50), -1);
+    EXPECT_LE(waits_for_room, 6) << "of 10 ms each: no longer than the answer may take";
     kill(GetTaskInfo(other)->pid, SIGCONT);
 }
 
@@ -153,6 +209,7 @@ TEST_F(Tasks, ListenersAreReplacedAndRemoved) {
     EXPECT_EQ(system(), 43) << "the newer one";
     EXPECT_EQ(ask(first, protocol::listen, code), 0);
     EXPECT_EQ(system(), 1000 + code);
+    EXPECT_EQ(SendRequestTo(GetCurrentTask(), code, nullptr, 0, 0, 2000), 43) << "still here";
     EXPECT_EQ(ask(second, protocol::listen, code), 0);
     EXPECT_EQ(CloseTask(first, -1, 1), 1);
     EXPECT_EQ(system(), 1000 + code);
@@ -182,10 +239,28 @@ TEST_F(Tasks, MessagesAndEventsKeepTheirOrder) {
     EXPECT_EQ(std::pair(messages, disorder), std::pair(count, 0));
     EXPECT_EQ(SendEventSyncTo(other, protocol::numbered_event, count & 0xFFFF, 0), 1);
     EXPECT_EQ(report(other).events, count + 1) << "handled when the call returns";
+    constexpr int slow = 20; // together longer than a step of the loop handles events
+    for (int i = 1; i <= slow; ++i) SendEventTo(other, protocol::slow_event, count + i, 0);
+    EXPECT_EQ(SendEventSyncTo(other, protocol::numbered_event, (count + slow + 1) & 0xFFFF, 0), 1);
+    EXPECT_EQ(report(other).events, count + slow + 2);
+    EXPECT_EQ(report(other).disorder, 0) << "after all that was sent before it";
     EXPECT_EQ(SendEventTo(99, 1, 0, 0) + SendMessageTo(99, 1, nullptr, 0), 0);
     events.clear();
     EXPECT_EQ(SendEventSyncTo(other, protocol::event_back, GetCurrentTask(), 0), 1);
     EXPECT_EQ(count_of(protocol::numbered_event), 1) << "while it waits for who waits for it";
+}
+
+// More than a waiting task keeps: the rest stays with who sends it, and the answer gets through.
+TEST_F(Tasks, WhatIsTakenArrivesWhileAnAnswerIsAwaited) {
+    const int asked = start("asked"), flooding = start("flooding");
+    int count = 2000, pause_ms = 1500;
+    messages = disorder = 0;
+    EXPECT_EQ(SendRequestToNoWait(flooding, protocol::flood_large, &count, 4, 0), 1);
+    EXPECT_EQ(SendRequestTo(asked, protocol::sleep, &pause_ms, 4, 4, 15'000), 1);
+    const int taken = report(flooding).large_taken;
+    EXPECT_GT(taken, 0);
+    EXPECT_TRUE(until([=] { return messages >= taken; })) << messages << " of " << taken;
+    EXPECT_EQ(std::pair(messages, disorder), std::pair(taken, 0));
 }
 
 TEST_F(Tasks, ShareTheirFramebuffers) {

@@ -3,6 +3,7 @@
 #include "hw_linux/tasks/client.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -43,6 +44,11 @@ bool Client::connect() {
 }
 
 // A manager that is silent, being stopped, is not asked for a while: nobody is to wait for long.
+void Client::rest() {
+    rests_until_ms_ = real_time_ms() + rest_ms;
+    errno = ETIMEDOUT;
+}
+
 bool Client::is_resting() const {
     return real_time_ms() < rests_until_ms_;
 }
@@ -50,7 +56,10 @@ bool Client::is_resting() const {
 bool Client::connect_once() {
     if (!poll_) poll_ = Descriptor(epoll_create1(EPOLL_CLOEXEC));
     manager_ = connect_to_manager(place_);
-    if (!manager_) return false;
+    if (!manager_) {
+        if (errno == ETIMEDOUT) rest();
+        return false;
+    }
     if (!introduce()) {
         manager_.reset();
         return false;
@@ -75,7 +84,7 @@ bool Client::introduce() {
     if (!was_task) return true;
     reconnected_ms_ = real_time_ms();
     if (*known <= 0 && !join(former, Joining::process)) return false;
-    if (framebuffer_) attach(framebuffer_);
+    if (framebuffer_) attach_again();
     return true;
 }
 
@@ -93,11 +102,18 @@ bool Client::join(const TaskRecord &record, Joining joining) {
     return given && *given > 0;
 }
 
-void Client::attach(const Descriptor *framebuffer) {
-    framebuffer_ = framebuffer;
-    Frame frame{.kind = Kind::attach};
-    frame.numbers[0] = framebuffer != nullptr;
-    ask(std::move(frame), framebuffer);
+void Client::attach(const Descriptor &framebuffer) {
+    framebuffer_ = &framebuffer;
+    ask({Kind::attach, 0, {1, 0}, {}}, framebuffer_);
+}
+
+void Client::attach_again() {
+    ask({Kind::attach, 0, {1, 1}, {}}, framebuffer_);
+}
+
+void Client::detach() {
+    framebuffer_ = nullptr;
+    ask({Kind::attach, 0, {0}, {}});
 }
 
 bool Client::is_settled() const {
@@ -108,16 +124,17 @@ void Client::lose_manager() {
     manager_.reset();
 }
 
-std::optional<int> Client::ask(Frame question, const Descriptor *descriptor, Descriptor *answered) {
+std::optional<int> Client::ask(Frame question, const Descriptor *descriptor, Descriptor *answered,
+                               int64_t end_ms) {
     for (int attempt = 0; attempt < most_attempts; ++attempt) {
         if (is_resting() || !connect()) return std::nullopt;
         question.serial = ++serial_;
         const Sent sent = send_frame(manager_, question, descriptor ? descriptor->get() : -1);
         if (sent == Sent::yes) {
-            const auto result = await_reply(question.serial, answered);
+            const auto result = await_reply(question.serial, answered, end_ms);
             if (result || manager_ || does_more_twice(question)) return result;
         } else if (sent == Sent::no_room) {
-            rests_until_ms_ = real_time_ms() + rest_ms;
+            rest();
         } else {
             lose_manager();
         }
@@ -126,8 +143,8 @@ std::optional<int> Client::ask(Frame question, const Descriptor *descriptor, Des
 }
 
 // Without an answer the manager is lost, or silent.
-std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
-    const int64_t end = real_time_ms() + reply_ms;
+std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered, int64_t end_ms) {
+    const int64_t silent = real_time_ms() + reply_ms, end = std::min(silent, end_ms);
     for (int64_t now = real_time_ms(); now < end; now = real_time_ms()) {
         pollfd wait = {manager_.get(), POLLIN, 0};
         if (poll(&wait, 1, static_cast<int>(end - now)) <= 0) continue;
@@ -142,6 +159,7 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
             return std::nullopt;
         case Received::broken:
             lose_manager();
+            errno = ECONNRESET;
             return std::nullopt;
         case Received::frame:
             break;
@@ -154,7 +172,7 @@ std::optional<int> Client::await_reply(uint32_t serial, Descriptor *answered) {
         if (answered) *answered = std::move(arrival.descriptor);
         return arrival.frame.numbers[0];
     }
-    rests_until_ms_ = real_time_ms() + rest_ms;
+    if (end == silent) rest();
     return std::nullopt;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <sched.h>
+#include <unistd.h>
 
 #include "hw_linux/tasks/framebuffer.h"
 #include "hw_linux/tasks/link.h"
@@ -32,21 +33,26 @@ class Client {
 
     // The manager is there, if necessary once more. A place whose manager speaks another version
     // is given up.
+    // When it is not, errno tells why, unless it was given up.
     bool connect();
+    bool has_given_up() const { return given_up_; }
     int task() const { return task_; }
     bool join(const TaskRecord &record, Joining joining);
-    void attach(const Descriptor *framebuffer); // null: without one
+    // The screen has opened, and is closed.
+    void attach(const Descriptor &framebuffer);
+    void detach();
 
     // Asks the manager, once more when it ended meanwhile; nothing when there is none, or when it
-    // is silent.
+    // is silent for two seconds, or until the end.
     std::optional<int> ask(Frame question, const Descriptor *descriptor = nullptr,
-                           Descriptor *answered = nullptr);
+                           Descriptor *answered = nullptr, int64_t end_ms = INT64_MAX);
 
-    // What the table says. False when it cannot be read.
+    // What the table says. False when it cannot be read: whoever changes it is given some time to
+    // go on.
     bool read_record(int task, TaskRecord &record) const;
     template <class Read>
     bool read_table(Read read) const {
-        constexpr int most_tries = 1000;
+        constexpr int most_yields = 100, most_tries = most_yields + 100;
         for (int i = 0; table_ && i < most_tries; ++i) {
             const uint32_t before = table_->changes.load(std::memory_order_acquire);
             if (before % 2 == 0) {
@@ -54,7 +60,10 @@ class Client {
                 std::atomic_thread_fence(std::memory_order_acquire);
                 if (table_->changes.load(std::memory_order_relaxed) == before) return true;
             }
-            sched_yield();
+            if (i < most_yields)
+                sched_yield();
+            else
+                usleep(1000);
         }
         return false;
     }
@@ -64,8 +73,8 @@ class Client {
     bool is_asked_to_close() const;
 
     // Sends to another task. While there is no room at the other end, takes in what arrives here,
-    // for half a second.
-    bool send(int task, const Frame &frame);
+    // for half a second, or until the end.
+    bool send(int task, const Frame &frame, int64_t end_ms = INT64_MAX);
     // Sends and waits for the answer, whose data replaces the frame's; meanwhile requests of others
     // are answered, and events of that task handled whose end it waits for.
     std::optional<int> exchange(int task, Frame &frame, int timeout_ms);
@@ -96,14 +105,20 @@ class Client {
     bool introduce();
     bool read_former(TaskRecord &record) const;
     void lose_manager();
-    std::optional<int> await_reply(uint32_t serial, Descriptor *answered);
+    void rest();
+    void attach_again();
+    std::optional<int> await_reply(uint32_t serial, Descriptor *answered,
+                                   int64_t end_ms = INT64_MAX);
     void watch(const Descriptor &link);
     void take_peer(Arrival arrival);
-    const Descriptor *link_to(int task);
+    const Descriptor *link_to(int task, int64_t end_ms);
     void drop_peer(int number);
     void take_in(int timeout_ms);
+    bool take_from(int number);
     void take_from_manager();
-    void take_from_peer(int number);
+    bool take_from_peer(int number);
+    bool awaits(int task) const;
+    bool has_room_from(int task) const;
     void sort_in(int sender, Frame &&frame);
     Waiting take_out(size_t place);
     bool hand_on(Waiting &waiting);

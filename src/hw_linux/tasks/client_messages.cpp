@@ -14,8 +14,9 @@ namespace hw::tasks {
 namespace {
 
 // More stays with those who send it, unless this task waits for an answer, or for room at another
-// one, which may itself be waiting for room here.
-constexpr size_t most_bytes = size_t{1} << 20, most_bytes_while_waiting = size_t{64} << 20;
+// one, which may itself be waiting for room here. The answer comes behind what was sent before it.
+constexpr size_t most_bytes = size_t{1} << 20, most_bytes_while_waiting = size_t{64} << 20,
+                 most_bytes_of_awaited = size_t{256} << 20;
 constexpr int most_frames_at_once = 64; // from one task
 constexpr size_t most_answering = 16;
 constexpr int room_ms = 500;
@@ -38,7 +39,7 @@ void Client::take_peer(Arrival arrival) {
 }
 
 // The first one to a task carries everything that goes there, so that it keeps its order.
-const Descriptor *Client::link_to(int task) {
+const Descriptor *Client::link_to(int task, int64_t end_ms) {
     const auto find = [&]() -> const Descriptor * {
         for (const Peer &peer : peers_)
             if (peer.task == task) return &peer.link;
@@ -48,7 +49,7 @@ const Descriptor *Client::link_to(int task) {
     Arrival made;
     Frame question{.kind = Kind::connect};
     question.numbers[0] = made.frame.numbers[0] = task;
-    const auto result = ask(std::move(question), nullptr, &made.descriptor);
+    const auto result = ask(std::move(question), nullptr, &made.descriptor, end_ms);
     if (!result || *result != task) return nullptr;
     take_peer(std::move(made));
     return find();
@@ -63,12 +64,13 @@ void Client::drop_peer(int number) {
     peers_.erase(peer);
 }
 
-bool Client::send(int task, const Frame &frame) {
+bool Client::send(int task, const Frame &frame, int64_t end_ms) {
+    if (task <= 0) return false;
     if (task == task_) return deliver_here(frame);
-    const int64_t end = real_time_ms() + room_ms;
+    const int64_t end = std::min(real_time_ms() + room_ms, end_ms);
     int breaks = 0;
     while (breaks < 2) {
-        const Descriptor *link = link_to(task);
+        const Descriptor *link = link_to(task, end_ms);
         if (!link) return false;
         switch (send_frame(*link, frame)) {
         case Sent::yes:
@@ -99,7 +101,7 @@ std::optional<int> Client::exchange(int task, Frame &frame, int timeout_ms) {
     const int64_t end = real_time_ms() + timeout_ms;
     frame.serial = ++serial_;
     Awaited awaited{frame.serial, task, &frame, false, false};
-    if (!send(task, frame)) return std::nullopt;
+    if (!send(task, frame, end)) return std::nullopt;
     awaited_.push_back(&awaited);
     while (!awaited.arrived && !awaited.broken) {
         const int64_t left = end - real_time_ms();
@@ -117,14 +119,18 @@ std::optional<int> Client::exchange(int task, Frame &frame, int timeout_ms) {
 void Client::take_in(int timeout_ms) {
     std::array<epoll_event, 16> events{};
     const int count = epoll_wait(poll_.get(), events.data(), events.size(), timeout_ms);
-    for (int i = 0; i < count; ++i) {
-        const int number = events[static_cast<size_t>(i)].data.fd;
-        if (number == manager_.get())
-            take_from_manager();
-        else
-            take_from_peer(number);
-    }
+    bool has_read = count <= 0;
+    for (int i = 0; i < count; ++i)
+        if (take_from(events[static_cast<size_t>(i)].data.fd)) has_read = true;
+    if (!has_read) poll(nullptr, 0, timeout_ms); // what is there has to stay with its senders
     if (!manager_) connect();
+}
+
+// False when nothing may be read there now.
+bool Client::take_from(int number) {
+    if (number != manager_.get()) return take_from_peer(number);
+    take_from_manager();
+    return true;
 }
 
 void Client::take_from_manager() {
@@ -141,23 +147,35 @@ void Client::take_from_manager() {
     }
 }
 
+bool Client::awaits(int task) const {
+    return std::any_of(awaited_.begin(), awaited_.end(),
+                       [=](const Awaited *awaited) { return awaited->task == task; });
+}
+
+bool Client::has_room_from(int task) const {
+    if (waits_ == 0) return inbox_bytes_ <= most_bytes;
+    return inbox_bytes_ <= (awaits(task) ? most_bytes_of_awaited : most_bytes_while_waiting);
+}
+
 // What a task sent before it ended still arrives.
-void Client::take_from_peer(int number) {
+bool Client::take_from_peer(int number) {
     for (int i = 0; i < most_frames_at_once; ++i) {
         const auto peer = std::find_if(peers_.begin(), peers_.end(),
                                        [=](const Peer &p) { return p.link.get() == number; });
-        if (peer == peers_.end()) return;
-        if (inbox_bytes_ > most_bytes && waits_ == 0) return;
-        if (inbox_bytes_ > most_bytes_while_waiting) return drop_peer(number);
+        if (peer == peers_.end()) return true;
+        if (!has_room_from(peer->task)) return i > 0;
         Arrival arrival;
         const Received received = receive_frame(peer->link, arrival);
-        if (received == Received::nothing) return;
-        if (received != Received::frame || !is_for_tasks(arrival.frame.kind))
-            return drop_peer(number);
+        if (received == Received::nothing) return true;
+        if (received != Received::frame || !is_for_tasks(arrival.frame.kind)) {
+            drop_peer(number);
+            return true;
+        }
         const bool is_answer = arrival.frame.kind == Kind::answer;
         sort_in(peer->task, std::move(arrival.frame));
-        if (is_answer) return; // somebody waits for it, and what follows can wait
+        if (is_answer) return true; // somebody waits for it, and what follows can wait
     }
+    return true;
 }
 
 void Client::sort_in(int sender, Frame &&frame) {
@@ -222,10 +240,8 @@ bool Client::hand_on(Waiting &waiting) {
 
 // A task that is waited for may itself wait until this one has handled an event.
 bool Client::cannot_wait(const Waiting &waiting) const {
-    const auto is_from = [&](const Awaited *awaited) { return awaited->task == waiting.sender; };
     return waiting.frame.kind == Kind::request ||
-           (waiting.frame.kind == Kind::event_at_once &&
-            std::any_of(awaited_.begin(), awaited_.end(), is_from));
+           (waiting.frame.kind == Kind::event_at_once && awaits(waiting.sender));
 }
 
 void Client::answer_what_cannot_wait() {

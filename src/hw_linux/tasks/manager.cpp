@@ -73,7 +73,8 @@ void Manager::wake(int task) {
 void Manager::choose_active() {
     const TaskRecord *last = nullptr;
     for (const TaskRecord &known : table_->tasks)
-        if (known.task != 0 && known.has_screen && (!last || known.used > last->used))
+        if (known.task != 0 && known.screen == TaskScreen::open &&
+            (!last || known.used > last->used))
             last = &known;
     const int before = table_->active.exchange(last ? last->task : 0);
     if (before == table_->active) return;
@@ -132,7 +133,7 @@ int Manager::add(Descriptor &link, TaskRecord wanted) {
     if (wanted.task == 0 || place_of(wanted.task) != no_place) wanted.task = next_task_;
     next_task_ = std::max(next_task_, wanted.task == INT_MAX ? INT_MAX : wanted.task + 1);
     place_.set_next_task(next_task_);
-    wanted.has_screen = 0;
+    if (wanted.screen != TaskScreen::closed) wanted.screen = TaskScreen::not_yet;
     clock_ = std::max(clock_, std::min(wanted.used, UINT64_MAX / 2));
     {
         const Change change(*table_.get());
@@ -142,12 +143,15 @@ int Manager::add(Descriptor &link, TaskRecord wanted) {
     return wanted.task;
 }
 
+// The screen that opens is shown; one that closes has done what was asked.
 int Manager::attach(int place, const Frame &frame, Descriptor framebuffer) {
-    const bool with_screen = frame.numbers[0] != 0 && framebuffer;
+    const bool is_open = frame.numbers[0] != 0 && framebuffer, was_open = frame.numbers[1] != 0;
     {
         const Change change(*table_.get());
-        record(place).has_screen = with_screen;
-        if (with_screen && record(place).used == 0) touch(place);
+        TaskRecord &task = record(place);
+        task.screen = is_open ? TaskScreen::open : TaskScreen::closed;
+        if (!is_open) task.asked_to_close = 0;
+        if (is_open && (!was_open || task.used == 0)) touch(place);
     }
     seat(place).framebuffer = std::move(framebuffer);
     choose_active();

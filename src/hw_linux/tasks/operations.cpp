@@ -79,7 +79,11 @@ SubtaskRecord subtask_record(const char *name, const char *book) {
 
 // A task whose screen has closed is about to end.
 bool is_ending(const TaskRecord &record) {
-    return record.used > 0 && !record.has_screen;
+    return record.screen == TaskScreen::closed;
+}
+
+bool is_open(const TaskRecord &record) {
+    return record.screen == TaskScreen::open;
 }
 
 // The tasks, the one used last first.
@@ -118,11 +122,13 @@ int subtask_with_book(const TaskRecord &record, const char *book) {
     return is_text(record.book.data(), book) ? record.subtask : -1;
 }
 
-// Who plays the device and what is written down about it belong to one process.
+// Who plays the device and what is written down about it belong to one process. The directory is
+// meant from wherever the program begins.
 void keep_environment() {
     for (const char *name : {"KELVANE_SCRIPT", "KELVANE_MONKEY", "KELVANE_CONTROL", "KELVANE_TRACE",
                              "KELVANE_FRAMES", "KELVANE_FILM", "KELVANE_RECORD"})
         unsetenv(name);
+    setenv("KELVANE_TASKS", place_path().c_str(), 1);
 }
 
 // What hw_task_info() handed out last.
@@ -305,8 +311,9 @@ int hw_task_foreground(int task, int subtask) {
 }
 
 int hw_task_background(void) {
-    int below = -1;
-    return hw_task_previous_instack(&below, nullptr) && hw_task_foreground(below, -1);
+    int active = -1, below = -1;
+    const bool is_active = hw_task_active(&active, nullptr) && active == hw_task_current();
+    return is_active && hw_task_previous_instack(&below, nullptr) && hw_task_foreground(below, -1);
 }
 
 int hw_task_close(int task, int subtask, int force) {
@@ -322,6 +329,7 @@ int hw_task_sendevent(int task, int type, int par1, int par2) {
 
 int hw_task_sendevent_sync(int task, int type, int par1, int par2) {
     return with_client(failure, [=](Client &tasks) {
+        if (task <= 0) return failure;
         if (task == tasks.task()) return hw::hooks.task_event_at_once(type, par1, par2), success;
         Frame frame{Kind::event_at_once, 0, {type, par1, par2}, {}};
         return tasks.exchange(task, frame, default_timeout_ms) ? success : failure;
@@ -369,7 +377,7 @@ int hw_task_previous(int *task, int *subtask) {
     return with_client(0, [=](const Client &tasks) {
         const int active = tasks.active();
         return find_task(tasks, task, subtask, [=](const TaskRecord &record) {
-            return record.task != active && record.has_screen ? record.subtask : -1;
+            return record.task != active && is_open(record) ? record.subtask : -1;
         });
     });
 }
@@ -379,7 +387,7 @@ int hw_task_previous_instack(int *task, int *subtask) {
     return with_client(0, [=](const Client &tasks) {
         const uint64_t own = tasks.last_use();
         return find_task(tasks, task, subtask, [=](const TaskRecord &record) {
-            return record.used < own && record.has_screen ? record.subtask : -1;
+            return record.used < own && is_open(record) ? record.subtask : -1;
         });
     });
 }

@@ -3,8 +3,10 @@
 #include "hw_linux/tasks/place.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -13,12 +15,22 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "hw_linux/tasks/real_time.h"
+
 namespace hw::tasks {
 namespace {
 
-constexpr const char *socket_name = "manager";
-constexpr const char *lock_name = "lock";
+constexpr const char *socket_name = "kelvane-manager.socket";
+constexpr const char *lock_name = "kelvane-manager.lock";
 constexpr int waiting_connections = 64;
+constexpr int lock_ms = 2000, pause_us = 2000;
+
+// What the file of the lock contains, once a manager has served.
+struct LockText {
+    uint32_t magic;
+    int32_t next_task;
+};
+constexpr uint32_t lock_magic = 0x4C53414B; // "KASL" backwards on little-endian machines
 
 // Through the descriptor of the directory, whose own name may be too long for an address.
 sockaddr_un address_in(int directory) {
@@ -40,47 +52,83 @@ Descriptor with_socket(int directory, Call call) {
 bool is_same_file(int directory, int descriptor) {
     struct stat named {
     }, opened{};
-    return fstatat(directory, lock_name, &named, 0) == 0 && fstat(descriptor, &opened) == 0 &&
-           named.st_ino == opened.st_ino && named.st_dev == opened.st_dev;
+    return fstatat(directory, lock_name, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           fstat(descriptor, &opened) == 0 && named.st_ino == opened.st_ino &&
+           named.st_dev == opened.st_dev;
+}
+
+bool read_lock_text(int descriptor, LockText &text) {
+    return pread(descriptor, &text, sizeof text, 0) == sizeof text && text.magic == lock_magic;
+}
+
+// Empty, or what a manager wrote.
+bool is_lock(int descriptor) {
+    struct stat status {};
+    LockText text{};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    return status.st_size == 0 ||
+           (status.st_size == sizeof text && read_lock_text(descriptor, text));
+}
+
+Descriptor open_lock(int directory, int how) {
+    Descriptor file(
+        openat(directory, lock_name, how | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file || is_lock(file.get())) return file;
+    errno = EEXIST;
+    return {};
+}
+
+void remove_socket(int directory) {
+    struct stat status {};
+    if (fstatat(directory, socket_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISSOCK(status.st_mode))
+        unlinkat(directory, socket_name, 0);
+}
+
+const char *fault_of(const struct stat &status) {
+    if (status.st_uid != geteuid()) return "belongs to another user";
+    return status.st_mode & (S_IRWXG | S_IRWXO)
+               ? "open to others (a directory with mode 700 is meant)"
+               : nullptr;
 }
 
 } // namespace
 
 bool Place::open(const char *directory) {
     mkdir(directory, S_IRWXU);
-    directory_ = Descriptor(::open(directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    directory_ = Descriptor(::open(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat status {};
-    if (!directory_ || fstat(directory_.get(), &status) != 0) {
-        std::fprintf(stderr, "KELVANE_TASKS=%s: %s\n", directory, std::strerror(errno));
-        return false;
-    }
-    if (status.st_uid == geteuid() && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) return true;
-    std::fprintf(stderr, "KELVANE_TASKS=%s: open to others (a directory with mode 700 is meant)\n",
-                 directory);
+    const bool is_known = directory_ && fstat(directory_.get(), &status) == 0;
+    const char *fault = is_known ? fault_of(status) : std::strerror(errno);
+    if (!fault) return true;
+    std::fprintf(stderr, "KELVANE_TASKS=%s: %s\n", directory, fault);
     directory_.reset();
     return false;
 }
 
-// The file that was waited for may have been removed meanwhile, by a manager that went.
-Descriptor Place::take_lock(int how) const {
+std::string Place::path() const {
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(directory_.get()));
+}
+
+// The file that somebody else held may have been removed meanwhile, by a manager that went.
+Descriptor Place::try_lock() const {
     for (;;) {
-        Descriptor file(
-            openat(directory_.get(), lock_name, O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
-        if (!file) return {};
-        int locked = -1;
-        do locked = flock(file.get(), how);
-        while (locked != 0 && errno == EINTR);
-        if (locked != 0) return {};
+        Descriptor file = open_lock(directory_.get(), O_RDWR | O_CREAT);
+        if (!file || flock(file.get(), LOCK_EX | LOCK_NB) != 0) return {};
         if (is_same_file(directory_.get(), file.get())) return file;
     }
 }
 
 Descriptor Place::lock() const {
-    return take_lock(LOCK_EX);
-}
-
-Descriptor Place::try_lock() const {
-    return take_lock(LOCK_EX | LOCK_NB);
+    const int64_t end = real_time_ms() + lock_ms;
+    for (;;) {
+        Descriptor file = try_lock();
+        if (file || errno != EWOULDBLOCK) return file;
+        if (real_time_ms() >= end) break;
+        usleep(pause_us);
+    }
+    errno = ETIMEDOUT;
+    return {};
 }
 
 Descriptor Place::connect() const {
@@ -90,7 +138,7 @@ Descriptor Place::connect() const {
 }
 
 Descriptor Place::listen() const {
-    unlinkat(directory_.get(), socket_name, 0);
+    remove_socket(directory_.get());
     return with_socket(directory_.get(), [](int number, const sockaddr *address) {
         if (bind(number, address, sizeof(sockaddr_un)) != 0) return -1;
         return ::listen(number, waiting_connections);
@@ -99,19 +147,20 @@ Descriptor Place::listen() const {
 
 // It stands in the file of the lock, which goes when the last task does.
 int Place::next_task() const {
-    const Descriptor file(openat(directory_.get(), lock_name, O_RDONLY | O_CLOEXEC));
-    int task = 0;
-    return read(file.get(), &task, sizeof task) == sizeof task && task > 0 ? task : 1;
+    const Descriptor file = open_lock(directory_.get(), O_RDONLY);
+    LockText text{};
+    return file && read_lock_text(file.get(), text) && text.next_task > 0 ? text.next_task : 1;
 }
 
 void Place::set_next_task(int task) const {
-    const Descriptor file(openat(directory_.get(), lock_name, O_WRONLY | O_CLOEXEC));
-    if (file && write(file.get(), &task, sizeof task) < 0) return;
+    const LockText text{lock_magic, task};
+    const Descriptor file = open_lock(directory_.get(), O_RDWR);
+    if (file && pwrite(file.get(), &text, sizeof text, 0) < 0) return;
 }
 
 void Place::clear() const {
-    unlinkat(directory_.get(), socket_name, 0);
-    unlinkat(directory_.get(), lock_name, 0);
+    remove_socket(directory_.get());
+    if (open_lock(directory_.get(), O_RDONLY)) unlinkat(directory_.get(), lock_name, 0);
 }
 
 } // namespace hw::tasks

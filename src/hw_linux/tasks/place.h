@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The directory in which tasks and their manager meet: a socket, and a lock around each change of
-// who serves it.
+// who serves it. Both have names of their own, and what else has such a name is left as it is.
 #pragma once
+
+#include <string>
 
 #include "hw_linux/tasks/link.h"
 
@@ -14,7 +16,9 @@ class Place {
     bool open(const char *directory);
 
     // Held from the moment a manager is looked for until the connection stands, and while a manager
-    // makes sure that nobody needs it. Released when it goes.
+    // makes sure that nobody needs it. Released when it goes. Empty on failure, of which errno
+    // tells: ETIMEDOUT when somebody holds it for two seconds, who may be stopped; with try_lock()
+    // EWOULDBLOCK.
     Descriptor lock() const;
     Descriptor try_lock() const;
 
@@ -30,10 +34,10 @@ class Place {
     void set_next_task(int task) const;
 
     int descriptor() const { return directory_.get(); }
+    // As it is called now, from the root. Throws when it cannot be told.
+    std::string path() const;
 
   private:
-    Descriptor take_lock(int how) const;
-
     Descriptor directory_;
 };
 

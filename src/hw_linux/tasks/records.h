@@ -24,12 +24,14 @@ struct SubtaskRecord {
     PathText book{};
 };
 
+enum class TaskScreen : int32_t { not_yet, open, closed };
+
 struct TaskRecord {
     int32_t task = 0; // 0: a free place
     int32_t pid = 0;
     uint64_t used = 0; // grows each time a task becomes active; 0: not yet
     uint32_t flags = 0;
-    int32_t has_screen = 0;
+    TaskScreen screen = TaskScreen::not_yet;
     int32_t asked_to_close = 0;
     int32_t subtask = 0;
     int32_t part_count = 1; // its subtasks

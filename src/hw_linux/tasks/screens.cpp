@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The operations of hw.h on framebuffers of tasks.
-#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "ground/guard.h"
@@ -20,10 +20,17 @@ std::unique_ptr<ForeignFramebuffer> look_at(int task) {
     return is_supported() ? framebuffer_of(task) : nullptr;
 }
 
-// The same pixels, whichever way they are turned.
-bool is_of_our_size(const icanvas &other) {
-    const icanvas *own = hw::framebuffer();
-    return own && std::minmax(own->width, own->height) == std::minmax(other.width, other.height);
+bool is_on_its_side(int orientation) {
+    return orientation == 1 || orientation == 2;
+}
+
+// The framebuffer here has the size of the other one when it is turned the same way.
+bool fits_when_turned(const ForeignFramebuffer &other) {
+    if (!hw::framebuffer()) return false;
+    auto [width, height] = std::pair(hw::framebuffer()->width, hw::framebuffer()->height);
+    if (is_on_its_side(other.orientation) != is_on_its_side(hw_get_fb_orientation()))
+        std::swap(width, height);
+    return width == other.canvas.width && height == other.canvas.height;
 }
 
 // A task that has just started is the active one already, and means the one before it.
@@ -66,11 +73,9 @@ void hw_releasetaskfb(icanvas *canvas) {
 
 int hw_copyactivefb(void) {
     const auto active = framebuffer_to_copy();
-    if (!active || !is_of_our_size(active->canvas)) return 0;
+    if (!active || !fits_when_turned(*active)) return 0;
     hw_set_fb_orientation(active->orientation);
-    const icanvas &own = *hw::framebuffer();
-    if (own.width != active->canvas.width) return 0;
-    copy_rows(active->canvas, own);
+    copy_rows(active->canvas, *hw::framebuffer());
     return 1;
 }
 

@@ -29,8 +29,13 @@ void close_range_of(int first, int last) {
 void keep_only(int one, int other) {
     const auto [low, high] = std::minmax(one, other);
     const int nowhere = ::open("/dev/null", O_RDWR);
-    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        if (nowhere >= 0 && standard != low && standard != high) dup2(nowhere, standard);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (standard == low || standard == high) continue;
+        if (nowhere < 0)
+            close(standard);
+        else
+            dup2(nowhere, standard);
+    }
     close_range_of(STDERR_FILENO + 1, low - 1);
     close_range_of(low + 1, high - 1);
     close_range(static_cast<unsigned>(std::max(high, 2)) + 1, ~0U, 0);

@@ -2,6 +2,8 @@
 // Whether there are tasks, which of them this process is, and whether it is the one in front.
 #include "hw_linux/tasks/session.h"
 
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -46,10 +48,14 @@ void decide() {
     const char *directory = std::getenv("KELVANE_TASKS");
     if (!directory || !*directory || !session.place.open(directory)) return;
     session.client.emplace(session.place);
-    if (session.client->connect())
+    if (session.client->connect()) {
         pthread_atfork(nullptr, nullptr, leave_copy);
-    else
-        session.client.reset();
+        return;
+    }
+    if (!session.client->has_given_up())
+        std::fprintf(stderr, "KELVANE_TASKS=%s: no task manager: %s\n", directory,
+                     std::strerror(errno));
+    session.client.reset();
 }
 
 bool is_named(const TaskRecord &record, const char *name) {
@@ -105,6 +111,10 @@ bool is_copy() {
     return session.is_copy;
 }
 
+std::string place_path() {
+    return session.place.path();
+}
+
 std::shared_ptr<uint8_t[]> make_framebuffer(size_t bytes) {
     if (is_supported()) return session.framebuffer.make(bytes);
     return std::shared_ptr<uint8_t[]>(new (std::nothrow) uint8_t[bytes]);
@@ -113,15 +123,16 @@ std::shared_ptr<uint8_t[]> make_framebuffer(size_t bytes) {
 void open_framebuffer() {
     Client *const tasks = client();
     if (!tasks || tasks->task() <= 0 || !session.framebuffer.header()) return;
-    tasks->attach(&session.framebuffer.descriptor());
+    tasks->attach(session.framebuffer.descriptor());
     session.is_open = true;
     session.is_in_front = tasks->active() == tasks->task();
 }
 
 void close_framebuffer() {
-    if (std::exchange(session.is_open, false)) session.client->attach(nullptr);
+    if (std::exchange(session.is_open, false)) session.client->detach();
     session.framebuffer.close();
     session.is_in_front = true;
+    session.is_closing = false;
 }
 
 void tell_geometry(const icanvas &canvas, int orientation) {
@@ -165,7 +176,8 @@ bool go_home() {
     session.client->read_table([&](const Table &table) {
         first = 0;
         for (const TaskRecord &record : table.tasks)
-            if (record.has_screen && (first == 0 || record.task < first)) first = record.task;
+            if (record.screen == TaskScreen::open && (first == 0 || record.task < first))
+                first = record.task;
     });
     if (first == 0 || first == session.client->active()) return false;
     return ground::guarded(false, [=] {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "hw_linux/tasks/client.h"
 #include "kelvane/canvas.h"
@@ -17,6 +18,8 @@ bool is_supported();
 Client *client();
 // This process is a copy of one that uses the device.
 bool is_copy();
+// Where the tasks meet, from the root. Throws when it cannot be told.
+std::string place_path();
 
 // The pixels of the framebuffer, which others can read where there are tasks. Null on failure.
 std::shared_ptr<uint8_t[]> make_framebuffer(size_t bytes);

@@ -22,7 +22,8 @@ enum class Kind : uint16_t {
     hello,            // who am I?
     join,             // [1: and executes a program, which says hello; 0: as it is], data:
                       // TaskRecord. Its task is 0, or the one that a former manager gave
-    attach,           // [1: with a framebuffer, whose descriptor comes along; 0: without]
+    attach,           // [1: with a framebuffer, whose descriptor comes along; 0: without,
+                      // 1: as with a former manager; 0: its screen has just opened]
     new_subtask,      // data: SubtaskRecord
     set_subtask,      // [task, subtask], data: SubtaskRecord
     switch_subtask,   // [task, subtask]

@@ -15,6 +15,7 @@
 #include <malloc.h>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <Imlib2.h>
@@ -99,10 +100,31 @@ void check(bool ok) {
     if (!ok) std::abort();
 }
 
-void load_ours(const std::string &path) {
-    ibitmap *bm = path.ends_with("png")
-                      ? LoadPNGStretch(path.c_str(), target_width, target_height, 0, 0)
-                      : LoadJPEG(path.c_str(), target_width, target_height, 100, 100, 0);
+std::string tiff_file(int width, int height) {
+    const std::string path = place("colors.tiff");
+    std::vector<uint8_t> rgb = photograph(width, height);
+    GdkPixbuf *picture = gdk_pixbuf_new_from_data(rgb.data(), GDK_COLORSPACE_RGB, FALSE, 8, width,
+                                                  height, 3 * width, nullptr, nullptr);
+    check(gdk_pixbuf_save(picture, path.c_str(), "tiff", nullptr, nullptr) != FALSE);
+    g_object_unref(picture);
+    return path;
+}
+
+// Of the size that the loader takes.
+std::string bmp_file() {
+    const std::string path = place("greys.bmp");
+    ibitmap *bm = LoadJPEG(jpeg_file(900, 900).c_str(), target_width, target_height, 100, 100, 0);
+    check(bm != nullptr && SaveBitmap(path.c_str(), bm) != 0);
+    std::free(bm);
+    return path;
+}
+
+void load_ours(const std::string &path, int proportional = 0) {
+    constexpr int w = target_width, h = target_height;
+    ibitmap *bm = path.ends_with("png")    ? LoadPNGStretch(path.c_str(), w, h, proportional, 0)
+                  : path.ends_with("tiff") ? LoadTIFF(path.c_str(), w, h, 100, 100, proportional)
+                  : path.ends_with("bmp")  ? LoadBitmap(path.c_str())
+                                           : LoadJPEG(path.c_str(), w, h, 100, 100, proportional);
     check(bm != nullptr);
     std::free(bm);
 }
@@ -217,17 +239,26 @@ BENCHMARK(png_and_imlib)->UseManualTime();
 
 // The same file by LoadPicture() and by the loader of its format.
 void any_picture_and_loader(benchmark::State &state) {
-    const bool is_png = state.range(0) == 0;
-    state.SetLabel(is_png ? "PNG" : "JPEG");
-    const std::string path = is_png ? png_file(1200, 1600) : jpeg_file(3000, 4000);
+    const std::string path = state.range(0) == 0   ? png_file(1200, 1600)
+                             : state.range(0) == 1 ? jpeg_file(3000, 4000)
+                             : state.range(0) == 2 ? tiff_file(1200, 1600)
+                                                   : bmp_file();
+    const int how = static_cast<int>(state.range(1));
+    state.SetLabel(path.substr(path.rfind('.') + 1));
     const auto load_any = [&] {
-        ibitmap *bm = LoadPicture(path.c_str(), target_width, target_height, PICTURE_STRETCH, 0);
+        ibitmap *bm = LoadPicture(path.c_str(), target_width, target_height, how, 0);
         check(bm != nullptr);
         std::free(bm);
     };
-    beside(state, Against::limit, load_any, [&] { load_ours(path); });
+    // LoadTIFF() tells the size of each picture.
+    std::FILE *const former = std::exchange(stderr, std::fopen("/dev/null", "w"));
+    beside(state, Against::limit, load_any, [&] { load_ours(path, how == PICTURE_FIT ? 1 : 0); });
+    std::fclose(std::exchange(stderr, former));
 }
-BENCHMARK(any_picture_and_loader)->ArgName("jpeg")->Arg(0)->Arg(1)->UseManualTime();
+BENCHMARK(any_picture_and_loader)
+    ->ArgNames({"format", "how"})
+    ->ArgsProduct({{0, 1, 2, 3}, {PICTURE_FIT, PICTURE_COVER, PICTURE_STRETCH}})
+    ->UseManualTime();
 
 void picture_size_and_reading(benchmark::State &state) {
     state.SetLabel("the limit opens the file and reads its first 4 KB");

@@ -11,12 +11,13 @@ constexpr size_t book_bytes = 3'000'000, chunk = 100000;
 constexpr int page_height = 760;
 
 // Words with spaces, or Japanese without, in paragraphs.
-std::string book(const std::vector<std::string_view> &words, const char *gap, const char *stop) {
+std::string book(const std::vector<std::string_view> &words, const char *gap, const char *stop,
+                 const char *end = "\n") {
     std::mt19937 random(7);
     std::string text;
     for (int word = 1; text.size() < book_bytes; ++word) {
         text += words[random() % words.size()];
-        text += word % 72 == 0 ? "\n" : word % 12 == 0 ? stop : gap;
+        text += word % 72 == 0 ? end : word % 12 == 0 ? stop : gap;
     }
     return text;
 }
@@ -31,6 +32,14 @@ std::string japanese() {
     return book({"日本", "の", "は", "東京", "です", "カタカナ", "ひらがな", "本", "を", "読む",
                  "時間", "が", "人", "言葉", "ました", "今日"},
                 "", "。");
+}
+
+// Numbers and names in marks of embedding, in paragraphs that do not end.
+std::string marked() {
+    return book({"السلام", "\u202Bعليكم\u202C", "كتاب", "\u2068word\u2069", "من",
+                 "\u202A4,312\u202C", "البيت", "الكبير", "يوم", "رجل", "\u2067وقال\u2069", "مدينة",
+                 "هذا", "الذي", "كان", "بعد"},
+                " ", ". ", " ");
 }
 
 // A canvas whose clip is below all text: lines are laid out and not drawn.
@@ -65,8 +74,9 @@ int height_of(const std::vector<std::string> &chunks) {
     return height;
 }
 
+template <int flags>
 int paginated(const std::string &text) {
-    return Paginate(text.c_str(), bench_width, page_height, page_height, ALIGN_LEFT, nullptr, 0);
+    return Paginate(text.c_str(), bench_width, page_height, page_height, flags, nullptr, 0);
 }
 
 template <class Pages>
@@ -99,7 +109,10 @@ void add(const char *name, const char *language, const std::string &text, const 
 
 void add(const char *language, const std::string &text, const char *font_file) {
     add("pages_and_chunks", language, text, font_file, pages_of);
-    add("paginate_and_chunks", language, text, font_file, paginated);
+    add("paginate_and_chunks", language, text, font_file, paginated<ALIGN_LEFT>);
+    constexpr int all_rules =
+        ALIGN_JUSTIFY | TEXT_WHOLE_NUMBERS | TEXT_MARKS | TEXT_NO_WIDOWS | TEXT_NO_EMPTY_TOP;
+    add("paginate_by_rules_and_chunks", language, text, font_file, paginated<all_rules>);
 }
 
 } // namespace
@@ -107,6 +120,7 @@ void add(const char *language, const std::string &text, const char *font_file) {
 int main(int argc, char **argv) {
     add("english", prose(Language::english, book_bytes), nullptr);
     add("arabic", arabic(), nullptr);
+    add("marked", marked(), nullptr);
     add("japanese", japanese(), "/usr/share/fonts/truetype/droid/DroidSansFallbackFull.ttf");
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

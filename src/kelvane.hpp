@@ -179,14 +179,18 @@ class CanvasGuard {
 };
 
 /**
- * A font is current; afterwards the one before, in its own colour. The font is to live as long; a
- * null one keeps the font that is current.
+ * A font is current; afterwards the one before, in its own colour, or none. Both are to live as
+ * long; a null one keeps the font that is current.
  */
 class FontGuard {
   public:
     explicit FontGuard(const ifont *font, int color = -1) { SetFont(font, color); }
     explicit FontGuard(const Font &font, int color = -1) : FontGuard(font.get(), color) {}
-    ~FontGuard() { SetFont(before_, -1); }
+    ~FontGuard() {
+        // No font is current when one that was is closed.
+        const Font none = before_ ? Font() : Font("null", 1);
+        SetFont(before_ ? before_ : none.get(), -1);
+    }
     FontGuard(const FontGuard &) = delete;
     FontGuard &operator=(const FontGuard &) = delete;
 
@@ -246,28 +250,39 @@ int hear_event(int type, int par1, int par2) noexcept {
     return answer;
 }
 
+// For main(). Without a screen there has been no event, and there will be none.
+template <class App>
+int run() {
+    KelvaneMain(hear_event<App>);
+    if (GetCanvas()) return 0;
+    application<App>().reset();
+    return 1;
+}
+
 } // namespace detail
 
 /**
  * KelvaneMain() with an object as handler: its function `int handle(int type, int par1, int par2)`
  * gets the events. It is made when the screen is open, before it hears EVT_INIT, and destroyed when
- * it has heard EVT_EXIT: so what it owns is given back however the application ends.
+ * it has heard EVT_EXIT: so what it owns is given back however the application ends. Only what its
+ * constructor has made is not, when that itself calls exit().
  * @return 1, for main(), when the screen could not be opened, or after LeaveKelvaneMain() 0
  */
 template <class App>
 int run() {
     static_assert(detail::has_handle<App>, "int handle(int type, int par1, int par2)");
-    KelvaneMain(detail::hear_event<App>);
-    return GetCanvas() ? 0 : 1;
+    return detail::run<App>();
 }
 
-/** The same with a lambda, or any function: it and what it holds live to the end of EVT_EXIT. */
+/**
+ * The same with a lambda, or any function: it and what it holds live to the end of EVT_EXIT, and of
+ * this call when the screen could not be opened.
+ */
 template <class Handler>
 int run(Handler &&handler) {
     using App = std::decay_t<Handler>;
     detail::application<App>().emplace(std::forward<Handler>(handler));
-    KelvaneMain(detail::hear_event<App>);
-    return GetCanvas() ? 0 : 1;
+    return detail::run<App>();
 }
 
 } // namespace kelvane

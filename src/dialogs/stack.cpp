@@ -13,6 +13,7 @@
 #include "kelvane/languages.h"
 #include "kelvane/updates.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "raster/screen_scope.h"
 #include "runtime/interface_flags.h"
 #include "text/font_scope.h"
@@ -42,6 +43,11 @@ void dim_screen() {
 
 irect whole_screen() {
     return {0, 0, ScreenWidth(), ScreenHeight(), 0};
+}
+
+// Where a box is drawn: its buttons may stand below it.
+irect drawn_area(const OpenBox &box) {
+    return box.button_count() > 0 ? raster::joined(box.layout.box, box.layout.row) : box.layout.box;
 }
 
 // A message leaves the handler as it is.
@@ -111,7 +117,7 @@ unsigned open(OpenBox &&made, kv_handler handler) {
     stack.push_back(std::move(made));
     OpenBox &box = stack.back();
     box.id = ++last_id;
-    box.taken.under.save(whole_screen());
+    box.taken.under.save(whole_screen(), drawn_area(box));
     dim_screen();
     if (handler) box.taken.take_input(handler, 0, [] { close_top(Close::forced); });
     if (box.kind == Kind::question) set_interface_flags(UI_DIALOG_OPEN);
@@ -139,7 +145,10 @@ void close_top(Close how) {
     OpenBox box = std::move(stack.back());
     stack.pop_back();
     last_box = LastBox::none;
-    if (how == Close::forced || !box.stays) put_screen_back(box);
+    if (how == Close::forced || !box.stays)
+        put_screen_back(box);
+    else
+        box.taken.under.drop();
     give_input_back(box);
 }
 

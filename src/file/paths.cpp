@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -30,12 +32,17 @@ bool is_on_storage(const char *path) {
 
 constexpr const char *data_folder = "./system/data";
 
+bool is_file_name(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." && name.size() <= NAME_MAX &&
+           std::none_of(name.begin(), name.end(),
+                        [](char c) { return static_cast<uint8_t>(c) < ' ' || c == '\x7F'; });
+}
+
 // Whether a relative path stays in the folder that it is relative to, and names something there.
 bool is_inside(std::string_view path) {
     while (true) {
         const size_t end = std::min(path.find('/'), path.size());
-        const std::string_view part = path.substr(0, end);
-        if (part.empty() || part == "." || part == "..") return false;
+        if (!is_file_name(path.substr(0, end))) return false;
         if (end == path.size()) return true;
         path.remove_prefix(end + 1);
     }

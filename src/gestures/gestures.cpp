@@ -5,10 +5,10 @@
 #include "kelvane/gestures.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 #include "ground/number.h"
 #include "hw.h"
@@ -24,7 +24,8 @@ enum State {
     UP = 0,
     DOWN = 1,  // one finger, which may become anything
     SPENT = 2, // it had its gesture, or is none; until it is lifted
-    PINCHING = 3
+    PINCHING = 3,
+    MOVED = 4 // one finger, which was too far away for a tap
 };
 
 int usual_or(int given, int usual) {
@@ -51,7 +52,13 @@ bool is_within(int64_t dx, int64_t dy, int mm) {
     return std::max(std::abs(dx), std::abs(dy)) <= most && square(dx) + square(dy) <= square(most);
 }
 
+bool is_near_start(const kv_gestures &hand, int x, int y) {
+    return is_within(distance(x, hand.x), distance(y, hand.y), usual_or(hand.tap_mm, usual_tap_mm));
+}
+
 int put_down(kv_gestures &hand, int x, int y) {
+    const int64_t pause_ms = hw_boottime_ms() - hand.tap_time_ms;
+    if (pause_ms > usual_or(hand.double_tap_ms, usual_double_tap_ms)) hand.tap_time_ms = 0;
     hand.state = DOWN;
     hand.x = x;
     hand.y = y;
@@ -59,23 +66,23 @@ int put_down(kv_gestures &hand, int x, int y) {
     return GESTURE_NONE;
 }
 
+int move(kv_gestures &hand, int x, int y) {
+    if (hand.state == DOWN && !is_near_start(hand, x, y)) hand.state = MOVED;
+    return GESTURE_NONE;
+}
+
 int press_long(kv_gestures &hand, int x, int y) {
-    const bool is_still =
-        is_within(distance(x, hand.x), distance(y, hand.y), usual_or(hand.tap_mm, usual_tap_mm));
-    if (hand.state != DOWN || !is_still) return GESTURE_NONE;
+    if (hand.state != DOWN) return GESTURE_NONE;
     hand.state = SPENT;
-    return GESTURE_LONG_PRESS;
+    return is_near_start(hand, x, y) ? GESTURE_LONG_PRESS : GESTURE_NONE;
 }
 
 // The second of two taps counts as none: a third one begins anew.
 int tap(kv_gestures &hand) {
-    const int64_t now = hw_boottime_ms();
-    const bool is_second =
-        hand.tap_time_ms != 0 &&
-        now - hand.tap_time_ms <= usual_or(hand.double_tap_ms, usual_double_tap_ms) &&
-        is_within(distance(hand.x, hand.tap_x), distance(hand.y, hand.tap_y),
-                  usual_or(hand.double_tap_mm, usual_double_tap_mm));
-    hand.tap_time_ms = is_second ? 0 : now;
+    const bool is_second = hand.tap_time_ms != 0 &&
+                           is_within(distance(hand.x, hand.tap_x), distance(hand.y, hand.tap_y),
+                                     usual_or(hand.double_tap_mm, usual_double_tap_mm));
+    hand.tap_time_ms = is_second ? 0 : hw_boottime_ms();
     hand.tap_x = hand.x;
     hand.tap_y = hand.y;
     return is_second ? GESTURE_DOUBLE_TAP : GESTURE_TAP;
@@ -105,46 +112,64 @@ int lift(kv_gestures &hand, int x, int y) {
         hand.state = UP;
         return pinch;
     }
-    const bool counts = hand.state == DOWN;
-    hand.state = UP;
-    if (!counts) return GESTURE_NONE;
+    move(hand, x, y);
+    const int was = std::exchange(hand.state, UP);
+    if (was != DOWN && was != MOVED) return GESTURE_NONE;
     hand.dx = distance(x, hand.x);
     hand.dy = distance(y, hand.y);
-    if (is_within(hand.dx, hand.dy, usual_or(hand.tap_mm, usual_tap_mm))) return tap(hand);
+    if (was == DOWN) return tap(hand);
     hand.tap_time_ms = 0;
     return swipe(hand);
 }
 
 // The first two fingers that touch in a frame; null where there are less.
-std::array<const kv_touch *, 2> two_fingers(int frame) {
-    std::array<const kv_touch *, 2> fingers{};
-    size_t count = 0;
-    for (int slot = 0; count < fingers.size(); ++slot) {
+struct Fingers {
+    const kv_touch *first = nullptr, *second = nullptr;
+    int slots = 0; // a number for which two they are
+
+    void add(const kv_touch &touch, int slot) {
+        (first ? second : first) = &touch;
+        slots = slots * 256 + slot;
+    }
+};
+
+Fingers two_fingers(int frame) {
+    Fingers fingers;
+    for (int slot = 0; !fingers.second; ++slot) {
         const kv_touch *touch = GetTouch(frame, slot);
         if (!touch) break;
-        if (touch->down != 0) fingers[count++] = touch;
+        if (touch->down != 0) fingers.add(*touch, slot);
     }
     return fingers;
 }
 
+// Two others than before are another pinch.
 int touch_frame(kv_gestures &hand, int frame) {
-    const auto [first, second] = two_fingers(frame);
-    if (!second) return hand.state == PINCHING ? end_pinch(hand) : GESTURE_NONE;
+    const Fingers fingers = two_fingers(frame);
+    const bool is_same = fingers.second && fingers.slots == hand.fingers;
+    if (hand.state == PINCHING && !is_same) return end_pinch(hand);
+    if (!fingers.second) return GESTURE_NONE;
+    const kv_touch &first = *fingers.first, &second = *fingers.second;
     hand.last_distance =
-        static_cast<int>(std::lround(std::hypot(first->x - second->x, first->y - second->y)));
+        static_cast<int>(std::lround(std::hypot(first.x - second.x, first.y - second.y)));
     if (hand.state == PINCHING) return GESTURE_NONE;
     hand.state = PINCHING;
+    hand.fingers = fingers.slots;
     hand.distance = hand.last_distance;
-    hand.x = (first->x + second->x) / 2;
-    hand.y = (first->y + second->y) / 2;
+    hand.x = (first.x + second.x) / 2;
+    hand.y = (first.y + second.y) / 2;
     hand.tap_time_ms = 0;
     return GESTURE_NONE;
 }
 
 int let_go(kv_gestures &hand) {
     hand.state = UP;
-    hand.tap_time_ms = 0;
     return GESTURE_NONE;
+}
+
+int forget(kv_gestures &hand) {
+    hand.tap_time_ms = 0;
+    return let_go(hand);
 }
 
 } // namespace
@@ -154,16 +179,20 @@ int RecogniseGesture(kv_gestures *hand, int type, int par1, int par2) {
     switch (type) {
     case EVT_POINTERDOWN:
         return put_down(*hand, par1, par2);
+    case EVT_POINTERMOVE:
+    case EVT_POINTERDRAG:
+        return move(*hand, par1, par2);
     case EVT_POINTERLONG:
         return press_long(*hand, par1, par2);
     case EVT_POINTERUP:
         return lift(*hand, par1, par2);
     case EVT_MTSYNC:
         return touch_frame(*hand, par1);
-    case EVT_SHOW:
+    case EVT_SHOW: // perhaps by a tap, which may be the first of two
+        return let_go(*hand);
     case EVT_HIDE:
     case EVT_RESTORE:
-        return let_go(*hand);
+        return forget(*hand);
     default:
         return GESTURE_NONE;
     }

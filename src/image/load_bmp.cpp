@@ -27,6 +27,11 @@ struct Header {
     size_t info_size, data_offset, entry_bytes, entries;
 
     size_t row_bytes() const { return bmp::row_bytes(static_cast<uint64_t>(size.width), bits); }
+    // All rows, but not what fills the last one.
+    size_t data_bytes() const {
+        const size_t filled = (static_cast<size_t>(size.width) * bits + 7) / 8;
+        return (static_cast<size_t>(size.height) - 1) * row_bytes() + filled;
+    }
 };
 
 // Numbers of a file; those beyond its end are 0.
@@ -123,7 +128,7 @@ raster::BitmapPtr decode_bmp(std::span<const uint8_t> file, const Request &reque
     if (!is_reasonable(h->size)) throw std::bad_alloc();
     const size_t row_bytes = h->row_bytes();
     const auto height = static_cast<size_t>(h->size.height);
-    if (h->data_offset > file.size() || (file.size() - h->data_offset) / row_bytes < height)
+    if (h->data_offset > file.size() || file.size() - h->data_offset < h->data_bytes())
         return nullptr;
     Pipeline pipeline(h->size, request.place(h->size), request.finish);
     const Palette palette = read_palette(fields, *h);

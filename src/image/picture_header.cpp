@@ -25,6 +25,7 @@ class Bytes {
     explicit Bytes(std::FILE *file) : fd_(fileno(file)) {}
 
     uint8_t u8(int64_t at) {
+        if (at >= end_) return 0;
         if (at < start_ || at >= start_ + length_) fill(at);
         return at < start_ + length_ ? window_[static_cast<size_t>(at - start_)] : uint8_t{0};
     }
@@ -48,10 +49,12 @@ class Bytes {
         const ssize_t got = pread(fd_, window_.data(), window_.size(), at);
         start_ = at;
         length_ = got > 0 ? got : 0;
+        if (length_ == 0) end_ = std::min(end_, at);
     }
 
     int fd_;
     int64_t start_ = 0, length_ = 0;
+    int64_t end_ = INT64_MAX; // nothing was there from here on
     std::array<uint8_t, 4096> window_;
 };
 
@@ -126,6 +129,7 @@ PictureHeader jpeg_header(Bytes &bytes) {
     constexpr uint8_t application_1 = 0xE1, scan = 0xDA, end = 0xD9;
     constexpr std::string_view exif{"Exif\0\0", 6};
     PictureHeader header{Format::jpeg, {0, 0}};
+    bool has_exif = false;
     int64_t at = 2;
     for (int part = 0; part < most_parts && bytes.u8(at) == 0xFF; ++part) {
         const uint8_t marker = bytes.u8(at + 1);
@@ -138,8 +142,10 @@ PictureHeader jpeg_header(Bytes &bytes) {
             header.stored = {bytes.u16(at + 7, Order::big), bytes.u16(at + 5, Order::big)};
             break;
         }
-        if (marker == application_1 && bytes.has(at + 4, exif))
+        if (marker == application_1 && !has_exif && bytes.has(at + 4, exif)) {
             header.orientation = orientation_in({bytes, at + 10});
+            has_exif = true;
+        }
         at += 2 + int64_t{bytes.u16(at + 2, Order::big)};
     }
     return header;

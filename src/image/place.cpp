@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
-#include <new>
 
-#include "image/limits.h"
 #include "kelvane/pictures.h"
 
 namespace image {
@@ -30,6 +28,10 @@ int start(int room, int drawn, bool at_start, bool at_end) {
     return at_end ? room - drawn : (room - drawn) / 2;
 }
 
+// Of a thin picture that covers, next to nothing is seen. Scaling reckons with up to 1024 times a
+// side times that of a picture.
+constexpr int most_drawn = 1 << 30;
+
 } // namespace
 
 Size resolved(Size wanted, Size own) {
@@ -45,8 +47,7 @@ Placement place_picture(Size picture, Size wanted, Shape shape) {
     Size drawn = keeps_width
                      ? Size{wanted.width, scaled(picture.height, wanted.width, picture.width)}
                      : Size{scaled(picture.width, wanted.height, picture.height), wanted.height};
-    drawn = {std::max(drawn.width, 1), std::max(drawn.height, 1)};
-    if (drawn.width > max_side || drawn.height > max_side) throw std::bad_alloc();
+    drawn = {std::clamp(drawn.width, 1, most_drawn), std::clamp(drawn.height, 1, most_drawn)};
     if (shape == Shape::fitted) return {drawn, 0, 0, drawn};
     return {wanted, (wanted.width - drawn.width) / 2, (wanted.height - drawn.height) / 2, drawn};
 }

@@ -34,7 +34,7 @@ Size resolved(Size wanted, Size own);
 // How LoadPicture() brings a picture to a size.
 enum class Shape { fitted, covering, stretched };
 
-// All sides are at least 1. Throws bad_alloc where a picture would be drawn unreasonably large.
+// All sides are at least 1.
 Placement place_picture(Size picture, Size wanted, Shape shape);
 
 // All sides of `picture` and `wanted` are at least 1; flags are LOAD_ bits.

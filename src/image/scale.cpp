@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ground/vectors.h"
+#include "image/limits.h"
 
 namespace image {
 
@@ -78,7 +79,9 @@ size_t blend_groups(const Rows &, size_t, uint8_t *) {
 
 } // namespace
 
-Axis::Axis(int from, int to) : step_((from - 1) * int64_t{one} / (to > 1 ? to - 1 : 1)) {}
+Axis::Axis(int from, int to) : length_((from - 1) * int64_t{one}), steps_(to > 1 ? to - 1 : 1) {
+    if (to <= max_side) length_ = length_ / std::exchange(steps_, 1);
+}
 
 RowScaler::RowScaler(int from, int to, int first, int end) {
     const Axis axis(from, to);

@@ -18,17 +18,18 @@ struct Sample {
 };
 
 // Where the pixels of a side of `to` lie on a side of `from`: the first on the first and, unless
-// there is only one, the last on the last or a little before.
+// there is only one, the last on the last or a little before. All steps are the same, as long as
+// the side is one that a picture may have.
 class Axis {
   public:
     Axis(int from, int to);
     Sample at(int i) const {
-        const int64_t position = i * step_;
+        const int64_t position = i * length_ / steps_;
         return {static_cast<int>(position >> 10), static_cast<int>(position & 1023)};
     }
 
   private:
-    int64_t step_;
+    int64_t length_, steps_; // so many steps are as long as that
 };
 
 // Makes target rows from two neighbouring source rows, which are reduced to the needed pixels

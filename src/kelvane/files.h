@@ -67,8 +67,8 @@ KELVANE_API void kv_sync(void);
  * @param name of the file, or a path below the folder, without ".."; null or "": the folder itself
  * @param out gets the path
  * @param size of @p out in bytes
- * @return 1; 0, with @p out empty, for names that are none, when the path does not fit and when a
- *         folder cannot be made
+ * @return 1; 0, with @p out empty, for names that are none (of more than 255 bytes, with control
+ *         characters), when the path does not fit and when a folder cannot be made
  */
 KELVANE_API int AppDataPath(const char *app, const char *name, char *out, int size);
 /** 1 when "./system/mnt/secure" is a directory, else 0. */

@@ -36,7 +36,7 @@ enum {
 /** A hand: all zeroes at the beginning. Thresholds may be set at any time; 0 stands for the usual.
  */
 typedef struct kv_gestures_s {
-    int tap_mm;        /**< how far the finger of a tap may move: 3 */
+    int tap_mm;        /**< how far the finger of a tap may be from where it came down: 3 */
     int swipe_mm;      /**< how far that of a swipe does at least: 10 */
     int double_tap_mm; /**< how far two taps may be from each other: 8 */
     int double_tap_ms; /**< how long the second finger may take to come down: 500 */
@@ -49,18 +49,20 @@ typedef struct kv_gestures_s {
 
     /* The recogniser's own. */
     int state;
-    int distance, last_distance;
+    int distance, last_distance, fingers;
     int tap_x, tap_y;
     long long tap_time_ms;
 } kv_gestures;
 
 /**
  * Takes the next event of a handler; all of them may be given, others than those of fingers are
- * passed over. A handler that becomes current starts with no finger down.
+ * passed over. A handler that becomes current, or is shown anew, starts with no finger down; a tap
+ * that made it show itself anew may still be the first of two.
  *
  * Distances are those of the panel: millimetres at its dots an inch. A swipe is at least twice as
  * long in its direction as across. Pinches need a panel with several touches
- * (device_touchpanel() above 2); while two fingers are down nothing else is recognised.
+ * (device_touchpanel() above 2); while two fingers are down nothing else is recognised. Of three
+ * fingers the first two count: when others are the first two, that is another pinch.
  * @param hand keeps what is between two events; null answers #GESTURE_NONE
  * @return a GESTURE_ code; what it says more is in @p hand
  */

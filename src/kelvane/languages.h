@@ -27,7 +27,8 @@ KELVANE_BEGIN_DECLS
 KELVANE_API char **EnumLanguages(void);
 /**
  * Replaces all translations by those of one language, or of English when it has no file; without
- * either, keys stand for themselves. What AddTranslation() added is dropped.
+ * either, keys stand for themselves. What AddTranslation() added is dropped. A language that only a
+ * folder of AddLanguageFolder() has is one, too: what that lacks is English.
  * @param code "en", "de", ...; null is ignored
  */
 KELVANE_API void LoadLanguage(const char *code);
@@ -37,9 +38,12 @@ KELVANE_API void AddTranslation(const char *key, const char *text);
 /**
  * An addition: loads an application's own texts, "PATH/CODE.txt" of the present language, now and
  * after each change of it. The file is as those of the device; its first line counts for nothing.
- * What the language lacks is taken from "PATH/en.txt". Such texts come before those of the
- * language, and those of folders that were added later before those of earlier ones; a text that
- * AddTranslation() gets afterwards comes before all.
+ * What the language lacks is taken from "PATH/en.txt". Such texts, in either language, come before
+ * all of the device and its theme, and those of folders that were added later before those of
+ * earlier ones; a text that AddTranslation() gets afterwards comes before all.
+ *
+ * When the language that was asked for last has no file of the device, and so is English, a folder
+ * that has it makes it the present one.
  * @param path to be readable as long as the application runs; null is ignored, and so is a folder
  *             that is there already
  */
@@ -55,9 +59,9 @@ KELVANE_API const char *GetLanguage(void);
  * @return the text; @p key itself when there is none, null for null
  */
 KELVANE_API const char *GetLangText(const char *key);
-/** The text for a key of the language, then of English, then @p key itself. Leads nowhere on. */
+/** The text for a key as GetLangText() finds it, but it leads nowhere on. */
 KELVANE_API const char *GetLangTextS(const char *key);
-/** The text for a key of the language, else @p key itself. */
+/** The text for a key of the language, not of English, else @p key itself. */
 KELVANE_API const char *GetCurrentLangText(const char *key);
 /**
  * GetLangText() from a certain step on.

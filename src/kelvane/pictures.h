@@ -101,7 +101,8 @@ enum {
 KELVANE_API ibitmap *LoadPicture(const char *path, int w, int h, int how, int dither);
 /**
  * The size that LoadPicture() gives a picture by itself: as it is shown. Reads the beginning of the
- * file only.
+ * file only: so a picture that is damaged further on, or of a kind of its format that LoadPicture()
+ * does not read, has a size all the same.
  * @param w,h set, to 0 when the result is 0; each may be null
  * @return 1; 0 when it is none of these pictures or cannot be read, without a message
  */

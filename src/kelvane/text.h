@@ -66,7 +66,10 @@ enum {
      * on, only TEXT_WHOLE_NUMBERS and the fonts of TEXT_MARKS count. */
     /** The last line, too, ends at a word, whatever the alignment is. */
     TEXT_WHOLE_WORDS = 0x1000000,
-    /** No line ends within a number, such as "4,312", "-5" or "10/12", that fits on one. */
+    /**
+     * No line ends within a number, such as "4,312", "-5" or "10/12", that fits on one; also with
+     * the signs of print: U+2212, U+2019, and the spaces U+00A0 and U+202F.
+     */
     TEXT_WHOLE_NUMBERS = 0x2000000,
     /**
      * The codes #TEXT_HOLD and #TEXT_HEADING are none of the text; without this flag they are as
@@ -75,7 +78,10 @@ enum {
     TEXT_MARKS = 0x4000000,
     /** No page ends behind the first line of a paragraph, or before its last one. */
     TEXT_NO_WIDOWS = 0x8000000,
-    /** Empty lines that follow a page belong to it: the next one does not begin with them. */
+    /**
+     * Empty lines that follow a page belong to it: the next one does not begin with them. A line of
+     * spaces, carriage returns, soft hyphens and codes that draw nothing is an empty one.
+     */
     TEXT_NO_EMPTY_TOP = 0x10000000
 };
 
@@ -89,7 +95,10 @@ enum {
      * that they stand on.
      */
     TEXT_HOLD = 14,
-    /** The paragraph is a heading: its last line is on one page with the text that follows it. */
+    /**
+     * At the beginning of a paragraph: it is a heading, all of whose lines are on one page with the
+     * text that follows them, as far as they fit on one. Lines before the code are as others.
+     */
     TEXT_HEADING = 15
 };
 
@@ -208,7 +217,9 @@ KELVANE_API int Paginate(const char *utf8, int w, int first_h, int h, int flags,
 /**
  * An addition: DrawTextRect() of a text from a byte on, which goes on in the font that a code
  * before it holds (#TEXT_HOLD). In a text without that code both are the same.
- * @param start a byte of the text at which a character begins; 0 for a negative one
+ * @param start a byte of the text at which a character begins; 0 for a negative one, and the end of
+ *        the text for one behind it
+ * @return as DrawTextRect(); the byte @p start when memory runs out
  */
 KELVANE_API char *DrawTextPage(int x, int y, int w, int h, const char *utf8, int start, int flags);
 /**

@@ -79,7 +79,7 @@ void show(std::unique_ptr<Board> made) {
     b.is_stale = queue_holds(GetEventHandler(), EVT_SHOW);
     b.message_top = std::exchange(kvstate.msgtop, std::min(kvstate.msgtop, b.place.whole.y));
     b.saves_whole_screen = b.buffer && !(b.flags & KBD_NOHATCH);
-    b.taken.under.save(kept_area(b));
+    b.taken.under.save(kept_area(b), b.place.whole);
     if (b.saves_whole_screen) dim(b);
     b.taken.take_input(keyboard_handler, UI_KEYBOARD_OPEN, CloseKeyboard);
     draw_board(b);

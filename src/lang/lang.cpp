@@ -39,7 +39,8 @@ struct Texts {
     std::forward_list<TextTable::node_type> replaced; // that somebody may still hold
     std::optional<TextTable> english; // made by the first LoadLanguage() that finds a file
     std::vector<std::string> folders; // of the application's own texts
-    TextTable own_english;            // the texts of those folders
+    TextTable own, own_english;       // the texts of those folders
+    std::string wanted;               // the language that was asked for last
     bool is_rtl = false;
     int book_rtl = -1; // -1: as the language
 };
@@ -99,20 +100,28 @@ void add_to(TextTable &table, const char *key, const char *text) {
 }
 
 // What an application says in one language. The line of the name may be missing.
-template <class Add>
-void read_own_texts(const std::string &from, const char *code, Add add) {
+lang::Direction read_own_texts(TextTable &table, const std::string &from, const char *code) {
     LanguageFile file = read_language(code, from);
     std::span<char> bytes = file.bytes;
     constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     if (std::string_view(file.bytes).starts_with(byte_order_mark))
         bytes = bytes.subspan(byte_order_mark.size());
-    lang::LanguageText(bytes).take_translations(add);
+    return lang::LanguageText(bytes).take_translations(
+        [&](const char *key, const char *text) { add_to(table, key, text); });
 }
 
-void load_own_texts(const std::string &from) {
-    read_own_texts(from, english_code,
-                   [](const char *key, const char *text) { add_to(texts.own_english, key, text); });
-    read_own_texts(from, kvstate.locale, lang::add_translation);
+lang::Direction load_own_texts(const std::string &from) {
+    read_own_texts(texts.own_english, from, english_code);
+    return read_own_texts(texts.own, from, kvstate.locale);
+}
+
+bool is_own_language(const std::string &code, const std::string &from) {
+    const bool is_code = code.size() < sizeof kvstate.locale && code.find('/') == code.npos;
+    return is_code && read_language(code, from).found;
+}
+
+void set_language(const std::string &code) {
+    std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", code.c_str());
 }
 
 bool is_word(const char *text) {
@@ -131,10 +140,17 @@ const char *target_of(const char *text, std::string &trimmed) {
     return is_word(trimmed.c_str() + 1) ? trimmed.c_str() : nullptr;
 }
 
-// In the language, then in English; null when there is no translation.
+const char *find_current(const char *key) {
+    const char *text = texts.own.empty() ? nullptr : ground::find_text(texts.own, key);
+    return text ? text : ground::find_text(texts.current, key);
+}
+
+// The application's own, then the device's; in the language, then in English. Null when there is no
+// translation.
 const char *find_translation(const char *key) {
-    const char *text = ground::find_text(texts.current, key);
-    if (!text && !texts.own_english.empty()) text = ground::find_text(texts.own_english, key);
+    for (const TextTable *own : {&texts.own, &texts.own_english})
+        if (const char *text = own->empty() ? nullptr : ground::find_text(*own, key)) return text;
+    const char *const text = ground::find_text(texts.current, key);
     return text || !texts.english ? text : ground::find_text(*texts.english, key);
 }
 
@@ -187,17 +203,24 @@ void LoadLanguage(const char *code) {
     // What was read before memory ran out stays.
     ground::guarded([&] {
         if (!code) return;
-        LanguageFile file = find_language(code); // first: the code may be a text of the table
-        texts.current.clear();
+        texts.wanted = code; // first: the code may be a text of the table
+        LanguageFile file = find_language(texts.wanted.c_str());
+        const bool is_own =
+            file.code != texts.wanted && std::ranges::any_of(texts.folders, [](const auto &own) {
+                return is_own_language(texts.wanted, own);
+            });
+        for (TextTable *table : {&texts.current, &texts.own, &texts.own_english}) table->clear();
         texts.replaced.clear();
-        std::snprintf(kvstate.locale, sizeof kvstate.locale, "%s", file.code.c_str());
+        set_language(is_own ? texts.wanted : file.code);
         texts.is_rtl = fill(texts.current, file, file.code) == lang::Direction::right_to_left;
         if (file.found && !texts.english) {
             // The first language that is loaded goes by the name that English gives itself.
             LanguageFile english = read_language(english_code);
             fill(texts.english.emplace(), english, file.code);
         }
-        for (const std::string &own : texts.folders) load_own_texts(own);
+        for (const std::string &own : texts.folders)
+            if (load_own_texts(own) == lang::Direction::right_to_left && is_own)
+                texts.is_rtl = true;
     });
 }
 
@@ -206,7 +229,9 @@ void AddLanguageFolder(const char *path) {
     ground::guarded([&] {
         if (!path || std::ranges::find(texts.folders, path) != texts.folders.end()) return;
         texts.folders.emplace_back(path);
-        load_own_texts(texts.folders.back());
+        const bool is_found = texts.wanted != kvstate.locale && is_own_language(texts.wanted, path);
+        if (is_found) set_language(texts.wanted);
+        if (load_own_texts(path) == lang::Direction::right_to_left && is_found) texts.is_rtl = true;
     });
 }
 
@@ -217,7 +242,11 @@ const char *GetLanguage() {
 void AddTranslation(const char *key, const char *text) {
     // The key stays without a translation.
     ground::guarded([&] {
-        if (key && text) set_text(texts.current, key, text);
+        if (!key || !text) return;
+        set_text(texts.current, key, text);
+        for (TextTable *own : {&texts.own, &texts.own_english})
+            if (const auto former = own->find(std::string_view(key)); former != own->end())
+                own->erase(former);
     });
 }
 
@@ -244,7 +273,7 @@ const char *GetLangTextS(const char *key) {
 
 const char *GetCurrentLangText(const char *key) {
     if (!key) return nullptr;
-    const char *text = ground::find_text(texts.current, key);
+    const char *text = find_current(key);
     return text ? text : key;
 }
 

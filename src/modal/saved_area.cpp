@@ -7,7 +7,6 @@
 #include <new>
 #include <utility>
 
-#include "ground/guard.h"
 #include "internal.h"
 #include "raster/pixels.h"
 
@@ -32,34 +31,36 @@ void for_each_row(const icanvas &c, const raster::Area &area, uint8_t *kept, Cop
 
 } // namespace
 
-bool SavedArea::save(const irect &area) {
+bool SavedArea::save(const irect &area, const irect &covered) {
     drop();
-    pictures_.clear();
     const icanvas *screen = kvstate.framebuffer;
     if (!screen) return false;
     const raster::Bounds all{0, 0, screen->width - 1, screen->height - 1};
     area_ = raster::clip_area(all, area.x, area.y, area.w, area.h);
     if (area_.empty()) return false;
+    cover_ = night::Cover(raster::clip_area(all, covered.x, covered.y, covered.w, covered.h));
     pixels_.reset(new (std::nothrow)
                       uint8_t[row_bytes(*screen, area_) * static_cast<size_t>(area_.h)]);
     if (!pixels_) return false;
     orientation_ = kvstate.orientation;
-    // Without memory they stay pictures.
-    ground::guarded([&] { pictures_ = night::take_pictures(area_); });
     for_each_row(*screen, area_, pixels_.get(),
                  [](const uint8_t *row, uint8_t *kept, size_t n) { std::memcpy(kept, row, n); });
     return true;
 }
 
 bool SavedArea::restore() {
+    cover_.drop();
     const auto pixels = std::exchange(pixels_, nullptr);
-    const night::Areas pictures = std::exchange(pictures_, {});
     const icanvas *screen = kvstate.framebuffer;
     if (!pixels || !screen || orientation_ != kvstate.orientation) return false;
-    ground::guarded([&] { night::put_pictures(pictures); });
     for_each_row(*screen, area_, pixels.get(),
                  [](uint8_t *row, const uint8_t *kept, size_t n) { std::memcpy(row, kept, n); });
     return true;
+}
+
+void SavedArea::drop() {
+    cover_.stay();
+    pixels_.reset();
 }
 
 } // namespace modal

@@ -13,18 +13,19 @@ namespace modal {
 
 class SavedArea {
   public:
-    // Keeps what the screen shows, to the last bit, whatever canvas is current, and which of it are
-    // pictures that the night leaves as they are: what is drawn above them is none. False when
-    // memory is short, or there is no screen or no area of it.
-    bool save(const irect &area);
+    // Keeps what the screen shows, to the last bit, whatever canvas is current. `covered` is what
+    // will be drawn above it, where the night has no pictures meanwhile. False when memory is
+    // short, or there is no screen or no area of it.
+    bool save(const irect &area, const irect &covered);
+    bool save(const irect &area) { return save(area, area); }
     // Draws it back, once; false when nothing is kept, or the screen was turned since.
     bool restore();
     // Leaves on the screen what is there.
-    void drop() { pixels_.reset(); }
+    void drop();
 
   private:
     std::unique_ptr<uint8_t[]> pixels_; // rows without gaps
-    night::Areas pictures_;
+    night::Cover cover_;
     raster::Area area_;
     int orientation_ = 0;
 };

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "ground/guard.h"
 #include "ground/number.h"
@@ -20,11 +21,21 @@ using raster::Area;
 
 constexpr int most_pictures = 64;
 
+using Areas = std::vector<Area>;
+
+struct Covering {
+    unsigned id;
+    Area area;
+};
+
 struct State {
     bool is_on = false;
-    Areas pictures; // none overlaps another
+    Areas pictures; // as the application says; none overlaps another
+    std::vector<Covering> covers;
+    Areas shown; // pictures that nothing covers
 };
 State state;
+unsigned last_id = 0; // a cover may outlive the state
 
 Area common(const Area &a, const Area &b) {
     const int x = std::max(a.x, b.x), y = std::max(a.y, b.y);
@@ -40,26 +51,20 @@ void add_without(Areas &areas, const Area &a, const Area &part) {
         if (!left.empty()) areas.push_back(left);
 }
 
-struct Split {
-    Areas inside, outside;
-};
-
-Split split(const Areas &areas, const Area &by) {
-    Split parts;
+Areas without(const Areas &areas, const Area &cut) {
+    Areas left;
     for (const Area &a : areas) {
-        const Area part = common(a, by);
-        if (part.empty()) {
-            parts.outside.push_back(a);
-            continue;
-        }
-        parts.inside.push_back(part);
-        add_without(parts.outside, a, part);
+        const Area part = common(a, cut);
+        if (part.empty())
+            left.push_back(a);
+        else
+            add_without(left, a, part);
     }
-    return parts;
+    return left;
 }
 
 Areas with(const Areas &pictures, const Area &added) {
-    Areas all = split(pictures, added).outside;
+    Areas all = without(pictures, added);
     all.push_back(added);
     return all;
 }
@@ -68,6 +73,16 @@ Areas with(const Areas &pictures, const Area &added) {
 Area on_screen(const irect &r) {
     const raster::Bounds screen{0, 0, ScreenWidth() - 1, ScreenHeight() - 1};
     return raster::clip_area(screen, r.x, r.y, r.w, r.h);
+}
+
+// Turning twice takes no memory in between. Where there is none now, there are no pictures.
+void find_shown() {
+    state.shown.clear();
+    ground::guarded([] {
+        Areas shown = state.pictures;
+        for (const Covering &cover : state.covers) shown = without(shown, cover.area);
+        state.shown = std::move(shown);
+    });
 }
 
 void invert(const Area &a) {
@@ -80,19 +95,28 @@ void Turned::turn() const {
     if (!state.is_on || !kvstate.framebuffer) return;
     const raster::ScreenScope screen;
     invert(area_);
-    for (const Area &picture : state.pictures) invert(common(picture, area_));
+    for (const Area &picture : state.shown) invert(common(picture, area_));
 }
 
-Areas take_pictures(const Area &area) {
-    Split parts = split(state.pictures, area);
-    state.pictures = std::move(parts.outside);
-    return std::move(parts.inside);
+Cover::Cover(const raster::Area &area) {
+    ground::guarded([&] {
+        state.covers.push_back({last_id + 1, area});
+        id_ = ++last_id;
+    });
+    find_shown();
 }
 
-void put_pictures(const Areas &areas) {
-    Areas pictures = state.pictures;
-    for (const Area &area : areas) pictures = with(pictures, area);
-    state.pictures = std::move(pictures);
+void Cover::drop() {
+    const unsigned id = std::exchange(id_, 0);
+    if (std::erase_if(state.covers, [=](const Covering &c) { return c.id == id; }) > 0)
+        find_shown();
+}
+
+void Cover::stay() {
+    for (const Covering &cover : state.covers)
+        if (cover.id == id_)
+            ground::guarded([&] { state.pictures = without(state.pictures, cover.area); });
+    drop();
 }
 
 void reset() {
@@ -110,14 +134,15 @@ int GetNightMode() {
 }
 
 void SetNightPictures(const irect *areas, int count) {
+    night::state.pictures.clear();
     // Without memory there are none.
     ground::guarded([&] {
         night::Areas pictures;
-        night::state.pictures.clear();
         for (int i = 0; areas && i < std::min(count, night::most_pictures); ++i) {
             const raster::Area area = night::on_screen(areas[i]);
             if (!area.empty()) pictures = night::with(pictures, area);
         }
         night::state.pictures = std::move(pictures);
     });
+    night::find_shown();
 }

@@ -2,13 +2,11 @@
 // Night: areas of the screen on their way to the panel, turned but for pictures.
 #pragma once
 
-#include <vector>
+#include <utility>
 
 #include "raster/clip.h"
 
 namespace night {
-
-using Areas = std::vector<raster::Area>;
 
 // The screen as the panel is to show it, for as long as it lives: the device has read the
 // framebuffer when an update returns. By day, and without a screen, it is as it is.
@@ -24,10 +22,29 @@ class Turned {
     raster::Area area_;
 };
 
-// For what is drawn above pictures: takes out of their areas those within an area, and puts them
-// back with what lay there. Throws bad_alloc; then nothing has changed.
-Areas take_pictures(const raster::Area &area);
-void put_pictures(const Areas &areas);
+// What is drawn above pictures, an area of the screen: there are none below it for as long as it
+// lives, whichever the application says meanwhile.
+class Cover {
+  public:
+    Cover() = default;
+    // Without memory what it covers stays pictures.
+    explicit Cover(const raster::Area &area);
+    ~Cover() { drop(); }
+    Cover(Cover &&other) noexcept : id_(std::exchange(other.id_, 0)) {}
+    Cover &operator=(Cover &&other) noexcept {
+        std::swap(id_, other.id_);
+        return *this;
+    }
+    Cover(const Cover &) = delete;
+    Cover &operator=(const Cover &) = delete;
+
+    void drop();
+    // Goes, but leaves what it shows: what it covers are pictures no more.
+    void stay();
+
+  private:
+    unsigned id_ = 0; // 0: none
+};
 
 // It is day, as when the screen opens.
 void reset();

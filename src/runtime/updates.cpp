@@ -196,6 +196,10 @@ void full_update_with(const char *cause, int (*device_update)()) {
     }
     clear_schedule();
     forget_pending_updates();
+}
+
+void flash_with(const char *cause, int (*device_update)()) {
+    full_update_with(cause, device_update);
     state.pages_since_flash = 0;
     state.next_page_flashes = false;
 }
@@ -272,11 +276,11 @@ void schedule_area(int x, int y, int w, int h, int mode, int delay_ms) {
 }
 
 void FullUpdate() {
-    full_update_with("FullUpdate", hw_fullupdate);
+    flash_with("FullUpdate", hw_fullupdate);
 }
 
 void FullUpdateHQ() {
-    full_update_with("FullUpdateHQ", hw_fullupdate_hq);
+    flash_with("FullUpdateHQ", hw_fullupdate_hq);
 }
 
 void SoftUpdate() {

@@ -47,7 +47,7 @@ class PageLines {
 
   private:
     void add(const Line &line) {
-        const bool is_empty = line.begin == line.end;
+        const bool is_empty = layout_.is_empty(line);
         const bool is_first = rules_.empty();
         rules_.push_back(
             {.starts_paragraph = is_first || rules_.back().ends_paragraph,
@@ -94,7 +94,6 @@ Layout kv_textrect(int64_t x, int64_t y, int w, int h, Reader &text, int begin, 
         while (layout.has(result.end) && place(layout.next_line(result.end, result.height))) {
         }
     }
-    if (result.end == begin && layout.has(begin)) ++result.end;
     return result;
 }
 

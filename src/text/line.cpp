@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "ground/guard.h"
+#include "text/joining.h"
 #include "text/measure.h"
 #include "text/symbols.h"
 #include "text/units.h"

@@ -6,7 +6,7 @@
 
 #include "ground/guard.h"
 #include "ground/number.h"
-#include "text/bidi.h"
+#include "text/joining.h"
 #include "text/measure.h"
 #include "text/units.h"
 #include "text/walker.h"

@@ -11,11 +11,11 @@ constexpr bool is_digit(uint16_t c) {
            (c >= 0xFF10 && c <= 0xFF19);
 }
 
-// What stands within numbers or before them: signs of ASCII but spaces and brackets, and the signs
-// of Arabic numbers.
+// What stands within numbers or before them: signs of ASCII but spaces and brackets, those of
+// Arabic numbers, the minus sign, and the apostrophe and the spaces that part thousands.
 constexpr bool is_number_sign(uint16_t c) {
     return (c > ' ' && c < '0' && c != '(' && c != ')' && c != '"') || c == ':' ||
-           (c >= 0x66A && c <= 0x66C);
+           (c >= 0x66A && c <= 0x66C) || c == 0x2212 || c == 0x2019 || c == 0xA0 || c == 0x202F;
 }
 
 // Whether the place before text[at] is within a number. Characters from `begin` to `at` are looked

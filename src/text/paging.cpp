@@ -53,9 +53,10 @@ char *TextRectEnd(int w, int h, const char *utf8, int flags) {
 }
 
 char *DrawTextPage(int x, int y, int w, int h, const char *utf8, int start, int flags) {
-    return ground::guarded(const_cast<char *>(utf8), [&]() -> char * {
+    const char *const at =
+        utf8 && start > 0 ? utf8 + strnlen(utf8, static_cast<size_t>(start)) : utf8;
+    return ground::guarded(const_cast<char *>(at), [&]() -> char * {
         if (!utf8) return nullptr;
-        const char *const at = start > 0 ? utf8 + start : utf8;
         const text::Marks marks = text::marks_at(utf8, at, flags);
         return const_cast<char *>(
             text::place_rect({x, y, w, h, flags}, at, text::Draw::yes, marks).end);

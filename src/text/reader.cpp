@@ -55,8 +55,8 @@ bool Reader::read() {
             if (is_decoded_) return false;
             decode();
         }
-        size_ = static_cast<size_t>(join_further(data_, size(), static_cast<int>(decoded_.count),
-                                                 is_decoded_ ? More::no : More::yes));
+        size_ = static_cast<size_t>(joining_.join(data_, size(), static_cast<int>(decoded_.count),
+                                                  is_decoded_ ? More::no : More::yes));
         if (size_ == former && !is_decoded_) decode();
     }
     return true;

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "text/bidi.h"
+#include "text/joining.h"
 
 namespace text {
 
@@ -30,6 +31,8 @@ class Reader {
             if (!read()) return false;
         return true;
     }
+    // Whether the text, of which all that may be read is read, ends there.
+    bool is_whole() const { return is_decoded_ && *decoded_.next == '\0'; }
     // That of the first character which has one.
     Direction direction();
     // Where a character that was read begins.
@@ -50,6 +53,7 @@ class Reader {
     Place decoded_{utf8_, 0}, before_{utf8_, 0}; // up to now, and before the last piece
     size_t size_ = 0;
     bool is_decoded_ = false; // all of it
+    Joining joining_;
     Direction direction_ = Direction::none;
 
     uint16_t local_[1024]; // a page mostly needs no more

@@ -150,7 +150,7 @@ void RectLines::follow_marks(Line &line) {
     line.marks = marks_;
     marks_.read(text_.data() + line.begin, text_.data() + line.next);
     line.is_heading = marks_.is_heading;
-    if (line.next > line.begin && ends_paragraph(line)) marks_ = {};
+    if (ends_paragraph(line)) marks_ = {};
     line.marks_after = marks_;
 }
 
@@ -163,7 +163,29 @@ void RectLines::trim(Line &line) const {
     while (line.end > line.begin && text_.data()[line.end - 1] == ' ') --line.end;
 }
 
-// Takes characters off the end until the dots fit.
+// Of which nothing is seen.
+bool RectLines::is_blank(uint16_t c) const {
+    if (c == newline) return false;
+    const bool is_own_mark = (flags_ & TEXT_MARKS) != 0 && is_mark(c);
+    return c == ' ' || is_invisible(c) || is_font_code(c) || is_own_mark;
+}
+
+bool RectLines::is_empty(const Line &line) const {
+    const uint16_t *const text = text_.data();
+    return std::all_of(text + line.begin, text + line.end,
+                       [this](uint16_t c) { return is_blank(c); });
+}
+
+int RectLines::skip_empty_lines(int at) {
+    for (int behind = at;; ++behind) {
+        while (has(behind) && is_blank(text_.data()[behind])) ++behind;
+        if (is_text_end(behind)) return behind;
+        if (!has(behind) || text_.data()[behind] != newline) return at;
+        at = behind + 1;
+    }
+}
+
+// Takes characters off the end until the dots fit. They may stand for the first one alone.
 void RectLines::append_dots(Line &line) {
     int fitting = line.begin;
     int64_t width = 0, fitting_width = 0;
@@ -173,7 +195,7 @@ void RectLines::append_dots(Line &line) {
         if (width + dots_width_ <= w_ && !is_number_broken(line.begin, at))
             fitting = at, fitting_width = width;
     }
-    if (fitting < line.end) line.next = fitting;
+    if (fitting < line.end) line.next = std::max(fitting, line.begin + 1);
     walker_.end_line();
     line.end = fitting;
     line.width = fitting_width + dots_width_;

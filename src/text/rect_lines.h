@@ -39,14 +39,14 @@ class RectLines {
     Line next_line(int begin, int64_t used);
     // The line that would come next page; for looking ahead only.
     Line line_after(const Line &line) { return next_line(line.next, 0); }
+    // The end of what is laid out at once ends none.
     bool ends_paragraph(const Line &line) {
-        return !has(line.next) || text_.data()[line.next - 1] == newline;
+        return is_text_end(line.next) || text_.data()[line.next - 1] == newline;
     }
-    // Behind the empty lines from a character on.
-    int skip_empty_lines(int at) {
-        while (has(at) && text_.data()[at] == newline) ++at;
-        return at;
-    }
+    // Whether nothing is seen of a line.
+    bool is_empty(const Line &line) const;
+    // Behind the empty lines from the beginning of one on.
+    int skip_empty_lines(int at);
     // Whether there is a character to be laid out.
     bool has(int at) { return at < end_ && text_.has(at); }
     int64_t linespacing() const { return linespacing_; }
@@ -73,6 +73,8 @@ class RectLines {
     Pace start_line();
     int careful_step(Pace &pace, uint16_t &c);
     int skip_to_next_line(int at);
+    bool is_blank(uint16_t c) const;
+    bool is_text_end(int at) { return !text_.has(at) && text_.is_whole(); }
     void trim(Line &line) const;
     void append_dots(Line &line);
     void follow_marks(Line &line);

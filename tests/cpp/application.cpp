@@ -52,6 +52,14 @@ void check_guards() {
     }
     check(pixels[0] == 0 && pixels[3] == 9, "drawn on the canvas");
     check(GetFont() == large.get() && GetCanvas() != &canvas, "as before the scope");
+    {
+        Font last("default", 12);
+        last.use();
+        last.reset();
+        const kelvane::FontGuard font(small);
+        check(GetFont() == small.get(), "the only one");
+    }
+    check(!GetFont(), "none, as before the scope");
     const irect after = GetClipRect();
     check(after.x == before.x && after.y == before.y && after.w == before.w && after.h == before.h,
           "the clip is as before");
@@ -110,8 +118,15 @@ class Application {
     Bitmap picture_;
 };
 
+struct SayEnd {
+    void operator()(const std::string *text) const {
+        std::puts("given back");
+        delete text;
+    }
+};
+
 int run_lambda() {
-    auto held = std::make_unique<std::string>("a text that only the lambda has");
+    std::unique_ptr<std::string, SayEnd> held(new std::string("a text that only the lambda has"));
     return kelvane::run([text = std::move(held)](int type, int par1, int) {
         if (type == EVT_EXIT) std::puts(text->c_str());
         return type == EVT_KEYPRESS && par1 == KEY_OK ? end() : 0;

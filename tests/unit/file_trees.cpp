@@ -25,10 +25,17 @@ TEST_F(FileTest, BuildpathCreatesAllButTheLastComponent) {
 }
 
 TEST_F(FileTest, AnApplicationsDataHaveAFolder) {
+    const std::string longest(255, 'n'), too_long(256, 'n'),
+        long_path = "./system/data/reader/" + longest;
     const struct {
         const char *app, *name, *path;
         int size = 100;
     } table[] = {
+        {"reader", longest.c_str(), long_path.c_str(), 300},
+        {"reader", too_long.c_str(), nullptr, 400},
+        {too_long.c_str(), "a", nullptr, 400},
+        {"reader", "a\nb", nullptr},
+        {"a\x7F", "b", nullptr},
         {"reader", "marks.txt", "./system/data/reader/marks.txt"},
         {"reader", "covers/of/1.png", "./system/data/reader/covers/of/1.png"},
         {"..x", nullptr, "./system/data/..x/"},
@@ -49,7 +56,7 @@ TEST_F(FileTest, AnApplicationsDataHaveAFolder) {
     };
     for (const auto &row : table) {
         SCOPED_TRACE(testing::Message() << &row - table);
-        char out[100] = "before";
+        char out[400] = "before";
         EXPECT_EQ(AppDataPath(row.app, row.name, out, row.size), row.path ? 1 : 0);
         EXPECT_STREQ(out, row.path ? row.path : "");
         if (!row.path) continue;

@@ -62,6 +62,13 @@ TEST_F(Gestures, OneFinger) {
         EXPECT_EQ(hand.dy, row.dy);
         EXPECT_EQ(take(), row.expected) << row.dx << ' ' << row.dy;
     }
+    for (const int way : {300, 19}) { // there and back: near enough it is a tap
+        headless::pointer(EVT_POINTERDOWN, 100, 100);
+        headless::pointer(EVT_POINTERMOVE, 100 + way, 100);
+        headless::pointer(EVT_POINTERMOVE, 100, 100);
+        headless::pointer(EVT_POINTERUP, 100, 100);
+        EXPECT_EQ(take(), way == 19 ? "tap " : "");
+    }
 }
 
 TEST_F(Gestures, TwoTaps) {
@@ -83,6 +90,21 @@ TEST_F(Gestures, TwoTaps) {
     drag(100, 100, 300, 100);
     headless::tap(100, 100);
     EXPECT_EQ(take(), "tap right tap ");
+    hand.double_tap_ms = 300;
+    headless::tap(100, 100);
+    headless::advance(200);
+    headless::pointer(EVT_POINTERDOWN, 100, 100); // in time, and lifted later
+    headless::advance(200);
+    headless::pointer(EVT_POINTERUP, 100, 100);
+    EXPECT_EQ(take(), "tap double ");
+    headless::tap(100, 100);
+    Repaint();
+    headless::tap(100, 100);
+    EXPECT_EQ(take(), "tap double ") << "the first one turned a page";
+    headless::tap(100, 100);
+    SendEvent(GetEventHandler(), EVT_HIDE, 0, 0);
+    headless::tap(100, 100);
+    EXPECT_EQ(take(), "tap tap ");
 }
 
 TEST_F(Gestures, NoTapFollowsALongPress) {
@@ -94,6 +116,10 @@ TEST_F(Gestures, NoTapFollowsALongPress) {
     EXPECT_EQ(take(), "long ");
     headless::tap(100, 200);
     EXPECT_EQ(take(), "tap ");
+    kv_gestures other{}; // where the finger is not where it came down
+    RecogniseGesture(&other, EVT_POINTERDOWN, 100, 200);
+    EXPECT_EQ(RecogniseGesture(&other, EVT_POINTERLONG, 150, 200), GESTURE_NONE);
+    EXPECT_EQ(RecogniseGesture(&other, EVT_POINTERUP, 100, 200), GESTURE_NONE);
 }
 
 TEST_F(Gestures, TwoFingers) {
@@ -116,6 +142,13 @@ TEST_F(Gestures, TwoFingers) {
     }
     headless::tap(100, 200);
     EXPECT_EQ(take(), "tap ");
+    // The middle one of three is lifted: the other two were as far from each other all the time.
+    for (const int finger : {0, 1, 2})
+        touch(EVT_POINTERDOWN, finger, 100 + finger * finger * 100, 300, finger + 1);
+    touch(EVT_POINTERUP, 1, 200, 300, 2);
+    touch(EVT_POINTERUP, 2, 500, 300, 1);
+    touch(EVT_POINTERUP, 0, 100, 300, 0);
+    EXPECT_EQ(take(), "");
     // A long press is none while a second finger is down.
     touch(EVT_POINTERDOWN, 0, 200, 300, 1);
     touch(EVT_POINTERDOWN, 1, 300, 300, 2);

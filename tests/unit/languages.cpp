@@ -97,7 +97,7 @@ TEST_F(LanguagesTest, ApplicationsBringTheirOwn) {
     AddTranslation("@Title", "theme");
     expect_texts({{"@Title", "theme"}});
     AddLanguageFolder("extra");
-    expect_texts({{"@Title", "theme"}}); // it has no German
+    expect_texts({{"@Title", "Extra"}}); // it was added last
     LoadLanguage("de");
     expect_texts({{"@Title", "Artikel"}});
     LoadLanguage("en");
@@ -105,6 +105,42 @@ TEST_F(LanguagesTest, ApplicationsBringTheirOwn) {
     expect_texts({{"@Title", "Extra"}, {"@Open", "Open it"}, {"@OK", "OK"}});
     LoadLanguage("ar");
     expect_texts({{"@Title", "Extra"}, {"@OK", "OK"}, {"@Only", "app"}});
+    EXPECT_TRUE(IsRTL());
+}
+
+// Its own texts come before the device's, in whatever language; and a language may be its own.
+TEST_F(LanguagesTest, ApplicationsBringTheirOwnLanguages) {
+    write_language("en", "English\n@Save=Save\n@OK=OK\n");
+    write_language("de", "Deutsch\n@Save=Speichern\n@OK=Gut\n");
+    write_file("app/en.txt", "English\n@Save=Keep it\n");
+    write_file("app/de.txt", "Deutsch\n@x=y\n");
+    write_file("app/fr.txt", "Fran\xC3\xA7"
+                             "ais\n@Save=Garder\n");
+    write_file("more/fa.txt", "Persian\n%RTL\n@Save=fa\n");
+    write_file("outside.txt", "none\n");
+    LoadLanguage("de");
+    AddLanguageFolder("app");
+    expect_texts({{"@Save", "Keep it"}, {"@OK", "Gut"}});
+    EXPECT_STREQ(GetCurrentLangText("@Save"), "Speichern");
+    LoadLanguage("fr");
+    EXPECT_STREQ(GetLanguage(), "fr");
+    expect_texts({{"@Save", "Garder"}, {"@OK", "OK"}, {"en", "English"}, {"fr", "fr"}});
+    EXPECT_STREQ(GetCurrentLangText("@Save"), "Garder");
+    AddTranslation("@Save", "theme");
+    expect_texts({{"@Save", "theme"}});
+    LoadLanguage("../outside");
+    EXPECT_STREQ(GetLanguage(), "en");
+    expect_texts({{"@Save", "Keep it"}});
+    LoadLanguage("fa");
+    EXPECT_STREQ(GetLanguage(), "en");
+    AddLanguageFolder("more"); // behind the call that asked for it
+    EXPECT_STREQ(GetLanguage(), "fa");
+    EXPECT_TRUE(IsRTL());
+    expect_texts({{"@Save", "fa"}, {"@OK", "OK"}});
+    LoadLanguage("de");
+    EXPECT_FALSE(IsRTL());
+    LoadLanguage("fa");
+    EXPECT_STREQ(GetLanguage(), "fa");
     EXPECT_TRUE(IsRTL());
 }
 

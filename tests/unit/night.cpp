@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "dialogs/stack.h"
 #include "hw_linux/device.h"
 #include "kelvane/dialogs.h"
 #include "kelvane/updates.h"
@@ -143,12 +144,52 @@ TEST_F(Night, BoxesAboveAPictureAreTurned) {
     FullUpdate();
     const auto is_night = [&](int x, int y) { return !in(picture, x, y); };
     EXPECT_EQ(wrong(is_night), 0);
-    Dialog(ICON_INFORMATION, "title", "text", "button", nullptr, nullptr);
+}
+
+// A dialog is turned, and not the part of a picture that it only dims; whenever the application
+// says what its pictures are.
+TEST_F(Night, DialogsTurnWhatTheyCover) {
+    const irect page = {0, 0, ScreenWidth(), ScreenHeight(), 0};
+    for (const bool was_set_before : {true, false}) {
+        SetNightPictures(&page, was_set_before ? 1 : 0);
+        Dialog(ICON_INFORMATION, "title", "text", "button", nullptr, nullptr);
+        const irect box = dialogs::top(dialogs::Kind::question)->layout.box;
+        ASSERT_GT(box.h, 100);
+        SetNightMode(0);
+        FullUpdate();
+        day = panel(); // with the box
+        SetNightMode(1);
+        SetNightPictures(&page, 1);
+        FullUpdate();
+        EXPECT_EQ(wrong([&](int x, int y) { return in(box, x, y); }), 0);
+        SetNightPictures(nullptr, 0);
+        FullUpdate();
+        EXPECT_EQ(wrong([](int, int) { return true; }), 0);
+        if (was_set_before) SetNightPictures(&page, 1);
+        CloseDialog();
+        headless::advance(100);
+        SetNightMode(0);
+        FullUpdate();
+        day = panel();
+        SetNightMode(1);
+        FullUpdate();
+        EXPECT_EQ(wrong([&](int, int) { return !was_set_before; }), 0) << "as was said last";
+    }
+}
+
+// What nobody takes away again is no picture.
+TEST_F(Night, WhatStaysIsTurned) {
+    const irect picture = {100, 100, 200, 200, 0}, box = {200, 200, 200, 200, 0};
+    SetNightMode(1);
+    SetNightPictures(&picture, 1);
+    modal::SavedArea under;
+    ASSERT_TRUE(under.save(box));
+    under.drop();
     FullUpdate();
-    EXPECT_GT(wrong(is_night), 1000) << "the box, and what it dims, picture or not";
-    CloseDialog();
-    headless::advance(100);
-    EXPECT_EQ(wrong(is_night), 0);
+    EXPECT_EQ(wrong([&](int x, int y) { return !in(picture, x, y) || in(box, x, y); }), 0);
+    SetNightPictures(&picture, 1);
+    FullUpdate();
+    EXPECT_EQ(wrong([&](int x, int y) { return !in(picture, x, y); }), 0);
 }
 
 TEST_F(Night, PagesFlashWhenDueOrAskedFor) {
@@ -172,6 +213,15 @@ TEST_F(Night, PagesFlashWhenDueOrAskedFor) {
     FullUpdate();
     EXPECT_EQ(turns(3, 3), "ssF");
     EXPECT_EQ(turns(1, 2), "FF");
+    CleanNextPage();
+    FineUpdate(); // refines without a flash
+    EXPECT_EQ(turns(0, 1), "F");
+    EXPECT_EQ(turns(3, 1), "s");
+    FineUpdate();
+    EXPECT_EQ(turns(3, 2), "sF");
+    CleanNextPage();
+    FullUpdateHQ();
+    EXPECT_EQ(turns(0, 1), "s");
 }
 
 } // namespace

@@ -71,8 +71,8 @@ TEST_F(Pages, AreWhatIsDrawn) {
         RegisterFontList(list, 3);
         const bool has_marks = random() % 2 == 0;
         const std::string text = random_text(random, has_marks);
-        const int w = int(random() % 400), h = int(random() % 300), flags = random_flags(random),
-                  first_h = int(random() % 300);
+        const int w = int(random() % 400 >> random() % 5), h = int(random() % 300),
+                  flags = random_flags(random), first_h = int(random() % 300);
         std::vector<int> starts(text.size() + 1);
         const int count =
             Paginate(text.c_str(), w, first_h, h, flags, starts.data(), int(starts.size()));
@@ -99,6 +99,52 @@ TEST_F(Pages, AreWhatIsDrawn) {
         }
     }
     EXPECT_GT(pages, 400u);
+    RegisterFontList(nullptr, 0);
+}
+
+// Through a text and back, every page shows what it showed, whatever was drawn before.
+TEST_F(Pages, BackIsWhatWasThere) {
+    std::mt19937 random(23);
+    const Font font("default", 18), bold("defaultb", 17), cjk("fireflysung", 20);
+    ifont *list[] = {bold, bold, cjk};
+    SetFont(font, BLACK);
+    RegisterFontList(list, 3);
+    for (int round = 0; round < repeats(40, 10); ++round) {
+        const std::string text = random_text(random, true) + random_text(random, true);
+        const int w = 60 + int(random() % 200), h = 60 + int(random() % 100);
+        const int flags = (random_flags(random) & ~TEXT_ROTATE) | TEXT_MARKS;
+        std::vector<int> starts(text.size());
+        starts.resize(
+            size_t(Paginate(text.c_str(), w, h, h, flags, starts.data(), int(starts.size()))));
+        const auto page = [&](size_t i) {
+            Canvas canvas(w, h);
+            const char *const end = DrawTextPage(0, 0, w, h, text.c_str(), starts[i], flags);
+            const int next = i + 1 < starts.size() ? starts[i + 1] : int(text.size());
+            EXPECT_EQ(end - text.c_str(), next) << i;
+            return canvas.pixels;
+        };
+        std::vector<decltype(Canvas(1, 1).pixels)> forth;
+        for (size_t i = 0; i < starts.size(); ++i) forth.push_back(page(i));
+        for (size_t i = starts.size(); i-- > 0;)
+            ASSERT_TRUE(page(i) == forth[i]) << i << " flags " << flags << " text " << text;
+    }
+    RegisterFontList(nullptr, 0);
+}
+
+// No page is longer than what is laid out at once; a font holds beyond that.
+TEST_F(Pages, AFontHoldsBehindTheLongestPage) {
+    const Font regular("default", 12), bold("defaultb", 17);
+    ifont *list[] = {regular, bold};
+    SetFont(regular, BLACK);
+    RegisterFontList(list, 2);
+    std::string text = "\016\002";
+    while (text.size() < 120'000) text += "words words ";
+    int starts[100];
+    const int count = Paginate(text.c_str(), 500, INT_MAX, 400, TEXT_MARKS, starts, 100);
+    ASSERT_GT(count, 10);
+    for (int i = 1; i + 1 < count; ++i)
+        ASSERT_EQ(DrawTextPage(0, 0, 500, 400, text.c_str(), starts[i], TEXT_MARKS) - text.c_str(),
+                  starts[i + 1]);
     RegisterFontList(nullptr, 0);
 }
 
@@ -204,6 +250,17 @@ TEST_F(Pages, EndWhereTheirRulesSay) {
         {"a\nmmmm mmmm\nb", word, 2, TEXT_NO_WIDOWS, {"a\n", "mmmm mmmm\n", "b"}},
         {"a\nb\n\n\nc", wide, 2, TEXT_NO_EMPTY_TOP, {"a\nb\n\n\n", "c"}},
         {"a\nb\n\n\nc", wide, 2, 0, {"a\nb\n", "\n\n", "c"}},
+        {"a\r\n\017H\r\n\r\n\r\ntext", wide, 4, TEXT_MARKS, {"a\r\n", "\017H\r\n\r\n\r\ntext"}},
+        {"a\n\017H\n \n\u00AD\001\n\016\ntext",
+         wide,
+         5,
+         TEXT_MARKS,
+         {"a\n", "\017H\n \n\u00AD\001\n\016\ntext"}},
+        {"a\r\nb\r\n\r\n\r\nc", wide, 2, TEXT_NO_EMPTY_TOP, {"a\r\nb\r\n\r\n\r\n", "c"}},
+        {"a\nb\n  \n\u00AD\n c", wide, 2, TEXT_NO_EMPTY_TOP, {"a\nb\n  \n\u00AD\n", " c"}},
+        {"a\nb\n \r\n ", wide, 2, TEXT_NO_EMPTY_TOP, {"a\nb\n \r\n "}},
+        {"a\nb\n\017\nc", wide, 2, TEXT_NO_EMPTY_TOP, {"a\nb\n", "\017\nc"}}, // as wide as a symbol
+        {"a\nb\n\017\nc", wide, 2, TEXT_NO_EMPTY_TOP | TEXT_MARKS, {"a\nb\n\017\n", "c"}},
         {"mmmm mmmm", word + 12, 1, TEXT_WHOLE_WORDS, {"mmmm ", "mmmm"}},
         {"mmmm-5 4",
          StringWidth("mmmm-"),
@@ -212,6 +269,11 @@ TEST_F(Pages, EndWhereTheirRulesSay) {
          {"mmmm-", "5 4"}}, // the word's sign
         {"mmm -5 4", StringWidth("mmm -"), 1, TEXT_WHOLE_NUMBERS, {"mmm ", "-5 4"}},
         {"mm 4,312", StringWidth("mm 4,3"), 1, TEXT_WHOLE_NUMBERS, {"mm ", "4,312"}},
+        {"mm \u22125", StringWidth("mm \u2212"), 1, TEXT_WHOLE_NUMBERS, {"mm ", "\u22125"}},
+        {"mm 4\u00A0312", StringWidth("mm 4\u00A03"), 1, TEXT_WHOLE_NUMBERS, {"mm ", "4\u00A0312"}},
+        {"mm 4\u202F312", StringWidth("mm 4\u202F"), 1, TEXT_WHOLE_NUMBERS, {"mm ", "4\u202F312"}},
+        {"mm 4\u2019312", StringWidth("mm 4\u20193"), 1, TEXT_WHOLE_NUMBERS, {"mm ", "4\u2019312"}},
+        {"mm\u2019s5", StringWidth("mm\u2019s"), 1, TEXT_WHOLE_NUMBERS, {"mm\u2019s", "5"}},
         {"mm 4,312", StringWidth("mm 4,3"), 2, TEXT_WHOLE_NUMBERS, {"mm 4,312"}},
         {"mm 4,312", StringWidth("mm 4...."), 1, TEXT_DOTS | TEXT_WHOLE_NUMBERS, {"mm ", "4,312"}},
     };
@@ -273,6 +335,7 @@ TEST_F(Pages, BadArgumentsAreAnsweredInKind) {
     EXPECT_STREQ(TextRectEnd(1, 1, "words", 0), "");
     EXPECT_EQ(DrawTextPage(0, 0, 1, 1, nullptr, 3, 0), nullptr);
     EXPECT_STREQ(DrawTextPage(0, 0, 1, 1, "words", INT_MIN, TEXT_MARKS), "");
+    EXPECT_STREQ(DrawTextPage(0, 0, 1, 1, "words", INT_MAX, TEXT_MARKS), "");
 }
 
 } // namespace

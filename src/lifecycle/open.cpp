@@ -21,6 +21,7 @@
 #include "lang/translations.h"
 #include "lifecycle/hooks.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/look.h"
 #include "menus/stack.h"
 #include "pager/pager.h"
 #include "runtime/handlers.h"
@@ -163,6 +164,7 @@ void close_screen() {
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();
+    lists::drop_look();
     dialogs::reset();
     keylock::reset();
     pager::reset();

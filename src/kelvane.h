@@ -40,6 +40,7 @@
 #include "kelvane/hash.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
+#include "kelvane/lists.h"
 #include "kelvane/menus.h"
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"

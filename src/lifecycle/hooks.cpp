@@ -18,6 +18,7 @@
 #include "kelvane/updates.h"
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/capture.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
 #include "runtime/tasks.h"
@@ -98,6 +99,7 @@ void install_hooks() {
     message_hooks.show = Message;
     screens.show_keylock_icon = keylock::show_icon;
     screens.restore_under_icon = keylock::restore_under_icon;
+    screens.scroll_area_pointer = lists::keep_capture;
 }
 
 void remove_hooks() {

@@ -21,6 +21,7 @@
 #include "lang/translations.h"
 #include "lifecycle/hooks.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/look.h"
 #include "menus/stack.h"
 #include "pager/pager.h"
 #include "runtime/handlers.h"
@@ -33,6 +34,7 @@
 #include "runtime/timers.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
+#include "selectors/screen.h"
 #include "tasks/messages.h"
 #include "text/text.h"
 #include "theme/opened.h"
@@ -163,6 +165,8 @@ void close_screen() {
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();
+    selectors::reset();
+    lists::drop_look();
     dialogs::reset();
     keylock::reset();
     pager::reset();

@@ -44,6 +44,7 @@
 #include "kelvane/menus.h"
 #include "kelvane/pager.h"
 #include "kelvane/pictures.h"
+#include "kelvane/selectors.h"
 #include "kelvane/tasks.h"
 #include "kelvane/text.h"
 #include "kelvane/theme.h"

@@ -36,7 +36,7 @@ struct Look {
     int em = size_of_body();
     int line = std::max(GetThemeInt("separator.size", 1), 1);
     kelvane::Font small{"default", em * 4 / 5}, small_bold{"defaultb", em * 4 / 5};
-    kelvane::Font title{"DejaVuSerif-Bold", em}, headline{"DejaVuSerif-Bold", em * 8 / 5};
+    kelvane::Font title{"DejaVuSerif-Bold", em}, headline{"DejaVuSerif-Bold", em + 3 * u};
     int text_size;
     std::string face;
     kelvane::Font text, heading;
@@ -52,8 +52,8 @@ inline irect inset(const irect &r, int by) {
     return iRect(r.x + by, r.y + by, r.w - 2 * by, r.h - 2 * by, 0);
 }
 
-// The rows of `r` from one to another one.
-inline irect rows(const irect &r, int from, int to) {
+// The part of `r` from one row of pixels to another one.
+inline irect part(const irect &r, int from, int to) {
     return iRect(r.x, r.y + from, r.w, to - from, 0);
 }
 

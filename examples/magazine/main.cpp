@@ -200,11 +200,16 @@ class Magazine {
         return {nullptr, 0};
     }
 
+    // The first line that has words.
+    static std::string words_at(const std::string &text, std::size_t byte) {
+        const std::size_t first = text.find_first_not_of("\u2003\n\017\016\001", byte);
+        return first == text.npos ? "" : text.substr(first, text.find('\n', first) - first);
+    }
+
     void fill_bookmark(int row, ilistrow &out) {
         const auto [article, byte] = bookmark(row);
         if (!article) return;
-        row_line_ = article->text.substr(
-            std::size_t(byte), article->text.find('\n', std::size_t(byte)) - std::size_t(byte));
+        row_line_ = words_at(article->text, std::size_t(byte));
         row_value_ = text_of("%d %%", article->percent(byte));
         out.title = article->title.c_str();
         out.line = row_line_.c_str();

@@ -45,7 +45,7 @@ class Page {
         const int flags = area.flags;
         if (page_ == 0) {
             draw_head();
-            area = rows(area, head().h, area.h);
+            area = part(area, head().h, area.h);
         } else {
             write(iRect(area.x, 4 * look_.u, area.w, 8 * look_.u, 0), look_.small, article_->title,
                   VALIGN_MIDDLE | TEXT_DOTS);
@@ -111,13 +111,13 @@ class Page {
         const irect all = text_area();
         const kelvane::FontGuard current(look_.headline);
         const int u = look_.u, title_h = TextRectHeight(all.w, article_->title.c_str(), ALIGN_LEFT);
-        Head head{rows(all, 0, title_h),
-                  rows(all, title_h + u, title_h + u + look_.em * 3 / 2),
+        Head head{part(all, 0, title_h),
+                  part(all, title_h + u, title_h + u + look_.em * 3 / 2),
                   {},
                   title_h + look_.em * 3 / 2 + 5 * u};
-        const int picture_h = std::min(all.w * 9 / 16, all.h - head.h - 16 * look_.em);
-        if (article_->picture.empty() || picture_h < 20 * u) return head;
-        head.picture = rows(all, head.h, head.h + picture_h);
+        const int picture_h = std::min(all.w * 9 / 16, all.h - head.h - 12 * look_.em);
+        if (article_->picture.empty() || picture_h < all.w * 2 / 5) return head;
+        head.picture = part(all, head.h, head.h + picture_h);
         head.h += picture_h + 5 * u;
         return head;
     }

@@ -86,28 +86,44 @@ class Shelf {
 
     irect area() const {
         const int u = look_.u, top = GetCaptionHeight() + 5 * u;
-        return iRect(6 * u, top, ScreenWidth() - 12 * u, ScreenHeight() - top - pager_.height, 0);
+        return iRect(6 * u, top, ScreenWidth() - 12 * u,
+                     ScreenHeight() - top - pager_.height - 3 * u, 0);
     }
 
     int columns() const { return std::max((ScreenWidth() - 6 * look_.u) * 5 / (48 * look_.em), 1); }
+
+    int rows() const {
+        const int pitch = natural_cover() + 3 * look_.em + 5 * look_.u;
+        return std::max((area().h + 5 * look_.u + pitch / 5) / pitch, 1);
+    }
+
+    // How high covers are: as wide as their column, or lower where that makes room for another row.
+    int natural_cover() const {
+        const int gap = 6 * look_.u;
+        return std::min((area().w + gap) / columns() - gap, 44 * look_.u) * 4 / 3;
+    }
+    int cover_height() const {
+        const int gap = 5 * look_.u, room = (area().h + gap) / rows() - gap;
+        return std::min(natural_cover(), room - 3 * look_.em);
+    }
 
     // Item i of a page: a cover with what is written below it.
     irect item(int i) const {
         const irect all = area();
         const int u = look_.u, n = columns(), w = (all.w + 6 * u) / n - 6 * u;
-        const int h = std::min(w, 44 * u) * 4 / 3 + 3 * look_.em;
+        const int h = cover_height() + 3 * look_.em;
         return mirrored(iRect(all.x + i % n * (w + 6 * u), all.y + i / n * (h + 5 * u), w, h, 0));
     }
 
-    int per_page() const {
-        const int pitch = item(columns()).y - item(0).y;
-        return columns() * std::max((area().h + 5 * look_.u) / pitch, 1);
-    }
+    int per_page() const { return columns() * rows(); }
 
     void draw_caption() {
-        DrawApplicationCaption(GetLangText("@Magazine"), nullptr);
         const irect r = menu_button();
-        const int u = look_.u, x = r.x + (r.w - 6 * u) / 2, y = r.y + r.h / 2 - 2 * u;
+        const int u = look_.u;
+        const irect title = iRect(6 * u, 0, ScreenWidth() - 12 * u, GetCaptionHeight(),
+                                  TEXT_RTL_MIRROR | TEXT_DOTS | VALIGN_MIDDLE);
+        DrawApplicationCaption(GetLangText("@Magazine"), &title);
+        const int x = r.x + (r.w - 6 * u) / 2, y = r.y + r.h / 2 - 2 * u;
         for (int i = 0; i < 3; i++) FillArea(x, y + i * 2 * u, 6 * u, u * 3 / 4, ink_);
     }
 
@@ -115,17 +131,17 @@ class Shelf {
         const irect r = item(i % per_page()), around = inset(r, -2 * look_.u);
         Article &article = issue_.articles[std::size_t(i)];
         FillAreaRect(&around, WHITE);
-        const int em = look_.em, u = look_.u, w = std::min(r.w, 44 * u);
-        const irect cover = mirrored(iRect(mirrored(r).x, r.y, w, w * 4 / 3, 0));
+        const int em = look_.em, u = look_.u, h = cover_height();
+        const irect cover = mirrored(iRect(mirrored(r).x, r.y, h * 3 / 4, h, 0));
         draw_cover(article, cover);
         if (article.read > 0) {
-            const int part = cover.w * article.percent(article.read) / 100, y = r.y + cover.h;
+            const int read = cover.w * article.percent(article.read) / 100, y = r.y + cover.h;
             FillArea(cover.x, y + u * 3 / 2, cover.w, look_.line, BLACK);
-            FillArea(IsRTL() ? cover.x + cover.w - part : cover.x, y + u, part, u * 5 / 4, BLACK);
+            FillArea(IsRTL() ? cover.x + cover.w - read : cover.x, y + u, read, u * 5 / 4, BLACK);
         }
         const int flags = TEXT_RTL_MIRROR | TEXT_DOTS | VALIGN_MIDDLE;
-        write(rows(r, r.h - em * 5 / 2, r.h - em * 5 / 4), look_.small_bold, article.title, flags);
-        write(rows(r, r.h - em * 5 / 4, r.h), look_.small, article.author, flags);
+        write(part(r, r.h - em * 5 / 2, r.h - em * 5 / 4), look_.small_bold, article.title, flags);
+        write(part(r, r.h - em * 5 / 4, r.h), look_.small, article.author, flags);
         if (i == selected_) DrawPickOutEx(&around, "default");
     }
 
@@ -135,7 +151,7 @@ class Shelf {
         if (article.picture.empty()) {
             const irect page = inset(r, r.w / 12);
             FillArea(page.x, page.y + 3 * u, 7 * u, u, BLACK);
-            write(rows(page, 6 * u, page.h - 2 * look_.em), look_.title, article.title, TEXT_DOTS);
+            write(part(page, 6 * u, page.h - 2 * look_.em), look_.title, article.title, TEXT_DOTS);
             write(page, look_.small, article.author, VALIGN_BOTTOM);
         } else {
             if (article.cover.width() != r.w)

@@ -129,7 +129,7 @@ void close_top() {
     top->taken_.give_input_back();
 }
 
-void close(int number) {
+void close_with_above(int number) {
     const std::shared_ptr<Screen> wanted = find(number);
     constexpr size_t most_closed = 64; // callbacks may open what was closed again
     for (size_t i = 0; wanted && wanted->is_open() && i < most_closed; ++i) close_top();

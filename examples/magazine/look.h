@@ -36,7 +36,7 @@ struct Look {
     int em = size_of_body();
     int line = std::max(GetThemeInt("separator.size", 1), 1);
     kelvane::Font small{"default", em * 4 / 5}, small_bold{"defaultb", em * 4 / 5};
-    kelvane::Font title{"DejaVuSerif-Bold", em}, headline{"DejaVuSerif-Bold", em + 3 * u};
+    kelvane::Font headline{"DejaVuSerif-Bold", em + 3 * u};
     int text_size;
     std::string face;
     kelvane::Font text, heading;

@@ -202,8 +202,10 @@ class Magazine {
 
     // The first line that has words.
     static std::string words_at(const std::string &text, std::size_t byte) {
-        const std::size_t first = text.find_first_not_of("\u2003\n\017\016\001", byte);
-        return first == text.npos ? "" : text.substr(first, text.find('\n', first) - first);
+        std::size_t first = text.find_first_not_of("\n\017\016\001", byte);
+        if (first == text.npos) return "";
+        if (text.compare(first, 3, "\u2003") == 0) first += 3;
+        return text.substr(first, text.find('\n', first) - first);
     }
 
     void fill_bookmark(int row, ilistrow &out) {

@@ -28,6 +28,7 @@ class Shelf {
 
     void draw() {
         draw_caption();
+        selected_ = std::clamp(selected_, 0, std::max(count() - 1, 0));
         const int n = per_page(), first = selected_ / n * n;
         pager_.current_page = selected_ / n + 1;
         pager_.total_pages = (count() + n - 1) / n;
@@ -150,8 +151,9 @@ class Shelf {
         const int u = look_.u;
         if (article.picture.empty()) {
             const irect page = inset(r, r.w / 12);
+            const kelvane::Font title("DejaVuSerif-Bold", std::min(look_.em, r.w / 9));
             FillArea(page.x, page.y + 3 * u, 7 * u, u, BLACK);
-            write(part(page, 6 * u, page.h - 2 * look_.em), look_.title, article.title, TEXT_DOTS);
+            write(part(page, 6 * u, page.h - 2 * look_.em), title, article.title, TEXT_DOTS);
             write(page, look_.small, article.author, VALIGN_BOTTOM);
         } else {
             if (article.cover.width() != r.w)

@@ -10,6 +10,7 @@
 #include "dialogs/stack.h"
 #include "dictionary_view/view.h"
 #include "ground/guard.h"
+#include "hourglass/hourglass.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -23,6 +24,7 @@
 #include "lifecycle/lifecycle.h"
 #include "menus/stack.h"
 #include "pager/pager.h"
+#include "panel/panel.h"
 #include "runtime/handlers.h"
 #include "runtime/input.h"
 #include "runtime/interface_flags.h"
@@ -166,6 +168,8 @@ void close_screen() {
     dialogs::reset();
     keylock::reset();
     pager::reset();
+    panel::reset();
+    hourglass::reset();
     tasks::reset();
     chrome::reset();
     theme::reset();

@@ -41,6 +41,7 @@
 #include "kelvane/hourglass.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
+#include "kelvane/lists.h"
 #include "kelvane/menus.h"
 #include "kelvane/pager.h"
 #include "kelvane/panel.h"

@@ -22,6 +22,7 @@
 #include "lang/translations.h"
 #include "lifecycle/hooks.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/look.h"
 #include "menus/stack.h"
 #include "pager/pager.h"
 #include "panel/panel.h"
@@ -165,6 +166,7 @@ void close_screen() {
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();
+    lists::drop_look();
     dialogs::reset();
     keylock::reset();
     pager::reset();

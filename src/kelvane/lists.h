@@ -1,0 +1,137 @@
+/* SPDX-License-Identifier: MIT */
+/**
+ * @file lists.h
+ * Lists of any length: as a screen of its own (OpenList()), and as a part of an application's page
+ * (SelectionList_*). ScrollView_* shows what is higher than its place on the screen.
+ *
+ * A list asks for its rows one by one as they come into sight, so one of 100000 rows opens, turns
+ * its pages and goes to its end as fast as the rows of one page are drawn. Rows and pages count
+ * from 0.
+ *
+ * Callbacks may call anything, also what closes or destroys the list that calls them. An addition.
+ *
+ * docs/lists.md shows them, with their keys.
+ */
+#ifndef KELVANE_LISTS_H
+#define KELVANE_LISTS_H
+
+#include "api.h"
+#include "bitmaps.h"
+#include "canvas.h"
+
+KELVANE_BEGIN_DECLS
+
+struct ifont_s;
+
+/** ilistrows::height of rows that are as high as the theme says; any positive number is pixels. */
+enum {
+    LIST_PLAIN_ROWS = 0, /**< one line */
+    LIST_COVER_ROWS = -1 /**< a cover, a bold title, a second line, and how far one has read */
+};
+
+/** ilistrow::flags. */
+enum {
+    LIST_ROW_DISABLED = 0x1, /**< grey; it is passed over and cannot be chosen */
+    LIST_ROW_HEADING = 0x2,  /**< bold, of the rows below it; passed over as well */
+    LIST_ROW_ARROW = 0x4,    /**< an arrow at its end: something opens */
+    LIST_ROW_CHOICE = 0x8,   /**< a bullet before it: one of several */
+    LIST_ROW_CHOSEN = 0x10   /**< the bullet is filled; with #LIST_ROW_CHOICE */
+};
+
+/**
+ * What a row shows. Texts are shown as they are, none is translated; null ones are empty. What the
+ * pointers lead to has to last until the row is asked for the next time, or another one is.
+ */
+typedef struct ilistrow_s {
+    const char *title;
+    const char *line;           /**< the second line, in rows of at least 16 units */
+    const char *value;          /**< at the end of the row */
+    const ibitmap *picture;     /**< scaled to its place; null: a blank cover, or no picture */
+    const struct ifont_s *font; /**< of the title; null: the theme's */
+    int progress;               /**< 0 to 100, in rows of several lines; -1: no bar */
+    int flags;                  /**< LIST_ROW_* */
+} ilistrow;
+
+/** Fills a row, which is empty and without a bar. */
+typedef void (*kv_listrowproc)(int row, ilistrow *out, void *context);
+/**
+ * Draws a row into @p area, which is white and the clip. The library marks it when it is selected.
+ * @return 0: the library draws it as it was filled
+ */
+typedef int (*kv_listdrawproc)(int row, const irect *area, void *context);
+
+/** What happened in a list. */
+enum {
+    LIST_CHOSEN = 1,   /**< OK, or a tap; the list stays open */
+    LIST_CONTEXT = 2,  /**< MENU, OK held, or a finger that rests: what can be done with the row */
+    LIST_SELECTED = 3, /**< the selection has moved, by a key or a finger */
+    LIST_COUNTER = 4,  /**< a tap on the counter of pages; the row is the page that is shown */
+    LIST_CLOSED = 5    /**< of OpenList(): BACK, or the button in the title; it is closed already */
+};
+/** @param row the selected one, or -1 */
+typedef void (*kv_listhandler)(int action, int row, void *context);
+
+/** The rows of a list. Nulls and zeroes are good for everything but @p count. */
+typedef struct ilistrows_s {
+    int count;                 /**< below 0 counts as 0 */
+    int height;                /**< pixels from one row to the next, or LIST_*_ROWS */
+    kv_listrowproc fill;       /**< null: rows are empty */
+    kv_listdrawproc draw;      /**< goes before what was filled; null: the library draws all rows */
+    kv_listhandler hproc;      /**< null: nobody is told */
+    void *context;             /**< given to the three */
+    const ibitmap *empty_icon; /**< shown when there are no rows; the caller's; null: none */
+    const char *empty_title;   /**< the same; a key of GetLangText(), copied */
+    const char *empty_line;    /**< what to do about it; a key of GetLangText(), copied */
+} ilistrows;
+
+/** @name A list as a part of a page
+ * The application draws it with its page, and hands it the events of its handler. What they change
+ * the list draws and shows itself. It draws on the screen, whatever canvas is current.
+ * @{ */
+typedef struct iselectionlist_s iselectionlist;
+/**
+ * A new list, without a place, with its first row selected.
+ * @param rows copied; null: no rows
+ * @return the list, freed by SelectionList_Destroy(); null when memory runs out
+ */
+KELVANE_API iselectionlist *SelectionList_Create(const ilistrows *rows);
+/** Frees a list; nothing is drawn. Null does nothing, here and below. */
+KELVANE_API void SelectionList_Destroy(iselectionlist *list);
+/** Its place on the screen; empty ones show nothing. The page with the selection comes to sight. */
+KELVANE_API void SelectionList_SetRect(iselectionlist *list, const irect *place);
+/**
+ * Another number of rows, or the same one when what they show has changed. The selection stays, or
+ * moves to the last row. Nothing is drawn.
+ */
+KELVANE_API void SelectionList_SetCount(iselectionlist *list, int count);
+/** How many rows there are. */
+KELVANE_API int SelectionList_GetCount(const iselectionlist *list);
+/** Draws the whole list and shows nothing: an update is the page's own. */
+KELVANE_API void SelectionList_Draw(iselectionlist *list);
+/**
+ * Takes an event of a handler: keys, and what a finger does that went down inside.
+ *
+ * UP and DOWN select the row before or after, round and round; held they turn pages. LEFT, RIGHT
+ * (the other way round in languages that are read from right to left), PREV, PREV2, NEXT and NEXT2
+ * turn pages, held ten of them. OK, a tap: #LIST_CHOSEN; MENU, OK or a finger held: #LIST_CONTEXT.
+ * A swipe and a tap on the arrows below the rows turn pages.
+ * @return 1 when it was taken, else 0
+ */
+KELVANE_API int SelectionList_HandleEvent(iselectionlist *list, int type, int par1, int par2);
+/** Selects a row, on whose page the list is then; -1 selects none. Others: the nearest. */
+KELVANE_API void SelectionList_SetSelected(iselectionlist *list, int row);
+/** The selected row; -1 for none. */
+KELVANE_API int SelectionList_GetSelected(const iselectionlist *list);
+/** Shows a page, or the nearest, and selects a row of it. Nothing is drawn. */
+KELVANE_API void SelectionList_SetPage(iselectionlist *list, int page);
+/** The page. */
+KELVANE_API int SelectionList_GetPage(const iselectionlist *list);
+/** How many pages there are, at least 1; 0 for null. */
+KELVANE_API int SelectionList_GetPageCount(const iselectionlist *list);
+/** Where a row is on the screen; empty when it is on another page. */
+KELVANE_API irect SelectionList_GetRowRect(const iselectionlist *list, int row);
+/** @} */
+
+KELVANE_END_DECLS
+
+#endif

@@ -44,7 +44,7 @@ enum {
  */
 typedef struct ilistrow_s {
     const char *title;
-    const char *line;           /**< the second line, in rows of at least 16 units */
+    const char *line;           /**< the second line, in rows a third higher than plain ones */
     const char *value;          /**< at the end of the row */
     const ibitmap *picture;     /**< scaled to its place; null: a blank cover, or no picture */
     const struct ifont_s *font; /**< of the title; null: the theme's */
@@ -83,6 +83,48 @@ typedef struct ilistrows_s {
     const char *empty_title;   /**< the same; a key of GetLangText(), copied */
     const char *empty_line;    /**< what to do about it; a key of GetLangText(), copied */
 } ilistrows;
+
+/** A list that is a screen of its own. Zeroes are good for everything but the rows. */
+typedef struct ilist_s {
+    const char *title; /**< a key of GetLangText(), copied; null: no title bar */
+    irect place;       /**< on the screen; empty: all of it */
+    int selected;      /**< the row selected first, or the nearest; -1 for none */
+    int flags;         /**< LIST_TURNS or 0 */
+    ilistrows rows;
+} ilist;
+
+/** ilist::flags. */
+enum {
+    /**
+     * The list turns the screen when the device is turned. An application that draws at one
+     * orientation only leaves this out.
+     */
+    LIST_TURNS = 0x1
+};
+
+/** @name A list as a screen
+ * It has the input until it closes; BACK closes it, and so does the button in its title bar on a
+ * touch screen. What lay beneath is there again then, or the handler before hears #EVT_SHOW. Lists
+ * may be opened above each other, and above menus, dialogs and the keyboard.
+ * @{ */
+/**
+ * Opens a list and returns at once. A tap on the counter of pages opens the selector of pages.
+ * @param list copied; null opens nothing
+ * @return its number for the calls below; 0 without a screen or memory, and above seven others
+ */
+KELVANE_API int OpenList(const ilist *list);
+/**
+ * Closes a list with all that has opened above it, and tells nobody. A number of none that is open
+ * does nothing, here and below.
+ */
+KELVANE_API void CloseList(int list);
+/** Another number of rows, or the same one when what they show has changed; shows them. */
+KELVANE_API void UpdateList(int list, int count);
+/** Selects a row and shows its page; -1 selects none. Others: the nearest. */
+KELVANE_API void SelectListRow(int list, int row);
+/** The selected row; -1 for none. */
+KELVANE_API int GetListRow(int list);
+/** @} */
 
 /** @name A list as a part of a page
  * The application draws it with its page, and hands it the events of its handler. What they change

@@ -36,6 +36,7 @@
 #include "runtime/timers.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
+#include "selectors/screen.h"
 #include "tasks/messages.h"
 #include "text/text.h"
 #include "theme/opened.h"
@@ -166,6 +167,7 @@ void close_screen() {
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();
+    selectors::reset();
     lists::drop_look();
     dialogs::reset();
     keylock::reset();

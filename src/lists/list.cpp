@@ -84,7 +84,7 @@ int List::nearest_on_page(int row) const {
 }
 
 int List::row_at(int x, int y) const {
-    const int64_t down = int64_t{y} - place_.y;
+    const int64_t down = int64_t{y} - place_.y - top_;
     if (x < place_.x || x >= place_.x + place_.w || down < 0) return -1;
     const int64_t row = paging_.first() + down / row_h_;
     return row < int64_t{paging_.first()} + paging_.shown() ? static_cast<int>(row) : -1;
@@ -98,9 +98,10 @@ void List::tell(int action, int row) const {
 void List::show_move(int from, int to) {
     draw_row(from);
     draw_row(to);
-    const irect r = raster::joined(row_rect(from), row_rect(to));
+    irect r = raster::joined(row_rect(from), row_rect(to));
+    if (has_lines()) r = {r.x, r.y - look_->hairline, r.w, r.h + look_->hairline, 0};
     if (look_->is_lined(row_h_))
-        PartialUpdate(r.x, r.y - look_->hairline, r.w, r.h + look_->hairline);
+        PartialUpdate(r.x, r.y, r.w, r.h);
     else
         PartialUpdateBW(r.x, r.y, r.w, r.h);
 }

@@ -65,6 +65,7 @@ class List {
     void gesture(int kind);
     void tap(int x, int y);
     void act_on(int row, int action);
+    bool has_lines() const { return look_->has_lines || look_->is_lined(row_h_); }
     bool is_empty() const { return paging_.count < 1; }
 
     ilistrows rows_;
@@ -72,7 +73,7 @@ class List {
     Paging paging_;
     irect place_{}, strip_{}; // the strip is empty where there is one page
     LookPtr look_;
-    int row_h_ = 1;
+    int row_h_ = 1, top_ = 0; // top: what is free above the first row
     kv_gestures hand_{};
     bool ok_is_down_ = false;
     bool is_fresh_ = true; // nobody has chosen what is selected

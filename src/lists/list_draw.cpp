@@ -65,15 +65,17 @@ void List::lay_out() {
     look_ = look();
     row_h_ = row_height(*look_, rows_.height);
     const int strip_h = std::min(look_->strip_h, place_.h / 2);
-    const bool has_strip = paging_.count > place_.h / row_h_ && strip_h > 0;
+    top_ = std::min(look_->gap(), place_.h / 2);
+    const int room = place_.h - top_;
+    const bool has_strip = paging_.count > room / row_h_ && strip_h > 0;
     strip_ =
         has_strip ? irect{place_.x, place_.y + place_.h - strip_h, place_.w, strip_h, 0} : irect{};
-    paging_.set_per_page((place_.h - strip_.h) / row_h_);
+    paging_.set_per_page((room - strip_.h) / row_h_);
 }
 
 RowPlace List::row_place(int row) const {
     const bool is_narrow = place_.w < narrow_units * look_->unit;
-    return {{place_.x, place_.y + (row - paging_.first()) * row_h_, place_.w,
+    return {{place_.x, place_.y + top_ + (row - paging_.first()) * row_h_, place_.w,
              std::min(row_h_, std::max(place_.h, 1)), 0},
             is_narrow ? look_->margin / 2 : look_->margin};
 }
@@ -89,19 +91,15 @@ void List::choose_first() {
     paging_.select(nearest_on_page(paging_.selected));
 }
 
-// Between rows of several lines, and elsewhere where the theme has lines; not beside a border.
+// Between rows of several lines, and elsewhere where the theme has lines; not beside the selection.
 void List::draw_separator(int row) {
-    const bool is_lined = look_->is_lined(row_h_);
-    if (!paging_.shows(row) || !paging_.shows(row + 1) || (!is_lined && !look_->has_lines)) return;
+    if (!has_lines() || !paging_.shows(row) || !paging_.shows(row + 1)) return;
     const int selected = paging_.selected;
+    if (row == selected) return;
     const RowPlace place = row_place(row);
-    if (is_lined && (row == selected || row + 1 == selected)) {
-        if (row != selected)
-            FillArea(place.area.x, place.area.y + place.area.h - look_->hairline, place.area.w,
-                     look_->hairline, WHITE);
-        return;
-    }
-    draw_line_below(*look_, place);
+    if (row + 1 != selected) return draw_line_below(*look_, place);
+    const irect &r = place.area;
+    FillArea(r.x, r.y + r.h - look_->hairline, r.w, look_->hairline, WHITE);
 }
 
 void List::draw_row(int row) {

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <optional>
 
-#include "hw.h"
 #include "kelvane/languages.h"
 #include "kelvane/theme.h"
 #include "raster/bitmap.h"
+#include "theme/circumstances.h"
 
 namespace lists {
 namespace {
@@ -63,18 +63,9 @@ LookPtr make_look() {
     return look;
 }
 
-// What the look depends on.
-struct Circumstances {
-    unsigned theme = theme::theme_number();
-    int dpi = device_display_dpi();
-    bool is_landscape = theme::is_landscape();
-    bool is_rtl = IsRTL() != 0;
-    bool operator==(const Circumstances &) const = default;
-};
-
 // Never destroyed: an application that just exits leaves its fonts to the system.
 struct Kept {
-    std::optional<Circumstances> when;
+    std::optional<theme::Circumstances> when;
     LookPtr look;
 };
 Kept &kept = *new Kept;
@@ -82,7 +73,7 @@ Kept &kept = *new Kept;
 } // namespace
 
 LookPtr look() {
-    const Circumstances now;
+    const theme::Circumstances now;
     if (!kept.look || kept.when != now) kept = {now, make_look()};
     return kept.look;
 }

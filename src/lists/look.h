@@ -2,6 +2,7 @@
 // What the theme says about lists.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
 #include "raster/bitmap_ptr.h"
@@ -27,9 +28,12 @@ struct Look {
     int units(int tenths) const { return unit * tenths / 10; }
     // Rows of several lines keep this much above and below free.
     int gap() const { return unit; }
-    int cover_row_h() const { return 22 * unit + 2 * gap(); }
+    // Those with covers; larger type has larger ones.
+    int cover_row_h() const { return std::max(2 * row_h, 24 * unit); }
     // Less high ones have one line.
-    bool is_lined(int h) const { return h >= 16 * unit; }
+    bool is_lined(int h) const { return h >= row_h * 4 / 3; }
+    // How thick a bar is.
+    int bar_h() const { return std::max(unit, 3 * hairline); }
     const ibitmap *row_arrow() const { return mirrored_arrow ? mirrored_arrow.get() : arrow.get(); }
 };
 using LookPtr = std::shared_ptr<const Look>;

@@ -13,8 +13,14 @@
 namespace lists {
 namespace {
 
-constexpr int cover_w = 15, cover_h = 20; // in units, as the next ones
-constexpr int after_cover = 3, icon_side = 8;
+constexpr int after_cover = 3, icon_side = 8, bar_w = 20; // in units
+
+int cover_h(const Look &look, int row_h) {
+    return std::max(row_h - 4 * look.unit, 1);
+}
+int cover_w(const Look &look, int row_h) {
+    return cover_h(look, row_h) * 3 / 4;
+}
 
 bool is_filled_when_marked(const Look &look, const RowPlace &place) {
     return !look.is_lined(place.area.h);
@@ -36,6 +42,8 @@ class Brush {
     // Takes so much from where lines begin, or from where they end.
     irect take(int w) { return cut(w, look.is_rtl); }
     irect take_end(int w) { return cut(w, !look.is_rtl); }
+    // Leaves only so much where lines end.
+    void keep_end(int w) { free_ = take_end(w); }
 
     const Look &look;
     const ilistrow &row;
@@ -91,11 +99,11 @@ void draw_blank_cover(const Look &look, const irect &r) {
     FillArea(r.x + 3 * look.unit, r.y + 4 * look.unit, 7 * look.unit, look.unit, BLACK);
 }
 
-void draw_cover(Brush &b) {
-    const int u = b.look.unit;
-    const irect column = b.take(cover_w * u);
-    b.take(after_cover * u);
-    const irect box{column.x, column.y + (column.h - cover_h * u) / 2, cover_w * u, cover_h * u, 0};
+void draw_cover(Brush &b, int row_h) {
+    const int w = cover_w(b.look, row_h), h = cover_h(b.look, row_h);
+    const irect column = b.take(w);
+    b.take(after_cover * b.look.unit);
+    const irect box{column.x, column.y + (column.h - h) / 2, w, h, 0};
     if (b.row.picture)
         draw_picture(box, *b.row.picture);
     else
@@ -138,8 +146,8 @@ void draw_value(Brush &b, const irect &line, int drop) {
     if (!b.row.value || !*b.row.value) return;
     const text::FontScope scope(b.look.small.get());
     SetFont(b.look.small.get(), b.color());
-    const int w = std::min(StringWidth(b.row.value) + b.look.hairline, b.rest().w / 2);
-    const irect column = b.take_end(w);
+    const int most = b.row.progress < 0 ? b.rest().w / 2 : b.rest().w;
+    const irect column = b.take_end(std::min(StringWidth(b.row.value) + b.look.hairline, most));
     b.take_end(2 * b.look.unit);
     DrawTextRect(column.x, line.y + drop, column.w, 1, b.row.value, b.far_alignment() | TEXT_DOTS);
 }
@@ -179,24 +187,32 @@ void draw_progress(const Brush &b, const irect &r) {
     FillArea(b.look.is_rtl ? r.x + r.w - done : r.x, r.y, done, r.h, BLACK);
 }
 
+// The value, and below it how far one has come.
+void draw_end(Brush &b, int y) {
+    const Look &look = b.look;
+    const int small_h = height(look.small.get());
+    if (b.row.progress < 0) return draw_value(b, {b.rest().x, y, b.rest().w, small_h, 0}, 0);
+    const int w = std::min(bar_w * look.unit, b.rest().w / 2);
+    Brush column = b;
+    column.keep_end(w);
+    b.take_end(w + 2 * look.unit);
+    const irect &r = column.rest();
+    draw_progress(column, {r.x, y + small_h + look.unit, r.w, look.bar_h(), 0});
+    draw_value(column, {r.x, y, r.w, small_h, 0}, 0);
+}
+
 void draw_several_lines(Brush &b, const RowPlace &place) {
     const Look &look = b.look;
     const bool is_cover = place.area.h >= look.cover_row_h();
     draw_bullet(b);
-    if (is_cover) draw_cover(b);
+    if (is_cover) draw_cover(b, place.area.h);
     if (!is_cover) draw_icon(b);
     draw_arrow(b);
-    const bool has_progress = b.row.progress >= 0;
     const ifont *font = title_font(b, true), *small = look.small.get();
-    const int bar_h = has_progress ? look.units(25) : 0;
-    const irect r = b.rest();
-    const int top = r.y + (r.h - height(font) - height(small) - bar_h) / 2;
+    const int top = b.rest().y + (b.rest().h - height(font) - height(small)) / 2;
     draw_text(b, font, top, b.row.title);
-    const int second = top + height(font);
-    if (has_progress)
-        draw_progress(b, {r.x, second + height(small) + look.units(15), r.w, look.unit, 0});
-    draw_value(b, {r.x, second, r.w, height(small), 0}, 0);
-    draw_text(b, small, second, b.row.line);
+    draw_end(b, top + height(font));
+    draw_text(b, small, top + height(font), b.row.line);
 }
 
 } // namespace
@@ -226,7 +242,8 @@ void mark_row(const Look &look, const RowPlace &place) {
 
 void draw_line_below(const Look &look, const RowPlace &place) {
     const irect in = place.inside(look);
-    const int text = place.area.h >= look.cover_row_h() ? (cover_w + after_cover) * look.unit : 0;
+    const bool is_cover = place.area.h >= look.cover_row_h();
+    const int text = is_cover ? cover_w(look, place.area.h) + after_cover * look.unit : 0;
     const int w = std::max(in.w - text, 0);
     FillArea(look.is_rtl ? in.x : in.x + text, place.area.y + place.area.h - look.hairline, w,
              look.hairline, BLACK);

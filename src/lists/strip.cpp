@@ -12,7 +12,7 @@
 namespace lists {
 namespace {
 
-constexpr int side_percent = 34; // of the width, for each arrow
+constexpr int side_percent = 30; // of the width, for each arrow
 
 irect side(const irect &strip, bool is_right) {
     const int w = strip.w * side_percent / 100;

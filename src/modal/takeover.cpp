@@ -19,7 +19,7 @@ struct Closer {
     kv_handler handler;
     void (*close)();
 };
-std::array<Closer, 8> closers; // more than there are kinds of components; the rest is empty
+std::array<Closer, 16> closers; // more than there are kinds of components; the rest is empty
 
 void remember(const Closer &closer) {
     const auto place = std::find_if(closers.begin(), closers.end() - 1, [&](const Closer &c) {

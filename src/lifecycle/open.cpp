@@ -7,9 +7,11 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
+#include "config_editor/editor.h"
 #include "dialogs/stack.h"
 #include "dictionary_view/view.h"
 #include "ground/guard.h"
+#include "hourglass/hourglass.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -24,6 +26,7 @@
 #include "lists/look.h"
 #include "menus/stack.h"
 #include "pager/pager.h"
+#include "panel/panel.h"
 #include "runtime/handlers.h"
 #include "runtime/input.h"
 #include "runtime/interface_flags.h"
@@ -162,6 +165,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    config_editor::reset();
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();
@@ -170,6 +174,8 @@ void close_screen() {
     dialogs::reset();
     keylock::reset();
     pager::reset();
+    panel::reset();
+    hourglass::reset();
     tasks::reset();
     chrome::reset();
     theme::reset();

@@ -98,6 +98,13 @@ void ListScreen::show_list() {
         show();
 }
 
+void ListScreen::show_row(int row) {
+    if (is_on_top())
+        list_.redraw_row(row);
+    else
+        show();
+}
+
 bool ListScreen::handle(int type, int par1, int par2) {
     if (has_title_ && bar_.takes_tap(type, par1, par2)) {
         close_by_user();

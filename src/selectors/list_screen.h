@@ -19,6 +19,7 @@ class ListScreen : public Screen {
     lists::List &list() { return list_; }
     // Shows the rows anew, now or later.
     void show_list();
+    void show_row(int row);
 
   protected:
     struct Kind {

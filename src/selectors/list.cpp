@@ -74,3 +74,13 @@ int GetListRow(int list) {
     with_list(list, [&](ApplicationList &l) { row = l.list().paging().selected; });
     return row;
 }
+
+void UpdateListRow(int list, int row) {
+    with_list(list, [&](ApplicationList &l) { l.show_row(row); });
+}
+
+irect GetListRowRect(int list, int row) {
+    irect place{};
+    with_list(list, [&](ApplicationList &l) { place = l.list().row_rect(row); });
+    return place;
+}

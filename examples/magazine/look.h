@@ -12,6 +12,8 @@
 
 constexpr int turns_per_flash = 6;
 
+// What the settings choose.
+constexpr int sizes[] = {4, 5, 6, 8}; // fifths of the size of the theme's text
 constexpr const char *faces[] = {"DejaVuSerif", "DejaVuSans"};
 
 inline int size_of_body() {
@@ -23,8 +25,8 @@ inline int size_of_body() {
 // each panel, and its size of text.
 struct Look {
     explicit Look(const kelvane::Config &settings)
-        : text_size(em * std::clamp(settings.read("size", 5), 3, 12) / 5),
-          face(settings.read("face", faces[0])), text(face.c_str(), text_size),
+        : text_size(em * sizes[std::clamp(settings.read("size", 1), 0, 3)] / 5),
+          face(faces[std::clamp(settings.read("face", 0), 0, 1)]), text(face.c_str(), text_size),
           heading((face + "-Bold").c_str(), text_size) {
         for (const kelvane::Font *font : {&text, &heading})
             if (*font) (*font)->linespacing = text_size * 7 / 5;

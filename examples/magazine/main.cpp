@@ -2,6 +2,8 @@
 // A magazine, which docs/guide.md builds up step by step: a shelf of covers, articles in pages with
 // pictures, bookmarks, settings, night, and texts in two languages.
 //   kelvane-device FOLDER ./magazine /path/to/examples/magazine/issue
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -12,17 +14,28 @@
 
 namespace {
 
-// What the menu answers; sizes, faces and languages are counted from theirs.
-enum { choose_shelf = 1, choose_marks, choose_mark, choose_night };
-enum { choose_size = 100, choose_face = 200, choose_language = 300 };
+// What the menu answers.
+enum { choose_shelf = 1, choose_bookmarks, choose_mark, choose_settings };
+
+// The screen of settings is made of this table.
 constexpr const char *languages[] = {"en", "de"};
+const char *size_names[] = {"@MagSmall", "@MagMedium", "@MagLarge", "@MagHuge", nullptr};
+const char *face_names[] = {"@MagSerif", "@MagSans", nullptr};
+const char *language_names[] = {"English", "Deutsch", nullptr};
+iconfigedit settings_table[] = {
+    {CONFIG_POSITION, nullptr, "@MagSize", nullptr, "size", "1", size_names, nullptr, nullptr},
+    {CONFIG_POSITION, nullptr, "@MagFace", nullptr, "face", "0", face_names, nullptr, nullptr},
+    {CONFIG_POSITION, nullptr, "@MagLanguage", nullptr, "language", "0", language_names, nullptr,
+     nullptr},
+    {CONFIG_SWITCH, nullptr, "@MagNight", nullptr, "night", "0", nullptr, nullptr, nullptr},
+    {}};
 
 class Magazine {
   public:
     Magazine() {
         AddLanguageFolder((folder / "language").c_str());
-        const std::string language = issue_.settings.read("language", "");
-        if (!language.empty()) LoadLanguage(language.c_str());
+        settings_table[2].deflt = GetLanguage() == std::string("de") ? "1" : "0";
+        if (issue_.settings.read("language", -1) >= 0) load_language();
         SetNightMode(issue_.settings.read("night", 0));
     }
 
@@ -50,8 +63,9 @@ class Magazine {
     void draw() {
         issue_.load();
         look_ = Look(issue_.settings);
-        shelf_.load();
         is_page_ = is_page_ && !issue_.articles.empty();
+        SetPanelMode(is_page_ ? PANEL_OFF : PANEL_ON);
+        shelf_.load();
         if (!is_page_) return draw_screen(shelf_);
         page_.find_pages();
         draw_screen(page_);
@@ -117,61 +131,46 @@ class Magazine {
     }
 
     void open_menu() {
-        static imenu sizes[] = {{ITEM_ACTIVE, choose_size + 4, "@MagSmall", nullptr},
-                                {ITEM_ACTIVE, choose_size + 5, "@MagMedium", nullptr},
-                                {ITEM_ACTIVE, choose_size + 6, "@MagLarge", nullptr},
-                                {ITEM_ACTIVE, choose_size + 8, "@MagHuge", nullptr},
-                                {}};
-        static imenu typefaces[] = {{ITEM_ACTIVE, choose_face, "@MagSerif", nullptr},
-                                    {ITEM_ACTIVE, choose_face + 1, "@MagSans", nullptr},
-                                    {}};
-        static imenu tongues[] = {{ITEM_ACTIVE, choose_language, "English", nullptr},
-                                  {ITEM_ACTIVE, choose_language + 1, "Deutsch", nullptr},
-                                  {}};
         static imenu items[] = {{ITEM_HEADER, 0, "@Magazine", nullptr},
                                 {ITEM_ACTIVE, choose_shelf, "@MagArticles", nullptr},
-                                {ITEM_ACTIVE, choose_marks, "@MagBookmarks", nullptr},
+                                {ITEM_ACTIVE, choose_bookmarks, "@MagBookmarks", nullptr},
                                 {ITEM_ACTIVE, choose_mark, nullptr, nullptr},
-                                {ITEM_SEPARATOR, 0, nullptr, nullptr},
-                                {ITEM_SUBMENU, 0, "@MagSize", sizes},
-                                {ITEM_SUBMENU, 0, "@MagFace", typefaces},
-                                {ITEM_SUBMENU, 0, "@MagLanguage", tongues},
-                                {ITEM_ACTIVE, choose_night, nullptr, nullptr},
+                                {ITEM_ACTIVE, choose_settings, "@MagSettings", nullptr},
                                 {}};
         items[3].type = is_page_ ? ITEM_ACTIVE : ITEM_ACTIVE | ITEM_HIDDEN;
         items[3].text = is_page_ && page_.has_mark() ? "@MagUnmark" : "@MagMark";
-        items[8].text = GetNightMode() ? "@MagDay" : "@MagNight";
-        set_bullet(sizes, choose_size + issue_.settings.read("size", 5));
-        set_bullet(typefaces, choose_face + (look_.face == faces[1] ? 1 : 0));
-        set_bullet(tongues, choose_language + (GetLanguage() == std::string("de") ? 1 : 0));
         menu_of = this;
         OpenMenu(items, 1, IsRTL() ? 0 : ScreenWidth(), 0, [](int i) { menu_of->choose(i); });
     }
 
-    // At the present choice.
-    static void set_bullet(imenu *choices, int index) {
-        for (; choices->type != 0; choices++)
-            choices->type = choices->index == index ? ITEM_BULLET : ITEM_ACTIVE;
+    void choose(int index) {
+        if (index == choose_shelf) show_shelf();
+        if (index == choose_bookmarks) open_bookmarks();
+        if (index == choose_mark) page_.toggle_mark();
+        if (index == choose_settings) open_settings();
     }
 
-    void choose(int index) {
-        kelvane::Config &settings = issue_.settings;
-        if (index < 0) return;
-        if (index == choose_marks) return open_bookmarks();
-        if (index == choose_mark) return page_.toggle_mark();
-        if (index == choose_shelf) return show_shelf();
-        if (index >= choose_language) {
-            settings.write("language", languages[index - choose_language]);
-            LoadLanguage(languages[index - choose_language]);
-        } else if (index >= choose_face) {
-            settings.write("face", faces[index - choose_face]);
-        } else if (index >= choose_size) {
-            settings.write("size", index - choose_size);
-        } else {
-            settings.write("night", GetNightMode() ? 0 : 1);
-            SetNightMode(settings.read("night", 0));
+    void open_settings() {
+        OpenConfigEditor("@MagSettings", issue_.settings.get(), settings_table, changed, this);
+    }
+
+    // A setting was changed and saved; or, without a row, the user has left the screen of settings.
+    static void changed(const iconfigedit *row, void *context) {
+        auto *self = static_cast<Magazine *>(context);
+        if (!row) return Repaint();
+        const std::string name = row->name;
+        if (name == "language") {
+            self->load_language();
+            self->open_settings(); // in that language
         }
-        Repaint();
+        if (name == "night") {
+            SetNightMode(self->issue_.settings.read("night", 0));
+            FullUpdate();
+        }
+    }
+
+    void load_language() {
+        LoadLanguage(languages[std::clamp(issue_.settings.read("language", 0), 0, 1)]);
     }
 
     // The bookmarks are a list that is a screen of its own.

@@ -141,7 +141,7 @@ class Page {
         write(foot, look_.small, text_of(GetLangText("@MagPage"), page_ + 1, pages), VALIGN_MIDDLE);
         const int rest = (article_->size() - end() + bytes_per_minute - 1) / bytes_per_minute;
         if (rest > 0)
-            write(foot, look_.small, text_of(GetLangTextPlural("@MagMinutes", rest), rest),
+            write(foot, look_.small, text_of(GetLangText("@MagMinutes"), rest),
                   ALIGN_RIGHT | VALIGN_MIDDLE);
     }
 

@@ -88,7 +88,7 @@ class Shelf {
     irect area() const {
         const int u = look_.u, top = GetCaptionHeight() + 5 * u;
         return iRect(6 * u, top, ScreenWidth() - 12 * u,
-                     ScreenHeight() - top - pager_.height - 3 * u, 0);
+                     ScreenHeight() - top - PanelHeight() - pager_.height - 3 * u, 0);
     }
 
     int columns() const { return std::max((ScreenWidth() - 6 * look_.u) * 5 / (48 * look_.em), 1); }

@@ -33,4 +33,4 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelvane.pc
 # The pages link to each other and to the examples, so both keep their places in the tree.
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  PATTERN CMakeLists.txt EXCLUDE)
+  PATTERN CMakeLists.txt EXCLUDE PATTERN __pycache__ EXCLUDE)

@@ -11,14 +11,14 @@
 
 #include <unistd.h>
 
-#include <kelvane.h>
+#include <kelvane.hpp>
 
 namespace {
 
 constexpr std::array applications = {"gallery", "hello"};
 constexpr int look_again_ms = 200;
 
-ifont *font;
+kelvane::Font font;
 int selected = 0;
 std::array<int, applications.size()> shown_tasks; // as they were drawn
 
@@ -51,7 +51,7 @@ void draw_row(int row, int task) {
 
 void draw() {
     ClearScreen();
-    SetFont(font, BLACK);
+    font.use(BLACK);
     DrawTextRect(0, row_height() / 2, ScreenWidth(), row_height(), "Home",
                  ALIGN_CENTER | VALIGN_MIDDLE);
     for (size_t i = 0; i < applications.size(); i++) {
@@ -125,7 +125,7 @@ int key_pressed(int key) {
 int handler(int type, int par1, int) {
     switch (type) {
     case EVT_INIT:
-        font = OpenFont("default", 32, 1);
+        font = kelvane::Font("default", 32);
         SetTaskParameters(GetCurrentTask(), "", "Home", nullptr, TASK_UPDATES_ITSELF);
         look_again(nullptr);
         return 1;
@@ -136,7 +136,7 @@ int handler(int type, int par1, int) {
     case EVT_KEYPRESS:
         return key_pressed(par1);
     case EVT_EXIT:
-        CloseFont(font);
+        font.reset();
         return 1;
     default:
         return 0;
@@ -146,6 +146,5 @@ int handler(int type, int par1, int) {
 } // namespace
 
 int main() {
-    KelvaneMain(handler);
-    return 1; // only reached when the screen could not be opened
+    return kelvane::run(handler);
 }

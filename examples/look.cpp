@@ -269,7 +269,7 @@ void open_context_menu() {
 
 void open_grid() {
     static const char *names[] = {"icon_information", "icon_question", "icon_warning"};
-    static ibitmap *icons[std::size(names)];
+    static kelvane::Bitmap icons[std::size(names)];
     static const ibitmap *pictures[9];
     static const imenu cells[] = {
         {ITEM_ACTIVE, 1, "Library", nullptr},  {ITEM_ACTIVE, 2, "Search in all books", nullptr},
@@ -277,9 +277,9 @@ void open_grid() {
         {ITEM_ACTIVE, 5, "Pictures", nullptr}, {ITEM_INACTIVE, 6, "Network", nullptr},
         {ITEM_ACTIVE, 7, "Settings", nullptr}, {ITEM_ACTIVE, 8, "Help", nullptr},
         {ITEM_ACTIVE, 9, "Off", nullptr},      {}};
-    for (size_t i = 0; i < std::size(names); i++)
-        if (!icons[i]) icons[i] = GetResource(names[i], nullptr);
-    for (size_t i = 0; i < std::size(pictures); i++) pictures[i] = icons[i % std::size(names)];
+    for (size_t i = 0; i < std::size(names); i++) icons[i].reset(GetResource(names[i], nullptr));
+    for (size_t i = 0; i < std::size(pictures); i++)
+        pictures[i] = icons[i % std::size(names)].get();
     OpenMenu3x3(cells, pictures, 1, nothing_chosen);
 }
 

@@ -20,7 +20,9 @@
 #ifndef KELVANE_HPP
 #define KELVANE_HPP
 
+#include <cstddef>
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -53,6 +55,9 @@ struct FreeBitmap {
 };
 struct CloseConfig {
     void operator()(iconfig *config) const { ::CloseConfig(config); }
+};
+struct FreeWords {
+    void operator()(char **words) const { freeWordsWithPrefix(words); }
 };
 
 } // namespace detail
@@ -150,6 +155,114 @@ class Config : public std::unique_ptr<iconfig, detail::CloseConfig> {
         (*static_cast<std::map<std::string, std::string> *>(all))[name];
         return 0;
     }
+};
+
+/** The words of the open dictionary that start with a prefix, for a loop. */
+class WordList : public std::unique_ptr<char *, detail::FreeWords> {
+  public:
+    using unique_ptr::unique_ptr;
+    /** GetWordListWithPrefix(); "" starts all words. */
+    static WordList with_prefix(const char *prefix) {
+        return WordList(GetWordListWithPrefix(prefix));
+    }
+    const char *const *begin() const { return get(); }
+    const char *const *end() const {
+        const char *const *last = get();
+        while (last && *last) ++last;
+        return last;
+    }
+    std::size_t size() const { return static_cast<std::size_t>(end() - begin()); }
+};
+
+// --- dictionaries
+
+/** EnumDictionaries(). */
+inline std::vector<std::string> dictionary_names() {
+    std::vector<std::string> names;
+    for (const char *const *name = EnumDictionaries(); name && *name; ++name)
+        names.emplace_back(*name);
+    return names;
+}
+
+/** A word of a dictionary, and what it means. */
+struct DictionaryEntry {
+    std::string word, translation;
+};
+
+/** Goes from word to word by LookupNext(). */
+class DictionaryIterator {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = DictionaryEntry;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const DictionaryEntry *;
+    using reference = const DictionaryEntry &;
+
+    /** Behind the last word. */
+    DictionaryIterator() = default;
+    /** At the word that LookupWord() finds; null: at the first one. */
+    explicit DictionaryIterator(const char *word) { take(LookupWord, word); }
+
+    reference operator*() const { return *entry_; }
+    pointer operator->() const { return &*entry_; }
+    DictionaryIterator &operator++() {
+        take(LookupNext);
+        return *this;
+    }
+    DictionaryIterator operator++(int) {
+        DictionaryIterator before = *this;
+        ++*this;
+        return before;
+    }
+    friend bool operator==(const DictionaryIterator &a, const DictionaryIterator &b) {
+        return a.entry_.has_value() == b.entry_.has_value();
+    }
+    friend bool operator!=(const DictionaryIterator &a, const DictionaryIterator &b) {
+        return !(a == b);
+    }
+
+  private:
+    template <class LookUp, class... Word>
+    void take(LookUp look_up, Word... from) {
+        char *word, *translation;
+        entry_.reset();
+        if (look_up(from..., &word, &translation) != DICT_NONE) entry_ = {word, translation};
+    }
+    std::optional<DictionaryEntry> entry_;
+};
+
+/** Words that follow each other, for a loop. */
+struct DictionaryRange {
+    DictionaryIterator first;
+    DictionaryIterator begin() const { return first; }
+    DictionaryIterator end() const { return {}; }
+};
+
+/**
+ * OpenDictionary(), and CloseDictionary() at the end; false when it could not be opened. One is
+ * open at a time, and has one current word: a loop goes through once, and a look-up within it leads
+ * on from where that ended.
+ *
+ *     const kelvane::Dictionary german("English-German");
+ *     for (const auto &[word, translation] : german.words()) ...
+ */
+class Dictionary {
+  public:
+    explicit Dictionary(const char *name) : is_open_(OpenDictionary(name) != 0) {}
+    ~Dictionary() {
+        if (is_open_) CloseDictionary();
+    }
+    Dictionary(const Dictionary &) = delete;
+    Dictionary &operator=(const Dictionary &) = delete;
+
+    explicit operator bool() const { return is_open_; }
+    /** All words. */
+    DictionaryRange words() const { return {DictionaryIterator(nullptr)}; }
+    /** The words from the one that LookupWord() finds on; none when it finds none. */
+    DictionaryRange words_from(const char *word) const { return {DictionaryIterator(word)}; }
+
+  private:
+    const bool is_open_;
 };
 
 // --- guards: what is current changes, and is as before at the end of the scope

@@ -30,20 +30,13 @@ std::vector<Word> words;
 int selected = 0;
 irect page; // where the words were laid out
 
-struct Font {
-    ifont *font;
-    explicit Font(int size) : font(OpenFont("default", size, 1)) { SetFont(font, BLACK); }
-    Font(const Font &) = delete;
-    Font &operator=(const Font &) = delete;
-    ~Font() { CloseFont(font); }
-};
-
 int text_size() {
     return size_of(Type::body) * 6 / 5;
 }
 
 void lay_out(const irect &area) {
-    const Font font(text_size());
+    const kelvane::Font font("default", text_size());
+    font.use(BLACK);
     const int leading = 7 * text_size() / 5, blank = StringWidth(" ");
     page = area;
     words.clear();
@@ -72,7 +65,8 @@ void draw_word(int index) {
 
 void draw(const irect &area) {
     lay_out(area);
-    const Font font(text_size());
+    const kelvane::Font font("default", text_size());
+    font.use(BLACK);
     for (int i = 0; i < int(words.size()); i++) draw_word(i);
 }
 
@@ -91,7 +85,8 @@ void look_up(int index, void (*open)(const char *, const irect *)) {
     open_dictionary();
     Word word = words[size_t(index)];
     while (!word.text.empty() && is_sign(word.text.back())) word.text.pop_back();
-    const Font font(text_size());
+    const kelvane::Font font("default", text_size());
+    font.use(BLACK);
     word.place.w = StringWidth(word.text.c_str());
     open(word.text.c_str(), &word.place);
 }

@@ -74,9 +74,9 @@ void open_to_the_left() {
 }
 
 void open_with_icons() {
-    static ibitmap *icon = GetResource("close", nullptr);
+    static const kelvane::Bitmap icon(GetResource("close", nullptr));
     static imenuex items[] = {
-        {ITEM_ACTIVE, 41, "Close the book", nullptr, icon, nullptr, nullptr},
+        {ITEM_ACTIVE, 41, "Close the book", nullptr, icon.get(), nullptr, nullptr},
         {ITEM_ACTIVE, 42, "Without an icon", nullptr, nullptr, nullptr, nullptr},
         {}};
     const irect r = opener();
@@ -97,9 +97,12 @@ void open_grid() {
                             {ITEM_HIDDEN | ITEM_ACTIVE, 58, "Hidden", nullptr},
                             {ITEM_ACTIVE, 59, "Last", nullptr},
                             {}};
+    static kelvane::Bitmap icons[std::size(names)];
     static const ibitmap *pictures[std::size(names)];
-    for (size_t i = 0; i < std::size(names); i++)
-        if (!pictures[i]) pictures[i] = GetResource(names[i], nullptr);
+    for (size_t i = 0; i < std::size(names); i++) {
+        icons[i].reset(GetResource(names[i], nullptr));
+        pictures[i] = icons[i].get();
+    }
     OpenMenu3x3(cells, pictures, 0, note_answer);
 }
 

@@ -9,6 +9,7 @@ void reset() {
     reset_selection();
     reset_frames();
     reset_caption();
+    reset_panel();
 }
 
 } // namespace chrome

@@ -11,5 +11,6 @@ void reset_borders();
 void reset_selection();
 void reset_frames();
 void reset_caption();
+void reset_panel();
 
 } // namespace chrome

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "chrome/panel.h"
+#include "internal.h"
 #include "kelvane/events.h"
 #include "kelvane/theme.h"
 
@@ -61,12 +63,22 @@ int theme_length(const char *name, int deflt) {
     return std::clamp(GetThemeInt(name, deflt), -longest_length, longest_length);
 }
 
-// No status panel stands in this build, so the theme alone says how high it is.
+namespace {
+
+// Where the device or the application decides on the status panel, its own height goes before what
+// the theme says of it.
+int rows_below() {
+    const bool theme_decides = chrome::panel_follows_theme() && kvstate.panel_position != 1;
+    return theme_decides ? theme_length("panel.height", -1) : PanelHeight();
+}
+
+} // namespace
+
 Measures measures_with(const ibitmap *icon) {
     return {.screen_w = ScreenWidth(),
             .screen_h = ScreenHeight(),
             .spacing = theme_length("dialog.frame.spacing", 65),
-            .below = theme_length("panel.height", -1),
+            .below = rows_below(),
             .raised = theme_length("dialog.window.indent.vertical", 0),
             .bar_w = std::max(theme_length("progressbar.width", 266), 0),
             .icon_w = icon ? icon->width : 0,

@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdio>
 
+#include "hw_linux/clock.h"
 #include "hw_linux/device.h"
 #include "hw_linux/input.h"
 #include "hw_linux/picture.h"
@@ -45,6 +46,9 @@ bool perform(const Action &action, const char *script) {
         std::fprintf(stderr, "%s:%d: await: %s was not shown\n", script, action.line,
                      action.file.c_str());
         return false;
+    case Verb::clock:
+        set_wall_clock(action.time_s);
+        break;
     case Verb::close:
         window_closed();
     }

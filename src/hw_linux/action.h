@@ -7,7 +7,7 @@
 
 namespace hw {
 
-enum class Verb { key, pointer, raw, command, frame, await, close };
+enum class Verb { key, pointer, raw, command, frame, await, clock, close };
 
 struct Action {
     Verb verb = Verb::raw;
@@ -15,6 +15,7 @@ struct Action {
     // key: type, par1 = bit of the key table. pointer: type and panel pixels. raw: as it is.
     // command: par1.
     int type = 0, mod = 0, par1 = 0, par2 = 0;
+    int64_t time_s = 0;    // clock: of the wall clock
     std::string file = {}; // frame: where the picture goes; await: the name of a task
     int line = 0;          // of the script, from 1; 0 for what stands in none
 };

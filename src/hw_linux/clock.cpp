@@ -12,6 +12,7 @@
 #include "hw_linux/input.h"
 #include "hw_linux/player.h"
 #include "hw_linux/recorder.h"
+#include "hw_linux/services/state.h"
 #include "hw_linux/tasks/session.h"
 
 namespace hw {
@@ -51,6 +52,11 @@ void spend_time(int64_t us) {
     if (device()) device()->spend(us);
 }
 
+void set_wall_clock(int64_t s) {
+    services().clock_ahead_us = s * 1000000 - boot_time_us();
+    services().clock_is_set = true;
+}
+
 void set_horizon(int64_t us) {
     horizon_us = us;
 }
@@ -64,7 +70,13 @@ bool has_horizon() {
 using namespace hw;
 
 void hw_gettime(timeval *tv) {
-    if (tv) gettimeofday(tv, nullptr);
+    if (!tv) return;
+    if (!services().clock_is_set) {
+        gettimeofday(tv, nullptr);
+        return;
+    }
+    const int64_t now_us = boot_time_us() + services().clock_ahead_us;
+    *tv = {now_us / 1000000, now_us % 1000000};
 }
 
 long long hw_boottime() {

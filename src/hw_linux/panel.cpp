@@ -237,10 +237,32 @@ unsigned blend_two_thirds(const uint8_t *line, const uint8_t *next, int x, int n
     return (4u * line[x] + 2u * line[neighbour] + 2u * next[x] + next[neighbour]) / 9u;
 }
 
+// Rows that lie next to each other on the panel too.
+void paint(const PanelView &view, const icanvas &canvas, Span x, Span y,
+           const PixelBuffer &pixels) {
+    if (x.first >= x.end || y.first >= y.end) return;
+    const Cells columns = make_cells(view, canvas, x, Axis::column, pixels);
+    const Cells rows = make_cells(view, canvas, y, Axis::row, pixels);
+    switch (view.zoom) {
+    case Zoom::full:
+        return paint_full(view, canvas, columns, rows, pixels);
+    case Zoom::half:
+        return paint_cells(canvas, columns, rows, pixels, blend_half);
+    case Zoom::two_thirds:
+        return paint_cells(canvas, columns, rows, pixels, blend_two_thirds);
+    }
+}
+
+// Rows move up or down; those that leave the canvas at one side come back at the other.
+int64_t shifted(int64_t y, int rows, int height) {
+    if (y < 0 || y >= height) return y;
+    return (y + rows + height) % height;
+}
+
 } // namespace
 
 Point to_panel(const PanelView &view, const icanvas &canvas, Point pixel) {
-    const int64_t x = pixel.x, y = pixel.y + view.shift_rows;
+    const int64_t x = pixel.x, y = shifted(pixel.y, view.shift_rows, canvas.height);
     switch (view.turn) {
     case 1:
         return {canvas.height - y, x};
@@ -268,7 +290,7 @@ Point from_panel(const PanelView &view, const icanvas &canvas, Point panel) {
     default:
         break;
     }
-    pixel.y -= view.shift_rows;
+    pixel.y = shifted(pixel.y, -view.shift_rows, canvas.height);
     return pixel;
 }
 
@@ -276,17 +298,9 @@ void eink_waveform(const PanelView &view, const icanvas &canvas, const irect &ar
                    const PixelBuffer &pixels) {
     const Span x = clip_span(area.x, area.w, canvas.width);
     const Span y = clip_span(area.y, area.h, canvas.height);
-    if (x.first >= x.end || y.first >= y.end) return;
-    const Cells columns = make_cells(view, canvas, x, Axis::column, pixels);
-    const Cells rows = make_cells(view, canvas, y, Axis::row, pixels);
-    switch (view.zoom) {
-    case Zoom::full:
-        return paint_full(view, canvas, columns, rows, pixels);
-    case Zoom::half:
-        return paint_cells(canvas, columns, rows, pixels, blend_half);
-    case Zoom::two_thirds:
-        return paint_cells(canvas, columns, rows, pixels, blend_two_thirds);
-    }
+    const int last = canvas.height - std::clamp(view.shift_rows, 0, canvas.height);
+    paint(view, canvas, x, {y.first, std::min(y.end, last)}, pixels);
+    paint(view, canvas, x, {std::max(y.first, last), y.end}, pixels);
 }
 
 } // namespace hw

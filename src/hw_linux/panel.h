@@ -12,7 +12,7 @@ namespace hw {
 struct PanelView {
     Zoom zoom;
     int turn;       // 0 upright, 1 by 90 degrees, 2 by 270, 3 by 180
-    int shift_rows; // the framebuffer starts this many rows further down
+    int shift_rows; // so many rows from its foot are shown above the others
 };
 
 struct Point {

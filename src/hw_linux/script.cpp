@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <ctime>
 #include <iterator>
 #include <limits>
 #include <set>
@@ -261,6 +262,15 @@ class Parser {
         for (const char *at = text.data(), *end = at + text.size(); at < end;)
             add({.verb = Verb::raw, .type = typed_character, .par1 = utf8::next(at, end)});
     }
+    // Local time.
+    void clock(Line &line) {
+        const std::string date(line.word()), time(line.word());
+        tm parts{};
+        const char *end = strptime((date + ' ' + time).c_str(), "%Y-%m-%d %H:%M", &parts);
+        parts.tm_isdst = -1;
+        if (!end || *end) line.fail("a date and a time are meant, such as 2025-03-21 09:41");
+        add({.verb = Verb::clock, .time_s = std::mktime(&parts)});
+    }
     void close(Line &) { add({.verb = Verb::close}); }
     void quit(Line &) { add_command(command_quit); }
 };
@@ -274,7 +284,8 @@ const Parser::Rule Parser::rules[] = {
     {"menu", &Parser::menu},   {"command", &Parser::command},
     {"frame", &Parser::frame}, {"orientation", &Parser::orientation},
     {"type", &Parser::type},   {"await", &Parser::await},
-    {"close", &Parser::close}, {"quit", &Parser::quit},
+    {"clock", &Parser::clock}, {"close", &Parser::close},
+    {"quit", &Parser::quit},
 };
 
 void Parser::read(Line &line) {

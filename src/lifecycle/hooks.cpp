@@ -5,19 +5,22 @@
 #include <cstring>
 #include <thread>
 
-#include "chrome/panel.h"
 #include "config/hooks.h"
 #include "file/hooks.h"
 #include "ground/message.h"
+#include "hourglass/hourglass.h"
 #include "hw.h"
 #include "hw_seam.h"
 #include "internal.h"
 #include "kelvane/dialogs.h"
 #include "kelvane/languages.h"
+#include "kelvane/panel.h"
 #include "kelvane/theme.h"
 #include "kelvane/updates.h"
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/capture.h"
+#include "panel/panel.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
 #include "runtime/tasks.h"
@@ -52,6 +55,7 @@ bool change_theme(const char *name) {
     if (std::strlen(name) >= sizeof kvstate.theme || !is_among(EnumThemes(), name)) return false;
     std::strcpy(kvstate.theme, name);
     OpenTheme(name);
+    kvstate.panel_position = GetThemeInt("panel_position", 0);
     Repaint();
     return true;
 }
@@ -96,8 +100,13 @@ void install_hooks() {
     file_hooks.pause = pass_time;
     text::hooks.is_rtl = IsRTL;
     message_hooks.show = Message;
+    screens.hourglass = hourglass::show_at_exit;
+    screens.panel_pointer = panel::pointer;
+    screens.refresh_panel = panel::refresh;
+    screens.draw_panel = panel::draw_for_update;
     screens.show_keylock_icon = keylock::show_icon;
     screens.restore_under_icon = keylock::restore_under_icon;
+    screens.scroll_area_pointer = lists::keep_capture;
 }
 
 void remove_hooks() {

@@ -7,9 +7,11 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
+#include "config_editor/editor.h"
 #include "dialogs/stack.h"
 #include "dictionary_view/view.h"
 #include "ground/guard.h"
+#include "hourglass/hourglass.h"
 #include "hw.h"
 #include "internal.h"
 #include "kelvane/config.h"
@@ -21,8 +23,10 @@
 #include "lang/translations.h"
 #include "lifecycle/hooks.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/look.h"
 #include "menus/stack.h"
 #include "pager/pager.h"
+#include "panel/panel.h"
 #include "runtime/handlers.h"
 #include "runtime/input.h"
 #include "runtime/interface_flags.h"
@@ -33,6 +37,7 @@
 #include "runtime/timers.h"
 #include "runtime/updates.h"
 #include "runtime/wake.h"
+#include "selectors/screen.h"
 #include "tasks/messages.h"
 #include "text/text.h"
 #include "theme/opened.h"
@@ -160,12 +165,17 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    config_editor::reset();
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();
+    selectors::reset();
+    lists::drop_look();
     dialogs::reset();
     keylock::reset();
     pager::reset();
+    panel::reset();
+    hourglass::reset();
     tasks::reset();
     chrome::reset();
     theme::reset();

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <optional>
 
-#include "hw.h"
 #include "kelvane/languages.h"
 #include "raster/bitmap.h"
+#include "theme/circumstances.h"
 
 namespace menus {
 namespace {
@@ -56,18 +56,10 @@ LookPtr make_look(const icontext_menu_properties *properties) {
     return look;
 }
 
-// What the look of the theme depends on.
-struct Circumstances {
-    unsigned theme = theme::theme_number();
-    int dpi = device_display_dpi();
-    bool is_landscape = theme::is_landscape();
-    bool is_rtl = IsRTL() != 0;
-    bool operator==(const Circumstances &) const = default;
-};
-
 // Never destroyed: an application that just exits leaves its fonts to the system.
 struct Kept {
-    std::optional<Circumstances> when; // read late: statics of other sources may not be made yet
+    std::optional<theme::Circumstances>
+        when; // read late: statics of other sources may not be made yet
     LookPtr look;
 };
 Kept &kept = *new Kept;
@@ -76,7 +68,7 @@ Kept &kept = *new Kept;
 
 LookPtr load_look(const icontext_menu_properties *properties) {
     if (properties) return make_look(properties);
-    const Circumstances now;
+    const theme::Circumstances now;
     if (!kept.look || kept.when != now) kept = {now, make_look(nullptr)};
     return kept.look;
 }

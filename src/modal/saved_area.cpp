@@ -48,6 +48,17 @@ bool SavedArea::save(const irect &area, const irect &covered) {
     return true;
 }
 
+bool SavedArea::is_on_screen() const {
+    const icanvas *screen = kvstate.framebuffer;
+    if (!pixels_ || !screen || orientation_ != kvstate.orientation) return false;
+    bool is_same = true;
+    for_each_row(*screen, area_, pixels_.get(),
+                 [&](const uint8_t *row, const uint8_t *kept, size_t n) {
+                     is_same = is_same && std::memcmp(row, kept, n) == 0;
+                 });
+    return is_same;
+}
+
 bool SavedArea::restore() {
     cover_.drop();
     const auto pixels = std::exchange(pixels_, nullptr);

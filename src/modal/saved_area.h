@@ -20,6 +20,8 @@ class SavedArea {
     bool save(const irect &area) { return save(area, area); }
     // Draws it back, once; false when nothing is kept, or the screen was turned since.
     bool restore();
+    // Whether the screen still shows there what was saved, to the last bit.
+    bool is_on_screen() const;
     // Leaves on the screen what is there.
     void drop();
 

@@ -19,7 +19,7 @@ struct Closer {
     kv_handler handler;
     void (*close)();
 };
-std::array<Closer, 8> closers; // more than there are kinds of components; the rest is empty
+std::array<Closer, 16> closers; // more than there are kinds of components; the rest is empty
 
 void remember(const Closer &closer) {
     const auto place = std::find_if(closers.begin(), closers.end() - 1, [&](const Closer &c) {
@@ -28,15 +28,23 @@ void remember(const Closer &closer) {
     *place = closer;
 }
 
-// Does nothing under a handler of the application.
-void close_top() {
+// That of the component on top; null under a handler of the application.
+const Closer *find_top() {
     const auto top = std::find_if(closers.begin(), closers.end(), [](const Closer &c) {
         return c.handler && c.handler == GetEventHandler();
     });
-    if (top != closers.end()) top->close();
+    return top == closers.end() ? nullptr : &*top;
+}
+
+void close_top() {
+    if (const Closer *top = find_top()) top->close();
 }
 
 } // namespace
+
+bool is_open() {
+    return find_top() != nullptr;
+}
 
 void Takeover::take_input(kv_handler handler, int flags, void (*close)()) {
     remember({handler, close});

@@ -13,6 +13,9 @@
 
 namespace modal {
 
+// Whether the current handler is a component's, above the application.
+bool is_open();
+
 class Takeover {
   public:
     SavedArea under; // what the component covers

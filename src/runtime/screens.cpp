@@ -46,6 +46,7 @@ constexpr ScreenHooks defaults = {
     .scroll_area_pointer = [](int, int, int) { return false; },
     .panel_pointer = [](int, int, int) { return false; },
     .refresh_panel = [] {},
+    .draw_panel = [](int, int, int, int) {},
     .show_keylock_icon = [] { return false; },
     .restore_under_icon = [] {},
     .key_action = default_key_action,

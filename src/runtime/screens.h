@@ -24,6 +24,8 @@ struct ScreenHooks {
     bool (*scroll_area_pointer)(int type, int x, int y);
     bool (*panel_pointer)(int type, int x, int y);
     void (*refresh_panel)();
+    // Draws the status panel where an update is about to show an area of the screen.
+    void (*draw_panel)(int x, int y, int w, int h);
 
     // The key-lock icon: draws it over the screen, true when the screen must be put back; and puts
     // it back.

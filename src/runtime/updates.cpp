@@ -92,6 +92,7 @@ class KeylockIcon {
 };
 
 int show(const char *cause, const Area &a, int mode, Dynamic dynamic) {
+    screens.draw_panel(a.x, a.y, a.w, a.h);
     hw::set_update_cause(cause);
     if (dynamic != DYNAMIC_OFF) hw_switch_dynamic(dynamic);
     const night::Turned turned({a.x, a.y, a.w, a.h});
@@ -188,6 +189,7 @@ void full_update_with(const char *cause, int (*device_update)()) {
     state.in_a2_update = false;
     task_reset_update_counter();
     extend_wake_time(update_wake_ms());
+    screens.draw_panel(0, 0, ScreenWidth(), ScreenHeight());
     hw::set_update_cause(cause);
     {
         const KeylockIcon icon;

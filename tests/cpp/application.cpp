@@ -5,10 +5,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
+
+#if __cplusplus >= 202002L
+#include <ranges>
+#endif
 
 #include <kelvane.hpp>
 
@@ -75,6 +81,33 @@ void check_pages() {
     check(starts[1] == 6 && starts[1999] == 1999 * 6, "where they start");
 }
 
+#if __cplusplus >= 202002L
+static_assert(std::input_iterator<kelvane::DictionaryIterator> &&
+              std::ranges::input_range<kelvane::DictionaryRange> &&
+              std::ranges::input_range<kelvane::WordList>);
+#endif
+
+// Writes every word into a file.
+void check_dictionaries() {
+    check(!kelvane::Dictionary("none") && LookupCurrent(nullptr, nullptr) == DICT_NONE, "no such");
+    check(kelvane::dictionary_names() == std::vector<std::string>{"English-German"}, "names");
+    const kelvane::Dictionary german("English-German");
+    std::FILE *file = std::fopen("words", "w");
+    for (const auto &[word, translation] : german.words()) {
+        std::fprintf(file, "%s\n", word.c_str());
+        check(!translation.empty(), "a translation");
+    }
+    std::fclose(file);
+    const auto listed = kelvane::WordList::with_prefix("c");
+    auto word = german.words_from("c").begin();
+    for (const char *one : listed) check(one == word++->word, "the list and the range agree");
+    check(listed.size() > 5 && word != kelvane::DictionaryIterator(), "words go on behind them");
+    check(kelvane::WordList::with_prefix("qqq").size() == 0 && kelvane::WordList().size() == 0,
+          "no words");
+    const auto all = german.words(), none = german.words_from("1");
+    check(std::distance(all.begin(), all.end()) > 20 && none.begin() == none.end(), "all and none");
+}
+
 class Application {
   public:
     Application() : picture_(BitmapFromScreen(0, 0, 20, 10)) {
@@ -102,6 +135,8 @@ class Application {
     void draw() {
         check_guards();
         check_pages();
+        check_dictionaries();
+        check(LookupCurrent(nullptr, nullptr) == DICT_NONE, "the dictionary is closed");
         picture_.draw(5, 5);
         Bitmap moved = std::move(picture_);
         moved.set_transparent(15);

@@ -42,6 +42,9 @@ std::string describe(const hw::Action &a) {
     case hw::Verb::await:
         text += "await " + a.file;
         break;
+    case hw::Verb::clock:
+        text += "clock", add({static_cast<int>(a.time_s % 3600)});
+        break;
     case hw::Verb::close:
         text += "close";
         break;
@@ -117,6 +120,8 @@ TEST(Script, MistakesAreNamedWithTheirLine) {
         {"type", "!1: a text is missing"},
         {"await", "!1: the name of a task is missing"},
         {"await my task", "await my task; "},
+        {"clock 2025-03-21 09:41", "clock 2460; "},
+        {"clock 2025-03-21", "!1: a date and a time are meant, such as 2025-03-21 09:41"},
         {"touch -1 down 0 0", "!1: out of range: -1 ("},
     };
     for (const auto &c : cases) {

@@ -84,6 +84,7 @@ constexpr Known known[] = {
     {"header.font", Kind::font},
     {"header.margin.left", Kind::title_margin},
     {"header.margin.right", Kind::length},
+    {"hourglass.exit", Kind::number},
     {"hwconfig", Kind::text},
     {"keyboard.transparent.screen", Kind::number},
     {"menu.color.disabled", Kind::color},

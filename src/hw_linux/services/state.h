@@ -2,6 +2,7 @@
 // What the emulated services remember. Application thread only.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace hw {
@@ -10,6 +11,8 @@ struct ServiceState {
     bool keys_locked = false;
     bool sensor_on = true;
     bool storage_ready = true;
+    int64_t clock_ahead_us = 0; // of the boot clock: what time it is for the device
+    bool clock_is_set = false;  // else it is the time of the wall clock
     bool wifi_on = false, bluetooth_on = false;
     bool light_on = false;
     int light_percent = 50;

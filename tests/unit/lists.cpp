@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+// Lists as parts of a page: what keys and fingers do, and what it costs.
+#include <climits>
+#include <gtest/gtest.h>
+
+#include "lists_support.h"
+
+using namespace list_test;
+
+namespace {
+
+const irect place = {0, 96, 600, 600, 0}; // 12 plain rows without a strip, 11 above one
+
+class Lists : public list_test::Test {
+  protected:
+    ~Lists() override { SelectionList_Destroy(list); }
+    void make(const ilistrows &r) {
+        SelectionList_Destroy(list);
+        list = SelectionList_Create(&r);
+        SelectionList_SetRect(list, &place);
+        SelectionList_Draw(list);
+        headless::on_event([this](int type, int p1, int p2) {
+            return SelectionList_HandleEvent(list, type, p1, p2);
+        });
+        headless::clear_updates();
+    }
+    int selected() const { return SelectionList_GetSelected(list); }
+    int page() const { return SelectionList_GetPage(list); }
+    iselectionlist *list = nullptr;
+};
+
+TEST_F(Lists, EveryKeyDoesWhatItSays) {
+    const struct {
+        std::vector<int> keys;
+        const char *told;
+    } cases[] = {
+        {{KEY_DOWN, KEY_DOWN, KEY_OK}, "selected:1 selected:2 chosen:2 "},
+        {{KEY_UP}, "selected:99 "},
+        {{KEY_UP, KEY_DOWN}, "selected:99 selected:0 "},
+        {{KEY_DOWN, KEY_RIGHT, KEY_NEXT2, KEY_LEFT, KEY_MENU},
+         "selected:1 selected:12 selected:23 selected:12 context:12 "},
+        {{KEY_PREV, KEY_PREV2, KEY_LEFT}, ""},
+        {{KEY_UP, KEY_NEXT, KEY_RIGHT}, "selected:99 "},
+        {{KEY_BACK, KEY_HOME, KEY_PLUS, KEY_MUSIC}, ""},
+    };
+    for (const auto &c : cases) {
+        make(rows(100));
+        press_all(c.keys);
+        EXPECT_EQ(take_told(), c.told);
+    }
+    make(rows(100));
+    hold(KEY_OK, 1200);
+    EXPECT_EQ(take_told(), "context:0 ");
+    hold(KEY_DOWN, 1200);
+    EXPECT_EQ(take_told(), "selected:1 selected:12 ") << "a page when held";
+    hold(KEY_NEXT, 1200);
+    EXPECT_EQ(take_told(), "selected:23 selected:99 ") << "ten pages, or the end";
+}
+
+TEST_F(Lists, FingersChooseAndTurnPages) {
+    make(rows(100));
+    headless::tap(300, 96 + 48 * 3 + 20);
+    EXPECT_EQ(take_told(), "chosen:3 ");
+    swipe(300, 600, 300, 300);
+    EXPECT_EQ(take_told(), "selected:14 ");
+    swipe(100, 300, 400, 310);
+    EXPECT_EQ(take_told(), "selected:3 ");
+    headless::tap(500, 680);
+    EXPECT_EQ(take_told(), "selected:14 ");
+    headless::tap(300, 680);
+    EXPECT_EQ(take_told(), "counter:1 ");
+    headless::tap(100, 680);
+    EXPECT_EQ(take_told(), "selected:3 ");
+    headless::pointer(EVT_POINTERDOWN, 300, 100);
+    headless::advance(500);
+    headless::pointer(EVT_POINTERUP, 300, 100);
+    EXPECT_EQ(take_told(), "context:0 ");
+    headless::tap(300, 50);
+    swipe(300, 50, 300, 500);
+    EXPECT_EQ(take_told(), "") << "beside the list";
+    AddTranslation("x", "y");
+    write_file("system/language/xx.txt", "Language\n%RTL\n");
+    LoadLanguage("xx");
+    swipe(100, 300, 400, 310);
+    EXPECT_EQ(take_told(), "selected:11 ") << "the other way round";
+    headless::tap(500, 680);
+    EXPECT_EQ(take_told(), "selected:0 ");
+    headless::press(KEY_LEFT);
+    EXPECT_EQ(take_told(), "selected:11 ");
+    LoadLanguage("en");
+}
+
+TEST_F(Lists, AStepShowsTwoRowsAndATurnThePageOnce) {
+    make(rows(100));
+    headless::press(KEY_DOWN);
+    ASSERT_EQ(boxes::update_calls(), "PartialUpdateBW ");
+    EXPECT_EQ(headless::updates()[0].h, 96);
+    headless::clear_updates();
+    headless::press(KEY_NEXT);
+    ASSERT_EQ(boxes::update_calls(), "PartialUpdate ");
+    EXPECT_EQ(headless::updates()[0].h, 600);
+}
+
+TEST_F(Lists, WhatIsShownIsWhatADrawnPageShows) {
+    headings = {0, 5, 6};
+    for (const int height : {int{LIST_PLAIN_ROWS}, int{LIST_COVER_ROWS}, 64}) {
+        make(rows(30, height));
+        for (const int key : {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_NEXT, KEY_UP,
+                              KEY_PREV, KEY_UP, KEY_UP, KEY_UP}) {
+            headless::press(key);
+            EXPECT_EQ(headings.count(selected()), 0U);
+            const std::vector<uint8_t> moved = screen();
+            SelectionList_Draw(list);
+            EXPECT_TRUE(screen() == moved) << height << " " << selected();
+        }
+    }
+}
+
+TEST_F(Lists, OnlyRowsInSightAreAskedFor) {
+    for (const int count : {100000, INT_MAX}) {
+        make(rows(count));
+        EXPECT_LE(fills, 12);
+        fills = 0;
+        headless::press(KEY_UP);
+        EXPECT_EQ(selected(), count - 1);
+        EXPECT_EQ(page(), SelectionList_GetPageCount(list) - 1);
+        press_all({KEY_NEXT, KEY_PREV, KEY_NEXT});
+        SelectionList_SetPage(list, INT_MAX / 4);
+        SelectionList_SetPage(list, -5);
+        EXPECT_EQ(page(), 0);
+        EXPECT_LE(fills, 5 * 16);
+        fills = 0;
+    }
+}
+
+TEST_F(Lists, AnyNumberOfRowsAndAnyPlaceIsHarmless) {
+    for (const int count : {0, 1, -1, INT_MIN, 12, 13, INT_MAX})
+        for (const irect &r :
+             {irect{}, irect{-50, -50, 100, 100, 0}, irect{0, 0, 600, 800, 0}, irect{9, 9, 3, 3, 0},
+              irect{INT_MIN, INT_MAX, INT_MAX, INT_MAX, 0}, irect{0, 0, -5, INT_MIN, 0}}) {
+            make(rows(count, count == 13 ? INT_MAX : count == 12 ? 1 : INT_MIN));
+            SelectionList_SetRect(list, &r);
+            SelectionList_Draw(list);
+            press_all({KEY_UP, KEY_DOWN, KEY_NEXT, KEY_OK, KEY_MENU, KEY_PREV});
+            headless::tap(10, 10);
+            SelectionList_SetSelected(list, INT_MAX);
+            EXPECT_EQ(selected(), std::max(count, 0) - 1);
+            SelectionList_SetCount(list, 1);
+            SelectionList_SetPage(list, 3);
+            EXPECT_EQ(selected(), 0);
+        }
+    SelectionList_Destroy(nullptr);
+    SelectionList_Draw(nullptr);
+    EXPECT_EQ(SelectionList_HandleEvent(nullptr, EVT_KEYPRESS, KEY_OK, 0), 0);
+    EXPECT_EQ(SelectionList_GetSelected(nullptr), -1);
+    iselectionlist *none = SelectionList_Create(nullptr);
+    SelectionList_SetRect(none, nullptr);
+    SelectionList_Draw(none);
+    SelectionList_Destroy(none);
+}
+
+TEST_F(Lists, ACallbackMayDestroyItsList) {
+    for (const int key : {KEY_DOWN, KEY_NEXT, KEY_OK, KEY_MENU}) {
+        make(rows(100));
+        then = [this](int) { SelectionList_Destroy(std::exchange(list, nullptr)); };
+        headless::press(key);
+        EXPECT_EQ(list, nullptr);
+        then = nullptr;
+    }
+}
+
+} // namespace

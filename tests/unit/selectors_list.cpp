@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// Lists as screens: how they open above everything else, and how they go.
+#include <climits>
+#include <gtest/gtest.h>
+
+#include "kelvane/dialogs.h"
+#include "kelvane/keyboard.h"
+#include "kelvane/menus.h"
+#include "lists_support.h"
+
+using namespace list_test;
+
+namespace {
+
+class OpenedList : public list_test::Test {
+  protected:
+    static int open(int count = 100, const irect &place = {}, int flags = 0) {
+        ilist list{};
+        list.title = "Title";
+        list.place = place;
+        list.flags = flags;
+        list.rows = rows(count);
+        return OpenList(&list);
+    }
+    void expect_closed() const {
+        headless::advance(1);
+        EXPECT_EQ(GetEventHandler(), headless::handler());
+        EXPECT_TRUE(screen() == before);
+    }
+};
+
+TEST_F(OpenedList, OpensChoosesAndLeavesThePageWhole) {
+    const int list = open();
+    ASSERT_GT(list, 0);
+    EXPECT_EQ(boxes::update_calls(), "FullUpdate ");
+    press_all({KEY_DOWN, KEY_NEXT, KEY_OK, KEY_MENU});
+    EXPECT_EQ(take_told(), "selected:1 selected:15 chosen:15 context:15 ");
+    EXPECT_EQ(GetListRow(list), 15);
+    headless::clear_events();
+    headless::press(KEY_BACK);
+    EXPECT_EQ(take_told(), "closed:15 ");
+    EXPECT_EQ(headless::events(), "RESTORE ");
+    expect_closed();
+    EXPECT_EQ(GetListRow(list), -1);
+    use_multi_touch();
+    open();
+    headless::tap(570, 20);
+    EXPECT_EQ(take_told(), "closed:0 ") << "the button in the title";
+    expect_closed();
+}
+
+TEST_F(OpenedList, RowsMayComeAndGo) {
+    const int list = open(0);
+    const std::vector<uint8_t> empty = screen();
+    press_all({KEY_OK, KEY_DOWN, KEY_MENU});
+    UpdateList(list, 100000);
+    SelectListRow(list, 50000);
+    EXPECT_EQ(GetListRow(list), 50000);
+    headless::press(KEY_UP);
+    EXPECT_EQ(take_told(), "selected:49999 ");
+    UpdateList(list, 20);
+    EXPECT_EQ(GetListRow(list), 19);
+    UpdateList(list, INT_MIN);
+    EXPECT_TRUE(screen() == empty);
+    CloseList(list);
+    CloseList(list);
+    UpdateList(list, 3);
+    SelectListRow(list, 3);
+    EXPECT_EQ(OpenList(nullptr), 0);
+    EXPECT_EQ(take_told(), "");
+    expect_closed();
+}
+
+TEST_F(OpenedList, ClosesWhatHasOpenedAboveIt) {
+    static const imenu menu[] = {{ITEM_ACTIVE, 1, "One", nullptr}, {}};
+    static char text[32];
+    const std::function<void()> openers[] = {
+        [] { Dialog(0, "", "Text", "Yes", "No", [](int) { told += "dialog "; }); },
+        [] { OpenMenu(const_cast<imenu *>(menu), 0, 50, 50, [](int) { told += "menu "; }); },
+        [] { OpenKeyboard("Name", text, 30, 0, [](char *) { told += "keyboard "; }); },
+        [] {
+            open(5, {100, 100, 300, 300, 0});
+        }};
+    for (const auto &above : openers) {
+        const int list = open();
+        then = [&](int) { above(); };
+        headless::press(KEY_OK);
+        then = nullptr;
+        EXPECT_EQ(take_told(), "chosen:0 ");
+        const std::vector<uint8_t> covered = screen();
+        UpdateList(list, 50);
+        EXPECT_TRUE(screen() == covered) << "it waits";
+        CloseList(list);
+        take_told();
+        expect_closed();
+    }
+    for (const auto &below : openers) {
+        below();
+        const int list = open();
+        headless::press(KEY_DOWN);
+        EXPECT_EQ(take_told(), "selected:1 ");
+        CloseDialog();
+        CloseContextMenu();
+        CloseKeyboard();
+        CloseList(list);
+        for (int i = 0; i < 3; ++i) CloseList(list - i);
+        take_told();
+        expect_closed();
+    }
+}
+
+TEST_F(OpenedList, MayBeClosedByItsOwnCallbackAndOpenedAgain) {
+    static int list;
+    for (const int key : {KEY_OK, KEY_DOWN, KEY_NEXT, KEY_MENU, KEY_BACK}) {
+        list = open();
+        then = [](int) {
+            then = nullptr;
+            CloseList(list);
+            list = open(3);
+        };
+        headless::press(key);
+        EXPECT_GT(list, 0);
+        CloseList(list);
+        take_told();
+        expect_closed();
+    }
+    int numbers[9];
+    for (int &number : numbers) number = open();
+    EXPECT_EQ(numbers[8], 0) << "above seven others";
+    CloseList(numbers[0]);
+    expect_closed();
+}
+
+TEST_F(OpenedList, IsLaidOutAnewWhenTheScreenIsTurned) {
+    int list = open(100, {}, LIST_TURNS);
+    headless::command(801);
+    EXPECT_EQ(ScreenWidth(), 800);
+    headless::press(KEY_NEXT);
+    EXPECT_EQ(take_told(), "selected:10 ");
+    headless::clear_events();
+    CloseList(list);
+    headless::advance(1);
+    EXPECT_EQ(headless::events(), "SHOW RESTORE ORIENTATION(1,0) ");
+    SetOrientation(0);
+    list = open();
+    headless::command(803);
+    EXPECT_EQ(ScreenWidth(), 600) << "that is for the application to do";
+    SetOrientation(2);
+    headless::advance(1);
+    Repaint();
+    headless::advance(1);
+    const std::vector<uint8_t> turned = screen();
+    CloseList(list);
+    open();
+    EXPECT_TRUE(screen() == turned);
+    headless::press(KEY_BACK);
+}
+
+} // namespace

@@ -67,7 +67,7 @@ void draw_item(const Item &item) {
 void draw(const irect &r, const Items &items) {
     const raster::ScreenScope screen;
     const text::FontScope font;
-    night::take_pictures({r.x, r.y, r.w, r.h});
+    night::Cover({r.x, r.y, r.w, r.h}).stay();
     const irect inside = without_rule(r);
     FillAreaRect(&r, BLACK);
     FillAreaRect(&inside, WHITE);

@@ -3,6 +3,7 @@
 #include "dictionary_support.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -161,9 +162,31 @@ TEST_F(Dictionaries, ListsFoldersAnewAndFindsNamesInAnyCase) {
                   std::string("dictionary '") + name + "' not found\n");
     EXPECT_EQ(current(), nothing); // the one before is closed
     EXPECT_EQ(OpenDictionary(nullptr), 0);
-    fs::create_directory("system/dictionaries/folder.dic");
-    EXPECT_EQ(said([] { EXPECT_EQ(OpenDictionary("folder"), 0); }),
-              "couldn't open dictionary file\n");
+    // What is no plain file is refused at once; nobody waits for the other end of a pipe.
+    const fs::path folder = "system/dictionaries";
+    fs::create_directory(folder / "folder.dic");
+    ASSERT_EQ(mkfifo((folder / "pipe.dic").c_str(), 0600), 0);
+    fs::create_symlink("/dev/zero", folder / "device.dic");
+    fs::create_symlink("nowhere", folder / "dangling.dic");
+    for (const char *name : {"folder", "pipe", "device", "dangling"})
+        EXPECT_EQ(said([&] { EXPECT_EQ(OpenDictionary(name), 0); }),
+                  "couldn't open dictionary file\n")
+            << name;
+}
+
+TEST_F(Dictionaries, FilesMayBeReplacedOrCutWhileTheyAreOpen) {
+    open(file_of(three_containers));
+    const fs::path path = "system/dictionaries/words.dic";
+    const std::string first = current();
+    fs::rename(path, "former");
+    install(file_of({{{"other", "x"}}}));
+    EXPECT_EQ(look(nullptr), first); // of the file that was opened
+    EXPECT_EQ(look("other"), nothing);
+    ASSERT_EQ(OpenDictionary("words"), 1);
+    write_file(path, "cut");
+    EXPECT_EQ(current(), nothing);
+    EXPECT_EQ(next(), nothing);
+    EXPECT_EQ(list(""), "");
 }
 
 TEST_F(Dictionaries, BringTheirKeyboards) {

@@ -126,16 +126,19 @@ void show_progress(size_t done, size_t all) {
         std::fprintf(stderr, "\rpacked %zu of %zu%s", done, all, done == all ? "\n" : "");
 }
 
-// The file is there when it is whole.
+// The file is there when it is whole. What is no plain file, such as a device, is written to and
+// stays what it is.
 void save(const fs::path &path, const std::string &bytes) {
-    const fs::path beside = path.string() + ".new";
-    std::ofstream out(beside, std::ios::binary);
+    std::error_code error;
+    const bool is_replaced = !fs::exists(path, error) || fs::is_regular_file(path, error);
+    const fs::path written = is_replaced ? path.string() + ".new" : path.string();
+    std::ofstream out(written, std::ios::binary);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     out.close();
-    std::error_code error;
-    if (out) fs::rename(beside, path, error);
+    error.clear();
+    if (out && is_replaced) fs::rename(written, path, error);
     if (out && !error) return;
-    fs::remove(beside, error);
+    if (is_replaced) fs::remove(written, error);
     throw std::runtime_error(path.string() + ": cannot be written");
 }
 

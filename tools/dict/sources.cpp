@@ -55,9 +55,11 @@ void read_line(std::span<char> line, size_t number, Source &source) {
 
 std::string read_file(const fs::path &path) {
     std::error_code error;
-    const auto size = fs::is_regular_file(path, error) ? fs::file_size(path, error) : 0;
+    if (!fs::is_regular_file(path, error))
+        fail(path, "cannot be read"); // to open a pipe would wait
+    const auto size = fs::file_size(path, error);
     std::ifstream in(path, std::ios::binary);
-    if (error || !in || !fs::is_regular_file(path)) fail(path, "cannot be read");
+    if (error || !in) fail(path, "cannot be read");
     if (size > largest_source) fail(path, "is larger than a gigabyte");
     std::string bytes(size, '\0');
     in.read(bytes.data(), static_cast<std::streamsize>(size));

@@ -134,7 +134,8 @@ int Manager::add(Descriptor &link, TaskRecord wanted) {
     next_task_ = std::max(next_task_, wanted.task == INT_MAX ? INT_MAX : wanted.task + 1);
     place_.set_next_task(next_task_);
     if (wanted.screen != TaskScreen::closed) wanted.screen = TaskScreen::not_yet;
-    clock_ = std::max(clock_, std::min(wanted.used, UINT64_MAX / 2));
+    wanted.used = std::min(wanted.used, UINT64_MAX / 2); // nobody stays ahead of all others
+    clock_ = std::max(clock_, wanted.used);
     {
         const Change change(*table_.get());
         record(place) = wanted;

@@ -10,8 +10,8 @@
 namespace text {
 
 RectLines::RectLines(int w, int h, Reader &text, int begin, int flags, Marks marks)
-    : text_(text), end_(int64_t{begin} + most_characters), flags_(flags), w_(w), h_(h),
-      linespacing_(kvstate.current_font->linespacing),
+    : text_(text), begin_(begin), end_(int64_t{begin} + most_characters), flags_(flags), w_(w),
+      h_(h), linespacing_(kvstate.current_font->linespacing),
       dots_width_(measure(dots.data(), dots.size())), marks_(marks) {}
 
 Line RectLines::next_line(int begin, int64_t used) {
@@ -185,7 +185,7 @@ int RectLines::skip_empty_lines(int at) {
     }
 }
 
-// Takes characters off the end until the dots fit. They may stand for the first one alone.
+// Takes characters off the end until the dots fit. They may stand for the first one of all.
 void RectLines::append_dots(Line &line) {
     int fitting = line.begin;
     int64_t width = 0, fitting_width = 0;
@@ -195,7 +195,7 @@ void RectLines::append_dots(Line &line) {
         if (width + dots_width_ <= w_ && !is_number_broken(line.begin, at))
             fitting = at, fitting_width = width;
     }
-    if (fitting < line.end) line.next = std::max(fitting, line.begin + 1);
+    if (fitting < line.end) line.next = std::max(fitting, begin_ + 1);
     walker_.end_line();
     line.end = fitting;
     line.width = fitting_width + dots_width_;

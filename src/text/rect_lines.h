@@ -80,6 +80,7 @@ class RectLines {
     void follow_marks(Line &line);
 
     Reader &text_;
+    const int begin_;
     const int64_t end_; // no character from here on is laid out
     const int flags_;
     const int w_;

@@ -181,12 +181,8 @@ class Magazine {
         list.rows.count = int(issue_.marks.size());
         list.rows.height = LIST_COVER_ROWS;
         list.rows.context = this;
-        list.rows.fill = [](int row, ilistrow *out, void *self) {
-            static_cast<Magazine *>(self)->fill_bookmark(row, *out);
-        };
-        list.rows.hproc = [](int action, int row, void *self) {
-            if (action == LIST_CHOSEN) static_cast<Magazine *>(self)->open_bookmark(row);
-        };
+        list.rows.fill = fill_bookmark;
+        list.rows.hproc = bookmark_told;
         list.rows.empty_title = "@MagNoMarks";
         list.rows.empty_line = "@MagNoMarksHint";
         list_ = OpenList(&list);
@@ -207,21 +203,24 @@ class Magazine {
         return text.substr(first, text.find('\n', first) - first);
     }
 
-    void fill_bookmark(int row, ilistrow &out) {
-        const auto [article, byte] = bookmark(row);
+    static void fill_bookmark(int row, ilistrow *out, void *context) {
+        auto *self = static_cast<Magazine *>(context);
+        const auto [article, byte] = self->bookmark(row);
         if (!article) return;
-        row_line_ = words_at(article->text, std::size_t(byte));
-        row_value_ = text_of("%d %%", article->percent(byte));
-        out.title = article->title.c_str();
-        out.line = row_line_.c_str();
-        out.value = row_value_.c_str();
-        out.picture = article->cover.get();
+        self->row_line_ = words_at(article->text, std::size_t(byte));
+        self->row_value_ = text_of("%d %%", article->percent(byte));
+        out->title = article->title.c_str();
+        out->line = self->row_line_.c_str();
+        out->value = self->row_value_.c_str();
+        out->picture = article->cover.get();
     }
 
-    void open_bookmark(int row) {
-        CloseList(list_);
-        const auto [article, byte] = bookmark(row);
-        open(article, byte);
+    static void bookmark_told(int action, int row, void *context) {
+        auto *self = static_cast<Magazine *>(context);
+        if (action != LIST_CHOSEN) return;
+        CloseList(self->list_);
+        const auto [article, byte] = self->bookmark(row);
+        self->open(article, byte);
     }
 
     static inline Magazine *menu_of; // who opened it

@@ -81,7 +81,7 @@ class Application:
         environment = {name: value for name, value in os.environ.items()
                        if not name.startswith("KELVANE_")}
         environment |= {"KELVANE_DEVICE": "headless", "KELVANE_CONTROL": "control"}
-        program = shutil.which(words[0]) or str(Path(words[0]).resolve())
+        program = os.path.abspath(shutil.which(words[0]) or words[0])
         subprocess.run([DEVICE, *options, self.folder], check=True)
         self.log = self.folder / "log"
         with self.log.open("wb") as log:

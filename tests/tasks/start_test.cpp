@@ -15,12 +15,6 @@ enum class Fate { none, fails, hangs };
 Fate fate;
 bool has_usage_library;
 
-void note_start(int pid, const char *name, int orientation, char *const *arguments) {
-    std::ofstream note("usage");
-    note << (pid == getpid()) << name << orientation;
-    for (; *arguments; ++arguments) note << '[' << *arguments << ']';
-}
-
 } // namespace
 
 extern "C" {
@@ -39,11 +33,11 @@ void *__wrap_dlopen(const char *path, int how) {
     const bool is_usage = path && std::strcmp(path, "/ebrmain/lib/libusage_stat.so") == 0;
     return __real_dlopen(is_usage && has_usage_library ? nullptr : path, how);
 }
-void *__real_dlsym(void *library, const char *name);
-void *__wrap_dlsym(void *library, const char *name) {
-    return std::strcmp(name, "Stat_StartApplicationByPathEvent") == 0
-               ? reinterpret_cast<void *>(note_start)
-               : __real_dlsym(library, name);
+[[gnu::visibility("default")]] void
+Stat_StartApplicationByPathEvent(int pid, const char *name, int orientation, char *const *words) {
+    std::ofstream note("usage");
+    note << (pid == getpid()) << name << orientation;
+    for (; *words; ++words) note << '[' << *words << ']';
 }
 
 int __real_execv(const char *path, char *const *arguments);

@@ -99,23 +99,33 @@ uint8_t grey_of_15_bits(unsigned c) {
     return raster::grey_of(full(c >> 10 & 31), full(c >> 5 & 31), full(c & 31));
 }
 
+// Of a byte that holds several pixels, the highest bits are the first.
+template <size_t bits>
+void indexes_to_grey(const Palette &palette, const uint8_t *p, size_t width, uint8_t *row) {
+    constexpr size_t pixels = 8 / bits, mask = (1U << bits) - 1;
+    for (size_t x = 0; x < width; ++x)
+        row[x] = palette[p[x / pixels] >> (pixels - 1 - x % pixels) * bits & mask];
+}
+
+void colors_to_grey(size_t bytes, const uint8_t *bgr, size_t width, uint8_t *row) {
+    for (size_t x = 0; x < width; ++x, bgr += bytes)
+        row[x] = raster::grey_of(bgr[2], bgr[1], bgr[0]);
+}
+
 void to_grey(const Header &h, const Palette &palette, const uint8_t *p, uint8_t *row) {
     const auto width = static_cast<size_t>(h.size.width);
-    for (size_t x = 0; x < width; ++x) {
-        switch (h.bits) {
-        case 16:
-            row[x] = grey_of_15_bits(p[2 * x] | p[2 * x + 1] << 8U);
-            break;
-        case 24:
-        case 32: {
-            const uint8_t *const bgr = p + x * (h.bits / 8);
-            row[x] = raster::grey_of(bgr[2], bgr[1], bgr[0]);
-            break;
-        }
-        default:
-            const size_t bit = x * h.bits;
-            row[x] = palette[p[bit / 8] >> (8 - h.bits - bit % 8) & ((1U << h.bits) - 1)];
-        }
+    switch (h.bits) {
+    case 1:
+        return indexes_to_grey<1>(palette, p, width, row);
+    case 4:
+        return indexes_to_grey<4>(palette, p, width, row);
+    case 8:
+        return indexes_to_grey<8>(palette, p, width, row);
+    case 16:
+        for (size_t x = 0; x < width; ++x) row[x] = grey_of_15_bits(p[2 * x] | p[2 * x + 1] << 8U);
+        return;
+    default:
+        return colors_to_grey(h.bits / 8, p, width, row);
     }
 }
 

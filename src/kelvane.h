@@ -30,6 +30,7 @@
 #include "kelvane/bookinfo.h"
 #include "kelvane/canvas.h"
 #include "kelvane/config.h"
+#include "kelvane/config_editor.h"
 #include "kelvane/dialogs.h"
 #include "kelvane/dictionary.h"
 #include "kelvane/dictionary_view.h"

@@ -19,7 +19,8 @@ namespace {
 
 constexpr std::array pages = {&shapes_page,  &pictures_page, &text_page,       &prose_page,
                               &updates_page, &paint_page,    &events_page,     &boxes_page,
-                              &menus_page,   &form_page,     &dictionary_page, &lists_page};
+                              &menus_page,   &form_page,     &dictionary_page, &settings_page,
+                              &lists_page};
 constexpr int count = int(pages.size());
 // Every so many turned pages one flash clears the ghosts of the former ones.
 constexpr int turns_per_flash = 4;
@@ -39,7 +40,7 @@ int margin() {
 }
 
 irect strip_area() {
-    return iRect(0, ScreenHeight() - 12 * unit(), ScreenWidth(), 12 * unit(), 0);
+    return iRect(0, ScreenHeight() - PanelHeight() - 12 * unit(), ScreenWidth(), 12 * unit(), 0);
 }
 
 irect body_area() {
@@ -106,7 +107,16 @@ void draw_strip() {
     }
 }
 
+// One page shows the status panel, and its own number in it.
+void choose_panel() {
+    const bool wanted = pages[size_t(current)] == &settings_page;
+    SetPanelMode(wanted ? PANEL_ON : PANEL_BY_THEME);
+    SetPanelText("Gallery");
+    SetPanelPages(current + 1, count);
+}
+
 void draw() {
+    choose_panel();
     ClearScreen();
     draw_title();
     pages[size_t(current)]->draw(body_area());

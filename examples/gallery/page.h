@@ -16,7 +16,7 @@ struct Page {
 };
 
 extern const Page shapes_page, pictures_page, text_page, prose_page, updates_page, paint_page,
-    events_page, boxes_page, menus_page, form_page, lists_page, dictionary_page;
+    events_page, boxes_page, menus_page, form_page, lists_page, dictionary_page, settings_page;
 
 // The page on the screen.
 const Page &current_page();

@@ -124,6 +124,10 @@ KELVANE_API void UpdateList(int list, int count);
 KELVANE_API void SelectListRow(int list, int row);
 /** The selected row; -1 for none. */
 KELVANE_API int GetListRow(int list);
+/** Shows one row anew, whose texts have changed; nothing while it is on another page. */
+KELVANE_API void UpdateListRow(int list, int row);
+/** Where a row is on the screen; empty when it is on another page, and of no open list. */
+KELVANE_API irect GetListRowRect(int list, int row);
 /** @} */
 
 /** @name A list as a part of a page

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "chrome/chrome.h"
+#include "config_editor/editor.h"
 #include "dialogs/stack.h"
 #include "dictionary_view/view.h"
 #include "ground/guard.h"
@@ -164,6 +165,7 @@ void close_screen() {
     pointer_reset();
     reset_loop();
     remove_hooks();
+    config_editor::reset();
     dictionary_view::reset();
     keyboard::reset();
     menus::reset();

@@ -106,6 +106,10 @@ void List::show_move(int from, int to) {
         PartialUpdateBW(r.x, r.y, r.w, r.h);
 }
 
+void List::redraw_row(int row) {
+    if (paging_.shows(row)) show_move(row, row);
+}
+
 void List::move_to(int row, Told told) {
     const int from = paging_.selected, page = paging_.page;
     if (row == from) return;

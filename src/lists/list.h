@@ -30,6 +30,8 @@ class List {
     void draw();
     // The same, and shows it.
     void redraw();
+    // Draws and shows one row, where it is on the page.
+    void redraw_row(int row);
     // Takes an event: draws and shows what it changes, and tells the owner, who may then destroy
     // the list; so whoever calls keeps it alive.
     bool handle(int type, int par1, int par2);

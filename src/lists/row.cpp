@@ -201,17 +201,26 @@ void draw_end(Brush &b, int y) {
     draw_value(column, {r.x, y, r.w, small_h, 0}, 0);
 }
 
+// Beside covers the value belongs to the second line, elsewhere to the row.
+void draw_end_of_two_lines(Brush &b) {
+    const irect &r = b.rest();
+    draw_end(b, r.y + (r.h - height(b.look.small.get())) / 2);
+}
+
 void draw_several_lines(Brush &b, const RowPlace &place) {
     const Look &look = b.look;
     const bool is_cover = place.area.h >= look.cover_row_h();
+    const bool is_bare = !is_cover && b.row.progress < 0;
+    if (is_bare && (!b.row.line || !*b.row.line)) return draw_one_line(b);
     draw_bullet(b);
     if (is_cover) draw_cover(b, place.area.h);
     if (!is_cover) draw_icon(b);
     draw_arrow(b);
     const ifont *font = title_font(b, true), *small = look.small.get();
     const int top = b.rest().y + (b.rest().h - height(font) - height(small)) / 2;
+    if (is_bare) draw_end_of_two_lines(b);
     draw_text(b, font, top, b.row.title);
-    draw_end(b, top + height(font));
+    if (!is_bare) draw_end(b, top + height(font));
     draw_text(b, small, top + height(font), b.row.line);
 }
 

@@ -36,6 +36,7 @@ class ListScreen : public Screen {
 
     lists::List &list() { return list_; }
     void show_list();
+    void show_row(int row);
 
   private:
     // The same rows, which go through this record.
@@ -102,6 +103,13 @@ void ListScreen::draw() {
     list_.draw();
 }
 
+void ListScreen::show_row(int row) {
+    if (is_on_top())
+        list_.redraw_row(row);
+    else
+        show(); // later
+}
+
 void ListScreen::show_list() {
     if (is_on_top())
         list_.redraw();
@@ -157,4 +165,14 @@ int GetListRow(int list) {
     int row = -1;
     selectors::with_list(list, [&](selectors::ListScreen &s) { row = s.list().paging().selected; });
     return row;
+}
+
+void UpdateListRow(int list, int row) {
+    selectors::with_list(list, [&](selectors::ListScreen &s) { s.show_row(row); });
+}
+
+irect GetListRowRect(int list, int row) {
+    irect place{};
+    selectors::with_list(list, [&](selectors::ListScreen &s) { place = s.list().row_rect(row); });
+    return place;
 }

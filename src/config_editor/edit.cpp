@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// Opens keyboards and menus for rows, and takes their answers.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "config_editor/editor.h"
+#include "config_editor/values.h"
+#include "ground/guard.h"
+#include "kelvane/events.h"
+#include "kelvane/keyboard.h"
+#include "kelvane/languages.h"
+#include "kelvane/menus.h"
+#include "kelvane/text.h"
+
+namespace config_editor {
+namespace {
+
+constexpr int longest_text = 255, longest_secret = 64; // characters
+constexpr int most_steps = 20;                         // numbers that a menu offers
+
+std::array<char, 4 * longest_text + 1> typed; // the keyboard's text
+
+// What the open menu offers: labels, and the value that each stands for.
+struct Choices {
+    std::vector<std::string> labels, values;
+    std::vector<imenu> items;
+
+    void add(std::string label, std::string value) {
+        labels.push_back(std::move(label));
+        values.push_back(std::move(value));
+    }
+    // The labels are all there.
+    imenu *menu() {
+        items.clear();
+        for (size_t i = 0; i < labels.size(); ++i)
+            items.push_back({ITEM_BULLET, static_cast<short>(i + 1), labels[i].c_str(), nullptr});
+        items.push_back({});
+        return items.data();
+    }
+};
+Choices choices;
+
+// Passwords do not stay in memory.
+void text_typed(char *text) {
+    ground::guarded([&] {
+        const std::string copy = text ? text : "";
+        std::fill(typed.begin(), typed.end(), '\0');
+        if (text) take(copy);
+    });
+}
+
+void open_keyboard(const iconfigedit &row, const std::string &text, int maxlen, int flags) {
+    std::snprintf(typed.data(), typed.size(), "%s", text.c_str());
+    OpenKeyboard(row.text, typed.data(), maxlen, flags, text_typed);
+}
+
+void item_chosen(int index) {
+    if (index < 1 || static_cast<size_t>(index) > choices.values.size()) return;
+    ground::guarded([&] { take(std::string(choices.values[static_cast<size_t>(index) - 1])); });
+}
+
+// At the end of the row, over its value; the present one is selected.
+void open_choices(const std::string &value, const irect &place) {
+    if (choices.values.empty()) return;
+    const auto present = std::find(choices.values.begin(), choices.values.end(), value);
+    const bool is_there = present != choices.values.end();
+    const int position = is_there ? static_cast<int>(present - choices.values.begin()) : -1;
+    OpenMenu(choices.menu(), position, IsRTL() ? 0 : ScreenWidth(), place.y, item_chosen);
+}
+
+void offer_variants(const iconfigedit &row) {
+    int position = 0;
+    for (const char *variant : variants_of(row)) {
+        const bool by_text = kind_of(row) == CONFIG_CHOICE;
+        choices.add(variant, by_text ? variant : std::to_string(position));
+        ++position;
+    }
+}
+
+void offer_fonts() {
+    for (char **name = EnumFonts(); name && *name; ++name) choices.add(*name, *name);
+}
+
+bool has_few_steps(const iconfigedit &row) {
+    const Range range = range_of(row);
+    return int64_t{range.greatest} - range.least < most_steps;
+}
+
+void edit_number(const iconfigedit &row, const std::string &value, const irect &place) {
+    if (!has_few_steps(row)) return open_keyboard(row, value, 11, KBD_NUMERIC);
+    const Range range = range_of(row);
+    for (int n = range.least; n < range.greatest; ++n)
+        choices.add(std::to_string(n), std::to_string(n));
+    choices.add(std::to_string(range.greatest), std::to_string(range.greatest));
+    open_choices(value, place);
+}
+
+} // namespace
+
+void edit(const iconfigedit &row, const irect &place) {
+    const std::string value = value_of(editor()->config, row);
+    choices = {};
+    switch (kind_of(row)) {
+    case CONFIG_SWITCH:
+        return take(value == "1" ? "0" : "1");
+    case CONFIG_NUMBER:
+        return edit_number(row, value, place);
+    case CONFIG_CHOICE:
+    case CONFIG_POSITION:
+        offer_variants(row);
+        return open_choices(value, place);
+    case CONFIG_FONT:
+        offer_fonts();
+        return open_choices(value, place);
+    case CONFIG_PASSWORD:
+        return open_keyboard(row, "", longest_secret, KBD_PASSWORD);
+    case CONFIG_TIME:
+        return open_keyboard(row, value, 5, KBD_HOURS);
+    case CONFIG_DATE:
+        return open_keyboard(row, value, 10, KBD_DATE);
+    default:
+        return open_keyboard(row, value, longest_text, KBD_NORMAL);
+    }
+}
+
+void stop_editing() {
+    editor()->edited = nullptr;
+}
+
+} // namespace config_editor

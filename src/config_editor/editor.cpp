@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+// Shows tables of settings as lists, one above the other.
+#include "config_editor/editor.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "config_editor/values.h"
+#include "ground/guard.h"
+#include "internal.h"
+#include "kelvane/dialogs.h"
+#include "kelvane/languages.h"
+#include "kelvane/lists.h"
+#include "lists/look.h"
+
+namespace config_editor {
+namespace {
+
+constexpr int message_ms = 5000;
+
+std::unique_ptr<Editor> open_editor;
+
+void open_level(const char *title, const iconfigedit *table);
+
+void fill_value(const iconfigedit &row, ilistrow &out) {
+    if (!holds_value(row)) return;
+    Editor &e = *open_editor;
+    e.value = shown_value(row, value_of(e.config, row));
+    out.value = e.value.c_str();
+}
+
+void fill(int index, ilistrow *out, void *context) {
+    const Row &row = static_cast<Level *>(context)->rows[static_cast<size_t>(index)];
+    Editor &e = *open_editor;
+    ground::guarded([&] {
+        e.title = GetLangText(row.record->text ? row.record->text : "");
+        e.hint = GetLangText(row.record->hint ? row.record->hint : "");
+        out->title = e.title.c_str();
+        out->line = e.hint.empty() ? nullptr : e.hint.c_str();
+        out->picture = row.record->icon ? row.record->icon : row.icon.get();
+        out->font = lists::look()->body.get(); // rows with hints too
+        if (kind_of(*row.record) == CONFIG_HEADING) {
+            out->font = nullptr;
+            out->flags |= LIST_ROW_HEADING;
+        }
+        if (kind_of(*row.record) == CONFIG_SUBMENU) out->flags |= LIST_ROW_ARROW;
+        fill_value(*row.record, *out);
+    });
+}
+
+void tell(const iconfigedit *row) {
+    if (open_editor && open_editor->proc) open_editor->proc(row, open_editor->context);
+}
+
+void choose(const Level &level, int index) {
+    const iconfigedit &row = *level.rows[static_cast<size_t>(index)].record;
+    if (kind_of(row) == CONFIG_SUBMENU) return open_level(row.text, row.submenu);
+    if (kind_of(row) == CONFIG_ACTION) return tell(&row);
+    if (!holds_value(row)) return;
+    open_editor->edited = &row;
+    open_editor->edited_at = index;
+    edit(row, GetListRowRect(level.list, index));
+}
+
+// The application may open the editor again when it hears of the end.
+void level_closed() {
+    open_editor->levels.pop_back();
+    if (!open_editor->levels.empty()) return;
+    const auto ended = std::exchange(open_editor, nullptr);
+    if (ended->proc) ended->proc(nullptr, ended->context);
+}
+
+void hear(int action, int index, void *context) {
+    if (!open_editor) return;
+    const Level &level = *static_cast<Level *>(context);
+    if (action == LIST_CLOSED) return level_closed();
+    if (action == LIST_CHOSEN) ground::guarded([&] { choose(level, index); });
+}
+
+std::vector<Row> rows_of(const iconfigedit *table) {
+    std::vector<Row> rows;
+    for (const iconfigedit *r = table; r && r->type != 0; ++r) {
+        if (r->type & CONFIG_HIDDEN) continue;
+        rows.push_back({r, {}});
+        if (r->icon_theme && !r->icon) rows.back().icon = theme::Picture(r->icon_theme);
+    }
+    return rows;
+}
+
+// Rows with hints have two lines, and all of a table are as high as these.
+int row_height(const Level &level) {
+    const auto has_hint = [](const Row &row) { return row.record->hint && *row.record->hint; };
+    const bool any = std::any_of(level.rows.begin(), level.rows.end(), has_hint);
+    return any ? (lists::look()->row_h * 4 + 2) / 3 : LIST_PLAIN_ROWS;
+}
+
+void open_level(const char *title, const iconfigedit *table) {
+    auto level = std::make_unique<Level>();
+    level->rows = rows_of(table);
+    ilist list{};
+    list.title = title;
+    list.flags = LIST_TURNS;
+    list.rows = {.count = static_cast<int>(level->rows.size()),
+                 .height = row_height(*level),
+                 .fill = fill,
+                 .draw = nullptr,
+                 .hproc = hear,
+                 .context = level.get(),
+                 .empty_icon = nullptr,
+                 .empty_title = nullptr,
+                 .empty_line = nullptr};
+    open_editor->levels.push_back(std::move(level));
+    const int number = OpenList(&list);
+    if (number == 0)
+        open_editor->levels.pop_back();
+    else
+        open_editor->levels.back()->list = number;
+}
+
+} // namespace
+
+Editor *editor() {
+    return open_editor.get();
+}
+
+// The message waits, and meanwhile the editor may be closed.
+void take(const std::string &value) {
+    const iconfigedit *row = open_editor ? std::exchange(open_editor->edited, nullptr) : nullptr;
+    const std::string fitting = row ? fitted(*row, value) : value;
+    if (!row || !is_allowed(*row, fitting)) return;
+    const bool is_saved = store(open_editor->config, *row, fitting);
+    UpdateListRow(open_editor->levels.back()->list, open_editor->edited_at);
+    if (!is_saved) Message(ICON_ERROR, "", GetLangText("@ConfigNotSaved"), message_ms);
+    tell(row);
+}
+
+void reset() {
+    open_editor.reset();
+}
+
+} // namespace config_editor
+
+int OpenConfigEditor(const char *title, iconfig *config, const iconfigedit *rows,
+                     kv_configproc proc, void *context) {
+    using namespace config_editor;
+    if (!config || !kvstate.framebuffer) return 0;
+    CloseConfigEditor();
+    return ground::guarded(0, [&] {
+        open_editor = std::make_unique<Editor>();
+        open_editor->config = config;
+        open_editor->proc = proc;
+        open_editor->context = context;
+        open_level(title, rows);
+        if (open_editor->levels.empty()) open_editor.reset();
+        return open_editor ? 1 : 0;
+    });
+}
+
+// The lists ask for no rows of an editor that is gone: the lowest one takes all above it along.
+void CloseConfigEditor() {
+    using namespace config_editor;
+    if (!open_editor) return;
+    stop_editing();
+    if (!open_editor->levels.empty()) CloseList(open_editor->levels[0]->list);
+    open_editor.reset();
+}
+
+void UpdateConfigEditor() {
+    using namespace config_editor;
+    if (!open_editor) return;
+    for (const auto &level : open_editor->levels)
+        UpdateList(level->list, static_cast<int>(level->rows.size()));
+}

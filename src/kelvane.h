@@ -47,6 +47,7 @@
 #include "kelvane/pager.h"
 #include "kelvane/panel.h"
 #include "kelvane/pictures.h"
+#include "kelvane/selectors.h"
 #include "kelvane/tasks.h"
 #include "kelvane/text.h"
 #include "kelvane/theme.h"

@@ -9,15 +9,14 @@ namespace {
 
 int open_list = 0;
 char answer[96];
-
-void tell(const char *what, int row) {
-    std::snprintf(answer, sizeof answer, "%s %d", what, row + 1);
-}
+extern Rows rows;
 
 void told(int action, int row, void *) {
-    if (action == LIST_CHOSEN) tell("Chosen: row", row);
-    if (action == LIST_CONTEXT) tell("What can be done with row", row);
-    if (action == LIST_CHOSEN || action == LIST_CONTEXT) CloseList(open_list);
+    if (action != LIST_CHOSEN && action != LIST_CONTEXT) return;
+    CloseList(open_list);
+    const char *what = action == LIST_CHOSEN ? "Chosen:" : "What can be done with";
+    std::snprintf(answer, sizeof answer, "%s row %d", what, row + 1);
+    rows.answer(answer);
 }
 
 struct Book {
@@ -100,10 +99,60 @@ void open_empty() {
     open("Library", 0, LIST_COVER_ROWS, nullptr);
 }
 
+void number_told(int number, void *what) {
+    std::snprintf(answer, sizeof answer, "%s %d", static_cast<const char *>(what), number);
+    rows.answer(answer);
+}
+void path_told(const char *path, void *) {
+    std::snprintf(answer, sizeof answer, "Folder: %s", path ? path : "none");
+    rows.answer(answer);
+}
+void font_told(const char *name, int size, void *) {
+    std::snprintf(answer, sizeof answer, "Font: %s, %d pixels", name ? name : "none", size);
+    rows.answer(answer);
+}
+void moment_told(const imoment *m, void *) {
+    if (m)
+        std::snprintf(answer, sizeof answer, "%d-%02d-%02d %02d:%02d", m->year, m->month, m->day,
+                      m->hour, m->minute);
+    else
+        std::snprintf(answer, sizeof answer, "No other time");
+    rows.answer(answer);
+}
+
+constexpr imoment start = {2026, 10, 18, 9, 5};
+
+void open_page() {
+    static char what[] = "Page";
+    OpenPageSelector(118, 635, number_told, what);
+}
+void open_folder() {
+    OpenDirectorySelector(nullptr, "./system", nullptr, path_told, nullptr);
+}
+void open_font() {
+    OpenFontSelector("default", 24, font_told, nullptr);
+}
+void open_time() {
+    OpenTimeSelector(&start, moment_told, nullptr);
+}
+void open_date() {
+    OpenDateSelector(&start, moment_told, nullptr);
+}
+void open_rotation() {
+    static char what[] = "Orientation";
+    OpenRotationSelector(GetOrientation(), number_told, what);
+}
+
 const Row kinds[] = {{"Books with covers", open_books},
                      {"A hundred thousand lines", open_lines},
                      {"Kinds of rows", open_settings},
-                     {"An empty list", open_empty}};
+                     {"An empty list", open_empty},
+                     {"A page", open_page},
+                     {"A folder", open_folder},
+                     {"A font", open_font},
+                     {"A time", open_time},
+                     {"A date", open_date},
+                     {"An orientation", open_rotation}};
 Rows rows(lists_page, kinds, answer);
 
 void draw(const irect &area) {

@@ -15,7 +15,7 @@
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
 #include "kelvane/menus.h"
-#include "kelvane/text.h"
+#include "kelvane/selectors.h"
 
 namespace config_editor {
 namespace {
@@ -82,8 +82,47 @@ void offer_variants(const iconfigedit &row) {
     }
 }
 
-void offer_fonts() {
-    for (char **name = EnumFonts(); name && *name; ++name) choices.add(*name, *name);
+void path_chosen(const char *path, void *) {
+    if (path) ground::guarded([&] { take(path); });
+}
+
+// The first variant is the folder that no way leads out of.
+void open_folders(const iconfigedit &row, const std::string &value) {
+    const auto variants = variants_of(row);
+    const char *root = variants.empty() ? nullptr : variants[0];
+    OpenDirectorySelector(row.text, root, value.c_str(), path_chosen, nullptr);
+}
+
+void font_chosen(const char *name, int, void *) {
+    path_chosen(name, nullptr);
+}
+
+// Numbers are those of a time or a date that is allowed.
+template <class... Numbers>
+void take_numbers(const char *format, Numbers... numbers) {
+    std::array<char, 48> text{};
+    std::snprintf(text.data(), text.size(), format, numbers...);
+    ground::guarded([&] { take(text.data()); });
+}
+
+void time_chosen(const imoment *chosen, void *) {
+    if (chosen) take_numbers("%02d:%02d", chosen->hour, chosen->minute);
+}
+
+void date_chosen(const imoment *chosen, void *) {
+    if (chosen) take_numbers("%04d-%02d-%02d", chosen->year, chosen->month, chosen->day);
+}
+
+void open_time(const std::string &value) {
+    imoment start{};
+    std::sscanf(value.c_str(), "%d:%d", &start.hour, &start.minute);
+    OpenTimeSelector(&start, time_chosen, nullptr);
+}
+
+void open_date(const std::string &value) {
+    imoment start{};
+    std::sscanf(value.c_str(), "%d-%d-%d", &start.year, &start.month, &start.day);
+    OpenDateSelector(&start, date_chosen, nullptr);
 }
 
 bool has_few_steps(const iconfigedit &row) {
@@ -115,14 +154,16 @@ void edit(const iconfigedit &row, const irect &place) {
         offer_variants(row);
         return open_choices(value, place);
     case CONFIG_FONT:
-        offer_fonts();
-        return open_choices(value, place);
+        OpenFontSelector(value.c_str(), 0, font_chosen, nullptr);
+        return;
+    case CONFIG_FOLDER:
+        return open_folders(row, value);
     case CONFIG_PASSWORD:
         return open_keyboard(row, "", longest_secret, KBD_PASSWORD);
     case CONFIG_TIME:
-        return open_keyboard(row, value, 5, KBD_HOURS);
+        return open_time(value);
     case CONFIG_DATE:
-        return open_keyboard(row, value, 10, KBD_DATE);
+        return open_date(value);
     default:
         return open_keyboard(row, value, longest_text, KBD_NORMAL);
     }

@@ -178,6 +178,54 @@ KELVANE_API int SelectionList_GetPageCount(const iselectionlist *list);
 KELVANE_API irect SelectionList_GetRowRect(const iselectionlist *list, int row);
 /** @} */
 
+/** @name What is higher than its place
+ * A scroll view shows a part of its content, with a scroll bar beside it, and goes through it by
+ * pages. As a list in a page, it draws on the screen and shows what an event changes. While a
+ * finger that went down on it is down, the slot of that finger is captured: no other component
+ * takes it.
+ * @{ */
+typedef struct iscrollview_s iscrollview;
+/**
+ * Draws a part of the content.
+ * @param area where on the screen, which is white and the clip; as wide as ScrollView_GetWidth()
+ * @param top the row of pixels of the content that lies at the top of the area
+ */
+typedef void (*kv_scrollproc)(const irect *area, int top, void *context);
+/**
+ * A new view, without a place and without content.
+ * @param draw null draws nothing
+ * @return the view, freed by ScrollView_Destroy(); null when memory runs out
+ */
+KELVANE_API iscrollview *ScrollView_Create(kv_scrollproc draw, void *context);
+/** Frees a view; nothing is drawn. Null does nothing, here and below. */
+KELVANE_API void ScrollView_Destroy(iscrollview *view);
+/** Its place on the screen; empty ones show nothing. */
+KELVANE_API void ScrollView_SetRect(iscrollview *view, const irect *place);
+/**
+ * How high the content is. Nothing is drawn.
+ * @param height in pixels; below 0 counts as 0
+ * @param line the view begins at multiples of it, so that no line of text is cut at its top; below
+ *             2: anywhere
+ */
+KELVANE_API void ScrollView_SetContent(iscrollview *view, int height, int line);
+/** How wide the content is: the place without the scroll bar, which there is always room for. */
+KELVANE_API int ScrollView_GetWidth(const iscrollview *view);
+/** Draws the part in sight with the scroll bar, and shows nothing. */
+KELVANE_API void ScrollView_Draw(iscrollview *view);
+/**
+ * Takes an event of a handler. LEFT, RIGHT (the other way round in languages that are read from
+ * right to left), PREV, PREV2, NEXT and NEXT2 go by a page, UP and DOWN by half of one, and held
+ * by one. A swipe goes by a page; a finger that is lifted from the scroll bar, to that place.
+ * Nothing is taken while all of the content is in sight.
+ * @return 1 when it was taken, else 0
+ */
+KELVANE_API int ScrollView_HandleEvent(iscrollview *view, int type, int par1, int par2);
+/** The row of pixels of the content that is at the top. */
+KELVANE_API int ScrollView_GetTop(const iscrollview *view);
+/** Shows the content from a row of pixels on, or as near to it as may be. Nothing is drawn. */
+KELVANE_API void ScrollView_SetTop(iscrollview *view, int top);
+/** @} */
+
 KELVANE_END_DECLS
 
 #endif

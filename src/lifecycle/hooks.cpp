@@ -19,6 +19,7 @@
 #include "kelvane/updates.h"
 #include "keylock/keylock.h"
 #include "lifecycle/lifecycle.h"
+#include "lists/capture.h"
 #include "panel/panel.h"
 #include "runtime/queue.h"
 #include "runtime/screens.h"
@@ -105,6 +106,7 @@ void install_hooks() {
     screens.draw_panel = panel::draw_for_update;
     screens.show_keylock_icon = keylock::show_icon;
     screens.restore_under_icon = keylock::restore_under_icon;
+    screens.scroll_area_pointer = lists::keep_capture;
 }
 
 void remove_hooks() {

@@ -6,6 +6,7 @@
 
 #include "kelvane/events.h"
 #include "kelvane/updates.h"
+#include "lists/keys.h"
 #include "lists/strip.h"
 #include "modal/input.h"
 #include "raster/box.h"
@@ -16,12 +17,6 @@ namespace {
 
 constexpr int most_passed_over = 64; // rows that cannot be selected, one after the other
 constexpr int pages_of_held_key = 10;
-
-// The key that means a direction where the interface runs left to right.
-int mirrored_key(const Look &look, int code) {
-    if (!look.is_rtl || (code != KEY_LEFT && code != KEY_RIGHT)) return code;
-    return KEY_LEFT + KEY_RIGHT - code;
-}
 
 } // namespace
 

@@ -5,6 +5,7 @@
 #include "internal.h"
 #include "kelvane/languages.h"
 #include "kelvane/text.h"
+#include "lists/drawing.h"
 #include "lists/list.h"
 #include "lists/strip.h"
 #include "modal/input.h"
@@ -24,18 +25,6 @@ int row_height(const Look &look, int asked) {
     if (asked == LIST_COVER_ROWS) return look.cover_row_h();
     return asked > 0 ? std::min(asked, tallest_row) : look.row_h;
 }
-
-// A callback that draws what is being drawn changes nothing.
-class Drawing {
-  public:
-    explicit Drawing(bool &is_drawing) : is_drawing_(is_drawing) { is_drawing_ = true; }
-    ~Drawing() { is_drawing_ = false; }
-    Drawing(const Drawing &) = delete;
-    Drawing &operator=(const Drawing &) = delete;
-
-  private:
-    bool &is_drawing_;
-};
 
 // Where several rows are written one below the other.
 class Column {

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// Lays the list out below its title, and answers to what is not the list's own: the counter of
+// pages, the button in the title and the key for going back.
+#include "selectors/list_screen.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "chrome/panel.h"
+#include "kelvane/events.h"
+#include "kelvane/selectors.h"
+#include "raster/box.h"
+#include "raster/screen_scope.h"
+
+namespace selectors {
+namespace {
+
+irect whole_screen() {
+    return {0, 0, ScreenWidth(), std::max(ScreenHeight() - PanelHeight(), 1), 0};
+}
+
+// The list is told by its number: it may be closed before a page is chosen.
+void page_chosen(int page, void *number) {
+    const auto screen = std::dynamic_pointer_cast<ListScreen>(
+        find(static_cast<int>(reinterpret_cast<intptr_t>(number))));
+    if (!screen || page < 1) return;
+    screen->list().show_page(page - 1);
+    screen->show_list();
+}
+
+} // namespace
+
+ListScreen::ListScreen(const Kind &kind)
+    : Screen(kind.turning), title_(kind.title ? kind.title : ""), has_title_(kind.title != nullptr),
+      wanted_(kind.place), list_(own_rows(kind.rows)) {}
+
+ilistrows ListScreen::own_rows(ilistrows rows) {
+    rows.context = this;
+    rows.fill = [](int row, ilistrow *out, void *screen) {
+        static_cast<ListScreen *>(screen)->fill(row, *out);
+    };
+    rows.draw = [](int row, const irect *area, void *screen) {
+        return static_cast<ListScreen *>(screen)->draw_row(row, *area) ? 1 : 0;
+    };
+    rows.hproc = [](int action, int row, void *screen) {
+        static_cast<ListScreen *>(screen)->tell(action, row);
+    };
+    return rows;
+}
+
+bool ListScreen::draw_row(int, const irect &) {
+    return false;
+}
+
+void ListScreen::ask_for_page() {
+    const lists::Paging &p = list_.paging();
+    OpenPageSelector(p.page + 1, p.last_page() + 1, page_chosen,
+                     reinterpret_cast<void *>(intptr_t{number()}));
+}
+
+void ListScreen::tell(int action, int row) {
+    if (!is_open()) return;
+    if (action == LIST_COUNTER)
+        ask_for_page();
+    else
+        told(action, row);
+}
+
+void ListScreen::close_by_user() {
+    const int row = list_.paging().selected;
+    close(number());
+    told(LIST_CLOSED, row);
+}
+
+irect ListScreen::lay_out() {
+    bar_ = load_title_bar();
+    const irect whole = whole_screen();
+    covered_ = is_window() ? window_place(wanted_, whole) : whole;
+    const irect inside = is_window() ? window_inside(covered_) : whole;
+    const int bar_h = has_title_ ? std::min(bar_.height(), inside.h) : 0;
+    bar_.place = {inside.x, inside.y, inside.w, bar_h, 0};
+    list_.set_place({inside.x, inside.y + bar_h, inside.w, inside.h - bar_h, 0});
+    return covered_;
+}
+
+void ListScreen::draw() {
+    const raster::ScreenScope screen;
+    if (is_window()) draw_window(covered_);
+    if (has_title_) draw_title_bar(bar_, title_.c_str());
+    list_.draw();
+}
+
+void ListScreen::show_list() {
+    if (is_on_top())
+        list_.redraw();
+    else
+        show();
+}
+
+void ListScreen::show_row(int row) {
+    if (is_on_top())
+        list_.redraw_row(row);
+    else
+        show();
+}
+
+bool ListScreen::handle(int type, int par1, int par2) {
+    if (has_title_ && bar_.takes_tap(type, par1, par2)) {
+        close_by_user();
+        return true;
+    }
+    if (list_.handle(type, par1, par2)) return true;
+    if (type != EVT_KEYPRESS || par1 != KEY_BACK) return false;
+    close_by_user();
+    return true;
+}
+
+} // namespace selectors

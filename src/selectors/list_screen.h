@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// A list below a title bar as a screen, or as a window when it is given a place.
+#pragma once
+
+#include <string>
+
+#include "lists/list.h"
+#include "selectors/screen.h"
+#include "selectors/title.h"
+
+namespace selectors {
+
+class ListScreen : public Screen {
+  public:
+    irect lay_out() final;
+    void draw() final;
+    bool handle(int type, int par1, int par2) final;
+
+    lists::List &list() { return list_; }
+    // Shows the rows anew, now or later.
+    void show_list();
+    void show_row(int row);
+
+  protected:
+    struct Kind {
+        const char *title; // null: no title bar
+        irect place;       // empty: the whole screen
+        Turning turning;
+        ilistrows rows; // their number, height, and what is said when there are none
+    };
+    explicit ListScreen(const Kind &kind);
+
+    virtual void fill(int row, ilistrow &out) = 0;
+    virtual bool draw_row(int row, const irect &area);
+    // Of a screen that is open, or has just been closed: LIST_CLOSED. Never LIST_COUNTER.
+    virtual void told(int action, int row) = 0;
+    void set_title(const char *title) { title_ = title; }
+
+  private:
+    // The same rows, asked of this screen.
+    ilistrows own_rows(ilistrows rows);
+    void tell(int action, int row);
+    void ask_for_page();
+    void close_by_user();
+    bool is_window() const { return wanted_.w > 0 && wanted_.h > 0; }
+
+    std::string title_;
+    bool has_title_;
+    irect wanted_, covered_{};
+    lists::List list_;
+    TitleBar bar_;
+};
+
+} // namespace selectors

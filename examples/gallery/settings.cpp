@@ -24,6 +24,7 @@ iconfigedit account_rows[] = {
 iconfigedit settings[] = {
     {CONFIG_HEADING, nullptr, "Reading", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
     {CONFIG_CHOICE, nullptr, "Text size", nullptr, "text.size", "Medium", sizes, nullptr, nullptr},
+    {CONFIG_FONT, nullptr, "Font", nullptr, "font", "DejaVuSans", nullptr, nullptr, nullptr},
     {CONFIG_NUMBER, nullptr, "Columns", "While the screen lies on its side", "columns", "2",
      columns, nullptr, nullptr},
     {CONFIG_POSITION, nullptr, "Page numbers", nullptr, "numbers.side", "1", sides, nullptr,
@@ -49,11 +50,11 @@ void open_settings() {
 // As a long computation does.
 void work() {
     ShowHourglass();
-    std::this_thread::sleep_for(std::chrono::seconds(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
     HideHourglass();
 }
 
-const Row rows[] = {{"Settings", open_settings}, {"A second of work", work}};
+const Row rows[] = {{"Settings", open_settings}, {"A moment of work", work}};
 
 Rows &page_rows() {
     static Rows page(settings_page, rows, "The last change is named here");

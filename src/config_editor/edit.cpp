@@ -56,7 +56,7 @@ void text_typed(char *text) {
 
 void open_keyboard(const iconfigedit &row, const std::string &text, int maxlen, int flags) {
     std::snprintf(typed.data(), typed.size(), "%s", text.c_str());
-    OpenKeyboard(row.text, typed.data(), maxlen, flags, text_typed);
+    OpenKeyboard(row.text, typed.data(), maxlen, flags | KBD_NO_SHOW, text_typed);
 }
 
 void item_chosen(int index) {

@@ -19,8 +19,8 @@ namespace {
 
 constexpr std::array pages = {&shapes_page,  &pictures_page, &text_page,       &prose_page,
                               &updates_page, &paint_page,    &events_page,     &boxes_page,
-                              &menus_page,   &form_page,     &dictionary_page, &settings_page,
-                              &lists_page};
+                              &menus_page,   &form_page,     &dictionary_page, &lists_page,
+                              &settings_page};
 constexpr int count = int(pages.size());
 // Every so many turned pages one flash clears the ghosts of the former ones.
 constexpr int turns_per_flash = 4;

@@ -52,7 +52,9 @@ class List {
     int row_at(int x, int y) const;
 
     void draw_rows();
-    void draw_row(int row);
+    // What lies under a row: what is white already need not be filled.
+    enum class Ground { any, white };
+    void draw_row(int row, Ground ground = Ground::any);
     void draw_separator(int row);
     void draw_empty() const;
 

@@ -91,14 +91,14 @@ void List::draw_separator(int row) {
     FillArea(r.x, r.y + r.h - look_->hairline, r.w, look_->hairline, WHITE);
 }
 
-void List::draw_row(int row) {
+void List::draw_row(int row, Ground ground) {
     if (!paging_.shows(row)) return;
     const raster::ScreenScope screen;
     const text::FontScope font;
     const RowPlace place = row_place(row);
     const bool is_marked = row == paging_.selected;
     SetClipRect(&place.area);
-    FillAreaRect(&place.area, WHITE);
+    if (ground == Ground::any) FillAreaRect(&place.area, WHITE);
     const bool is_drawn = rows_.draw && rows_.draw(row, &place.area, rows_.context) != 0;
     if (!is_drawn)
         lists::draw_row(*look_, place, filled(row), is_marked ? Mark::selected : Mark::none);
@@ -122,7 +122,7 @@ void List::draw_empty() const {
 }
 
 void List::draw_rows() {
-    for (int i = 0; i < paging_.shown(); ++i) draw_row(paging_.first() + i);
+    for (int i = 0; i < paging_.shown(); ++i) draw_row(paging_.first() + i, Ground::white);
 }
 
 void List::draw() {

@@ -18,9 +18,9 @@
 namespace lists {
 namespace {
 
-constexpr int bar_w = 4;        // in units: the column beside the content
-constexpr int bar_target_w = 8; // what a finger may touch
-constexpr int thumb_w = 5;      // pixels, as in menus
+constexpr int bar_w = 4;         // in units: the column beside the content
+constexpr int bar_target_w = 8;  // what a finger may touch
+constexpr int least_thumb_w = 5; // pixels, as in menus
 constexpr int most_numbers = 1 << 20;
 int last_number = 0;
 
@@ -71,7 +71,8 @@ irect ScrollArea::thumb() const {
     const auto h = static_cast<int>(
         std::clamp<int64_t>(int64_t{b.h} * b.h / std::max(height_, 1), 4 * look_->unit, b.h));
     const auto y = int64_t{b.h - h} * top_ / std::max(last_top(), 1);
-    return {b.x + (b.w - thumb_w) / 2, b.y + static_cast<int>(y), thumb_w, h, 0};
+    const int w = std::max(least_thumb_w, 3 * look_->hairline);
+    return {b.x + (b.w - w) / 2, b.y + static_cast<int>(y), w, h, 0};
 }
 
 void ScrollArea::draw_bar() const {

@@ -101,7 +101,7 @@ void DirectoryScreen::told(int action, int row) {
     const bool is_up = row > 0 && row < rows_above();
     const std::string path = path_of(row);
     if (row == 0 || (action == LIST_CONTEXT && !is_up)) {
-        close(number());
+        close_with_above(number());
         return answer(path.c_str());
     }
     go_to(path, is_up ? path_ : "");

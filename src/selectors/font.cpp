@@ -133,7 +133,7 @@ void FontScreen::told(int action, int row) {
     if (action == LIST_CLOSED) return answer_.give(nullptr, 0);
     if (action != LIST_CHOSEN) return;
     const std::string font = families_[static_cast<size_t>(row)].font;
-    close(number());
+    close_with_above(number());
     if (size_ < 1) return answer_.give(font.c_str(), 0);
     if (open(std::make_shared<SizeSheet>(font, size_, answer_)) == 0) answer_.give(nullptr, 0);
 }

@@ -52,7 +52,7 @@ int OpenList(const ilist *list) {
 }
 
 void CloseList(int list) {
-    with_list(list, [](ApplicationList &l) { selectors::close(l.number()); });
+    with_list(list, [](ApplicationList &l) { selectors::close_with_above(l.number()); });
 }
 
 void UpdateList(int list, int count) {

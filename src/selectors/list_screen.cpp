@@ -68,7 +68,7 @@ void ListScreen::tell(int action, int row) {
 
 void ListScreen::close_by_user() {
     const int row = list_.paging().selected;
-    close(number());
+    close_with_above(number());
     told(LIST_CLOSED, row);
 }
 
@@ -85,9 +85,10 @@ irect ListScreen::lay_out() {
 
 void ListScreen::draw() {
     const raster::ScreenScope screen;
-    if (is_window()) draw_window(covered_);
+    if (is_window()) FillAreaRect(&covered_, WHITE);
     if (has_title_) draw_title_bar(bar_, title_.c_str());
     list_.draw();
+    if (is_window()) draw_window_border(covered_);
 }
 
 void ListScreen::show_list() {

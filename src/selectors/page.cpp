@@ -194,5 +194,5 @@ int OpenPageSelector(int page, int pages, kv_numberhandler hproc, void *context)
 }
 
 void CloseSelector(int selector) {
-    ground::guarded([&] { selectors::close(selector); });
+    ground::guarded([&] { selectors::close_with_above(selector); });
 }

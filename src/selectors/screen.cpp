@@ -97,14 +97,14 @@ bool dispatch(Screen &screen, int type, int par1, int par2) {
 
 int open(const std::shared_ptr<Screen> &screen) {
     if (!kvstate.framebuffer || screens.size() >= most_open) return 0;
-    if (screens.empty()) unheard = queue_count(screen_handler);
-    screens.push_back(screen);
-    screen->number_ = ++last_number;
     screen->place();
+    screens.push_back(screen);
+    if (screens.size() == 1) unheard = queue_count(screen_handler);
+    screen->number_ = ++last_number;
     screen->taken_.under.save(screen->covered_);
     screen->taken_.take_input(screen_handler, 0, close_top);
     SetKeyboardRate(first_repeat_ms, next_repeat_ms);
-    screen->draw();
+    ground::guarded([&] { screen->draw(); }); // without memory it is open all the same
     screen->update();
     return screen->number_;
 }
@@ -129,7 +129,7 @@ void close_top() {
     top->taken_.give_input_back();
 }
 
-void close(int number) {
+void close_with_above(int number) {
     const std::shared_ptr<Screen> wanted = find(number);
     constexpr size_t most_closed = 64; // callbacks may open what was closed again
     for (size_t i = 0; wanted && wanted->is_open() && i < most_closed; ++i) close_top();

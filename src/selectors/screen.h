@@ -54,7 +54,7 @@ int open(const std::shared_ptr<Screen> &screen);
 // The open one of a number, or null.
 std::shared_ptr<Screen> find(int number);
 // Closes a screen and all that are above it. Nobody is told.
-void close(int number);
+void close_with_above(int number);
 // Takes everything away as the screen of the device closes.
 void reset();
 

@@ -108,7 +108,7 @@ void Sheet::show_part(const irect &part) {
 }
 
 void Sheet::finish(bool is_accepted) {
-    close(number());
+    close_with_above(number());
     answer(is_accepted);
 }
 

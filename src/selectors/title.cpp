@@ -90,11 +90,10 @@ irect window_inside(const irect &place) {
     return {in.x, in.y, std::max(in.w, 0), std::max(in.h, 0), 0};
 }
 
-void draw_window(const irect &place) {
-    const int rim = 2 * lists::look()->unit;
-    const irect frame = raster::widened(place, -rim);
-    FillAreaRect(&place, WHITE);
-    DrawBorder(&frame, border_size(), 0, 0, BLACK);
+void draw_window_border(const irect &place) {
+    const irect frame = raster::widened(place, -2 * lists::look()->unit);
+    const int radius = std::clamp(GetThemeInt("border.radius", 8), 0, 64);
+    DrawBorder(&frame, border_size(), ROUND_ALL, radius, BLACK);
 }
 
 } // namespace selectors

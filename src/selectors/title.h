@@ -30,6 +30,7 @@ void draw_title_bar(const TitleBar &bar, const char *title);
 // As much of a window as lies on the screen, its frame and white rim included.
 irect window_place(const irect &wanted, const irect &screen);
 irect window_inside(const irect &place);
-void draw_window(const irect &place);
+// To be drawn last, as contents reach into its round corners.
+void draw_window_border(const irect &place);
 
 } // namespace selectors

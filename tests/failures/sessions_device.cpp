@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Boxes, frames, menus, keyboards, dictionaries, and the life of an application in a device folder.
+// Boxes, frames, menus, lists, keyboards, dictionaries, and the life of an application in a device
+// folder.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -15,7 +16,9 @@
 #include "kelvane/frames.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
+#include "kelvane/lists.h"
 #include "kelvane/menus.h"
+#include "kelvane/selectors.h"
 #include "kelvane/theme.h"
 #include "kelvane/timers.h"
 #include "kelvane/updates.h"
@@ -106,6 +109,72 @@ class Menus : public Session {
         const uint64_t before = picture();
         headless::press(key);
         return before * 31 + picture();
+    }
+
+    Folder folder_;
+    uint64_t expected_;
+};
+
+// A list, the selectors, and a view of a text, one after the other.
+class Lists : public Session {
+  public:
+    Lists() { expected_ = draw(); }
+
+    bool run() override { return draw() == expected_ && answers == 4 + 2 + 1 + 28 + 1; }
+
+  private:
+    static void fill(int row, ilistrow *out, void *) {
+        out->title = row % 2 ? "Odd" : "Even";
+        out->value = "value";
+    }
+    static void told(int action, int row, void *) {
+        if (action == LIST_CHOSEN) answers += row;
+    }
+    static void take_number(int number, void *) { answers += number; }
+    static void take_path(const char *path, void *) { answers += path ? 1 : 0; }
+    static void take_font(const char *name, int, void *) { answers += name ? 1 : 0; }
+    static void take_moment(const imoment *m, void *) { answers += m ? m->day : 0; }
+
+    static uint64_t see_after(std::initializer_list<int> keys) {
+        uint64_t seen = picture();
+        for (const int key : keys) headless::press(key);
+        return seen * 31 + picture();
+    }
+    static uint64_t draw_view() {
+        iscrollview *view = ScrollView_Create(nullptr, nullptr);
+        const irect place = iRect(10, 10, 300, 300, 0);
+        ScrollView_SetRect(view, &place);
+        ScrollView_SetContent(view, 1000, 20);
+        ScrollView_Draw(view);
+        ScrollView_HandleEvent(view, EVT_KEYPRESS, KEY_NEXT, 0);
+        ScrollView_Destroy(view);
+        return picture();
+    }
+    static uint64_t draw() {
+        answers = 0;
+        if (!open_device(ignore)) return 0;
+        ClearScreen();
+        ilist list{};
+        list.title = "List";
+        list.rows.count = 100;
+        list.rows.fill = fill;
+        list.rows.hproc = told;
+        const int number = OpenList(&list);
+        uint64_t seen = see_after({KEY_UP, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN});
+        seen = seen * 31 + see_after({KEY_OK, KEY_BACK});
+        CloseList(number);
+        OpenPageSelector(1, 9, take_number, nullptr);
+        seen = seen * 31 + see_after({KEY_UP, KEY_OK});
+        OpenDirectorySelector("Folder", ".", nullptr, take_path, nullptr);
+        seen = seen * 31 + see_after({KEY_DOWN, KEY_OK, KEY_OK});
+        const imoment start = {2023, 1, 31, 0, 0};
+        OpenDateSelector(&start, take_moment, nullptr);
+        seen = seen * 31 + see_after({KEY_RIGHT, KEY_UP, KEY_OK});
+        OpenFontSelector("default", 0, take_font, nullptr);
+        seen = seen * 31 + see_after({KEY_OK});
+        seen = seen * 31 + draw_view();
+        close_device();
+        return seen;
     }
 
     Folder folder_;
@@ -246,6 +315,7 @@ class Life : public Session {
 
 constexpr Area areas_here[] = {{"Boxes", make<Boxes>},
                                {"Menus", make<Menus>},
+                               {"Lists", make<Lists>},
                                {"Keyboards", make<Keyboards>},
                                {"DictionaryView", make<DictionaryView>},
                                {"Life", make<Life>}};

@@ -23,8 +23,8 @@ std::string Session::loss() const {
 
 std::vector<Area> areas() {
     std::vector<Area> all;
-    for (const auto some :
-         {files_areas, look_areas, picture_areas, book_areas, device_areas, dictionary_areas})
+    for (const auto some : {files_areas, look_areas, picture_areas, book_areas, device_areas,
+                            dictionary_areas, settings_areas})
         all.insert(all.end(), some.begin(), some.end());
     return all;
 }

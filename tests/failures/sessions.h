@@ -46,7 +46,7 @@ std::unique_ptr<Session> make() {
 
 // Each makes a working directory, and maybe a screen, of its own.
 extern const std::span<const Area> files_areas, look_areas, picture_areas, book_areas, device_areas,
-    dictionary_areas;
+    dictionary_areas, settings_areas;
 std::vector<Area> areas();
 
 // The long form of a sweep lets each step fail. The short one lets the first 16 of them fail, and

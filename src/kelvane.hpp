@@ -194,6 +194,15 @@ class FontGuard {
     const ifont *const before_ = GetFont();
 };
 
+/** The hourglass is shown. What is drawn over it stays. */
+class HourglassGuard {
+  public:
+    HourglassGuard() { ShowHourglass(); }
+    ~HourglassGuard() { HideHourglass(); }
+    HourglassGuard(const HourglassGuard &) = delete;
+    HourglassGuard &operator=(const HourglassGuard &) = delete;
+};
+
 // --- text
 
 /** Paginate() with room for every page. */

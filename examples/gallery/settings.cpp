@@ -49,9 +49,8 @@ void open_settings() {
 
 // As a long computation does.
 void work() {
-    ShowHourglass();
+    const kelvane::HourglassGuard hourglass;
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    HideHourglass();
 }
 
 const Row rows[] = {{"Settings", open_settings}, {"A moment of work", work}};

@@ -2,7 +2,9 @@
 // An open headless device, and an application that allocates nothing.
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
+#include <numeric>
 
 #include "support/fonts.h"
 #include "support/headless.h"
@@ -23,6 +25,13 @@ inline bool open_device(kv_handler handler) {
 inline void close_device() {
     ClearOnExit();
     hw::set_horizon(hw::no_horizon);
+}
+
+// A number that tells one screen from another.
+inline uint64_t picture() {
+    const icanvas &c = *kvstate.framebuffer;
+    return std::accumulate(c.addr, c.addr + c.scanline * c.height, uint64_t{0},
+                           [](uint64_t sum, uint8_t byte) { return sum * 31 + byte; });
 }
 
 // A working directory with the fonts of a device, which will be headless.

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <numeric>
 
 #include "failures/device.h"
 #include "failures/sessions.h"
@@ -31,13 +30,6 @@ namespace {
 int answers = 0;
 void answer(int button) {
     answers += button;
-}
-
-// A number that tells one screen from another.
-uint64_t picture() {
-    const icanvas &c = *kvstate.framebuffer;
-    return std::accumulate(c.addr, c.addr + c.scanline * c.height, uint64_t{0},
-                           [](uint64_t sum, uint8_t byte) { return sum * 31 + byte; });
 }
 
 class Boxes : public Session {

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The status panel, the hourglass, and the editor of settings.
-#include <numeric>
-
 #include "failures/device.h"
 #include "failures/sessions.h"
 #include "hw_linux/clock.h"
@@ -14,12 +12,6 @@ namespace failures {
 namespace {
 
 constexpr int64_t fixed_time_s = 1742547059; // a second before a full minute
-
-uint64_t picture() {
-    const icanvas &c = *kvstate.framebuffer;
-    return std::accumulate(c.addr, c.addr + c.scanline * c.height, uint64_t{0},
-                           [](uint64_t sum, uint8_t byte) { return sum * 31 + byte; });
-}
 
 class SettingsScreen : public Session {
   public:

@@ -54,6 +54,10 @@ struct FreeBitmap {
 struct CloseConfig {
     void operator()(iconfig *config) const { ::CloseConfig(config); }
 };
+struct DestroyWidget {
+    void operator()(iselectionlist *list) const { ::SelectionList_Destroy(list); }
+    void operator()(iscrollview *view) const { ::ScrollView_Destroy(view); }
+};
 
 } // namespace detail
 
@@ -105,6 +109,35 @@ class Bitmap : public std::unique_ptr<ibitmap, detail::FreeBitmap> {
         ibitmap *bitmap = release();
         SetTransparentColor(&bitmap, level);
         reset(bitmap);
+    }
+};
+
+/** A list in a page; false when there was no memory for it. */
+class SelectionList : public std::unique_ptr<iselectionlist, detail::DestroyWidget> {
+  public:
+    using unique_ptr::unique_ptr;
+    /** SelectionList_Create(). */
+    explicit SelectionList(const ilistrows &rows) : unique_ptr(SelectionList_Create(&rows)) {}
+    void place(const irect &at) { SelectionList_SetRect(get(), &at); }
+    void draw() { SelectionList_Draw(get()); }
+    /** SelectionList_HandleEvent(). */
+    int handle(int type, int par1, int par2) {
+        return SelectionList_HandleEvent(get(), type, par1, par2);
+    }
+};
+
+/** A view of what is higher than its place; false when there was no memory for it. */
+class ScrollView : public std::unique_ptr<iscrollview, detail::DestroyWidget> {
+  public:
+    using unique_ptr::unique_ptr;
+    /** ScrollView_Create(). */
+    explicit ScrollView(kv_scrollproc drawer, void *context = nullptr)
+        : unique_ptr(ScrollView_Create(drawer, context)) {}
+    void place(const irect &at) { ScrollView_SetRect(get(), &at); }
+    void draw() { ScrollView_Draw(get()); }
+    /** ScrollView_HandleEvent(). */
+    int handle(int type, int par1, int par2) {
+        return ScrollView_HandleEvent(get(), type, par1, par2);
     }
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "internal.h"
 #include "kelvane/events.h"
 #include "kelvane/updates.h"
 #include "lists/keys.h"
@@ -220,8 +221,8 @@ bool List::pointer(int type, int par1, int par2) {
 }
 
 bool List::handle(int type, int par1, int par2) {
+    if (!kvstate.framebuffer || place_.w < 1 || place_.h < 1) return false;
     if (look_ != look()) lay_out();
-    if (place_.w < 1 || place_.h < 1) return false;
     if (modal::is_pointer_event(type)) return pointer(type, par1, par2);
     const bool is_key = type == EVT_KEYPRESS || type == EVT_KEYREPEAT || type == EVT_KEYRELEASE;
     if (is_key && par1 == KEY_OK) return ok_key(type, par2);

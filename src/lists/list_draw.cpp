@@ -50,7 +50,9 @@ class Column {
 
 } // namespace
 
+// Without a screen there is no look yet.
 void List::lay_out() {
+    if (!kvstate.framebuffer) return;
     look_ = look();
     row_h_ = row_height(*look_, rows_.height);
     const int strip_h = std::min(look_->strip_h, place_.h / 2);
@@ -92,7 +94,7 @@ void List::draw_separator(int row) {
 }
 
 void List::draw_row(int row, Ground ground) {
-    if (!paging_.shows(row)) return;
+    if (!kvstate.framebuffer || !paging_.shows(row)) return;
     const raster::ScreenScope screen;
     const text::FontScope font;
     const RowPlace place = row_place(row);

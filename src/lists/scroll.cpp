@@ -27,8 +27,7 @@ int last_number = 0;
 } // namespace
 
 ScrollArea::ScrollArea(kv_scrollproc drawer, void *context)
-    : draw_(drawer), context_(context), number_(last_number = last_number % most_numbers + 1),
-      look_(look()) {}
+    : draw_(drawer), context_(context), number_(last_number = last_number % most_numbers + 1) {}
 
 void ScrollArea::set_place(const irect &place) {
     place_ = raster::to_rect(raster::Box(place));
@@ -54,7 +53,8 @@ void ScrollArea::set_top(int64_t top) {
 }
 
 int ScrollArea::content_w() const {
-    return std::max(place_.w - bar_w * look_->unit, 0);
+    const int unit = kvstate.framebuffer ? look()->unit : 0;
+    return std::max(place_.w - bar_w * unit, 0);
 }
 
 int ScrollArea::page(int parts) const {
@@ -166,6 +166,7 @@ bool ScrollArea::pointer(int type, int par1, int par2) {
 }
 
 bool ScrollArea::handle(int type, int par1, int par2) {
+    if (!kvstate.framebuffer) return false;
     look_ = look();
     if (type == EVT_SHOW || type == EVT_HIDE || type == EVT_RESTORE) hand_.state = 0;
     if (!is_scrolled() || place_.w < 1 || place_.h < 1) return false;

@@ -17,7 +17,7 @@ class ScrollArea {
     // As near to it as may be.
     void set_top(int64_t top);
     int top() const { return top_; }
-    int content_w() const;
+    int content_w() const; // all of it without a screen
 
     void draw();
     // Takes an event: draws and shows what it changes. The callback may destroy the view; so

@@ -94,6 +94,15 @@ class Application {
     void draw() {
         check_guards();
         check_pages();
+        ilistrows rows{};
+        rows.count = 3;
+        list_ = kelvane::SelectionList(rows);
+        list_.place(iRect(0, 0, 300, 200, 0));
+        list_.draw();
+        check(list_.handle(EVT_KEYPRESS, KEY_UP, 0) == 1, "a key of a list");
+        check(SelectionList_GetSelected(list_.get()) == 2, "round and round");
+        kelvane::ScrollView view([](const irect *, int, void *) {});
+        check(view && view.handle(EVT_KEYPRESS, KEY_UP, 0) == 0, "nothing to scroll");
         picture_.draw(5, 5);
         Bitmap moved = std::move(picture_);
         moved.set_transparent(15);
@@ -108,6 +117,7 @@ class Application {
     Font font_{"default", 24};
     Config settings_{"./application.cfg"};
     Bitmap picture_;
+    kelvane::SelectionList list_;
 };
 
 int run_lambda() {

@@ -159,6 +159,26 @@ TEST_F(Lists, AnyNumberOfRowsAndAnyPlaceIsHarmless) {
     SelectionList_Destroy(none);
 }
 
+TEST_F(Lists, OutlivesTheScreenOnWhichItIsDrawn) {
+    make(rows(100));
+    restart_with("language=en\n");
+    fonts::link_all();
+    SelectionList_Draw(list);
+    EXPECT_EQ(SelectionList_HandleEvent(list, EVT_KEYPRESS, KEY_DOWN, 0), 1);
+    iscrollview *view = ScrollView_Create(nullptr, nullptr);
+    ClearOnExit();
+    SelectionList_Draw(list);
+    SelectionList_HandleEvent(list, EVT_KEYPRESS, KEY_DOWN, 0);
+    ScrollView_SetRect(view, &place);
+    ScrollView_Draw(view);
+    ScrollView_Destroy(view);
+    const ilistrows r = rows(3);
+    SelectionList_Destroy(SelectionList_Create(&r));
+    EXPECT_EQ(OpenList(nullptr), 0);
+    ilist alone{};
+    EXPECT_EQ(OpenList(&alone), 0) << "there is no screen";
+}
+
 TEST_F(Lists, ACallbackMayDestroyItsList) {
     for (const int key : {KEY_DOWN, KEY_NEXT, KEY_OK, KEY_MENU}) {
         make(rows(100));

@@ -273,4 +273,16 @@ TEST_F(Selectors, ACallbackMayOpenTheNextOne) {
     expect_closed();
 }
 
+TEST_F(Selectors, NothingOpensWithoutAScreen) {
+    ClearOnExit();
+    EXPECT_EQ(OpenPageSelector(1, 2, take_number, nullptr), 0);
+    EXPECT_EQ(OpenRotationSelector(1, take_number, nullptr), 0);
+    EXPECT_EQ(OpenTimeSelector(nullptr, take_moment, nullptr), 0);
+    EXPECT_EQ(OpenDateSelector(nullptr, take_moment, nullptr), 0);
+    EXPECT_EQ(OpenDirectorySelector(nullptr, nullptr, nullptr, take_path, nullptr), 0);
+    EXPECT_EQ(OpenFontSelector("default", 20, take_font, nullptr), 0);
+    CloseSelector(1);
+    EXPECT_EQ(told, "");
+}
+
 } // namespace

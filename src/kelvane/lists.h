@@ -143,7 +143,10 @@ typedef struct iselectionlist_s iselectionlist;
 KELVANE_API iselectionlist *SelectionList_Create(const ilistrows *rows);
 /** Frees a list; nothing is drawn. Null does nothing, here and below. */
 KELVANE_API void SelectionList_Destroy(iselectionlist *list);
-/** Its place on the screen; empty ones show nothing. The page with the selection comes to sight. */
+/**
+ * Its place, of which what lies on the screen counts; empty ones show nothing. The page with the
+ * selection comes to sight.
+ */
 KELVANE_API void SelectionList_SetRect(iselectionlist *list, const irect *place);
 /**
  * Another number of rows, or the same one when what they show has changed. The selection stays, or
@@ -199,7 +202,7 @@ typedef void (*kv_scrollproc)(const irect *area, int top, void *context);
 KELVANE_API iscrollview *ScrollView_Create(kv_scrollproc draw, void *context);
 /** Frees a view; nothing is drawn. Null does nothing, here and below. */
 KELVANE_API void ScrollView_Destroy(iscrollview *view);
-/** Its place on the screen; empty ones show nothing. */
+/** Its place, of which what lies on the screen counts; empty ones show nothing. */
 KELVANE_API void ScrollView_SetRect(iscrollview *view, const irect *place);
 /**
  * How high the content is. Nothing is drawn.

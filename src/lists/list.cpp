@@ -29,7 +29,7 @@ List::List(const ilistrows &rows)
 }
 
 void List::set_place(const irect &place) {
-    place_ = raster::to_rect(raster::Box(place)); // sums of its sides are an int
+    wanted_ = raster::to_rect(raster::Box(place)); // sums of its sides are an int
     hand_.state = 0;
     lay_out();
 }
@@ -39,6 +39,11 @@ void List::set_count(int count) {
     paging_.set_count(count);
     if (is_fresh_) paging_.select(0);
     if (look_) lay_out();
+}
+
+void List::select(int row) {
+    is_fresh_ = false;
+    paging_.select(row);
 }
 
 void List::show_page(int page) {
@@ -221,8 +226,9 @@ bool List::pointer(int type, int par1, int par2) {
 }
 
 bool List::handle(int type, int par1, int par2) {
-    if (!kvstate.framebuffer || place_.w < 1 || place_.h < 1) return false;
+    if (!kvstate.framebuffer) return false;
     if (look_ != look()) lay_out();
+    if (place_.w < 1 || place_.h < 1) return false;
     if (modal::is_pointer_event(type)) return pointer(type, par1, par2);
     const bool is_key = type == EVT_KEYPRESS || type == EVT_KEYREPEAT || type == EVT_KEYRELEASE;
     if (is_key && par1 == KEY_OK) return ok_key(type, par2);

@@ -18,7 +18,7 @@ class List {
 
     void set_place(const irect &place);
     void set_count(int count);
-    void select(int row) { paging_.select(row); }
+    void select(int row);
     // Of a page that is not there the nearest one.
     void show_page(int page);
     const Paging &paging() const { return paging_; }
@@ -75,7 +75,8 @@ class List {
     ilistrows rows_;
     std::string empty_title_, empty_line_;
     Paging paging_;
-    irect place_{}, strip_{}; // the strip is empty where there is one page
+    irect wanted_{}, place_{}; // the place is what of it lies on the screen
+    irect strip_{};            // empty where there is one page
     LookPtr look_;
     int row_h_ = 1, top_ = 0; // top: what is free above the first row
     kv_gestures hand_{};

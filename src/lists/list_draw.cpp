@@ -10,6 +10,7 @@
 #include "lists/strip.h"
 #include "modal/input.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "raster/screen_scope.h"
 #include "text/font_scope.h"
 
@@ -54,6 +55,7 @@ class Column {
 void List::lay_out() {
     if (!kvstate.framebuffer) return;
     look_ = look();
+    place_ = raster::shared(wanted_, {0, 0, ScreenWidth(), ScreenHeight(), 0});
     row_h_ = row_height(*look_, rows_.height);
     const int strip_h = std::min(look_->strip_h, place_.h / 2);
     top_ = std::min(look_->gap(), place_.h / 2);

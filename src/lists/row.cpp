@@ -30,12 +30,15 @@ bool is_filled_when_marked(const Look &look, const RowPlace &place) {
 class Brush {
   public:
     Brush(const Look &look_, const RowPlace &place, const ilistrow &row_, Mark mark)
-        : look(look_), row(row_), free_(place.inside(look_)),
+        : look(look_), row(row_),
           is_filled(mark == Mark::selected && is_filled_when_marked(look_, place)),
-          is_disabled((row_.flags & LIST_ROW_DISABLED) != 0) {}
+          rest_(place.inside(look_)) {}
 
-    int color() const { return is_disabled ? look.disabled_color : is_filled ? WHITE : BLACK; }
-    const irect &rest() const { return free_; }
+    int color() const {
+        if ((row.flags & LIST_ROW_DISABLED) != 0) return look.disabled_color;
+        return is_filled ? WHITE : BLACK;
+    }
+    const irect &rest() const { return rest_; }
     int alignment() const { return look.is_rtl ? ALIGN_RIGHT : ALIGN_LEFT; }
     int far_alignment() const { return look.is_rtl ? ALIGN_LEFT : ALIGN_RIGHT; }
 
@@ -43,25 +46,22 @@ class Brush {
     irect take(int w) { return cut(w, look.is_rtl); }
     irect take_end(int w) { return cut(w, !look.is_rtl); }
     // Leaves only so much where lines end.
-    void keep_end(int w) { free_ = take_end(w); }
+    void keep_end(int w) { rest_ = take_end(w); }
 
     const Look &look;
     const ilistrow &row;
+    const bool is_filled;
 
   private:
     irect cut(int w, bool from_right) {
-        w = std::clamp(w, 0, free_.w);
-        const irect taken{from_right ? free_.x + free_.w - w : free_.x, free_.y, w, free_.h, 0};
-        if (!from_right) free_.x += w;
-        free_.w -= w;
+        w = std::clamp(w, 0, rest_.w);
+        const irect taken{from_right ? rest_.x + rest_.w - w : rest_.x, rest_.y, w, rest_.h, 0};
+        if (!from_right) rest_.x += w;
+        rest_.w -= w;
         return taken;
     }
 
-    irect free_;
-
-  public:
-    const bool is_filled;
-    const bool is_disabled;
+    irect rest_;
 };
 
 // A sign of the theme in the middle of its column; inverted on black.

@@ -12,6 +12,7 @@
 #include "lists/keys.h"
 #include "modal/input.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "raster/screen_scope.h"
 #include "text/font_scope.h"
 
@@ -31,6 +32,8 @@ ScrollArea::ScrollArea(kv_scrollproc drawer, void *context)
 
 void ScrollArea::set_place(const irect &place) {
     place_ = raster::to_rect(raster::Box(place));
+    if (kvstate.framebuffer)
+        place_ = raster::shared(place_, {0, 0, ScreenWidth(), ScreenHeight(), 0});
     hand_.state = 0;
     set_top(top_);
 }

@@ -16,7 +16,7 @@ class ApplicationList : public ListScreen {
                       (asked.flags & LIST_TURNS) != 0 ? Turning::with_device : Turning::stays,
                       asked.rows}),
           rows_(asked.rows) {
-        list().select(asked.selected);
+        if (asked.selected != 0) list().select(asked.selected);
     }
 
   private:

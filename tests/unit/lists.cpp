@@ -135,9 +135,9 @@ TEST_F(Lists, OnlyRowsInSightAreAskedFor) {
 
 TEST_F(Lists, AnyNumberOfRowsAndAnyPlaceIsHarmless) {
     for (const int count : {0, 1, -1, INT_MIN, 12, 13, INT_MAX})
-        for (const irect &r :
-             {irect{}, irect{-50, -50, 100, 100, 0}, irect{0, 0, 600, 800, 0}, irect{9, 9, 3, 3, 0},
-              irect{INT_MIN, INT_MAX, INT_MAX, INT_MAX, 0}, irect{0, 0, -5, INT_MIN, 0}}) {
+        for (const irect &r : {irect{}, irect{-50, -50, 100, 100, 0}, irect{0, 0, 600, 800, 0},
+                               irect{9, 9, 3, 3, 0}, irect{INT_MIN, INT_MAX, INT_MAX, INT_MAX, 0},
+                               irect{0, 0, -5, INT_MIN, 0}, irect{0, 0, INT_MAX, INT_MAX, 0}}) {
             make(rows(count, count == 13 ? INT_MAX : count == 12 ? 1 : INT_MIN));
             SelectionList_SetRect(list, &r);
             SelectionList_Draw(list);
@@ -149,6 +149,12 @@ TEST_F(Lists, AnyNumberOfRowsAndAnyPlaceIsHarmless) {
             SelectionList_SetPage(list, 3);
             EXPECT_EQ(selected(), 0);
         }
+    const ilistrows some = rows(3);
+    iselectionlist *chosen = SelectionList_Create(&some);
+    SelectionList_SetSelected(chosen, 1);
+    SelectionList_SetCount(chosen, 9);
+    EXPECT_EQ(SelectionList_GetSelected(chosen), 1) << "before a place and a page there are";
+    SelectionList_Destroy(chosen);
     SelectionList_Destroy(nullptr);
     SelectionList_Draw(nullptr);
     EXPECT_EQ(SelectionList_HandleEvent(nullptr, EVT_KEYPRESS, KEY_OK, 0), 0);

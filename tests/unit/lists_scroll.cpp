@@ -90,9 +90,9 @@ TEST_F(ScrollViews, FingersTurnPagesAndTakeTheBar) {
 
 TEST_F(ScrollViews, AnyHeightAndPlaceIsHarmless) {
     for (const int height : {0, 1, -1, 401, INT_MAX, INT_MIN})
-        for (const int line : {0, 1, 7, 1000, INT_MAX, INT_MIN})
-            for (const irect &r : {irect{}, place, irect{INT_MIN, INT_MIN, INT_MAX, INT_MAX, 0},
-                                   irect{590, 790, 5, 3, 0}}) {
+        for (const int line : {0, 7, INT_MAX, INT_MIN})
+            for (const irect &r :
+                 {irect{}, place, irect{0, 0, INT_MAX, INT_MAX, 0}, irect{590, 790, 5, 3, 0}}) {
                 ScrollView_SetRect(view, &r);
                 ScrollView_SetContent(view, height, line);
                 ScrollView_SetTop(view, INT_MAX);

@@ -32,7 +32,7 @@ enum {
     CONFIG_HEADING = 7,  /**< of the rows below it; holds no value */
     CONFIG_TIME = 8,     /**< "07:30" */
     CONFIG_DATE = 9,     /**< "2026-12-31" */
-    CONFIG_FONT = 10,    /**< the name of a font, as EnumFonts() has it */
+    CONFIG_FONT = 10,    /**< the name of a font, as OpenFont() takes it */
     CONFIG_FOLDER = 11,  /**< the path of a folder; variants[0]: no way leads out of that one */
     CONFIG_ACTION = 14,  /**< the application is told that it was chosen; holds no value */
     CONFIG_SUBMENU = 31, /**< opens the nested table */

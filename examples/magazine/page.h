@@ -74,7 +74,8 @@ class Page {
     void toggle_mark() {
         issue_.toggle_mark(article_->name, has_mark() ? mark()->second : start());
         draw_screen(*this);
-        PartialUpdate(0, 0, ScreenWidth(), 12 * look_.u);
+        const irect r = ribbon();
+        PartialUpdate(r.x, r.y, r.w, r.h);
     }
 
   private:
@@ -145,13 +146,17 @@ class Page {
                   ALIGN_RIGHT | VALIGN_MIDDLE);
     }
 
-    void draw_ribbon() {
+    irect ribbon() const {
         const irect area = text_area();
-        const int u = look_.u, w = 6 * u, h = 11 * u, x = area.x + area.w - w;
-        FillArea(x, 0, w, h, BLACK);
-        for (int i = 0; i < w; i++) { // the notch
-            const int cut = std::min(i, w - 1 - i);
-            FillArea(x + i, h - cut, 1, cut, WHITE);
+        return iRect(area.x + area.w - 6 * look_.u, 0, 6 * look_.u, 11 * look_.u, 0);
+    }
+
+    void draw_ribbon() {
+        const irect r = ribbon();
+        FillAreaRect(&r, BLACK);
+        for (int i = 0; i < r.w; i++) { // the notch
+            const int cut = std::min(i, r.w - 1 - i);
+            FillArea(r.x + i, r.h - cut, 1, cut, WHITE);
         }
     }
 

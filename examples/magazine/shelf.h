@@ -42,16 +42,18 @@ class Shelf {
         return pager_.total_pages > 1 && PagerHandler(&pager_, type, x, y);
     }
 
-    // The selection moves within a page, and only the two items are updated; or the page turns.
+    // The selection moves within a page, and only what has changed is updated; or the page turns.
     void select(int i) {
         if (i < 0 || i >= count()) return;
         const int n = per_page(), before = std::exchange(selected_, i);
         draw_screen(*this);
         if (before / n != i / n) return PageUpdate(turns_per_flash);
-        for (const int changed : {before, i}) {
-            const irect r = inset(item(changed % n), -2 * look_.u);
-            PartialUpdate(r.x, r.y, r.w, r.h);
-        }
+        const irect from = item(before % n), to = item(i % n);
+        const int x = std::min(from.x, to.x), y = std::min(from.y, to.y);
+        const irect both =
+            iRect(x, y, std::max(from.x, to.x) + to.w - x, std::max(from.y, to.y) + to.h - y, 0);
+        const irect r = inset(both, -2 * look_.u);
+        PartialUpdate(r.x, r.y, r.w, r.h);
     }
 
     void key_pressed(int key) {

@@ -44,10 +44,11 @@ void ScrollArea::set_content(int height, int line) {
     set_top(top_);
 }
 
-// The end of the content may be followed by a part of a line.
+// A part of a line may follow the end of the content, but some of that is always in sight.
 int ScrollArea::last_top() const {
     const int64_t beyond = std::max(int64_t{height_} - std::max(place_.h, 0), int64_t{0});
-    return static_cast<int>(std::min<int64_t>((beyond + line_ - 1) / line_ * line_, height_));
+    const int64_t last_line = int64_t{std::max(height_ - 1, 0)} / line_ * line_;
+    return static_cast<int>(std::min((beyond + line_ - 1) / line_ * line_, last_line));
 }
 
 void ScrollArea::set_top(int64_t top) {

@@ -22,7 +22,7 @@ struct Session {
     const char *name, *application;
 };
 constexpr Session sessions[] = {
-    {"reader", KELVANE_EXAMPLES "/reader " KELVANE_SOURCE "/examples/book.txt"},
+    {"hello", KELVANE_EXAMPLES "/hello"},
     {"gallery-demo", KELVANE_EXAMPLES "/gallery"},
 };
 

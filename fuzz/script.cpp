@@ -26,6 +26,7 @@ void check(const hw::Action &action) {
     case hw::Verb::await:
         require(!action.file.empty());
         break;
+    case hw::Verb::clock:
     case hw::Verb::pointer:
     case hw::Verb::raw:
     case hw::Verb::close:

@@ -101,10 +101,10 @@ List::Tones List::draw_inside(int row, const RowPlace &place) {
         if (is_marked && !is_abandoned_) mark_row(*look_, place);
         return Tones::all;
     }
-    const ilistrow filled = this->filled(row);
+    const ilistrow r = filled(row);
     if (is_abandoned_) return Tones::all;
-    lists::draw_row(*look_, place, filled, is_marked ? Mark::selected : Mark::none);
-    const bool has_greys = filled.picture || (filled.flags & LIST_ROW_DISABLED) != 0;
+    lists::draw_row(*look_, place, r, is_marked ? Mark::selected : Mark::none);
+    const bool has_greys = r.picture || (r.flags & LIST_ROW_DISABLED) != 0;
     return has_greys || look_->is_lined(row_h_) ? Tones::all : Tones::two;
 }
 

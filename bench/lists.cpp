@@ -70,23 +70,21 @@ struct Bench {
 
 enum Way { OPEN, PAGE, END };
 
-// `way`: the list is made and drawn, goes on by a page, or jumps to its end and back.
+// `way`: the list opens as a screen and closes, goes on by a page, or jumps to its end and back.
 void list_of_100000_and_rows(benchmark::State &state) {
     Bench bench;
     if (!bench.opened) return state.SkipWithError("no device");
     const ilistrows r = rows();
-    const auto make = [&] {
-        iselectionlist *list = SelectionList_Create(&r);
-        SelectionList_SetRect(list, &bench.place);
-        SelectionList_Draw(list);
-        return list;
-    };
-    iselectionlist *list = make();
+    ilist opened{};
+    opened.rows = r;
+    iselectionlist *list = SelectionList_Create(&r);
+    SelectionList_SetRect(list, &bench.place);
+    SelectionList_Draw(list);
     const auto press = [&](int key) { SelectionList_HandleEvent(list, EVT_KEYPRESS, key, 0); };
     const auto way = static_cast<Way>(state.range(0));
     bool at_end = false;
     const auto ours = [&] {
-        if (way == OPEN) SelectionList_Destroy(make());
+        if (way == OPEN) CloseList(OpenList(&opened));
         if (way == PAGE) press(KEY_NEXT);
         if (way == END) press(std::exchange(at_end, !at_end) ? KEY_DOWN : KEY_UP);
     };

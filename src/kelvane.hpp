@@ -125,6 +125,7 @@ class SelectionList : public std::unique_ptr<iselectionlist, detail::DestroyWidg
     explicit SelectionList(const ilistrows &rows) : unique_ptr(SelectionList_Create(&rows)) {}
     void place(const irect &at) { SelectionList_SetRect(get(), &at); }
     void draw() { SelectionList_Draw(get()); }
+    void draw_row(int row) { SelectionList_DrawRow(get(), row); }
     /** SelectionList_HandleEvent(). */
     int handle(int type, int par1, int par2) {
         return SelectionList_HandleEvent(get(), type, par1, par2);

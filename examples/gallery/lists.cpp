@@ -190,7 +190,7 @@ void show_answer(const char *format, ...) {
     std::vsnprintf(kind.answer, sizeof kind.answer, format, arguments);
     va_end(arguments);
     if (&current_page() != &lists_page) return;
-    SelectionList_Draw(page_list());
+    SelectionList_DrawRow(page_list(), opened);
     const irect r = SelectionList_GetRowRect(page_list(), opened);
     PartialUpdate(r.x, r.y, r.w, r.h);
 }

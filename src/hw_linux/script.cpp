@@ -264,9 +264,10 @@ class Parser {
     }
     // Local time.
     void clock(Line &line) {
-        const std::string date(line.word()), time(line.word());
+        std::string moment(line.word());
+        moment.append(" ").append(line.word());
         tm parts{};
-        const char *end = strptime((date + ' ' + time).c_str(), "%Y-%m-%d %H:%M", &parts);
+        const char *end = strptime(moment.c_str(), "%Y-%m-%d %H:%M", &parts);
         parts.tm_isdst = -1;
         if (!end || *end) line.fail("a date and a time are meant, such as 2025-03-21 09:41");
         add({.verb = Verb::clock, .time_s = std::mktime(&parts)});

@@ -8,7 +8,8 @@
  * its pages and goes to its end as fast as the rows of one page are drawn. Rows and pages count
  * from 0.
  *
- * Callbacks may call anything, also what closes or destroys the list that calls them. An addition.
+ * Callbacks may call anything, also what closes or destroys the list that calls them: it asks,
+ * draws and tells nothing more then. An addition.
  *
  * docs/lists.md shows them, with their keys.
  */
@@ -44,18 +45,20 @@ enum {
  */
 typedef struct ilistrow_s {
     const char *title;
-    const char *line;           /**< the second line, in rows a third higher than plain ones */
-    const char *value;          /**< at the end of the row */
-    const ibitmap *picture;     /**< scaled to its place; null: a blank cover, or no picture */
-    const struct ifont_s *font; /**< of the title; null: the theme's */
-    int progress;               /**< 0 to 100, in rows of several lines; -1: no bar */
-    int flags;                  /**< LIST_ROW_* */
+    const char *line;       /**< the second line, in rows a third higher than plain ones */
+    const char *value;      /**< at the end of the row */
+    const ibitmap *picture; /**< scaled to its place; null: a blank cover, or no place for one */
+    const struct ifont_s
+        *font;    /**< of the title, as it is; null: the theme's, bold when selected */
+    int progress; /**< 0 to 100, in rows of several lines; -1: no bar */
+    int flags;    /**< LIST_ROW_* */
 } ilistrow;
 
 /** Fills a row, which is empty and without a bar. */
 typedef void (*kv_listrowproc)(int row, ilistrow *out, void *context);
 /**
- * Draws a row into @p area, which is white and the clip. The library marks it when it is selected.
+ * Draws a row into @p area, which is white and the clip. The library marks it when it is selected,
+ * and draws lines between rows over its last pixels.
  * @return 0: the library draws it as it was filled
  */
 typedef int (*kv_listdrawproc)(int row, const irect *area, void *context);
@@ -68,7 +71,7 @@ enum {
     LIST_COUNTER = 4,  /**< a tap on the counter of pages; the row is the page that is shown */
     LIST_CLOSED = 5    /**< of OpenList(): BACK, or the button in the title; it is closed already */
 };
-/** @param row the selected one, or -1 */
+/** @param row the selected one, or -1; of #LIST_COUNTER the page */
 typedef void (*kv_listhandler)(int action, int row, void *context);
 
 /** The rows of a list. Nulls and zeroes are good for everything but @p count. */
@@ -87,7 +90,7 @@ typedef struct ilistrows_s {
 /** A list that is a screen of its own. Zeroes are good for everything but the rows. */
 typedef struct ilist_s {
     const char *title; /**< a key of GetLangText(), copied; null: no title bar */
-    irect place;       /**< on the screen; empty: all of it */
+    irect place;       /**< on the screen, with a frame and a white rim inside; empty: all of it */
     int selected;      /**< the row selected first, or the nearest; -1 for none */
     int flags;         /**< LIST_TURNS or 0 */
     ilistrows rows;
@@ -120,7 +123,10 @@ KELVANE_API int OpenList(const ilist *list);
 KELVANE_API void CloseList(int list);
 /** Another number of rows, or the same one when what they show has changed; shows them. */
 KELVANE_API void UpdateList(int list, int count);
-/** Selects a row and shows its page; -1 selects none. Others: the nearest. */
+/**
+ * Selects a row and shows its page; -1 selects none. Others, and rows that are passed over: the
+ * nearest on the page. Only what changes is shown, and nobody is told.
+ */
 KELVANE_API void SelectListRow(int list, int row);
 /** The selected row; -1 for none. */
 KELVANE_API int GetListRow(int list);
@@ -144,19 +150,21 @@ KELVANE_API iselectionlist *SelectionList_Create(const ilistrows *rows);
 /** Frees a list; nothing is drawn. Null does nothing, here and below. */
 KELVANE_API void SelectionList_Destroy(iselectionlist *list);
 /**
- * Its place, of which what lies on the screen counts; empty ones show nothing. The page with the
- * selection comes to sight.
+ * Its place, of which what lies on the screen counts; empty ones, and null, show nothing. The page
+ * with the selection comes to sight. Nothing is drawn.
  */
 KELVANE_API void SelectionList_SetRect(iselectionlist *list, const irect *place);
 /**
  * Another number of rows, or the same one when what they show has changed. The selection stays, or
- * moves to the last row. Nothing is drawn.
+ * moves to the last row; it is the first one of a list that was empty. Nothing is drawn.
  */
 KELVANE_API void SelectionList_SetCount(iselectionlist *list, int count);
 /** How many rows there are. */
 KELVANE_API int SelectionList_GetCount(const iselectionlist *list);
 /** Draws the whole list and shows nothing: an update is the page's own. */
 KELVANE_API void SelectionList_Draw(iselectionlist *list);
+/** Draws one row, whose texts have changed, and shows nothing; nothing while it is out of sight. */
+KELVANE_API void SelectionList_DrawRow(iselectionlist *list, int row);
 /**
  * Takes an event of a handler: keys, and what a finger does that went down inside.
  *
@@ -167,7 +175,11 @@ KELVANE_API void SelectionList_Draw(iselectionlist *list);
  * @return 1 when it was taken, else 0
  */
 KELVANE_API int SelectionList_HandleEvent(iselectionlist *list, int type, int par1, int par2);
-/** Selects a row, on whose page the list is then; -1 selects none. Others: the nearest. */
+/**
+ * Selects a row, on whose page the list is then; -1 selects none. Others: the nearest. Nothing is
+ * drawn and nobody is told. A row that is passed over gives way to the nearest of its page when the
+ * list is drawn.
+ */
 KELVANE_API void SelectionList_SetSelected(iselectionlist *list, int row);
 /** The selected row; -1 for none. */
 KELVANE_API int SelectionList_GetSelected(const iselectionlist *list);
@@ -202,13 +214,13 @@ typedef void (*kv_scrollproc)(const irect *area, int top, void *context);
 KELVANE_API iscrollview *ScrollView_Create(kv_scrollproc draw, void *context);
 /** Frees a view; nothing is drawn. Null does nothing, here and below. */
 KELVANE_API void ScrollView_Destroy(iscrollview *view);
-/** Its place, of which what lies on the screen counts; empty ones show nothing. */
+/** Its place, of which what lies on the screen counts; empty ones, and null, show nothing. */
 KELVANE_API void ScrollView_SetRect(iscrollview *view, const irect *place);
 /**
  * How high the content is. Nothing is drawn.
  * @param height in pixels; below 0 counts as 0
- * @param line the view begins at multiples of it, so that no line of text is cut at its top; below
- *             2: anywhere
+ * @param line the view begins and ends at multiples of it, so that no line of text is cut; below 2:
+ *             anywhere
  */
 KELVANE_API void ScrollView_SetContent(iscrollview *view, int height, int line);
 /** How wide the content is: the place without the scroll bar, which there is always room for. */

@@ -3,10 +3,13 @@
 #include "lists/list.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 
 #include "internal.h"
 #include "kelvane/events.h"
 #include "kelvane/updates.h"
+#include "lists/drawing.h"
 #include "lists/keys.h"
 #include "lists/strip.h"
 #include "modal/input.h"
@@ -34,20 +37,24 @@ void List::set_place(const irect &place) {
     lay_out();
 }
 
+// One that was emptied begins anew.
 void List::set_count(int count) {
-    is_fresh_ |= is_empty();
+    is_fresh_ |= count < 1 && paging_.selected >= 0;
     paging_.set_count(count);
     if (is_fresh_) paging_.select(0);
+    is_settled_ = false;
     if (look_) lay_out();
 }
 
 void List::select(int row) {
-    is_fresh_ = false;
+    is_fresh_ = is_empty() && row >= 0;
+    is_settled_ = false;
     paging_.select(row);
 }
 
 void List::show_page(int page) {
     if (is_empty()) return;
+    is_fresh_ = false;
     const auto pages = std::clamp<int64_t>(page, 0, paging_.last_page()) - paging_.page;
     paging_.select(nearest_on_page(paging_.row_after_turn(static_cast<int>(pages))));
 }
@@ -55,8 +62,8 @@ void List::show_page(int page) {
 ilistrow List::filled(int row) const {
     ilistrow r{};
     r.progress = -1;
-    if (rows_.fill) rows_.fill(row, &r, rows_.context);
-    return r;
+    if (rows_.fill && !is_abandoned_) rows_.fill(row, &r, rows_.context);
+    return is_abandoned_ ? ilistrow{} : r;
 }
 
 bool List::is_selectable(int row) const {
@@ -84,6 +91,10 @@ int List::nearest_on_page(int row) const {
     return row;
 }
 
+int List::nearest(int row) const {
+    return row < 0 || is_empty() ? -1 : nearest_on_page(std::min(row, paging_.count - 1));
+}
+
 int List::row_at(int x, int y) const {
     const int64_t down = int64_t{y} - place_.y - top_;
     if (x < place_.x || x >= place_.x + place_.w || down < 0) return -1;
@@ -92,19 +103,32 @@ int List::row_at(int x, int y) const {
 }
 
 void List::tell(int action, int row) const {
-    if (rows_.hproc) rows_.hproc(action, row, rows_.context);
+    if (rows_.hproc && !is_abandoned_) rows_.hproc(action, row, rows_.context);
 }
 
-// Two rows in black and white; pictures keep their greys.
-void List::show_move(int from, int to) {
-    draw_row(from);
-    draw_row(to);
-    irect r = raster::joined(row_rect(from), row_rect(to));
-    if (has_lines()) r = {r.x, r.y - look_->hairline, r.w, r.h + look_->hairline, 0};
-    if (look_->is_lined(row_h_))
-        PartialUpdate(r.x, r.y, r.w, r.h);
+// With the line above them.
+void List::update_rows(const irect &rows, Tones tones) const {
+    if (rows.w < 1) return;
+    const int line = has_lines() ? look_->hairline : 0;
+    if (tones == Tones::two)
+        PartialUpdateBW(rows.x, rows.y - line, rows.w, rows.h + line);
     else
-        PartialUpdateBW(r.x, r.y, r.w, r.h);
+        PartialUpdate(rows.x, rows.y - line, rows.w, rows.h + line);
+}
+
+// Rows that lie between the two stay as they are.
+void List::show_move(int from, int to) {
+    if (is_stale_) return redraw();
+    if (is_drawing_) return;
+    const Drawing drawing(is_drawing_);
+    const Tones of_from = draw_row(from, Ground::any);
+    const Tones of_to = from == to ? of_from : draw_row(to, Ground::any);
+    if (is_abandoned_) return;
+    const irect a = row_rect(from), b = row_rect(to);
+    if (of_from == of_to && std::abs(int64_t{from} - to) <= 1)
+        return update_rows(raster::joined(a, b), of_to);
+    update_rows(a, of_from);
+    update_rows(b, of_to);
 }
 
 void List::redraw_row(int row) {
@@ -114,13 +138,17 @@ void List::redraw_row(int row) {
 void List::move_to(int row, Told told) {
     const int from = paging_.selected, page = paging_.page;
     if (row == from) return;
-    is_fresh_ = false;
-    paging_.select(row);
+    select(row);
+    is_settled_ = true;
     if (page == paging_.page)
         show_move(from, paging_.selected);
     else
         redraw();
     if (told == Told::yes) tell(LIST_SELECTED, paging_.selected);
+}
+
+void List::go_to(int row) {
+    move_to(nearest(row), Told::no);
 }
 
 void List::turn(int pages) {
@@ -218,15 +246,16 @@ void List::gesture(int kind) {
 }
 
 bool List::pointer(int type, int par1, int par2) {
-    const bool is_mine = type == EVT_POINTERDOWN ? raster::contains(raster::Box(place_), par1, par2)
-                                                 : hand_.state != 0;
-    if (!is_mine) return false;
+    const bool is_down = type == EVT_POINTERDOWN;
+    const bool is_outside = is_down && !raster::contains(raster::Box(place_), par1, par2);
+    if (is_outside) hand_.state = 0;
+    if (is_outside || (!is_down && hand_.state == 0)) return false;
     gesture(RecogniseGesture(&hand_, type, par1, par2));
     return true;
 }
 
 bool List::handle(int type, int par1, int par2) {
-    if (!kvstate.framebuffer) return false;
+    if (!kvstate.framebuffer || is_abandoned_) return false;
     if (look_ != look()) lay_out();
     if (place_.w < 1 || place_.h < 1) return false;
     if (modal::is_pointer_event(type)) return pointer(type, par1, par2);

@@ -28,10 +28,15 @@ class List {
 
     // Draws everything on the screen.
     void draw();
-    // The same, and shows it.
+    // One row, where it is on the page.
+    void draw_row(int row);
+    // The same, and show it.
     void redraw();
-    // Draws and shows one row, where it is on the page.
     void redraw_row(int row);
+    // Selects a row, or the nearest that can be, and shows what that changes.
+    void go_to(int row);
+    // Whoever owned it is gone, maybe in a callback: nothing is asked, drawn or told any more.
+    void abandon() { is_abandoned_ = true; }
     // Takes an event: draws and shows what it changes, and tells the owner, who may then destroy
     // the list; so whoever calls keeps it alive.
     bool handle(int type, int par1, int par2);
@@ -42,7 +47,9 @@ class List {
 
     // Follows the theme and the number of rows.
     void lay_out();
-    void choose_first();
+    // Moves the selection off rows that are passed over.
+    void settle();
+    int nearest(int row) const;
 
     ilistrow filled(int row) const;
     bool is_selectable(int row) const;
@@ -54,13 +61,17 @@ class List {
     void draw_rows();
     // What lies under a row: what is white already need not be filled.
     enum class Ground { any, white };
-    void draw_row(int row, Ground ground = Ground::any);
+    // What an update of it has to keep.
+    enum class Tones { two, all };
+    Tones draw_row(int row, Ground ground);
+    Tones draw_inside(int row, const RowPlace &place);
     void draw_separator(int row);
     void draw_empty() const;
 
     void tell(int action, int row) const;
     void move_to(int row, Told told);
     void show_move(int from, int to);
+    void update_rows(const irect &rows, Tones tones) const;
     void turn(int pages);
     void step(int step, Press press);
     bool key(int code, Press press);
@@ -81,8 +92,10 @@ class List {
     int row_h_ = 1, top_ = 0; // top: what is free above the first row
     kv_gestures hand_{};
     bool ok_is_down_ = false;
-    bool is_fresh_ = true; // nobody has chosen what is selected
-    bool is_drawing_ = false;
+    bool is_fresh_ = true;    // nobody has chosen what is selected
+    bool is_settled_ = false; // what is selected can be
+    bool is_stale_ = true;    // the screen shows another layout
+    bool is_drawing_ = false, is_abandoned_ = false;
 };
 
 } // namespace lists

@@ -60,16 +60,17 @@ void List::lay_out() {
     const int strip_h = std::min(look_->strip_h, place_.h / 2);
     top_ = std::min(look_->gap(), place_.h / 2);
     const int room = place_.h - top_;
-    const bool has_strip = paging_.count > room / row_h_ && strip_h > 0;
+    const bool has_strip = paging_.count > room / row_h_ && strip_h > 0 && room - strip_h >= row_h_;
     strip_ =
         has_strip ? irect{place_.x, place_.y + place_.h - strip_h, place_.w, strip_h, 0} : irect{};
     paging_.set_per_page((room - strip_.h) / row_h_);
+    is_stale_ = true;
 }
 
 RowPlace List::row_place(int row) const {
     const bool is_narrow = place_.w < narrow_units * look_->unit;
     return {{place_.x, place_.y + top_ + (row - paging_.first()) * row_h_, place_.w,
-             std::min(row_h_, std::max(place_.h, 1)), 0},
+             std::min(row_h_, std::max(place_.h - top_, 1)), 0},
             is_narrow ? look_->margin / 2 : look_->margin};
 }
 
@@ -77,11 +78,10 @@ irect List::row_rect(int row) const {
     return look_ && paging_.shows(row) ? row_place(row).area : irect{};
 }
 
-// The first row may be a heading.
-void List::choose_first() {
-    if (!is_fresh_ || is_empty() || paging_.selected < 0) return;
-    is_fresh_ = false;
-    paging_.select(nearest_on_page(paging_.selected));
+void List::settle() {
+    if (!is_settled_) paging_.select(nearest(paging_.selected));
+    is_settled_ = true;
+    is_fresh_ &= is_empty();
 }
 
 // Between rows of several lines, and elsewhere where the theme has lines; not beside the selection.
@@ -95,22 +95,40 @@ void List::draw_separator(int row) {
     FillArea(r.x, r.y + r.h - look_->hairline, r.w, look_->hairline, WHITE);
 }
 
-void List::draw_row(int row, Ground ground) {
-    if (!kvstate.framebuffer || !paging_.shows(row)) return;
+List::Tones List::draw_inside(int row, const RowPlace &place) {
+    const bool is_marked = row == paging_.selected;
+    if (rows_.draw && rows_.draw(row, &place.area, rows_.context) != 0) {
+        if (is_marked && !is_abandoned_) mark_row(*look_, place);
+        return Tones::all;
+    }
+    const ilistrow r = filled(row);
+    if (is_abandoned_) return Tones::all;
+    lists::draw_row(*look_, place, r, is_marked ? Mark::selected : Mark::none);
+    const bool has_greys = r.picture || (r.flags & LIST_ROW_DISABLED) != 0;
+    return has_greys || look_->is_lined(row_h_) ? Tones::all : Tones::two;
+}
+
+List::Tones List::draw_row(int row, Ground ground) {
+    if (!kvstate.framebuffer || is_abandoned_ || !paging_.shows(row)) return Tones::two;
     const raster::ScreenScope screen;
     const text::FontScope font;
     const RowPlace place = row_place(row);
-    const bool is_marked = row == paging_.selected;
-    SetClipRect(&place.area);
-    if (ground == Ground::any) FillAreaRect(&place.area, WHITE);
-    const bool is_drawn = rows_.draw && rows_.draw(row, &place.area, rows_.context) != 0;
-    if (!is_drawn)
-        lists::draw_row(*look_, place, filled(row), is_marked ? Mark::selected : Mark::none);
-    else if (is_marked)
-        mark_row(*look_, place);
+    const irect clip = raster::shared(place.area, place_);
+    SetClipRect(&clip);
+    if (ground == Ground::any) FillAreaRect(&clip, WHITE);
+    const Tones tones = draw_inside(row, place);
+    if (is_abandoned_) return tones;
     SetClipRect(&place_);
     draw_separator(row - 1);
     draw_separator(row);
+    return tones;
+}
+
+void List::draw_row(int row) {
+    if (is_stale_) return draw();
+    if (is_drawing_) return;
+    const Drawing drawing(is_drawing_);
+    draw_row(row, Ground::any);
 }
 
 void List::draw_empty() const {
@@ -130,11 +148,13 @@ void List::draw_rows() {
 }
 
 void List::draw() {
-    if (!kvstate.framebuffer || is_drawing_) return;
+    if (!kvstate.framebuffer || is_drawing_ || is_abandoned_) return;
     if (look_ != look()) lay_out();
     if (place_.w < 1 || place_.h < 1) return;
     const Drawing drawing(is_drawing_);
-    choose_first();
+    is_stale_ = false;
+    settle();
+    if (is_abandoned_) return;
     const raster::ScreenScope screen;
     const text::FontScope font;
     SetClipRect(&place_);
@@ -143,13 +163,14 @@ void List::draw() {
         draw_empty();
     else
         draw_rows();
+    if (is_abandoned_) return;
     SetClipRect(&place_);
     if (strip_.h > 0) draw_strip(*look_, strip_, paging_.page, paging_.last_page());
 }
 
 void List::redraw() {
     draw();
-    modal::update(raster::Box(place_));
+    if (!is_abandoned_) modal::update(raster::Box(place_));
 }
 
 } // namespace lists

@@ -28,7 +28,7 @@ struct Look {
     int units(int tenths) const { return unit * tenths / 10; }
     // Rows of several lines keep this much above and below free.
     int gap() const { return unit; }
-    // Those with covers; larger type has larger ones.
+    // Those with covers, which are 20 units high between borders; larger type has larger ones.
     int cover_row_h() const { return std::max(2 * row_h, 24 * unit); }
     // Less high ones have one line.
     bool is_lined(int h) const { return h >= row_h * 4 / 3; }

@@ -15,8 +15,9 @@ namespace {
 
 constexpr int after_cover = 3, icon_side = 8, bar_w = 20; // in units
 
+// The border of a selected row has room around covers.
 int cover_h(const Look &look, int row_h) {
-    return std::max(row_h - 4 * look.unit, 1);
+    return std::max(row_h - 2 * std::max(2 * look.unit, 4 * look.hairline), 1);
 }
 int cover_w(const Look &look, int row_h) {
     return cover_h(look, row_h) * 3 / 4;
@@ -34,9 +35,15 @@ class Brush {
           is_filled(mark == Mark::selected && is_filled_when_marked(look_, place)),
           rest_(place.inside(look_)) {}
 
+    bool is_disabled() const { return (row.flags & LIST_ROW_DISABLED) != 0; }
     int color() const {
-        if ((row.flags & LIST_ROW_DISABLED) != 0) return look.disabled_color;
+        if (is_disabled()) return look.disabled_color;
         return is_filled ? WHITE : BLACK;
+    }
+    // For a picture that has been drawn: white on black where texts are, and pale beside grey ones.
+    void suit(const irect &r) const {
+        if (is_filled) InvertArea(r.x, r.y, r.w, r.h);
+        if (is_disabled()) DimArea(r.x, r.y, r.w, r.h, WHITE);
     }
     const irect &rest() const { return rest_; }
     int alignment() const { return look.is_rtl ? ALIGN_RIGHT : ALIGN_LEFT; }
@@ -67,11 +74,11 @@ class Brush {
 // A sign of the theme in the middle of its column; inverted on black.
 void draw_sign(const Brush &b, const irect &column, const ibitmap *sign) {
     if (!sign) return;
-    const int x = column.x + (column.w - sign->width) / 2;
-    const int y = column.y + (column.h - sign->height) / 2;
-    if (b.is_filled) FillArea(x, y, sign->width, sign->height, WHITE);
-    DrawBitmap(x, y, sign);
-    if (b.is_filled) InvertArea(x, y, sign->width, sign->height);
+    const irect r{column.x + (column.w - sign->width) / 2, column.y + (column.h - sign->height) / 2,
+                  sign->width, sign->height, 0};
+    if (b.is_filled) FillAreaRect(&r, WHITE);
+    DrawBitmap(r.x, r.y, sign);
+    b.suit(r);
 }
 
 // The largest with the same proportions.
@@ -108,6 +115,7 @@ void draw_cover(Brush &b, int row_h) {
         draw_picture(box, *b.row.picture);
     else
         draw_blank_cover(b.look, box);
+    b.suit(box);
 }
 
 void draw_icon(Brush &b) {
@@ -118,7 +126,7 @@ void draw_icon(Brush &b) {
                     column.y + (column.h - side) / 2, side, side, 0};
     if (b.is_filled) FillAreaRect(&box, WHITE);
     draw_picture(box, *b.row.picture);
-    if (b.is_filled) InvertArea(box.x, box.y, box.w, box.h);
+    b.suit(box);
 }
 
 void draw_bullet(Brush &b) {
@@ -217,7 +225,8 @@ void draw_several_lines(Brush &b, const RowPlace &place) {
     if (!is_cover) draw_icon(b);
     draw_arrow(b);
     const ifont *font = title_font(b, true), *small = look.small.get();
-    const int top = b.rest().y + (b.rest().h - height(font) - height(small)) / 2;
+    const int bar_room = is_cover || is_bare ? 0 : look.unit + look.bar_h();
+    const int top = b.rest().y + (b.rest().h - height(font) - height(small) - bar_room) / 2;
     if (is_bare) draw_end_of_two_lines(b);
     draw_text(b, font, top, b.row.title);
     if (!is_bare) draw_end(b, top + height(font));
@@ -243,7 +252,7 @@ void draw_row(const Look &look, const RowPlace &place, const ilistrow &row, Mark
 void mark_row(const Look &look, const RowPlace &place) {
     const irect &r = place.area;
     if (is_filled_when_marked(look, place)) return InvertArea(r.x, r.y, r.w, r.h);
-    const int out = std::min(2 * look.unit, place.margin);
+    const int out = std::clamp(place.margin - look.unit, 0, 3 * look.unit);
     const irect around{r.x + place.margin - out, r.y, std::max(r.w - 2 * (place.margin - out), 0),
                        r.h, 0};
     DrawPickOutEx(&around, "default");

@@ -44,9 +44,14 @@ void ScrollArea::set_content(int height, int line) {
     set_top(top_);
 }
 
+int ScrollArea::sight_h() const {
+    const bool is_cut = is_scrolled() && line_ > 1 && place_.h >= line_;
+    return is_cut ? place_.h / line_ * line_ : std::max(place_.h, 0);
+}
+
 // A part of a line may follow the end of the content, but some of that is always in sight.
 int ScrollArea::last_top() const {
-    const int64_t beyond = std::max(int64_t{height_} - std::max(place_.h, 0), int64_t{0});
+    const int64_t beyond = std::max(int64_t{height_} - sight_h(), int64_t{0});
     const int64_t last_line = int64_t{std::max(height_ - 1, 0)} / line_ * line_;
     return static_cast<int>(std::min((beyond + line_ - 1) / line_ * line_, last_line));
 }
@@ -72,8 +77,9 @@ irect ScrollArea::bar() const {
 
 irect ScrollArea::thumb() const {
     const irect b = bar();
-    const auto h = static_cast<int>(
-        std::clamp<int64_t>(int64_t{b.h} * b.h / std::max(height_, 1), 4 * look_->unit, b.h));
+    const int64_t part = int64_t{b.h} * b.h / std::max(height_, 1);
+    const int h =
+        static_cast<int>(std::min<int64_t>(std::max<int64_t>(part, 4 * look_->unit), b.h));
     const auto y = int64_t{b.h - h} * top_ / std::max(last_top(), 1);
     const int w = std::max(least_thumb_w, 3 * look_->hairline);
     return {b.x + (b.w - w) / 2, b.y + static_cast<int>(y), w, h, 0};
@@ -96,7 +102,7 @@ void ScrollArea::draw() {
     FillAreaRect(&place_, WHITE);
     draw_bar();
     const int w = content_w();
-    const irect area{look_->is_rtl ? place_.x + place_.w - w : place_.x, place_.y, w, place_.h, 0};
+    const irect area{look_->is_rtl ? place_.x + place_.w - w : place_.x, place_.y, w, sight_h(), 0};
     SetClipRect(&area);
     if (draw_ && height_ > 0) draw_(&area, top_, context_);
 }

@@ -26,6 +26,8 @@ class ScrollArea {
 
   private:
     bool is_scrolled() const { return height_ > place_.h; }
+    // What of the place shows content: whole lines.
+    int sight_h() const;
     int last_top() const;
     // How far one goes by pages or by parts of them.
     int page(int parts) const;

@@ -22,6 +22,7 @@ iselectionlist *SelectionList_Create(const ilistrows *rows) {
 }
 
 void SelectionList_Destroy(iselectionlist *list) {
+    if (list) list->widget->abandon();
     delete list;
 }
 
@@ -39,6 +40,10 @@ int SelectionList_GetCount(const iselectionlist *list) {
 
 void SelectionList_Draw(iselectionlist *list) {
     with(list, [](List &l) { l.draw(); });
+}
+
+void SelectionList_DrawRow(iselectionlist *list, int row) {
+    with(list, [&](List &l) { l.draw_row(row); });
 }
 
 int SelectionList_HandleEvent(iselectionlist *list, int type, int par1, int par2) {

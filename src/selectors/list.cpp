@@ -63,10 +63,7 @@ void UpdateList(int list, int count) {
 }
 
 void SelectListRow(int list, int row) {
-    with_list(list, [&](ApplicationList &l) {
-        l.list().select(row);
-        l.show_list();
-    });
+    with_list(list, [&](ApplicationList &l) { l.go_to(row); });
 }
 
 int GetListRow(int list) {

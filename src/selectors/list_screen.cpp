@@ -36,16 +36,26 @@ ListScreen::ListScreen(const Kind &kind)
 
 ilistrows ListScreen::own_rows(ilistrows rows) {
     rows.context = this;
-    rows.fill = [](int row, ilistrow *out, void *screen) {
-        static_cast<ListScreen *>(screen)->fill(row, *out);
+    rows.fill = [](int row, ilistrow *out, void *context) {
+        auto &screen = *static_cast<ListScreen *>(context);
+        screen.fill(row, *out);
+        screen.notice_closing();
     };
-    rows.draw = [](int row, const irect *area, void *screen) {
-        return static_cast<ListScreen *>(screen)->draw_row(row, *area) ? 1 : 0;
+    rows.draw = [](int row, const irect *area, void *context) {
+        auto &screen = *static_cast<ListScreen *>(context);
+        const bool is_drawn = screen.draw_row(row, *area);
+        screen.notice_closing();
+        return is_drawn ? 1 : 0;
     };
     rows.hproc = [](int action, int row, void *screen) {
         static_cast<ListScreen *>(screen)->tell(action, row);
     };
     return rows;
+}
+
+// What lay beneath is on the screen again.
+void ListScreen::notice_closing() {
+    if (!is_open()) list_.abandon();
 }
 
 bool ListScreen::draw_row(int, const irect &) {
@@ -79,16 +89,17 @@ irect ListScreen::lay_out() {
     const irect inside = is_window() ? window_inside(covered_) : whole;
     const int bar_h = has_title_ ? std::min(bar_.height(), inside.h) : 0;
     bar_.place = {inside.x, inside.y, inside.w, bar_h, 0};
-    list_.set_place({inside.x, inside.y + bar_h, inside.w, inside.h - bar_h, 0});
+    const int top = has_title_ ? std::min(bar_h + bar_.below, inside.h) : 0;
+    list_.set_place({inside.x, inside.y + top, inside.w, inside.h - top, 0});
     return covered_;
 }
 
 void ListScreen::draw() {
     const raster::ScreenScope screen;
-    if (is_window()) FillAreaRect(&covered_, WHITE);
+    FillAreaRect(&covered_, WHITE);
     if (has_title_) draw_title_bar(bar_, title_.c_str());
     list_.draw();
-    if (is_window()) draw_window_border(covered_);
+    if (is_window() && is_open()) draw_window_border(covered_);
 }
 
 void ListScreen::show_list() {
@@ -96,6 +107,12 @@ void ListScreen::show_list() {
         list_.redraw();
     else
         show();
+}
+
+void ListScreen::go_to(int row) {
+    if (is_on_top()) return list_.go_to(row);
+    list_.select(row);
+    show();
 }
 
 void ListScreen::show_row(int row) {

@@ -20,6 +20,7 @@ class ListScreen : public Screen {
     // Shows the rows anew, now or later.
     void show_list();
     void show_row(int row);
+    void go_to(int row);
 
   protected:
     struct Kind {
@@ -40,6 +41,8 @@ class ListScreen : public Screen {
     // The same rows, asked of this screen.
     ilistrows own_rows(ilistrows rows);
     void tell(int action, int row);
+    // After each callback that may have closed it.
+    void notice_closing();
     void ask_for_page();
     void close_by_user();
     bool is_window() const { return wanted_.w > 0 && wanted_.h > 0; }

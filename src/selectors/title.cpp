@@ -53,9 +53,10 @@ TitleBar load_title_bar() {
     TitleBar bar;
     bar.font.reset(caption.font);
     bar.background = caption.background_color;
-    bar.h = std::clamp(caption.height, 12 * look->unit, tallest_bar);
+    bar.h = std::min(std::max(caption.height, 12 * look->unit), tallest_bar);
     bar.margin = look->margin;
     bar.rule = 2 * look->hairline;
+    bar.below = is_dark(bar.background) ? 2 * look->unit : 0;
     if (device_touchpanel() > 0) bar.exit = theme::Picture("close");
     return bar;
 }

@@ -14,6 +14,7 @@ struct TitleBar {
     text::FontPtr font;
     int background = 0;
     int h = 0, margin = 0, rule = 0;
+    int below = 0;       // what stays free: a black row is no part of a black bar
     theme::Picture exit; // where only a finger could use it; else empty
     kv_gestures hand{};
 

@@ -70,7 +70,7 @@ class Definition {
     }
 
     void put(int64_t x, int64_t y, unsigned grey) const {
-        y += v_.shift_rows;
+        y = (y + v_.shift_rows) % c_.height;
         const int64_t px[] = {x, c_.height - y, y, c_.width - x};
         const int64_t py[] = {y, x, c_.width - x, c_.height - y};
         const int64_t to_x = px[v_.turn], to_y = py[v_.turn];
@@ -103,8 +103,9 @@ TEST(Panel, PaintsWhatTheDefinitionSays) {
     std::mt19937 random(1);
     const auto below = [&](int bound) { return static_cast<int>(random() % bound); };
     for (int round = 0; round < 4000; ++round) {
-        const PanelView view{static_cast<Zoom>(below(3)), below(4), below(3) ? 0 : below(9)};
         const int width = 2 + 2 * below(40), height = 2 + 2 * below(30);
+        const PanelView view{static_cast<Zoom>(below(3)), below(4),
+                             below(3) ? 0 : below(std::min(9, height))};
         RandomCanvas source(random, width, height);
         const bool sideways = view.turn == 1 || view.turn == 2;
         Buffer fast(to_drawing_area(view.zoom, sideways ? height : width),

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Lists as parts of a page: what keys and fingers do, and what it costs.
+#include <algorithm>
 #include <climits>
 #include <gtest/gtest.h>
 
 #include "lists_support.h"
+#include "support/theme_file.h"
 
 using namespace list_test;
 
@@ -14,10 +16,10 @@ const irect place = {0, 96, 600, 600, 0}; // 12 plain rows without a strip, 11 a
 class Lists : public list_test::Test {
   protected:
     ~Lists() override { SelectionList_Destroy(list); }
-    void make(const ilistrows &r) {
+    void make(const ilistrows &r, const irect &at = place) {
         SelectionList_Destroy(list);
         list = SelectionList_Create(&r);
-        SelectionList_SetRect(list, &place);
+        SelectionList_SetRect(list, &at);
         SelectionList_Draw(list);
         headless::on_event([this](int type, int p1, int p2) {
             return SelectionList_HandleEvent(list, type, p1, p2);
@@ -99,6 +101,20 @@ TEST_F(Lists, AStepShowsTwoRowsAndATurnThePageOnce) {
     headless::press(KEY_NEXT);
     ASSERT_EQ(boxes::update_calls(), "PartialUpdate ");
     EXPECT_EQ(headless::updates()[0].h, 600);
+    headings = {1, 2};
+    make(rows(100));
+    headless::press(KEY_DOWN);
+    ASSERT_EQ(boxes::update_calls(), "PartialUpdateBW PartialUpdateBW ")
+        << "rows between them may have greys";
+    EXPECT_EQ(headless::updates()[1].h, 48);
+    ilistrows drawn = rows(100);
+    drawn.draw = [](int row, const irect *, void *) { return row == 1 ? 1 : 0; };
+    make(drawn);
+    SelectionList_SetSelected(list, 0);
+    SelectionList_Draw(list);
+    headings = {};
+    press_all({KEY_DOWN});
+    EXPECT_EQ(boxes::update_calls(), "PartialUpdateBW PartialUpdate ") << "so may drawn ones";
 }
 
 TEST_F(Lists, WhatIsShownIsWhatADrawnPageShows) {
@@ -114,6 +130,118 @@ TEST_F(Lists, WhatIsShownIsWhatADrawnPageShows) {
             EXPECT_TRUE(screen() == moved) << height << " " << selected();
         }
     }
+}
+
+TEST_F(Lists, FollowsThemeAndLanguage) {
+    write_file("system/themes/high.tqt", ThemeFile("context_menu.item.height=80\n").bytes());
+    write_file("system/language/xx.txt", "Language\n%RTL\n");
+    for (const auto &change : std::vector<std::function<void()>>{[] { OpenTheme("high"); },
+                                                                 [] { LoadLanguage("xx"); }}) {
+        make(rows(100));
+        change();
+        headless::press(KEY_DOWN);
+        const std::vector<uint8_t> moved = screen();
+        SelectionList_Draw(list);
+        EXPECT_TRUE(screen() == moved);
+    }
+    EXPECT_EQ(SelectionList_GetRowRect(list, 1).h, 80);
+    LoadLanguage("en");
+    OpenTheme("none");
+}
+
+TEST_F(Lists, DrawnRowsKeepToTheirPlace) {
+    ilistrows drawn = rows(30);
+    drawn.draw = [](int row, const irect *, void *) {
+        if (row == 2) FillArea(0, 0, 600, 800, BLACK);
+        return row == 2 ? 1 : 0;
+    };
+    make(drawn);
+    const irect r = SelectionList_GetRowRect(list, 2);
+    const auto blacks = [&](int y) {
+        const uint8_t *line = kvstate.framebuffer->addr + ptrdiff_t{y} * 600;
+        return std::count(line, line + 600, 0);
+    };
+    ASSERT_EQ(kvstate.framebuffer->scanline, 600);
+    EXPECT_EQ(blacks(r.y), 600);
+    EXPECT_EQ(blacks(r.y + r.h - 1), 600);
+    EXPECT_EQ(blacks(r.y + r.h), 0);
+    EXPECT_EQ(blacks(r.y - 1), 0);
+    SelectionList_SetSelected(list, 2);
+    SelectionList_Draw(list);
+    EXPECT_EQ(blacks(r.y), 0) << "marked";
+}
+
+TEST_F(Lists, ValuesAndBarsStandAtTheEndInsideTheBorder) {
+    static int progress;
+    for (const int height : {int{LIST_COVER_ROWS}, 64}) {
+        ilistrows read = rows(1, height);
+        read.fill = [](int, ilistrow *out, void *) {
+            out->value = "3";
+            out->progress = progress;
+        };
+        long before_blacks = 0;
+        for (const int percent : {0, 50, 100, 900}) {
+            progress = percent;
+            make(read);
+            SelectionList_SetSelected(list, -1);
+            SelectionList_Draw(list);
+            const irect r = SelectionList_GetRowRect(list, 0);
+            long blacks = 0;
+            for (int y = r.y; y < r.y + r.h; ++y)
+                for (int x = 480; x < 600; ++x) {
+                    if (kvstate.framebuffer->addr[y * 600 + x] != 0) continue;
+                    ++blacks;
+                    EXPECT_LT(y, r.y + r.h - 4) << "where the border is";
+                }
+            EXPECT_EQ(blacks > before_blacks, percent <= 100) << percent;
+            before_blacks = blacks;
+        }
+    }
+}
+
+TEST_F(Lists, SmallPlacesAreNotLeft) {
+    for (const int height : {int{LIST_PLAIN_ROWS}, int{LIST_COVER_ROWS}})
+        for (const int h : {1, 4, 20, 30, 50, 60, 80, 100}) {
+            draw_page();
+            const irect low = {100, 300, 300, h, 0};
+            make(rows(9, height), low);
+            press_all({KEY_DOWN, KEY_DOWN, KEY_NEXT});
+            const irect row = SelectionList_GetRowRect(list, SelectionList_GetSelected(list));
+            EXPECT_LE(row.y + row.h, 300 + h);
+            FillAreaRect(&low, WHITE);
+            const std::vector<uint8_t> around = screen();
+            draw_page();
+            FillAreaRect(&low, WHITE);
+            EXPECT_TRUE(around == screen()) << height << " " << h;
+        }
+}
+
+TEST_F(Lists, SelectionsStayOrGiveWay) {
+    const ilistrows ten = rows(10), none = rows(0);
+    const struct {
+        const ilistrows &rows;
+        int chosen, count, after;
+    } cases[] = {{ten, 5, 40, 5}, {ten, 5, 3, 2}, {none, -1, 10, -1}, {none, 4, 10, 0}};
+    for (const auto &c : cases) {
+        iselectionlist *fresh = SelectionList_Create(&c.rows);
+        SelectionList_SetSelected(fresh, c.chosen);
+        SelectionList_SetCount(fresh, c.count);
+        EXPECT_EQ(SelectionList_GetSelected(fresh), c.after) << c.chosen;
+        SelectionList_Destroy(fresh);
+    }
+    headings = {0, 5, 19};
+    make(rows(30));
+    SelectionList_SetSelected(list, 5);
+    SelectionList_Draw(list);
+    EXPECT_EQ(selected(), 6);
+    SelectionList_SetSelected(list, 25);
+    SelectionList_SetCount(list, 20);
+    SelectionList_Draw(list);
+    EXPECT_EQ(selected(), 18);
+    SelectionList_SetCount(list, 0);
+    SelectionList_SetCount(list, 9);
+    SelectionList_Draw(list);
+    EXPECT_EQ(selected(), 1) << "a list that was emptied begins anew";
 }
 
 TEST_F(Lists, OnlyRowsInSightAreAskedFor) {
@@ -193,6 +321,42 @@ TEST_F(Lists, ACallbackMayDestroyItsList) {
         EXPECT_EQ(list, nullptr);
         then = nullptr;
     }
+}
+
+// What it then draws or asks for would lie over what has taken its place.
+TEST_F(Lists, ACallbackThatDrawsMayDestroyItsList) {
+    static int left; // calls until the list goes
+    static iselectionlist **own;
+    own = &list;
+    const auto ask = [] {
+        ASSERT_TRUE(*own) << "nothing is asked any more";
+        if (left-- > 0) return;
+        SelectionList_Destroy(std::exchange(*own, nullptr));
+        SetClip(0, 0, 600, 800);
+        FillArea(0, 0, 600, 800, DGRAY);
+    };
+    static const std::function<void()> asked = ask;
+    ilistrows filled = rows(100), drawn = rows(100);
+    filled.fill = [](int, ilistrow *, void *) { asked(); };
+    drawn.draw = [](int, const irect *, void *) {
+        asked();
+        return left & 1;
+    };
+    for (const ilistrows &r : {filled, drawn})
+        for (const int key : {0, int{KEY_DOWN}, int{KEY_NEXT}, int{KEY_OK}})
+            for (const int calls : {0, 1, 2, 5}) {
+                left = INT_MAX;
+                make(r);
+                take_told();
+                left = calls;
+                if (key == 0) SelectionList_Draw(list);
+                if (key != 0) headless::press(key);
+                if (list) continue;
+                const std::vector<uint8_t> mine = screen();
+                const auto greys = std::count(mine.begin(), mine.end(), mine[0]);
+                EXPECT_EQ(greys, 600 * 800) << key << " " << calls;
+                EXPECT_EQ(take_told(), "");
+            }
 }
 
 } // namespace

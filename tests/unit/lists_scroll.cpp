@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Scroll views: where keys and fingers lead in content of any height.
+#include <algorithm>
 #include <climits>
 #include <gtest/gtest.h>
 
@@ -64,6 +65,25 @@ TEST_F(ScrollViews, KeysGoByPagesThatCutNoLine) {
     ScrollView_SetContent(view, 300, 50);
     EXPECT_EQ(top(), 0);
     EXPECT_EQ(ScrollView_HandleEvent(view, EVT_KEYPRESS, KEY_DOWN, 0), 0) << "all is in sight";
+}
+
+TEST_F(ScrollViews, CutsNoLineAtItsFoot) {
+    const irect odd = {0, 100, 600, 430, 0};
+    ScrollView_SetRect(view, &odd);
+    ScrollView_SetContent(view, 1010, 50);
+    ScrollView_Draw(view);
+    const uint8_t *foot = kvstate.framebuffer->addr + 500 * kvstate.framebuffer->scanline;
+    EXPECT_EQ(std::count(foot, foot + 500, 0), 0) << "the ninth line is on the next page";
+    ScrollView_SetTop(view, INT_MAX);
+    EXPECT_EQ(top(), 650) << "what is in sight reaches the end";
+    ScrollView_SetContent(view, 425, 50);
+    ScrollView_Draw(view);
+    EXPECT_EQ(std::count(foot, foot + 500, 0), 500) << "all of it is in sight";
+    for (const int h : {1, 3, 15}) { // lower than the thumb
+        const irect low = {0, 100, 600, h, 0};
+        ScrollView_SetRect(view, &low);
+        ScrollView_Draw(view);
+    }
 }
 
 TEST_F(ScrollViews, FingersTurnPagesAndTakeTheBar) {

@@ -131,6 +131,44 @@ TEST_F(OpenedList, MayBeClosedByItsOwnCallbackAndOpenedAgain) {
     expect_closed();
 }
 
+TEST_F(OpenedList, MayBeClosedWhileItDraws) {
+    static int left, list; // calls until it closes
+    for (const irect &at : {irect{}, irect{100, 100, 300, 300, 0}})
+        for (const int calls : {0, 1, 4, 20}) {
+            ilist closing{};
+            closing.title = "Title";
+            closing.place = at;
+            closing.rows = rows(100);
+            closing.rows.fill = [](int, ilistrow *, void *) {
+                EXPECT_GE(left, 0) << "nothing is asked any more";
+                if (left-- == 0) CloseList(list);
+            };
+            left = INT_MAX;
+            list = OpenList(&closing);
+            left = calls;
+            press_all({KEY_DOWN, KEY_NEXT, KEY_NEXT, KEY_NEXT, KEY_NEXT, KEY_NEXT});
+            EXPECT_EQ(left, -1);
+            left = 0;
+            expect_closed();
+        }
+    take_told();
+}
+
+TEST_F(OpenedList, ShowsOnlyTheRowsThatChange) {
+    const int list = open();
+    headless::clear_updates();
+    SelectListRow(list, 0);
+    EXPECT_EQ(boxes::update_calls(), "");
+    SelectListRow(list, 1);
+    UpdateListRow(list, 3);
+    UpdateListRow(list, 60);
+    EXPECT_EQ(boxes::update_calls(), "PartialUpdateBW PartialUpdateBW ");
+    EXPECT_EQ(headless::updates()[1].h, 48);
+    EXPECT_EQ(take_told(), "");
+    CloseList(list);
+    expect_closed();
+}
+
 TEST_F(OpenedList, IsLaidOutAnewWhenTheScreenIsTurned) {
     int list = open(100, {}, LIST_TURNS);
     headless::command(801);

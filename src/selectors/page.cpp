@@ -91,7 +91,8 @@ void PageSheet::draw_line() const {
     FillArea(line_.x, middle - look().hairline / 2, line_.w, look().hairline, BLACK);
     const int from = look().is_rtl ? knob : line_.x;
     const int to = look().is_rtl ? line_.x + line_.w : knob;
-    FillArea(from, middle - thick / 2, to - from, thick, BLACK);
+    const bool is_seen = to - from > 3 * r; // a shorter one would be a stump beside the disc
+    if (is_seen) FillArea(from, middle - thick / 2, to - from, thick, BLACK);
     DrawCircle(knob, middle, r, BLACK);
 }
 
@@ -119,15 +120,15 @@ void PageSheet::set_page(int64_t page) {
     show_part({number_.x, number_.y, number_.w, number_.h + line_.h, 0});
 }
 
-// What would be more pages than there are begins a new number.
+// What would be more pages than there are begins a new number, which no zero does.
 void PageSheet::type(int digit) {
     const bool goes_on = is_typing_ && int64_t{page_} * 10 + digit <= pages_;
-    is_typing_ = true;
+    is_typing_ = goes_on || digit != 0;
     if (digit == clear || digit == backspace) {
         is_typing_ = digit == backspace && page_ >= 10;
         return set_page(digit == clear ? 1 : page_ / 10);
     }
-    set_page(goes_on ? int64_t{page_} * 10 + digit : digit);
+    if (is_typing_) set_page(goes_on ? int64_t{page_} * 10 + digit : digit);
 }
 
 bool PageSheet::key(int code, int repeats) {
@@ -194,5 +195,8 @@ int OpenPageSelector(int page, int pages, kv_numberhandler hproc, void *context)
 }
 
 void CloseSelector(int selector) {
-    ground::guarded([&] { selectors::close_with_above(selector); });
+    ground::guarded([&] {
+        const auto found = selectors::find(selector);
+        if (found && found->is_selector()) selectors::close_with_above(selector);
+    });
 }

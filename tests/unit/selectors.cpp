@@ -99,6 +99,11 @@ TEST_F(Selectors, APageIsTypedOrTouched) {
     int black = 0;
     for (int y = 580; y < 620; ++y) black += kvstate.framebuffer->addr[y * 600 + 37] < 128;
     EXPECT_EQ(black, 1) << "no stump of the bar beside the disc";
+    const std::vector<uint8_t> opened = screen();
+    headless::press(KEY_OK);
+    OpenPageSelector(1, 1700, take_number, nullptr);
+    press_all({KEY_RIGHT, KEY_RIGHT, KEY_RIGHT, KEY_UP, KEY_UP, KEY_UP, KEY_UP, KEY_UP, KEY_UP});
+    EXPECT_TRUE(screen() == opened) << "nothing stays of the disc where it was";
     headless::press(KEY_OK);
     take_told();
     OpenPageSelector(5, 1700, take_number, nullptr);

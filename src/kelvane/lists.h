@@ -90,7 +90,8 @@ typedef struct ilistrows_s {
 /** A list that is a screen of its own. Zeroes are good for everything but the rows. */
 typedef struct ilist_s {
     const char *title; /**< a key of GetLangText(), copied; null: no title bar */
-    irect place;       /**< on the screen, with a frame and a white rim inside; empty: all of it */
+    irect place;       /**< with a frame and a white rim inside, moved onto the screen; empty or too
+                            small for a row: all of it */
     int selected;      /**< the row selected first, or the nearest; -1 for none */
     int flags;         /**< LIST_TURNS or 0 */
     ilistrows rows;
@@ -111,7 +112,8 @@ enum {
  * may be opened above each other, and above menus, dialogs and the keyboard.
  * @{ */
 /**
- * Opens a list and returns at once. A tap on the counter of pages opens the selector of pages.
+ * Opens a list and returns at once. A tap on the counter of pages opens the selector of pages, and
+ * so does #KEY_AUX8.
  * @param list copied; null opens nothing
  * @return its number for the calls below; 0 without a screen or memory, and above seven others
  */

@@ -27,7 +27,7 @@ KELVANE_BEGIN_DECLS
 typedef void (*kv_numberhandler)(int number, void *context);
 /**
  * Asks for a page. UP and DOWN change it by one, LEFT and RIGHT by ten, held by more; a finger
- * moves along the line, or types on the digits.
+ * moves along the line, or types on the digits, beginning with any but 0.
  * @param page shown first, or the nearest one there is
  * @param pages how many there are: the answer is 1 to @p pages; below 1 counts as 1
  */
@@ -52,7 +52,7 @@ typedef struct imoment_s {
 typedef void (*kv_momenthandler)(const imoment *chosen, void *context);
 /**
  * Asks for a time of the day. LEFT and RIGHT go from field to field, UP and DOWN change one, round
- * and round.
+ * and round; held, by ten. So does a finger on the plus or minus, which rests for ten.
  * @param start shown first, each field brought to the nearest that there is; null: now. What a
  *              selector does not ask for, it hands on
  */
@@ -66,9 +66,11 @@ KELVANE_API int OpenDateSelector(const imoment *start, kv_momenthandler hproc, v
 /** @param path valid during the call; null when nothing was chosen */
 typedef void (*kv_pathhandler)(const char *path, void *context);
 /**
- * Asks for a folder, walking from one to the next. Folders whose names begin with a dot are left
+ * Asks for a folder, walking from one to the next; the first row names the one that is shown and
+ * chooses it. Folders whose names begin with a dot are left
  * out; one that cannot be read says so.
- * @param title a key of GetLangText(); null: the path that is shown
+ * @param title a key of GetLangText(); null: the path that is shown, without its first folders when
+ *              it is too long
  * @param root no way leads out of it; null: "/". Symbolic links lead where they lead
  * @param start the folder shown first; null, or one that cannot be read or lies elsewhere: the root
  * @return also 0 when the root cannot be read
@@ -82,7 +84,7 @@ KELVANE_API int OpenDirectorySelector(const char *title, const char *root, const
 typedef void (*kv_fonthandler)(const char *name, int size, void *context);
 /**
  * Asks for a font: a list of the families of EnumFonts(), each written in itself, and then the
- * size, beside a sample.
+ * size, beside a sample, from which BACK returns to the list.
  * @param font selected first, as OpenFont() takes it; null or unknown: the first one
  * @param size shown first, 6 to 200 pixels, or the nearest; below 1: it is not asked for
  */
@@ -90,8 +92,8 @@ KELVANE_API int OpenFontSelector(const char *font, int size, kv_fonthandler hpro
 /** @} */
 
 /**
- * Closes a selector with all that has opened above it, and tells nobody. A number of none that is
- * open does nothing.
+ * Closes a selector with all that has opened above it, and tells nobody. Another number does
+ * nothing, also that of a list of OpenList().
  */
 KELVANE_API void CloseSelector(int selector);
 

@@ -180,6 +180,10 @@ void add_translation(const char *key, const char *text) {
     add_to(texts.current, key, text);
 }
 
+const std::string &language() {
+    return texts.wanted;
+}
+
 void reset() {
     texts = {};
 }

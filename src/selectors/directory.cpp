@@ -18,8 +18,6 @@ namespace selectors {
 namespace {
 
 constexpr int message_ms = 3000;
-// The mark that keeps the slashes of a path in their order where lines run right to left.
-const std::string left_to_right = "\u200E";
 
 class DirectoryScreen : public ListScreen {
   public:
@@ -53,21 +51,25 @@ class DirectoryScreen : public ListScreen {
 bool DirectoryScreen::enter(const std::string &path, const std::string &from) {
     auto names = read_folders(path);
     if (!names) return false;
-    path_ = path;
-    names_ = std::move(*names);
-    if (!has_own_title_) set_title((left_to_right + path_ + left_to_right).c_str());
-    list().set_count(rows_above() + static_cast<int>(names_.size()));
-    const auto found = std::find_if(names_.begin(), names_.end(), [&](const std::string &name) {
-        return child_of(path_, name) == from;
+    const auto found = std::find_if(names->begin(), names->end(), [&](const std::string &name) {
+        return child_of(path, name) == from;
     });
-    const int place = static_cast<int>(found - names_.begin());
-    list().select(found != names_.end() ? rows_above() + place : 0);
+    const auto place = static_cast<int>(found - names->begin());
+    const bool is_found = found != names->end();
+    std::string entered = path, title = path;
+    // Nothing throws between here and the number of rows, which belongs to the names.
+    path_ = std::move(entered);
+    names_ = std::move(*names);
+    if (!has_own_title_) set_title(std::move(title), Cut::start);
+    list().set_count(rows_above() + static_cast<int>(names_.size()));
+    list().select(is_found ? rows_above() + place : 0);
     return true;
 }
 
 void DirectoryScreen::fill(int row, ilistrow &out) {
     if (row == 0) {
         out.title = GetLangText("@ChooseFolder");
+        out.value = path_.c_str() + (path_ == "/" ? 0 : path_.rfind('/') + 1);
     } else if (row < rows_above()) {
         out.title = GetLangText("@FolderUp");
     } else if (static_cast<size_t>(row - rows_above()) < names_.size()) {

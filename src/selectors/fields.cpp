@@ -20,7 +20,7 @@ namespace {
 // The parts of a field, from above.
 enum Part : int { LABEL, PLUS, VALUE, MINUS };
 constexpr int part_count = 4;
-constexpr int steps_of_held_key = 10, repeats_before = 4;
+constexpr int steps_when_held = 10, repeats_before = 4;
 constexpr int widest_units = 30, gap_units = 3;
 
 } // namespace
@@ -107,7 +107,7 @@ void FieldSheet::select(size_t field) {
 }
 
 bool FieldSheet::key(int code, int repeats) {
-    const int by = repeats > repeats_before ? steps_of_held_key : 1;
+    const int by = repeats > repeats_before ? steps_when_held : 1;
     switch (code) {
     case KEY_UP:
         step(selected_, by);
@@ -131,10 +131,18 @@ bool FieldSheet::key(int code, int repeats) {
 }
 
 void FieldSheet::tap(int x, int y) {
+    press(x, y, 1);
+}
+
+void FieldSheet::hold(int x, int y) {
+    press(x, y, steps_when_held);
+}
+
+void FieldSheet::press(int x, int y, int steps) {
     const auto is_on = [&](const irect &r) { return raster::contains(raster::Box(r), x, y); };
     for (size_t i = 0; i < fields_.size(); ++i) {
-        if (is_on(part(i, PLUS))) return step(i, 1);
-        if (is_on(part(i, MINUS))) return step(i, -1);
+        if (is_on(part(i, PLUS))) return step(i, steps);
+        if (is_on(part(i, MINUS))) return step(i, -steps);
         if (is_on(part(i, VALUE))) return select(i);
     }
 }

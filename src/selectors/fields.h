@@ -32,6 +32,8 @@ class FieldSheet : public Sheet {
     void draw_body() const final;
     bool key(int code, int repeats) final;
     void tap(int x, int y) final;
+    void hold(int x, int y) final;
+    void press(int x, int y, int steps);
 
     irect cell(size_t field) const;
     irect part(size_t field, int which) const;

@@ -11,6 +11,7 @@
 #include "kelvane/selectors.h"
 #include "kelvane/text.h"
 #include "lists/row.h"
+#include "raster/rects.h"
 #include "selectors/fields.h"
 #include "selectors/list_screen.h"
 #include "text/font_scope.h"
@@ -59,9 +60,9 @@ std::vector<Family> families() {
 
 class SizeSheet : public FieldSheet {
   public:
-    SizeSheet(std::string font, int size, const Answer &answer)
-        : FieldSheet("@FontSize", {{"", size, least_size, most_size, 1}}), font_(std::move(font)),
-          answer_(answer) {}
+    SizeSheet(int list, std::string font, int size, const Answer &answer)
+        : FieldSheet("@FontSize", {{"", size, least_size, most_size, 1}}), list_(list),
+          font_(std::move(font)), answer_(answer) {}
 
   private:
     int sample_h() const override { return sample_units * look().unit; }
@@ -70,12 +71,19 @@ class SizeSheet : public FieldSheet {
         const text::FontPtr font(OpenFont(font_.c_str(), value(0), 1));
         if (!font) return;
         const text::FontScope scope(font.get());
+        const irect clip = GetClipRect(), seen = raster::shared(r, clip);
+        SetClipRect(&seen);
         lists::draw_line_of_text(r, font->family, ALIGN_CENTER);
+        SetClipRect(&clip);
     }
+    // Otherwise the list of fonts is there again.
     void answer(bool is_accepted) override {
-        answer_.give(is_accepted ? font_.c_str() : nullptr, is_accepted ? value(0) : 0);
+        if (!is_accepted) return;
+        close_with_above(list_);
+        answer_.give(font_.c_str(), value(0));
     }
 
+    int list_; // its number
     std::string font_;
     Answer answer_;
 };
@@ -97,7 +105,8 @@ class FontScreen : public ListScreen {
     const ifont *font_of(int row);
 
     std::vector<Family> families_;
-    std::map<int, text::FontPtr> fonts_; // of the rows that were shown
+    std::map<int, text::FontPtr> fonts_; // of the rows that were shown, as large as in this look
+    lists::LookPtr look_;
     int size_, chosen_ = -1;
     Answer answer_;
 };
@@ -112,10 +121,11 @@ int FontScreen::row_of(const char *font) const {
 }
 
 const ifont *FontScreen::font_of(int row) {
-    if (fonts_.size() >= most_open) fonts_.clear();
+    const lists::LookPtr look = lists::look();
+    if (fonts_.size() >= most_open || look_ != look) fonts_.clear();
+    look_ = look;
     text::FontPtr &font = fonts_[row];
     if (!font) {
-        const lists::LookPtr look = lists::look();
         const int size = look->body ? look->body->size : 5 * look->unit;
         font.reset(OpenFont(families_[static_cast<size_t>(row)].font.c_str(), size, 1));
     }
@@ -133,9 +143,11 @@ void FontScreen::told(int action, int row) {
     if (action == LIST_CLOSED) return answer_.give(nullptr, 0);
     if (action != LIST_CHOSEN) return;
     const std::string font = families_[static_cast<size_t>(row)].font;
+    const bool is_asking =
+        size_ > 0 && open(std::make_shared<SizeSheet>(number(), font, size_, answer_)) != 0;
+    if (is_asking) return;
     close_with_above(number());
-    if (size_ < 1) return answer_.give(font.c_str(), 0);
-    if (open(std::make_shared<SizeSheet>(font, size_, answer_)) == 0) answer_.give(nullptr, 0);
+    answer_.give(size_ < 1 ? font.c_str() : nullptr, 0);
 }
 
 } // namespace

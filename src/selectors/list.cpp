@@ -19,6 +19,8 @@ class ApplicationList : public ListScreen {
         if (asked.selected != 0) list().select(asked.selected);
     }
 
+    bool is_selector() const override { return false; }
+
   private:
     void fill(int row, ilistrow &out) override {
         if (rows_.fill) rows_.fill(row, &out, rows_.context);

@@ -15,6 +15,8 @@
 namespace selectors {
 namespace {
 
+constexpr int counter_key = KEY_AUX8; // it has no other meaning
+
 irect whole_screen() {
     return {0, 0, ScreenWidth(), std::max(ScreenHeight() - PanelHeight(), 1), 0};
 }
@@ -84,10 +86,13 @@ void ListScreen::close_by_user() {
 
 irect ListScreen::lay_out() {
     bar_ = load_title_bar();
-    const irect whole = whole_screen();
-    covered_ = is_window() ? window_place(wanted_, whole) : whole;
-    const irect inside = is_window() ? window_inside(covered_) : whole;
-    const int bar_h = has_title_ ? std::min(bar_.height(), inside.h) : 0;
+    const irect whole = whole_screen(), window = window_place(wanted_, whole);
+    const int row_h = lists::look()->row_h, title_h = has_title_ ? bar_.height() : 0;
+    irect inside = window_inside(window);
+    is_window_ = inside.w >= 2 * row_h && inside.h >= title_h + row_h;
+    covered_ = is_window_ ? window : whole;
+    if (!is_window_) inside = whole;
+    const int bar_h = std::min(title_h, inside.h);
     bar_.place = {inside.x, inside.y, inside.w, bar_h, 0};
     const int top = has_title_ ? std::min(bar_h + bar_.below, inside.h) : 0;
     list_.set_place({inside.x, inside.y + top, inside.w, inside.h - top, 0});
@@ -97,26 +102,26 @@ irect ListScreen::lay_out() {
 void ListScreen::draw() {
     const raster::ScreenScope screen;
     FillAreaRect(&covered_, WHITE);
-    if (has_title_) draw_title_bar(bar_, title_.c_str());
+    if (has_title_) draw_title_bar(bar_, title_, cut_);
     list_.draw();
-    if (is_window() && is_open()) draw_window_border(covered_);
+    if (is_window_ && is_open()) draw_window_border(covered_);
 }
 
 void ListScreen::show_list() {
-    if (is_on_top())
+    if (is_current())
         list_.redraw();
     else
         show();
 }
 
 void ListScreen::go_to(int row) {
-    if (is_on_top()) return list_.go_to(row);
+    if (is_current()) return list_.go_to(row);
     list_.select(row);
     show();
 }
 
 void ListScreen::show_row(int row) {
-    if (is_on_top())
+    if (is_current())
         list_.redraw_row(row);
     else
         show();
@@ -128,8 +133,11 @@ bool ListScreen::handle(int type, int par1, int par2) {
         return true;
     }
     if (list_.handle(type, par1, par2)) return true;
-    if (type != EVT_KEYPRESS || par1 != KEY_BACK) return false;
-    close_by_user();
+    if (type != EVT_KEYPRESS || (par1 != KEY_BACK && par1 != counter_key)) return false;
+    if (par1 == KEY_BACK)
+        close_by_user();
+    else if (list_.paging().last_page() > 0)
+        ask_for_page();
     return true;
 }
 

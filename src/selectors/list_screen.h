@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "lists/list.h"
 #include "selectors/screen.h"
@@ -25,7 +26,7 @@ class ListScreen : public Screen {
   protected:
     struct Kind {
         const char *title; // null: no title bar
-        irect place;       // empty: the whole screen
+        irect place;       // empty or too small for rows: the whole screen
         Turning turning;
         ilistrows rows; // their number, height, and what is said when there are none
     };
@@ -35,7 +36,10 @@ class ListScreen : public Screen {
     virtual bool draw_row(int row, const irect &area);
     // Of a screen that is open, or has just been closed: LIST_CLOSED. Never LIST_COUNTER.
     virtual void told(int action, int row) = 0;
-    void set_title(const char *title) { title_ = title; }
+    void set_title(std::string title, Cut cut) {
+        title_ = std::move(title);
+        cut_ = cut;
+    }
 
   private:
     // The same rows, asked of this screen.
@@ -45,10 +49,11 @@ class ListScreen : public Screen {
     void notice_closing();
     void ask_for_page();
     void close_by_user();
-    bool is_window() const { return wanted_.w > 0 && wanted_.h > 0; }
 
     std::string title_;
+    Cut cut_ = Cut::end; // of the title
     bool has_title_;
+    bool is_window_ = false;
     irect wanted_, covered_{};
     lists::List list_;
     TitleBar bar_;

@@ -39,6 +39,7 @@ class PageSheet : public Sheet {
     void answer(bool is_accepted) override;
 
     int row_h() const { return std::max(look().row_h, 12 * look().unit); }
+    int disc_r() const { return 2 * look().unit; } // its sides are a pixel farther out
     irect digit_place(size_t index) const;
     void draw_number() const;
     void draw_line() const;
@@ -84,14 +85,15 @@ void PageSheet::draw_number() const {
 
 // A hairline that is thick up to a disc.
 void PageSheet::draw_line() const {
-    const int u = look().unit, r = 2 * u, thick = look().bar_h();
-    const int middle = line_.y + line_.h / 2, room = line_.w - 2 * r;
+    const int r = disc_r(), side = r + 1, thick = look().bar_h();
+    const int middle = line_.y + line_.h / 2, room = line_.w - 2 * side - 1;
     const auto done = static_cast<int>(int64_t{room} * (page_ - 1) / std::max(pages_ - 1, 1));
-    const int knob = look().is_rtl ? line_.x + line_.w - r - done : line_.x + r + done;
+    const int knob = look().is_rtl ? line_.x + line_.w - 1 - side - done : line_.x + side + done;
     FillArea(line_.x, middle - look().hairline / 2, line_.w, look().hairline, BLACK);
     const int from = look().is_rtl ? knob : line_.x;
     const int to = look().is_rtl ? line_.x + line_.w : knob;
-    FillArea(from, middle - thick / 2, to - from, thick, BLACK);
+    const bool is_seen = to - from > 3 * r; // a shorter one would be a stump beside the disc
+    if (is_seen) FillArea(from, middle - thick / 2, to - from, thick, BLACK);
     DrawCircle(knob, middle, r, BLACK);
 }
 
@@ -119,15 +121,15 @@ void PageSheet::set_page(int64_t page) {
     show_part({number_.x, number_.y, number_.w, number_.h + line_.h, 0});
 }
 
-// What would be more pages than there are begins a new number.
+// What would be more pages than there are begins a new number, which no zero does.
 void PageSheet::type(int digit) {
     const bool goes_on = is_typing_ && int64_t{page_} * 10 + digit <= pages_;
-    is_typing_ = true;
+    is_typing_ = goes_on || digit != 0;
     if (digit == clear || digit == backspace) {
         is_typing_ = digit == backspace && page_ >= 10;
         return set_page(digit == clear ? 1 : page_ / 10);
     }
-    set_page(goes_on ? int64_t{page_} * 10 + digit : digit);
+    if (is_typing_) set_page(goes_on ? int64_t{page_} * 10 + digit : digit);
 }
 
 bool PageSheet::key(int code, int repeats) {
@@ -161,8 +163,8 @@ bool PageSheet::key(int code, int repeats) {
 }
 
 int PageSheet::page_at(int x) const {
-    const int r = 2 * look().unit, room = std::max(line_.w - 2 * r, 1);
-    const int from_left = std::clamp(x - line_.x - r, 0, room);
+    const int side = disc_r() + 1, room = std::max(line_.w - 2 * side - 1, 1);
+    const int from_left = std::clamp(x - line_.x - side, 0, room);
     const int along = look().is_rtl ? room - from_left : from_left;
     return static_cast<int>(1 + (int64_t{along} * (pages_ - 1) + room / 2) / room);
 }
@@ -194,5 +196,8 @@ int OpenPageSelector(int page, int pages, kv_numberhandler hproc, void *context)
 }
 
 void CloseSelector(int selector) {
-    ground::guarded([&] { selectors::close_with_above(selector); });
+    ground::guarded([&] {
+        const auto found = selectors::find(selector);
+        if (found && found->is_selector()) selectors::close_with_above(selector);
+    });
 }

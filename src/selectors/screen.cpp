@@ -3,6 +3,7 @@
 #include "selectors/screen.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "ground/guard.h"
@@ -10,6 +11,7 @@
 #include "kelvane/updates.h"
 #include "modal/input.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "raster/screen_scope.h"
 #include "runtime/queue.h"
 
@@ -47,14 +49,31 @@ bool Screen::is_on_top() const {
     return !screens.empty() && screens.back().get() == this && GetEventHandler() == screen_handler;
 }
 
+bool Screen::is_current() const {
+    return is_on_top() && !is_outdated();
+}
+
 bool Screen::is_open() const {
     return std::any_of(screens.begin(), screens.end(),
                        [this](const auto &s) { return s.get() == this; });
 }
 
 void Screen::place() {
-    orientation_ = kvstate.orientation;
+    Surroundings now;
     covered_ = lay_out();
+    laid_out_for_ = std::move(now);
+}
+
+// To where it belongs now: it keeps what it covers there. After a turn there is nothing to keep,
+// as all that lies beneath was drawn for another orientation.
+void Screen::move() {
+    const bool is_kept = !is_turned();
+    if (!is_kept) {
+        const raster::ScreenScope screen;
+        ClearScreen();
+    }
+    place();
+    if (is_kept && taken_.under.restore()) taken_.under.save(covered_);
 }
 
 // A screen opens and closes with a flash, a box without.
@@ -67,29 +86,21 @@ void Screen::update() const {
 void Screen::show() {
     is_stale_ = !is_on_top();
     if (is_stale_) return;
+    const irect before = covered_;
+    const bool has_turned = is_turned();
+    if (is_outdated()) move();
     draw();
-    modal::update(raster::Box(covered_));
-}
-
-// What lies beneath was drawn for another orientation.
-void Screen::come_back() {
-    if (orientation_ == kvstate.orientation) return show();
-    {
-        const raster::ScreenScope screen;
-        ClearScreen();
-    }
-    place();
-    draw();
+    if (!has_turned) return modal::update(raster::Box(raster::joined(before, covered_)));
     WaitForUpdateComplete();
     FullUpdate();
-    is_stale_ = false;
 }
 
 bool dispatch(Screen &screen, int type, int par1, int par2) {
     if (type == EVT_ORIENTATION && screen.turning_ == Turning::with_device) SetOrientation(par1);
-    const bool is_turned = screen.orientation_ != kvstate.orientation;
-    const bool is_due = type == EVT_SHOW || (type == EVT_RESTORE && screen.is_stale_);
-    if (is_turned || is_due) screen.come_back();
+    const bool is_turned = screen.is_turned();
+    const bool is_due = type == EVT_SHOW || (type == EVT_RESTORE && screen.is_stale_) ||
+                        (type != EVT_HIDE && screen.is_outdated());
+    if (is_due) ground::guarded([&] { screen.show(); }); // without memory it still closes
     if (type == EVT_SHOW) SetKeyboardRate(first_repeat_ms, next_repeat_ms);
     if (modal::is_system_event(type)) return true;
     return screen.handle(type, par1, par2) || is_turned || modal::is_pointer_event(type);

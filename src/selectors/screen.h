@@ -7,6 +7,7 @@
 
 #include "kelvane/canvas.h"
 #include "modal/takeover.h"
+#include "selectors/surroundings.h"
 
 namespace selectors {
 
@@ -28,9 +29,11 @@ class Screen {
 
     // Draws and shows all of it, now or when nothing is above it any more.
     void show();
-    // Whether it has the input.
-    bool is_on_top() const;
+    // Whether it has the input and is shown as it is laid out: a part of it may be drawn alone.
+    bool is_current() const;
     bool is_open() const;
+    // Whether CloseSelector() closes it.
+    virtual bool is_selector() const { return true; }
     int number() const { return number_; }
 
   private:
@@ -38,14 +41,18 @@ class Screen {
     friend void close_top();
     friend bool dispatch(Screen &, int, int, int);
 
+    bool is_on_top() const;
+    bool is_outdated() const { return laid_out_for_ != Surroundings(); }
+    bool is_turned() const { return laid_out_for_.orientation != GetOrientation(); }
     void place();
+    void move();
     void update() const;
-    void come_back();
 
     modal::Takeover taken_;
     irect covered_{};
     Turning turning_;
-    int number_ = 0, orientation_ = 0;
+    int number_ = 0;
+    Surroundings laid_out_for_;
     bool is_stale_ = false; // it changed while it was covered
 };
 

@@ -40,6 +40,7 @@ int corner_radius(const irect &r, const irect &inside) {
 
 irect Sheet::lay_out() {
     look_ = lists::look();
+    hand_.state = 0;
     const int u = look_->unit;
     big_.reset(
         OpenFont("defaultb", std::max(7 * u, look_->body ? look_->body->size * 6 / 5 : 0), 1));
@@ -86,8 +87,8 @@ void Sheet::draw() {
     const text::FontScope font(look_->bold.get());
     lists::draw_line_of_text(title_place_, GetLangText(title_.c_str()),
                              ALIGN_LEFT | TEXT_RTL_MIRROR);
-    draw_buttons();
     draw_body();
+    draw_buttons();
 }
 
 void Sheet::draw_key(const irect &r) const {
@@ -96,6 +97,8 @@ void Sheet::draw_key(const irect &r) const {
 }
 
 void Sheet::touch(int, int, int) {}
+
+void Sheet::hold(int, int) {}
 
 void Sheet::show_part(const irect &part) {
     {
@@ -119,6 +122,7 @@ bool Sheet::handle(int type, int par1, int par2) {
         };
         const int gesture = RecogniseGesture(&hand_, type, par1, par2);
         touch(type, par1, par2);
+        if (gesture == GESTURE_LONG_PRESS) hold(hand_.x, hand_.y);
         if (gesture != GESTURE_TAP && gesture != GESTURE_DOUBLE_TAP) return true;
         if (is_on(ok_) || is_on(cancel_))
             finish(is_on(ok_));

@@ -28,6 +28,8 @@ class Sheet : public Screen {
     // Answers to a key, and to a finger that was lifted where it went down.
     virtual bool key(int code, int repeats) = 0;
     virtual void tap(int x, int y) = 0;
+    // Answers to a finger that rests. Nothing, but for what is faster then.
+    virtual void hold(int x, int y);
     // A finger is on the body, or has left it. Nothing, but for what follows a finger.
     virtual void touch(int type, int x, int y);
     // Says what was chosen, or that nothing was; the sheet is closed already.

@@ -29,6 +29,22 @@ bool is_dark(int color) {
     return (color & 255) < middle;
 }
 
+// As many of the last folders of a path as fit in the current font, at least one. Marks keep its
+// slashes in their order where lines run right to left.
+std::string fitted_path(const std::string &path, int w) {
+    const std::string left_to_right = "\u200E";
+    std::string fitted;
+    for (size_t start = path.size(); start > 0;) {
+        const size_t slash = path.rfind('/', start - 1);
+        start = slash == std::string::npos ? 0 : slash;
+        const std::string shown = (start > 0 ? "..." : "") + path.substr(start);
+        const std::string longer = left_to_right + shown + left_to_right;
+        if (!fitted.empty() && StringWidth(longer.c_str()) > w) break;
+        fitted = longer;
+    }
+    return fitted;
+}
+
 } // namespace
 
 irect TitleBar::exit_place() const {
@@ -61,7 +77,7 @@ TitleBar load_title_bar() {
     return bar;
 }
 
-void draw_title_bar(const TitleBar &bar, const char *title) {
+void draw_title_bar(const TitleBar &bar, const std::string &title, Cut cut) {
     const irect &r = bar.place, exit = bar.exit_place();
     const bool dark = is_dark(bar.background);
     FillAreaRect(&r, bar.background);
@@ -77,12 +93,16 @@ void draw_title_bar(const TitleBar &bar, const char *title) {
     const int right = IsRTL() ? bar.margin : std::max(exit.w, bar.margin);
     const text::FontScope font(bar.font.get());
     SetFont(bar.font.get(), dark ? WHITE : BLACK);
-    lists::draw_line_of_text({r.x + left, r.y, r.w - left - right, r.h, 0}, GetLangText(title),
-                             ALIGN_LEFT | TEXT_RTL_MIRROR);
+    const irect line{r.x + left, r.y, r.w - left - right, r.h, 0};
+    const std::string path = cut == Cut::start ? fitted_path(title, line.w) : "";
+    const char *text = cut == Cut::start ? path.c_str() : GetLangText(title.c_str());
+    lists::draw_line_of_text(line, text, ALIGN_LEFT | TEXT_RTL_MIRROR);
 }
 
 irect window_place(const irect &wanted, const irect &screen) {
-    return raster::shared(raster::to_rect(raster::Box(wanted)), screen);
+    const int w = std::clamp(wanted.w, 0, screen.w), h = std::clamp(wanted.h, 0, screen.h);
+    return {std::clamp(wanted.x, screen.x, screen.x + screen.w - w),
+            std::clamp(wanted.y, screen.y, screen.y + screen.h - h), w, h, 0};
 }
 
 irect window_inside(const irect &place) {

@@ -2,6 +2,8 @@
 // Title bars, and the frame of lists that are no whole screen.
 #pragma once
 
+#include <string>
+
 #include "kelvane/canvas.h"
 #include "kelvane/gestures.h"
 #include "text/font_ptr.h"
@@ -26,9 +28,13 @@ struct TitleBar {
 
 // The bar of the theme's captions, without a place.
 TitleBar load_title_bar();
-void draw_title_bar(const TitleBar &bar, const char *title);
+// What is left out of a title that is too long: its end, or, of a path, its first folders.
+enum class Cut { end, start };
+// `title` is a key of the language, or a path.
+void draw_title_bar(const TitleBar &bar, const std::string &title, Cut cut);
 
-// As much of a window as lies on the screen, its frame and white rim included.
+// Where a window lies, its frame and white rim included: all of it on the screen, as near as may be
+// to where it was wanted.
 irect window_place(const irect &wanted, const irect &screen);
 irect window_inside(const irect &place);
 // To be drawn last, as contents reach into its round corners.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include "failures/device.h"
 #include "failures/sessions.h"
@@ -110,7 +111,11 @@ class Menus : public Session {
 // A list, the selectors, and a view of a text, one after the other.
 class Lists : public Session {
   public:
-    Lists() { expected_ = draw(); }
+    Lists() {
+        for (const char *path : {"many/a", "many/b", "many/c"})
+            std::filesystem::create_directories(path);
+        expected_ = draw();
+    }
 
     bool run() override { return draw() == expected_ && answers == 4 + 2 + 1 + 28 + 1; }
 
@@ -157,13 +162,18 @@ class Lists : public Session {
         CloseList(number);
         OpenPageSelector(1, 9, take_number, nullptr);
         seen = seen * 31 + see_after({KEY_UP, KEY_OK});
-        OpenDirectorySelector("Folder", ".", nullptr, take_path, nullptr);
-        seen = seen * 31 + see_after({KEY_DOWN, KEY_OK, KEY_OK});
+        // Into a folder with fewer rows, to the last of them, and up again.
+        const int folders = OpenDirectorySelector(nullptr, "many", nullptr, take_path, nullptr);
+        seen = seen * 31 + see_after({KEY_DOWN, KEY_OK, KEY_UP, KEY_OK, KEY_UP, KEY_OK});
+        CloseSelector(folders);
         const imoment start = {2023, 1, 31, 0, 0};
         OpenDateSelector(&start, take_moment, nullptr);
+        LoadLanguage("another"); // the sheet is laid out anew
         seen = seen * 31 + see_after({KEY_RIGHT, KEY_UP, KEY_OK});
-        OpenFontSelector("default", 0, take_font, nullptr);
-        seen = seen * 31 + see_after({KEY_OK});
+        LoadLanguage("en");
+        const int fonts = OpenFontSelector("default", 24, take_font, nullptr);
+        seen = seen * 31 + see_after({KEY_OK, KEY_BACK, KEY_OK, KEY_OK});
+        CloseSelector(fonts);
         seen = seen * 31 + draw_view();
         close_device();
         return seen;

@@ -77,7 +77,7 @@ TEST_F(Selectors, APageIsTypedOrTouched) {
     use_multi_touch();
     const auto digit = [](int index) { headless::tap(80 + index % 6 * 88, index < 6 ? 650 : 698); };
     const auto ok = [] { headless::tap(150, 765); };
-    constexpr int backspace = 5, clear = 11, seven = 7, one = 0, zero = 10;
+    constexpr int backspace = 5, clear = 11, seven = 7, one = 0, five = 4, zero = 10;
     const struct {
         std::vector<int> digits;
         const char *told;
@@ -85,7 +85,9 @@ TEST_F(Selectors, APageIsTypedOrTouched) {
                  {{one, seven, zero, one}, "1 "}, // 1701 is more than there are
                  {{seven, one, zero, backspace}, "71 "},
                  {{seven, clear, seven}, "7 "},
-                 {{zero}, "1 "}};
+                 {{zero}, "5 "},
+                 {{seven, clear, zero, five}, "5 "},
+                 {{one, seven, zero, zero, zero, five}, "5 "}};
     for (const auto &c : cases) {
         OpenPageSelector(5, 1700, take_number, nullptr);
         for (const int d : c.digits) digit(d);
@@ -93,6 +95,17 @@ TEST_F(Selectors, APageIsTypedOrTouched) {
         EXPECT_EQ(take_told(), c.told);
         expect_closed();
     }
+    OpenPageSelector(37, 1700, take_number, nullptr);
+    int black = 0;
+    for (int y = 580; y < 620; ++y) black += kvstate.framebuffer->addr[y * 600 + 37] < 128;
+    EXPECT_EQ(black, 1) << "no stump of the bar beside the disc";
+    const std::vector<uint8_t> opened = screen();
+    headless::press(KEY_OK);
+    OpenPageSelector(1, 1700, take_number, nullptr);
+    press_all({KEY_RIGHT, KEY_RIGHT, KEY_RIGHT, KEY_UP, KEY_UP, KEY_UP, KEY_UP, KEY_UP, KEY_UP});
+    EXPECT_TRUE(screen() == opened) << "nothing stays of the disc where it was";
+    headless::press(KEY_OK);
+    take_told();
     OpenPageSelector(5, 1700, take_number, nullptr);
     swipe(60, 597, 300, 600);
     headless::press(KEY_OK);
@@ -142,6 +155,12 @@ TEST_F(Selectors, TimesGoRoundAndRound) {
     headless::tap(240, 680);
     headless::tap(150, 765);
     EXPECT_EQ(take_told(), "2026-10-18/22:2 ");
+    OpenTimeSelector(&start, take_moment, nullptr);
+    headless::pointer(EVT_POINTERDOWN, 360, 590);
+    headless::advance(1000);
+    headless::pointer(EVT_POINTERUP, 360, 590);
+    headless::tap(150, 765);
+    EXPECT_EQ(take_told(), "2026-10-18/23:10 ") << "a finger that rests";
     OpenTimeSelector(nullptr, nullptr, nullptr);
     headless::press(KEY_OK);
     expect_closed();
@@ -233,10 +252,51 @@ TEST_F(Selectors, FontsAreAnsweredAsTheyAreOpened) {
     press_all({KEY_OK, KEY_UP, KEY_OK});
     EXPECT_EQ(take_told(), file + ",25 ");
     OpenFontSelector("no such font", INT_MAX, take_font, nullptr);
-    press_all({KEY_DOWN, KEY_OK, KEY_BACK});
+    const std::vector<uint8_t> list = screen();
+    press_all({KEY_OK, KEY_BACK});
+    EXPECT_TRUE(screen() == list) << "the list is there again";
+    press_all({KEY_DOWN, KEY_OK, KEY_BACK, KEY_BACK});
     EXPECT_EQ(take_told(), "none,0 ");
     OpenFontSelector(nullptr, INT_MIN, nullptr, nullptr);
     press_all({KEY_UP, KEY_OK});
+    expect_closed();
+}
+
+// Of sheets for two sizes only the number and the sample differ, with the minus between them.
+TEST_F(Selectors, ALargeSampleStaysInItsPlace) {
+    const auto sheet = [](int size) {
+        const int number = OpenFontSelector("default", size, nullptr, nullptr);
+        headless::press(KEY_OK);
+        const std::vector<uint8_t> seen = screen();
+        CloseSelector(number);
+        return seen;
+    };
+    const std::vector<uint8_t> small = sheet(24), large = sheet(200);
+    std::vector<int> rows;
+    for (int y = 0; y < 800; ++y)
+        if (!std::equal(&small[y * 600], &small[y * 600] + 600, &large[y * 600])) rows.push_back(y);
+    ASSERT_FALSE(rows.empty());
+    EXPECT_LT(rows.back(), 740) << "the rule above the buttons";
+    int gap = 0;
+    for (size_t i = 1; i < rows.size(); ++i) gap = std::max(gap, rows[i] - rows[i - 1]);
+    EXPECT_GT(gap, 40);
+    expect_closed();
+}
+
+TEST_F(Selectors, TheFolderOneStandsInIsAlwaysNamed) {
+    std::string base = "top";
+    for (int i = 0; i < 6; ++i) base += "/a folder with a long name";
+    for (const char *name : {"/one", "/two"}) fs::create_directories(base + name);
+    const auto seen_in = [&](const char *title, const std::string &path) {
+        const int number = OpenDirectorySelector(title, path.c_str(), nullptr, nullptr, nullptr);
+        const std::vector<uint8_t> title_bar = boxes::above(44), all = screen();
+        CloseSelector(number);
+        return std::pair(title_bar, all);
+    };
+    EXPECT_FALSE(seen_in(nullptr, base + "/one").first == seen_in(nullptr, base + "/two").first);
+    const auto one = seen_in("Folder", base + "/one"), two = seen_in("Folder", base + "/two");
+    EXPECT_TRUE(one.first == two.first);
+    EXPECT_FALSE(one.second == two.second);
     expect_closed();
 }
 
@@ -248,7 +308,11 @@ TEST_F(Selectors, TheCounterOfAListLeadsToAnyPage) {
     headless::tap(300, 780);
     press_all({KEY_UP, KEY_RIGHT, KEY_OK});
     EXPECT_EQ(GetListRow(number), 11 * 15) << "of fifteen rows each";
+    press_all({KEY_AUX8, KEY_UP, KEY_OK});
+    EXPECT_EQ(GetListRow(number), 12 * 15);
     headless::tap(300, 780);
+    CloseSelector(number);
+    EXPECT_EQ(GetListRow(number), 12 * 15) << "it is no selector";
     CloseList(number);
     EXPECT_EQ(take_told(), "");
     expect_closed();

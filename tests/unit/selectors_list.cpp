@@ -6,7 +6,9 @@
 #include "kelvane/dialogs.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/menus.h"
+#include "kelvane/selectors.h"
 #include "lists_support.h"
+#include "support/theme_file.h"
 
 using namespace list_test;
 
@@ -192,6 +194,103 @@ TEST_F(OpenedList, IsLaidOutAnewWhenTheScreenIsTurned) {
     open();
     EXPECT_TRUE(screen() == turned);
     headless::press(KEY_BACK);
+}
+
+// Whatever changes beneath an open screen, it looks as one that is opened afterwards.
+TEST_F(OpenedList, FollowsTheThemeTheLanguageAndTheOrientation) {
+    use_multi_touch();
+    write_file("system/language/en.txt", "Language\n@Date=Date\nTitle=Title\n");
+    write_file("system/language/de.txt", "Language\n@Date=Datum\nTitle=Titel\n");
+    write_file("system/language/xx.txt", "Language\n%RTL\n");
+    write_file("system/themes/look.tqt", ThemeFile("unit.size=5\ncontext_menu.item.height=70\n"
+                                                   "application.caption.height=90\n")
+                                             .bytes());
+    static const imoment start = {2026, 10, 18, 0, 0};
+    const std::function<int()> openers[] = {
+        [] { return open(); },
+        [] {
+            return open(100, {100, 300, 400, 400, 0});
+        },
+        [] { return OpenDateSelector(&start, nullptr, nullptr); },
+        [] { return OpenPageSelector(3, 9, nullptr, nullptr); },
+        [] { return OpenFontSelector("default", 24, nullptr, nullptr); },
+    };
+    const std::function<void(bool)> changes[] = {
+        [](bool on) { OpenTheme(on ? "look" : ""); },
+        [](bool on) { LoadLanguage(on ? "xx" : "en"); },
+        [](bool on) { LoadLanguage(on ? "de" : "en"); },
+        [](bool on) { SetOrientation(on ? 1 : 0); },
+    };
+    // How it hears of them.
+    const std::function<void(int)> causes[] = {
+        [](int) { headless::press(KEY_MUSIC); },
+        [](int) {
+            SendEvent(GetEventHandler(), EVT_HIDE, 0, 0);
+            SendEvent(GetEventHandler(), EVT_SHOW, 0, 0);
+        },
+        [](int list) { UpdateList(list, 100); }, // of lists only
+    };
+    const auto close = [](int number) {
+        CloseList(number);
+        CloseSelector(number);
+        headless::advance(1);
+    };
+    for (size_t i = 0; i < std::size(openers) * std::size(changes) * 3; ++i) {
+        const size_t opener = i % std::size(openers), change = i / std::size(openers) / 3;
+        const size_t cause = i / std::size(openers) % 3;
+        if (opener >= 2 && cause == 2) continue;
+        changes[change](false);
+        ClearScreen();
+        const std::vector<uint8_t> page = screen();
+        const int number = openers[opener]();
+        changes[change](true);
+        causes[cause](number);
+        headless::advance(1);
+        const std::vector<uint8_t> changed = screen();
+        close(number);
+        const bool is_turn = change == 3;
+        EXPECT_TRUE(is_turn || screen() == page) << opener << " " << change << " " << cause;
+        ClearScreen();
+        const int anew = openers[opener]();
+        EXPECT_TRUE(screen() == changed) << opener << " " << change << " " << cause;
+        close(anew);
+        changes[change](false);
+        headless::advance(1);
+    }
+    open();
+    LoadLanguage("xx");
+    headless::press(KEY_MUSIC);
+    headless::tap(30, 20);
+    EXPECT_EQ(take_told(), "closed:0 ") << "the button is where it is shown";
+    LoadLanguage("en");
+}
+
+TEST_F(OpenedList, AWindowLiesOnTheScreen) {
+    const irect places[] = {{2000, 2000, 300, 300, 0},
+                            {-5000, -5000, 300, 300, 0},
+                            {INT_MAX, INT_MIN, INT_MAX, INT_MAX, 0},
+                            {0, 620, 600, 180, 0},
+                            {10, 10, 5, 5, 0}};
+    for (const int orientation : {0, 1})
+        for (const irect &place : places) {
+            SetOrientation(orientation);
+            const int list = open(100, place);
+            const irect row = GetListRowRect(list, 0);
+            EXPECT_GT(row.w, 200) << place.x;
+            EXPECT_GE(std::min(row.x, row.y), 0) << place.x;
+            EXPECT_LE(row.x + row.w, ScreenWidth()) << place.x;
+            EXPECT_LE(row.y + row.h, ScreenHeight()) << place.x;
+            CloseList(list);
+            headless::advance(1);
+        }
+    SetOrientation(0);
+    const int list = open(100, {0, 620, 600, 180, 0}, LIST_TURNS);
+    headless::command(801);
+    const irect row = GetListRowRect(list, 0);
+    EXPECT_LT(row.y + row.h, 600);
+    const std::vector<uint8_t> seen = screen();
+    EXPECT_NE(std::count(seen.begin(), seen.end(), 0), 0) << "no white screen";
+    CloseList(list);
 }
 
 } // namespace

@@ -276,7 +276,7 @@ TEST(TaskPlaces, AManagerKeepsNothingOfWhoStartsIt) {
     rlimit two_more = limit;
     two_more.rlim_cur = static_cast<rlim_t>(lowest_free) + 2;
     setrlimit(RLIMIT_NOFILE, &two_more);
-    const Descriptor link = connect_to_manager(here);
+    Descriptor link = connect_to_manager(here);
     setrlimit(RLIMIT_NOFILE, &limit);
     dup2(before, STDOUT_FILENO);
     close(before);
@@ -284,6 +284,8 @@ TEST(TaskPlaces, AManagerKeepsNothingOfWhoStartsIt) {
     EXPECT_TRUE(link);
     ASSERT_TRUE(comes_true([] { return manager() > 0; }));
     EXPECT_FALSE(has_open("/proc/" + std::to_string(manager()), folder.dir.path() / "output"));
+    link.reset();
+    EXPECT_TRUE(comes_true([] { return manager() <= 0; })) << "it serves, and goes";
 }
 
 TEST(TaskVersions, AManagerOfAnotherVersionIsLeftAlone) {

@@ -7,6 +7,7 @@
 #include <climits>
 #include <csignal>
 #include <cstring>
+#include <system_error>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -365,7 +366,9 @@ void Manager::step(const Descriptor &door) {
     }
     for (const Descriptor &stranger : strangers_) wait_for(stranger);
     constexpr int soon_ms = 50; // somebody who held the lock may have gone without a word
-    if (poll(waited.data(), waited.size(), is_needed() ? -1 : soon_ms) <= 0) return;
+    const int ready = poll(waited.data(), waited.size(), is_needed() ? -1 : soon_ms);
+    if (ready < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category());
+    if (ready <= 0) return;
 
     const auto is_ready = [&](size_t n) { return waited[n].revents != 0; };
     for (size_t n = 0; n < strangers_.size(); ++n)

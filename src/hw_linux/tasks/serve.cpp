@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,6 +40,14 @@ void keep_only(int one, int other) {
     close_range_of(STDERR_FILENO + 1, low - 1);
     close_range_of(low + 1, high - 1);
     close_range(static_cast<unsigned>(std::max(high, 2)) + 1, ~0U, 0);
+}
+
+// The manager waits for more than an application may have been let open.
+void allow_descriptors() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 void forget_signals() {
@@ -79,6 +88,7 @@ bool leave(const Place &place, const Descriptor &door) {
     setsid();
     keep_only(place.descriptor(), door.get());
     forget_signals();
+    allow_descriptors();
     prctl(PR_SET_NAME, "kelvane-tasks");
     if (chdir("/") != 0) _exit(1);
     ground::guarded([&] { serve(place, door); });

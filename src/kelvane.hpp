@@ -383,9 +383,10 @@ std::optional<App> &application() {
 }
 
 template <class App, class = void>
-constexpr bool has_handle = false;
+inline constexpr bool has_handle = false;
 template <class App>
-constexpr bool has_handle<App, std::void_t<decltype(std::declval<App &>().handle(0, 0, 0))>> = true;
+inline constexpr bool
+    has_handle<App, std::void_t<decltype(std::declval<App &>().handle(0, 0, 0))>> = true;
 
 template <class App>
 int hear(App &app, int type, int par1, int par2) {

@@ -83,7 +83,7 @@ void lay_out_tabs() {
     int titles = 0;
     for (int i = 0; i < tabs; i++) {
         titles += first[i];
-        tab_ends[size_t(first_tab + i)] = titles + room * (i + 1) / tabs;
+        tab_ends[size_t(first_tab) + size_t(i)] = titles + room * (i + 1) / tabs;
     }
 }
 

@@ -37,8 +37,9 @@ std::string fitted_path(const std::string &path, int w) {
     for (size_t start = path.size(); start > 0;) {
         const size_t slash = path.rfind('/', start - 1);
         start = slash == std::string::npos ? 0 : slash;
-        const std::string shown = (start > 0 ? "..." : "") + path.substr(start);
-        const std::string longer = left_to_right + shown + left_to_right;
+        std::string longer = left_to_right;
+        if (start > 0) longer += "...";
+        longer.append(path, start).append(left_to_right);
         if (!fitted.empty() && StringWidth(longer.c_str()) > w) break;
         fitted = longer;
     }

@@ -50,6 +50,7 @@ std::vector<std::string> chosen_calls(const std::vector<Update> &updates) {
     std::map<std::string, int64_t> panel_ms;
     for (const Update &u : updates) panel_ms[u.call] += u.panel_ms;
     std::vector<std::string> calls;
+    calls.reserve(panel_ms.size());
     for (const auto &[call, ms] : panel_ms) calls.push_back(call);
     std::stable_sort(calls.begin(), calls.end(),
                      [&](const auto &a, const auto &b) { return panel_ms.at(a) > panel_ms.at(b); });

@@ -68,31 +68,45 @@ struct Bench {
     }
 };
 
-enum Way { OPEN, PAGE, END };
+// As a screen, which also keeps what it covers and shows itself with a flash.
+void list_opens_and_rows(benchmark::State &state) {
+    const Bench bench;
+    if (!bench.opened) return state.SkipWithError("no device");
+    ilist list{};
+    list.rows = rows();
+    Turns turns(state, Against::limit);
+    for (auto _ : state) {
+        turns.other([&] { bench.draw_page(0); });
+        int opened = 0;
+        turns.ours([&] { opened = OpenList(&list); });
+        CloseList(opened);
+    }
+}
+BENCHMARK(list_opens_and_rows)->UseManualTime();
 
-// `way`: the list opens as a screen and closes, goes on by a page, or jumps to its end and back.
+enum Way { PAGE, END };
+
+// `way`: the list goes on by a page, and back after many, or jumps to its end and back.
 void list_of_100000_and_rows(benchmark::State &state) {
     Bench bench;
     if (!bench.opened) return state.SkipWithError("no device");
     const ilistrows r = rows();
-    ilist opened{};
-    opened.rows = r;
     iselectionlist *list = SelectionList_Create(&r);
     SelectionList_SetRect(list, &bench.place);
     SelectionList_Draw(list);
     const auto press = [&](int key) { SelectionList_HandleEvent(list, EVT_KEYPRESS, key, 0); };
     const auto way = static_cast<Way>(state.range(0));
     bool at_end = false;
+    int turns = 0;
     const auto ours = [&] {
-        if (way == OPEN) CloseList(OpenList(&opened));
-        if (way == PAGE) press(KEY_NEXT);
+        if (way == PAGE) press(turns++ / 1000 % 2 == 0 ? KEY_NEXT : KEY_PREV);
         if (way == END) press(std::exchange(at_end, !at_end) ? KEY_DOWN : KEY_UP);
     };
     int first = 0;
     beside(state, Against::limit, ours, [&] { bench.draw_page(first = (first + 25) % 90000); });
     SelectionList_Destroy(list);
 }
-BENCHMARK(list_of_100000_and_rows)->ArgName("way")->DenseRange(OPEN, END)->UseManualTime();
+BENCHMARK(list_of_100000_and_rows)->ArgName("way")->DenseRange(PAGE, END)->UseManualTime();
 
 void list_step_and_two_rows(benchmark::State &state) {
     Bench bench;

@@ -86,6 +86,7 @@ Pipeline::Pipeline(Size source, const Placement &place, const Finish &finish)
       scaler_(source.width, place_.drawn.width, left_ - place_.x, left_ - place_.x + width_) {
     if (finish.levels != no_dithering) dither_.emplace(finish.levels);
     has_curve_ = curve_ != no_curve();
+    is_scaled_ = place.drawn.width != source.width || place.drawn.height != source.height;
     source_row_.resize(static_cast<size_t>(source.width) + RowScaler::row_slack);
     picked_.fill(scaler_.make_pairs());
     const std::vector<uint8_t> empty = empty_row(*bitmap_, surrounding(finish));
@@ -104,7 +105,8 @@ bool Pipeline::row_is_used() const {
 
 // Makes every row whose lower neighbour has just arrived.
 void Pipeline::row_done() noexcept {
-    if (row_is_used()) scaler_.pick(source_row_.data(), picked_[static_cast<size_t>(rows_) % 2]);
+    if (is_scaled_ && row_is_used())
+        scaler_.pick(source_row_.data(), picked_[static_cast<size_t>(rows_) % 2]);
     for (; next_ < end_; ++next_) {
         const Sample s = rows_axis_.at(next_);
         if (s.first + (s.fraction != 0 ? 1 : 0) > rows_) break;
@@ -113,10 +115,14 @@ void Pipeline::row_done() noexcept {
     ++rows_;
 }
 
+// Of a picture in its own size it is the row that has just arrived.
 void Pipeline::make_row(int n, Sample s) {
     uint8_t *drawn = target_row(n) + left_;
     const auto upper = static_cast<size_t>(s.first);
-    scaler_.blend(picked_[upper % 2], picked_[(upper + 1) % 2], s.fraction, drawn);
+    if (is_scaled_)
+        scaler_.blend(picked_[upper % 2], picked_[(upper + 1) % 2], s.fraction, drawn);
+    else
+        std::copy_n(source_row_.data() + (left_ - place_.x), width_, drawn);
     if (has_curve_)
         for (int x = 0; x < width_; ++x) drawn[x] = curve_[drawn[x]];
     if (!dither_) return put_row(n);

@@ -73,7 +73,7 @@ class Pipeline {
     int left_, width_; // of what is inside the bitmap
     raster::BitmapPtr bitmap_;
     Curve curve_;
-    bool has_curve_;
+    bool has_curve_, is_scaled_;
     std::optional<raster::Dither> dither_;
     Axis rows_axis_;
     RowScaler scaler_;

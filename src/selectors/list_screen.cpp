@@ -96,12 +96,13 @@ irect ListScreen::lay_out() {
     bar_.place = {inside.x, inside.y, inside.w, bar_h, 0};
     const int top = has_title_ ? std::min(bar_h + bar_.below, inside.h) : 0;
     list_.set_place({inside.x, inside.y + top, inside.w, inside.h - top, 0});
+    ground_ = is_window_ ? window : irect{inside.x, inside.y, inside.w, top, 0};
     return covered_;
 }
 
 void ListScreen::draw() {
     const raster::ScreenScope screen;
-    FillAreaRect(&covered_, WHITE);
+    FillAreaRect(&ground_, WHITE);
     if (has_title_) draw_title_bar(bar_, title_, cut_);
     list_.draw();
     if (is_window_ && is_open()) draw_window_border(covered_);

@@ -55,6 +55,7 @@ class ListScreen : public Screen {
     bool has_title_;
     bool is_window_ = false;
     irect wanted_, covered_{};
+    irect ground_{}; // what the list and the title leave to be made white
     lists::List list_;
     TitleBar bar_;
 };

@@ -188,12 +188,13 @@ TEST_F(Shown, FilmsAndFramesAreTheSameEachTime) {
     EXPECT_NE(first.back().find("\"panel_ms\":450,\"residue\":7.50}"), std::string::npos);
 }
 
-TEST_F(Shown, MistakesInTheSettingsAreTold) {
+TEST_F(Shown, SettingsAreTakenAndMistakesInThemTold) {
     const struct {
         const char *variable, *value, *why;
     } cases[] = {{"KELVANE_PANEL", "lcd", "KELVANE_PANEL=lcd: no such panel (plain or epaper)\n"},
                  {"KELVANE_FILM", "film", "KELVANE_FILM=film: directory:fps is meant"},
                  {"KELVANE_FILM", "film:86", "fps from 1 to 85"},
+                 {"KELVANE_FILM", "film:0", "fps from 1 to 85"},
                  {"KELVANE_FILM", ":9", "directory:fps is meant"},
                  {"KELVANE_FILM", "film:9x", "directory:fps is meant"},
                  {"KELVANE_FILM", "file/film:9", "Not a directory"}};
@@ -205,6 +206,12 @@ TEST_F(Shown, MistakesInTheSettingsAreTold) {
         EXPECT_NE(testing::internal::GetCapturedStderr().find(c.why), std::string::npos) << c.why;
         unsetenv(c.variable);
     }
+    for (const char *film : {"film:1", "film:85"}) {
+        setenv("KELVANE_FILM", film, 1);
+        EXPECT_EQ(hw_init(), 1) << film;
+        hw_close();
+    }
+    unsetenv("KELVANE_FILM");
 }
 
 } // namespace

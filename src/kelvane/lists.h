@@ -45,9 +45,13 @@ enum {
  */
 typedef struct ilistrow_s {
     const char *title;
-    const char *line;       /**< the second line, in rows a third higher than plain ones */
-    const char *value;      /**< at the end of the row */
-    const ibitmap *picture; /**< scaled to its place; null: a blank cover, or no place for one */
+    const char *line;  /**< the second line, in rows a third higher than plain ones */
+    const char *value; /**< at the end of the row */
+    /**
+     * Scaled to its place; null: a blank cover, or no place for one. At night covers stay as they
+     * are in what OpenList() opens; those of a widget are for SetNightPictures().
+     */
+    const ibitmap *picture;
     const struct ifont_s
         *font;    /**< of the title, as it is; null: the theme's, bold when selected */
     int progress; /**< 0 to 100, in rows of several lines; -1: no bar */

@@ -12,6 +12,7 @@
 #include "raster/box.h"
 #include "raster/rects.h"
 #include "raster/screen_scope.h"
+#include "runtime/night.h"
 #include "text/font_scope.h"
 
 namespace lists {
@@ -25,6 +26,12 @@ constexpr int empty_icon_side = 16;
 int row_height(const Look &look, int asked) {
     if (asked == LIST_COVER_ROWS) return look.cover_row_h();
     return asked > 0 ? std::min(asked, tallest_row) : look.row_h;
+}
+
+// Without pictures that the night leaves as they are.
+void make_white(const irect &r) {
+    FillAreaRect(&r, WHITE);
+    night::turns(r);
 }
 
 // Where several rows are written one below the other.
@@ -115,7 +122,7 @@ List::Tones List::draw_row(int row, Ground ground) {
     const RowPlace place = row_place(row);
     const irect clip = raster::shared(place.area, place_);
     SetClipRect(&clip);
-    if (ground == Ground::any) FillAreaRect(&clip, WHITE);
+    if (ground == Ground::any) make_white(clip);
     const Tones tones = draw_inside(row, place);
     if (is_abandoned_) return tones;
     SetClipRect(&place_);
@@ -158,7 +165,7 @@ void List::draw() {
     const raster::ScreenScope screen;
     const text::FontScope font;
     SetClipRect(&place_);
-    FillAreaRect(&place_, WHITE);
+    make_white(place_);
     if (is_empty())
         draw_empty();
     else

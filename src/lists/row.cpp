@@ -8,6 +8,7 @@
 #include "kelvane/frames.h"
 #include "kelvane/text.h"
 #include "raster/rects.h"
+#include "runtime/night.h"
 #include "text/font_scope.h"
 
 namespace lists {
@@ -116,6 +117,7 @@ void draw_cover(Brush &b, int row_h) {
     else
         draw_blank_cover(b.look, box);
     b.suit(box);
+    if (b.row.picture) night::stays(fitted(box, *b.row.picture));
 }
 
 void draw_icon(Brush &b) {

@@ -26,6 +26,7 @@ using Areas = std::vector<Area>;
 struct Covering {
     unsigned id;
     Area area;
+    Areas pictures; // above it
 };
 
 struct State {
@@ -80,7 +81,10 @@ void find_shown() {
     state.shown.clear();
     ground::guarded([] {
         Areas shown = state.pictures;
-        for (const Covering &cover : state.covers) shown = without(shown, cover.area);
+        for (const Covering &cover : state.covers) {
+            shown = without(shown, cover.area);
+            for (const Area &picture : cover.pictures) shown = with(shown, picture);
+        }
         state.shown = std::move(shown);
     });
 }
@@ -100,7 +104,7 @@ void Turned::turn() const {
 
 Cover::Cover(const raster::Area &area) {
     ground::guarded([&] {
-        state.covers.push_back({last_id + 1, area});
+        state.covers.push_back({last_id + 1, area, {}});
         id_ = ++last_id;
     });
     find_shown();
@@ -117,6 +121,21 @@ void Cover::stay() {
         if (cover.id == id_)
             ground::guarded([&] { state.pictures = without(state.pictures, cover.area); });
     drop();
+}
+
+void stays(const irect &area) {
+    const Area picture = on_screen(area);
+    if (state.covers.empty() || picture.empty()) return;
+    Areas &above = state.covers.back().pictures;
+    ground::guarded([&] { above = with(above, picture); });
+    find_shown();
+}
+
+void turns(const irect &area) {
+    if (state.covers.empty()) return;
+    Areas &above = state.covers.back().pictures;
+    ground::guarded([&] { above = without(above, on_screen(area)); });
+    find_shown();
 }
 
 void reset() {

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "kelvane/canvas.h"
 #include "raster/clip.h"
 
 namespace night {
@@ -45,6 +46,12 @@ class Cover {
   private:
     unsigned id_ = 0; // 0: none
 };
+
+// A picture has been drawn above the last cover: until that goes it stays as it is. Nothing where
+// nothing is covered: there the application says what its pictures are.
+void stays(const irect &area);
+// Something else has been drawn there, which turns.
+void turns(const irect &area);
 
 // It is day, as when the screen opens.
 void reset();

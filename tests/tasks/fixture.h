@@ -51,6 +51,12 @@ inline bool until(const std::function<bool()> &holds) {
     return holds();
 }
 
+// The same where this process has no loop to run.
+inline bool soon(const std::function<bool()> &holds) {
+    for (int i = 0; i < 2000 && !holds(); ++i) usleep(10'000);
+    return holds();
+}
+
 inline std::vector<int> task_list() {
     std::vector<int> list(64);
     list.resize(static_cast<size_t>(GetTaskList(list.data(), 64)));

@@ -92,7 +92,7 @@ TEST_F(Tasks, MayOpenTheScreenLateOrAgain) {
         ClearOnExit();
         EXPECT_EQ(active(), other);
         EXPECT_EQ(task_list().size(), 2u);
-        EXPECT_TRUE(until([=] { return report(other).foregrounds == i; }));
+        EXPECT_TRUE(soon([=] { return report(other).foregrounds == i; }));
         open_screen();
         EXPECT_EQ(active(), own) << "shown when it opens";
     }

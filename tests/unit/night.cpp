@@ -8,9 +8,12 @@
 
 #include "dialogs/stack.h"
 #include "hw_linux/device.h"
+#include "kelvane/bitmaps.h"
 #include "kelvane/dialogs.h"
+#include "kelvane/lists.h"
 #include "kelvane/updates.h"
 #include "modal/saved_area.h"
+#include "raster/bitmap.h"
 #include "support/headless.h"
 #include "support/repeats.h"
 
@@ -50,6 +53,17 @@ class Night : public headless::Test {
         for (int i = 0; i < int(now.size()); ++i)
             count += now[size_t(i)] !=
                      (is_night(i % width, i / width) ? 255 - day[size_t(i)] : day[size_t(i)]);
+        return count;
+    }
+    // Pixels that are not turned; no grey is its own opposite.
+    int as_by_day(const irect &r) const {
+        const Pixels now = panel();
+        int count = 0;
+        for (int y = r.y; y < r.y + r.h; ++y)
+            for (int x = r.x; x < r.x + r.w; ++x) {
+                const auto i = static_cast<size_t>(y * ScreenWidth() + x);
+                count += now[i] == day[i];
+            }
         return count;
     }
     static bool in(const irect &r, int x, int y) {
@@ -175,6 +189,48 @@ TEST_F(Night, DialogsTurnWhatTheyCover) {
         FullUpdate();
         EXPECT_EQ(wrong([&](int, int) { return !was_set_before; }), 0) << "as was said last";
     }
+}
+
+// Those that are on the screen now; the other pixels of the list turn, and all when it has gone.
+TEST_F(Night, CoversInListsStayAsTheyAre) {
+    const raster::BitmapPtr cover(BitmapFromScreen(3, 5, 120, 160));
+    ilist list{};
+    list.rows.count = 30;
+    list.rows.height = LIST_COVER_ROWS;
+    list.rows.context = cover.get();
+    list.rows.fill = [](int row, ilistrow *out, void *picture) {
+        out->title = "Title";
+        out->picture = row % 3 != 0 ? static_cast<ibitmap *>(picture) : nullptr;
+    };
+    const Pixels page = day;
+    const int opened = OpenList(&list);
+    int size = 0; // of a cover
+    for (const int selected : {0, 20, 1}) {
+        SelectListRow(opened, selected);
+        SetNightMode(0);
+        FullUpdate();
+        day = panel();
+        SetNightMode(1);
+        FullUpdate();
+        int covers = 0;
+        for (int row = 0; row < list.rows.count; ++row) {
+            const irect r = GetListRowRect(opened, row);
+            const int kept = as_by_day(r);
+            if (r.h < 1 || row % 3 == 0) {
+                EXPECT_EQ(kept, 0) << row;
+                continue;
+            }
+            if (size == 0) size = kept;
+            EXPECT_EQ(kept, size) << row;
+            ++covers;
+        }
+        EXPECT_GT(covers, 2);
+        EXPECT_EQ(as_by_day({0, 0, ScreenWidth(), ScreenHeight(), 0}), covers * size);
+    }
+    CloseList(opened);
+    FullUpdate();
+    day = page;
+    EXPECT_EQ(wrong([](int, int) { return true; }), 0);
 }
 
 // What nobody takes away again is no picture.

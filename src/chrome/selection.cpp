@@ -97,6 +97,15 @@ void reset_selection() {
     loaded.reset();
 }
 
+void mark_drawn(const irect &rect) {
+    ground::guarded([&] {
+        iselection_style style = style_of("default");
+        const bool is_marker = style.style >= SQUARE_BORDER && style.style <= BAR;
+        if (!is_marker && style.background_style != HATCHED) style.background_style = INVERTED;
+        draw_selection(rect, style);
+    });
+}
+
 void draw_selection(const irect &rect, const iselection_style &style) {
     const Box marker = marker_box(rect, style);
     if (!Box(rect).empty() && !marker.empty()) draw_marker(marker, style);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "chrome/selection.h"
 #include "kelvane/frames.h"
 #include "kelvane/text.h"
 #include "raster/rects.h"
@@ -257,7 +258,7 @@ void mark_row(const Look &look, const RowPlace &place) {
     const int out = std::clamp(place.margin - look.unit, 0, 3 * look.unit);
     const irect around{r.x + place.margin - out, r.y, std::max(r.w - 2 * (place.margin - out), 0),
                        r.h, 0};
-    DrawPickOutEx(&around, "default");
+    chrome::mark_drawn(around);
 }
 
 void draw_line_below(const Look &look, const RowPlace &place) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 
+#include "chrome/selection.h"
 #include "ground/guard.h"
 #include "kelvane/events.h"
 #include "kelvane/frames.h"
@@ -99,7 +100,7 @@ void RotationSheet::draw_device(int index) const {
     }
     if (index != selected_) return;
     const irect around{c.x + u / 2, c.y, c.w - u, c.h, 0};
-    DrawPickOutEx(&around, "default");
+    chrome::mark_drawn(around);
 }
 
 void RotationSheet::select(int index) {

@@ -149,6 +149,30 @@ TEST_F(Tasks, HaveSubtasksAndBooks) {
     EXPECT_EQ(subtask, -1);
 }
 
+// To the last byte, with a mask, and with what lies behind a scanline that is too short.
+TEST_F(Tasks, ShowTheirIcons) {
+    const int other = start();
+    const struct {
+        std::array<unsigned short, 4> head; // width, height, depth, scanline
+        size_t bytes;                       // behind it
+    } cases[] = {{{5, 3, 2, 2}, 6},
+                 {{9, 3, 4 | BITMAP_MASK, 5}, 15 + 6},
+                 {{9, 2, 8, 8}, 16 + 4},
+                 {{128, 127, 8, 128}, 16256},
+                 {{128, 128, 8, 128}, 0}};
+    for (const auto &c : cases) {
+        std::vector<uint8_t> icon(sizeof c.head + std::max<size_t>(c.bytes, 16384));
+        for (size_t i = 0; i < icon.size(); ++i) icon[i] = static_cast<uint8_t>(i * 7);
+        std::memcpy(icon.data(), c.head.data(), sizeof c.head);
+        const auto *given = reinterpret_cast<const ibitmap *>(icon.data());
+        EXPECT_EQ(SetTaskParameters(other, "", "icons", given, 0), 1);
+        const ibitmap *shown = GetTaskInfo(other)->icon;
+        EXPECT_EQ(shown != nullptr, c.bytes > 0) << "one that is too large is left out";
+        if (!shown) continue;
+        EXPECT_EQ(std::memcmp(shown, given, sizeof c.head + c.bytes), 0) << c.bytes;
+    }
+}
+
 TEST_F(Tasks, AnswerRequests) {
     const int other = start();
     const std::string sizes[] = {"", "x", std::string(65536, 'a')};

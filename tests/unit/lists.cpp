@@ -171,6 +171,16 @@ TEST_F(Lists, DrawnRowsKeepToTheirPlace) {
     EXPECT_EQ(blacks(r.y), 0) << "marked";
 }
 
+// Without a theme the common marker is a plain background.
+TEST_F(Lists, AMarkedRowCanBeRead) {
+    make(rows(2, LIST_COVER_ROWS));
+    const irect r = SelectionList_GetRowRect(list, 0);
+    const uint8_t *pixels = kvstate.framebuffer->addr + ptrdiff_t{r.y} * 600;
+    const auto blacks = std::count(pixels, pixels + ptrdiff_t{r.h} * 600, 0);
+    EXPECT_GT(blacks, r.h * 300);
+    EXPECT_LT(blacks, r.h * (600 - 2 * 12) - 200) << "beside the marker, and the letters";
+}
+
 TEST_F(Lists, ValuesAndBarsStandAtTheEndInsideTheBorder) {
     static int progress;
     for (const int height : {int{LIST_COVER_ROWS}, 64}) {

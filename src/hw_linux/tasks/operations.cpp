@@ -58,12 +58,7 @@ int ask(Client &tasks, int otherwise, Kind kind, int a = 0, int b = 0, int c = 0
 void set_icon(TaskRecord &record, const ibitmap *icon) {
     record.icon_size = 0;
     if (!icon) return;
-    const size_t rows = size_t{icon->scanline} * icon->height;
-    const size_t mask =
-        icon->depth & BITMAP_MASK ? size_t{icon->height} * ((icon->width + 7U) / 8) : 0;
-    const unsigned row_bits = icon->width * unsigned{icon->depth & ~unsigned{BITMAP_MASK}};
-    const size_t spare = icon->scanline * 8U < row_bits ? 4 : 0;
-    const size_t size = sizeof *icon + rows + mask + spare;
+    const size_t size = icon_bytes(*icon);
     if (size > most_icon) return;
     std::memcpy(record.icon.data(), icon, size);
     record.icon_size = static_cast<uint32_t>(size);

@@ -19,15 +19,6 @@ constexpr bool within(int64_t number, int64_t least, int64_t most) {
     return number >= least && number <= most;
 }
 
-// Bytes behind the four numbers of a bitmap.
-size_t icon_bytes(const ibitmap &icon) {
-    const size_t width = icon.width, height = icon.height, scanline = icon.scanline;
-    const size_t row_bits = width * (icon.depth & ~BITMAP_MASK);
-    const size_t spare = scanline * 8 < row_bits ? 4 : 0;
-    const size_t mask = icon.depth & BITMAP_MASK ? (width + 7) / 8 * height : 0;
-    return scanline * height + spare + mask;
-}
-
 bool icon_is_sane(const TaskRecord &record) {
     if (record.icon_size == 0) return true;
     if (!within(record.icon_size, sizeof(ibitmap), most_icon)) return false;
@@ -36,10 +27,18 @@ bool icon_is_sane(const TaskRecord &record) {
     constexpr int depths[] = {1, 2, 4, 8, 16, 24};
     const int depth = icon.depth & ~BITMAP_MASK;
     return std::find(std::begin(depths), std::end(depths), depth) != std::end(depths) &&
-           icon_bytes(icon) == record.icon_size - sizeof icon;
+           icon_bytes(icon) == record.icon_size;
 }
 
 } // namespace
+
+size_t icon_bytes(const ibitmap &icon) {
+    const size_t width = icon.width, height = icon.height, scanline = icon.scanline;
+    const size_t row_bits = width * (icon.depth & ~BITMAP_MASK);
+    const size_t spare = scanline * 8 < row_bits ? 4 : 0;
+    const size_t mask = icon.depth & BITMAP_MASK ? (width + 7) / 8 * height : 0;
+    return sizeof icon + scanline * height + spare + mask;
+}
 
 void set_text(char *to, size_t size, const char *from) {
     if (!from) from = "";

@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+struct ibitmap_s;
+
 namespace hw::tasks {
 
 inline constexpr int most_tasks = 64;
@@ -60,6 +62,9 @@ template <size_t n>
 void set_text(std::array<char, n> &to, const char *from) {
     set_text(to.data(), n, from);
 }
+
+// Of a whole bitmap.
+size_t icon_bytes(const ibitmap_s &icon);
 
 // Every text ends, every count and number is in its range.
 bool is_sane(const SubtaskRecord &record);

@@ -63,6 +63,10 @@ TEST_F(DialogLayout, EachKindHasItsPlace) {
     }
     const Layout bar = lay_out(Kind::progress, measures(600, 800), "", ButtonRow::none);
     EXPECT_EQ(str(bar.bar), "151,760 266x41");
+    const std::string long_text(5000, 'w');
+    const Layout full =
+        lay_out(Kind::progress, measures(600, 800), long_text.c_str(), ButtonRow::none);
+    EXPECT_LE(full.text.y + full.text.h, full.bar.y + 21) << "the bar keeps half of its place";
     const Layout wide = lay_out(Kind::question, measures(801, 600), "", ButtonRow::reserved);
     EXPECT_EQ(str(wide.box), "100,401 600x200") << "as wide as the shorter side, in the middle";
 }

@@ -243,6 +243,10 @@ TEST_F(DictionaryView, WordsOfAnotherDictionaryThatIsOpenAreListed) {
     EXPECT_EQ(view().name, "Letters");
     headless::press(KEY_DOWN);
     EXPECT_EQ(word(), "b");
+    write_dictionary("Signs", {{"b", "flat"}, {"c", "whole"}});
+    ASSERT_EQ(OpenDictionary("Signs"), 1);
+    headless::press(KEY_UP);
+    EXPECT_EQ(view().words.shown().back(), "c") << "another one that has the word as well";
     CloseDictionary();
     for (const int key : {KEY_UP, KEY_NEXT, KEY_DOWN}) {
         headless::press(key);

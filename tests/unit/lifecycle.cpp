@@ -220,6 +220,7 @@ TEST(Lifecycle, EndsInsideEndsHappenOnce) {
             ASSERT_EQ(OpenScreenExt(), 1);
             run_and([=](int type) {
                 if (type == EVT_SHOW) CloseApp();
+                if (type == EVT_EXIT && kvstate.sleepenable) note("may sleep");
                 if (type == during) ClearOnExit();
             });
         });

@@ -2,6 +2,7 @@
 // Context menus, placement, the direction of writing, and the grid.
 #include <gtest/gtest.h>
 
+#include "menus/place.h"
 #include "menus_support.h"
 
 using namespace menu_test;
@@ -65,6 +66,17 @@ TEST_F(ContextMenus, ASideWithoutRoomGivesWay) {
         irect item = c.item, placement = c.placement, r;
         CalculatePosition(&item, &placement, &r);
         EXPECT_EQ(std::vector({r.x, r.y, r.flags}), std::vector({c.x, c.y, c.side}));
+    }
+}
+
+TEST_F(ContextMenus, APointerLeadsToWhatItTouches) {
+    const menus::Pointer pointer{20, 10, 2, 8};
+    const irect item = {100, 300, 80, 24, 0};
+    for (const int gap : {-1, 0, 1}) {
+        const irect below{50, 324 + gap, 200, 100, MENU_SIDE_BELOW};
+        const irect above{50, 200 - gap, 200, 100, MENU_SIDE_ABOVE};
+        EXPECT_EQ(menus::place_pointer(below, item, pointer).h, gap < 0 ? 0 : 10) << gap;
+        EXPECT_EQ(menus::place_pointer(above, item, pointer).h, gap < 0 ? 0 : 10) << gap;
     }
 }
 

@@ -221,6 +221,10 @@ TEST_F(AnyPicture, SmallBmpFiles) {
                                         {0x1012, 4}}); // colours beyond the second are black
     write_file("4.bmp", four);
     EXPECT_EQ(levels(*load("4.bmp")), (std::vector<int>{4, 0, 4, 15, 4, 15}));
+    std::string one_color = four;
+    one_color[46] = 1;
+    write_file("4.bmp", one_color);
+    EXPECT_EQ(levels(*load("4.bmp")), (std::vector<int>{0, 0, 0, 15, 0, 15}));
     const std::string one = "BM" + le({{0, 4},
                                        {0, 4},
                                        {32, 4},

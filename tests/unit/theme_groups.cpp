@@ -94,6 +94,7 @@ TEST_F(ThemeGroups, DefaultsSuitTheDotsAnInch) {
         EXPECT_EQ(std::tuple(title.x, title.y, title.w, title.h),
                   std::tuple(s.indent, 0, -s.indent - 1, 0));
         EXPECT_TRUE(menu.item_height == s.item && menu.border_size == s.border);
+        EXPECT_EQ(menu.item_border_indent_vertical, (s.item + 4) / 8);
         EXPECT_EQ(text_of(menu.font_normal), std::to_string(s.font) + "/0");
         EXPECT_EQ(text_of(menu.font_disabled), std::to_string(s.font) + "/6710886");
         for (ifont *font : {caption.font, menu.font_selected}) text_of(font);

@@ -70,8 +70,10 @@ def test_calls_pass_texts_records_and_functions():
     kelvane.SetEventHandler(handler[0])
     assert kelvane.SetEventHandler(handler[1]) is handler[0]
     assert kelvane.GetEventHandler() is handler[1]
-    with pytest.raises(ctypes.ArgumentError):
-        kelvane.AppDataPath("a", "b", "a text that cannot be written to", 9)
+    for wrong in (lambda: kelvane.AppDataPath("a", "b", "a text that cannot be written to", 9),
+                  lambda: kelvane.free(kelvane.GetLangText("a copy"))):
+        with pytest.raises(ctypes.ArgumentError):
+            wrong()
 
 
 def run(tmp_path, text, **settings):

@@ -138,5 +138,15 @@ def function(name, result, arguments, is_variadic, about):
     return call
 
 
-free = function("free", None, [c_void_p], False,
+class Memory(c_void_p):
+    """What free() takes. A text is no such thing, but a copy of Python's."""
+
+    @classmethod
+    def from_param(cls, value):
+        if isinstance(value, (str, bytes)):
+            raise TypeError("a text is a copy, which is not freed")
+        return super().from_param(value)
+
+
+free = function("free", None, [Memory], False,
                 "void free(void *memory);\n\nFrees what is the caller's to free, such as a bitmap of LoadPicture().")

@@ -126,8 +126,10 @@ class Application:
         try:
             self._socket.sendall(line.encode() + b"\n")
             answer = self._answers.readline().rstrip("\n")
-        except OSError as error:
+        except TimeoutError as error:
             raise ControlError(f"{line}: {error}") from error
+        except OSError:
+            answer = ""
         if not answer or answer.startswith("error:"):
             raise ControlError(f"{line}: {answer or 'the application has ended: ' + self._said()}")
         return answer

@@ -2,6 +2,7 @@
 """The Python module says what the headers say, and passes calls on as C does."""
 
 import ctypes
+import importlib.util
 import os
 import subprocess
 import sys
@@ -10,7 +11,7 @@ from pathlib import Path
 import kelvane
 import pytest
 from kelvane import binding, declarations
-from kelvane.control import Application, ControlError
+from kelvane.control import Application
 
 root = Path(__file__).resolve().parents[2]
 
@@ -62,12 +63,17 @@ def test_calls_pass_texts_records_and_functions():
     kelvane.hash_destroy(table)
     item = kelvane.imenu(kelvane.ITEM_ACTIVE, 3, "Öffnen")
     assert item.text == "Öffnen".encode() and item.submenu._type_ is kelvane.imenu
+    book = kelvane.bookinfo()
+    book.genre[1] = b"Krimi"
+    assert list(book.genre)[:3] == [None, b"Krimi", None]
     handler = [lambda *_: 0, lambda *_: 0]
     kelvane.SetEventHandler(handler[0])
     assert kelvane.SetEventHandler(handler[1]) is handler[0]
     assert kelvane.GetEventHandler() is handler[1]
-    with pytest.raises(ctypes.ArgumentError):
-        kelvane.AppDataPath("a", "b", "a text that cannot be written to", 9)
+    for wrong in (lambda: kelvane.AppDataPath("a", "b", "a text that cannot be written to", 9),
+                  lambda: kelvane.free(kelvane.GetLangText("a copy"))):
+        with pytest.raises(ctypes.ArgumentError):
+            wrong()
 
 
 def run(tmp_path, text, **settings):
@@ -106,6 +112,18 @@ def run(tmp_path, text, **settings):
      PrepareForLoop(handler)
      while ProcessEventLoop() == KELVANE_CONTINUE: pass
      ClearOnExit()""", 1, ["NameError"]),
+    # An answer has to be a number, where one is asked for.
+    ("""def handler(event, a, b):
+        if event == EVT_SHOW: SetHardTimer("t", lambda context: print("it rang") or "no number", 10)
+        if event == EVT_KEYPRESS: return 1.5
+     KelvaneMain(handler)""", 1, ["it rang", "TypeError: 'float'"]),
+    # More pictures than there is memory for, one after the other.
+    ("""import resource
+     resource.setrlimit(resource.RLIMIT_AS, (1 << 30, 1 << 30))
+     for _ in range(200):
+        picture = NewBitmap(4000, 4000)
+        print(picture.contents.width, end="")
+        free(picture)""", 0, ["4000" * 200]),
 ])
 def test_every_end_has_its_status(tmp_path, text, status, said):
     ended, output = run(tmp_path, text.replace("\n     ", "\n"))
@@ -118,9 +136,30 @@ def test_without_a_device_the_status_tells(tmp_path):
     assert run(tmp_path, "KelvaneMain(lambda *_: 0)", KELVANE_DEVICE="none")[0] == 1
 
 
+def test_texts_that_a_callback_sets_last(tmp_path, monkeypatch):
+    """A row is drawn behind the call that filled it, when all that belonged to the call is gone."""
+    monkeypatch.setenv("PYTHONMALLOC", "debug")  # overwrites what is freed
+    program = tmp_path / "rows.py"
+    program.write_text("""
+import sys
+from kelvane import *
+texts = [f"Row {n} of a list" for n in range(50)]
+kept = [text.encode() for text in texts]
+ways = {"kept": lambda row, out, context: setattr(out.contents, "title", kept[row]),
+        "field": lambda row, out, context: setattr(out.contents, "title", texts[row]),
+        "record": lambda row, out, context: out.__setitem__(0, ilistrow(title=texts[row]))}
+rows = ilistrows(count=50, fill=ways[sys.argv[1]])
+KelvaneMain(lambda event, a, b: OpenList(ilist(title="A list", rows=rows)) if event == EVT_SHOW else 0)
+""")
+    frames = []
+    for way in ("kept", "field", "record"):
+        with Application([sys.executable, program, way]) as app:
+            frames.append(app.frame())
+    assert frames[0].pixels.count(0) > 1000 and frames[0] == frames[1] == frames[2]
+
+
 def test_it_draws_what_c_draws():
     """The example in both languages, key by key, as bytes and as arrays."""
-    numpy = pytest.importorskip("numpy")
     with Application(os.environ["KELVANE_HELLO"]) as c, \
             Application([sys.executable, root / "examples/python/hello.py"]) as python:
         for key in ("NEXT", "OK", "PLUS"):
@@ -128,9 +167,9 @@ def test_it_draws_what_c_draws():
             python.press(key)
             assert c.frame() == python.frame()
         frame = c.frame()
-        assert frame.array.shape == (800, 600) and (frame.array[400, 300], frame[300, 400]) == (170, 170)
-        assert numpy.count_nonzero(frame.array == 0) == frame.pixels.count(0)
+        assert frame[300, 400] == 170 and frame != "a frame"
+        if importlib.util.find_spec("numpy"):
+            assert frame.array.shape == (800, 600) and frame.array[400, 300] == 170
+            assert (frame.array == 0).sum() == frame.pixels.count(0)
         assert c.state()["updates"] == python.state()["updates"] == 4
-        with pytest.raises(ControlError, match="no such key: NOWHERE"):
-            c.press("NOWHERE")
         assert c.close() == 0

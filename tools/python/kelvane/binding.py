@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the declarations mean: how texts, records and functions cross between Python and C."""
 
+import operator
 import sys
 import traceback
 from ctypes import *  # noqa: the declarations use its names
@@ -9,6 +10,7 @@ from ctypes import CDLL, CFUNCTYPE, Structure, c_char_p, c_double, c_long
 from .place import LIBRARY
 
 _library = CDLL(LIBRARY)
+_texts = {}  # of the fields of records, by their places
 failure = None  # the exception of a handler, which ended the application
 
 
@@ -29,7 +31,11 @@ class Opaque(Structure):
 
 
 class Record(Structure):
-    """A record. Fields take str for texts and functions for callbacks; texts are read as bytes."""
+    """A record. Fields take str for texts and functions for callbacks; texts are read as bytes.
+
+    A text lasts until the field gets another one, even when the object goes that it was set by: what
+    a callback is handed are objects of that call alone, made for a record of the library's.
+    """
 
     def __setattr__(self, name, value):
         kind = dict(self._fields_).get(name)
@@ -38,6 +44,8 @@ class Record(Structure):
         elif isinstance(kind, type) and issubclass(kind, Callback):
             value = kind.from_param(value)
         super().__setattr__(name, value)
+        if kind is c_char_p:
+            _texts[addressof(self), name] = value
 
 
 class timeval(Record):
@@ -75,7 +83,7 @@ class Callback:
             try:
                 answer = function(*(_text(one) if isinstance(one, bytes) else one for one in arguments))
                 sys.stdout.flush()  # the library may end the process behind any call
-                return cls.plain if answer is None else answer
+                return cls.plain if answer is None or cls.plain is None else operator.index(answer)
             except BaseException as error:
                 _fail(error)
                 return cls.plain
@@ -128,3 +136,17 @@ def function(name, result, arguments, is_variadic, about):
 
     call.__name__, call.__doc__, call.argtypes, call.restype = name, about, arguments, own.restype
     return call
+
+
+class Memory(c_void_p):
+    """What free() takes. A text is no such thing, but a copy of Python's."""
+
+    @classmethod
+    def from_param(cls, value):
+        if isinstance(value, (str, bytes)):
+            raise TypeError("a text is a copy, which is not freed")
+        return super().from_param(value)
+
+
+free = function("free", None, [Memory], False,
+                "void free(void *memory);\n\nFrees what is the caller's to free, such as a bitmap of LoadPicture().")

@@ -48,6 +48,8 @@ class Frame:
         return self.pixels[y * self.width + x]
 
     def __eq__(self, other):
+        if not isinstance(other, Frame):
+            return NotImplemented
         return (self.width, self.height, self.pixels) == (other.width, other.height, other.pixels)
 
     @classmethod
@@ -72,46 +74,64 @@ class Application:
 
     command is the program, or a list of it and its arguments; options are those of kelvane-device,
     such as ["--language", "de"]; folder is where the device is made, otherwise a temporary one.
+    The end of a `with` raises ControlError when the application ended with another status than 0,
+    unless close() or the process told it before.
     """
 
     def __init__(self, command, options=(), folder=None, seconds=30):
         self._temporary = None if folder else tempfile.mkdtemp()
         self.folder = Path(folder or self._temporary).resolve()
-        words = [command] if isinstance(command, (str, Path)) else list(command)
+        self.log = self.folder / "log"
+        self.process = None
+        self._socket = socket.socket(socket.AF_UNIX)
+        self._answers = self._socket.makefile()
+        try:
+            self._start([command] if isinstance(command, (str, Path)) else list(command), options)
+            self._connect(seconds)
+        except BaseException:
+            self._clear()
+            raise
+
+    def _start(self, words, options):
         environment = {name: value for name, value in os.environ.items()
                        if not name.startswith("KELVANE_")}
         environment |= {"KELVANE_DEVICE": "headless", "KELVANE_CONTROL": "control"}
         program = os.path.abspath(shutil.which(words[0]) or words[0])
         subprocess.run([DEVICE, *options, self.folder], check=True)
-        self.log = self.folder / "log"
         with self.log.open("wb") as log:
             self.process = subprocess.Popen([program, *map(str, words[1:])], cwd=self.folder,
                                             env=environment, stderr=log)
-        self._connect(seconds)
 
     def _connect(self, seconds):
-        self._socket = socket.socket(socket.AF_UNIX)
         self._socket.settimeout(seconds)
-        path, end = os.path.relpath(self.folder / "control"), time.monotonic() + seconds
-        while self.process.poll() is None and time.monotonic() < end:
-            try:
-                self._socket.connect(min(path, str(self.folder / "control"), key=len))
-                self._answers = self._socket.makefile()
-                return
-            except (FileNotFoundError, ConnectionRefusedError):
-                time.sleep(0.02)
-        self.process.kill()
-        raise ControlError(f"it did not start: {self.log.read_text(errors='replace')}")
+        end = time.monotonic() + seconds
+        folder = os.open(self.folder, os.O_PATH)  # the path of a socket has to be short
+        try:
+            while self.process.poll() is None and time.monotonic() < end:
+                try:
+                    return self._socket.connect(f"/proc/self/fd/{folder}/control")
+                except (FileNotFoundError, ConnectionRefusedError):
+                    time.sleep(0.02)
+        finally:
+            os.close(folder)
+        raise ControlError(f"it did not start: {self._said()}")
+
+    def _said(self):
+        return self.log.read_text(errors="replace").strip()
 
     def say(self, line):
         """Says a line and returns the answer; raises ControlError for one that cannot be done."""
+        if "\n" in line:
+            raise ValueError(f"{line!r} is more than one line")
         try:
             self._socket.sendall(line.encode() + b"\n")
             answer = self._answers.readline().rstrip("\n")
-        except OSError as error:
+        except TimeoutError as error:
             raise ControlError(f"{line}: {error}") from error
+        except OSError:
+            answer = ""
         if not answer or answer.startswith("error:"):
-            raise ControlError(f"{line}: {answer or 'the application has ended'}")
+            raise ControlError(f"{line}: {answer or 'the application has ended: ' + self._said()}")
         return answer
 
     def press(self, key, ms=50):
@@ -139,7 +159,13 @@ class Application:
         return Frame.read(path)
 
     def close(self, seconds=30):
-        """Asks the application to end, and returns its status."""
+        """Asks the application to end, and returns its status, which is below 0 for a signal."""
+        try:
+            return self._end(seconds)
+        finally:
+            self._clear()
+
+    def _end(self, seconds):
         try:
             self._socket.sendall(b"quit\n")
         except OSError:
@@ -147,16 +173,25 @@ class Application:
         try:
             return self.process.wait(seconds)
         except subprocess.TimeoutExpired:
-            self.process.kill()
             raise ControlError("it did not end and was killed") from None
-        finally:
-            self._answers.close()
-            self._socket.close()
-            if self._temporary:
-                shutil.rmtree(self._temporary, ignore_errors=True)
+
+    def _clear(self):
+        if self.process:
+            self.process.kill()
+            self.process.wait()
+        self._answers.close()
+        self._socket.close()
+        if self._temporary:
+            shutil.rmtree(self._temporary, ignore_errors=True)
 
     def __enter__(self):
         return self
 
-    def __exit__(self, *_):
-        self.close()
+    def __exit__(self, kind, *_):
+        is_known = self.process.returncode is not None
+        try:
+            status = self._end(30)
+            if status != 0 and not is_known and not kind:
+                raise ControlError(f"it ended with status {status}: {self._said()}")
+        finally:
+            self._clear()

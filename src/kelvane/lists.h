@@ -48,8 +48,8 @@ typedef struct ilistrow_s {
     const char *line;  /**< the second line, in rows a third higher than plain ones */
     const char *value; /**< at the end of the row */
     /**
-     * Scaled to its place; null: a blank cover, or no place for one. At night covers stay as they
-     * are in what OpenList() opens; those of a widget are for SetNightPictures().
+     * Scaled to its place; null: a blank cover, or no place for one. Covers stay as they are at
+     * night; those of a widget until SetNightPictures() is called next.
      */
     const ibitmap *picture;
     const struct ifont_s

@@ -89,6 +89,10 @@ void find_shown() {
     });
 }
 
+Areas &front() {
+    return state.covers.empty() ? state.pictures : state.covers.back().pictures;
+}
+
 void invert(const Area &a) {
     if (!a.empty()) InvertArea(a.x, a.y, a.w, a.h);
 }
@@ -125,16 +129,13 @@ void Cover::stay() {
 
 void stays(const irect &area) {
     const Area picture = on_screen(area);
-    if (state.covers.empty() || picture.empty()) return;
-    Areas &above = state.covers.back().pictures;
-    ground::guarded([&] { above = with(above, picture); });
+    if (picture.empty()) return;
+    ground::guarded([&] { front() = with(front(), picture); });
     find_shown();
 }
 
 void turns(const irect &area) {
-    if (state.covers.empty()) return;
-    Areas &above = state.covers.back().pictures;
-    ground::guarded([&] { above = without(above, on_screen(area)); });
+    ground::guarded([&] { front() = without(front(), on_screen(area)); });
     find_shown();
 }
 

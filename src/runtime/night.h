@@ -47,8 +47,8 @@ class Cover {
     unsigned id_ = 0; // 0: none
 };
 
-// A picture has been drawn above the last cover: until that goes it stays as it is. Nothing where
-// nothing is covered: there the application says what its pictures are.
+// A picture has been drawn, which stays as it is: above the last cover, until that goes; without
+// one until the application says what its pictures are.
 void stays(const irect &area);
 // Something else has been drawn there, which turns.
 void turns(const irect &area);

@@ -231,6 +231,21 @@ TEST_F(Night, CoversInListsStayAsTheyAre) {
     FullUpdate();
     day = page;
     EXPECT_EQ(wrong([](int, int) { return true; }), 0);
+
+    iselectionlist *widget = SelectionList_Create(&list.rows);
+    const irect place = {40, 100, 500, 400, 0};
+    SelectionList_SetRect(widget, &place);
+    SelectionList_Draw(widget);
+    SetNightMode(0);
+    FullUpdate();
+    day = panel();
+    SetNightMode(1);
+    FullUpdate();
+    EXPECT_GT(as_by_day(place), 1000);
+    SetNightPictures(nullptr, 0);
+    FullUpdate();
+    EXPECT_EQ(as_by_day(place), 0) << "the application says what its pictures are";
+    SelectionList_Destroy(widget);
 }
 
 // What nobody takes away again is no picture.

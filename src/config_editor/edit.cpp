@@ -142,10 +142,11 @@ void open_date(const iconfigedit &row, const std::string &value) {
     selectors::open_date(row.text, start, date_chosen, nullptr);
 }
 
-// A menu shows all of them, with room around.
+// A menu shows all of them; its frame takes less than half a row.
 bool fits_a_menu(Range range) {
-    const int room = (ScreenHeight() - PanelHeight()) / lists::look()->row_h - 1;
-    return int64_t{range.greatest} - range.least < std::min(room, most_offered);
+    const int row_h = lists::look()->row_h;
+    const int rows = (ScreenHeight() - PanelHeight() - row_h / 2) / row_h;
+    return int64_t{range.greatest} - range.least < std::min(rows, most_offered);
 }
 
 void edit_number(const iconfigedit &row, const std::string &value, const irect &place) {

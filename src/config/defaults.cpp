@@ -2,8 +2,6 @@
 // Walks the tables of settings screens, nested ones too.
 #include "config/defaults.h"
 
-#include <vector>
-
 namespace config {
 namespace {
 
@@ -17,17 +15,6 @@ bool holds_value(int kind) {
 // A table of the earlier layout starts with a pointer, whose low half is no kind.
 bool is_current_layout(const iconfigedit *table) {
     return table->type >= 0 && table->type <= 255;
-}
-
-// The rows stay until the next conversion: a settings screen may go on showing them.
-iconfigedit *convert(const oldconfigedit *old) {
-    static std::vector<iconfigedit> rows;
-    rows.clear();
-    for (; old->type != 0; old++)
-        rows.push_back({old->type, nullptr, old->text, nullptr, old->name, old->deflt,
-                        old->variants, nullptr, nullptr});
-    rows.push_back({});
-    return rows.data();
 }
 
 // The tables that the walk is in, the innermost first.
@@ -52,10 +39,21 @@ void add_table(const Walk &here, ihash values) {
 
 } // namespace
 
-void add_defaults(iconfigedit *table, ihash values) {
+std::vector<iconfigedit> converted(const iconfigedit *table) {
+    std::vector<iconfigedit> rows;
+    if (is_current_layout(table)) return rows;
+    const auto *old = reinterpret_cast<const oldconfigedit *>(table);
+    for (; old->type != 0; old++)
+        rows.push_back({old->type, nullptr, old->text, nullptr, old->name, old->deflt,
+                        old->variants, nullptr, nullptr});
+    rows.push_back({});
+    return rows;
+}
+
+void add_defaults(const iconfigedit *table, ihash values) {
     if (!table) return;
-    if (!is_current_layout(table)) table = convert(reinterpret_cast<const oldconfigedit *>(table));
-    add_table({table, nullptr}, values);
+    const std::vector<iconfigedit> current = converted(table);
+    add_table({current.empty() ? table : current.data(), nullptr}, values);
 }
 
 } // namespace config

@@ -11,19 +11,26 @@
 #include "config_editor/editor.h"
 #include "config_editor/values.h"
 #include "ground/guard.h"
+#include "ground/utf8.h"
 #include "kelvane/events.h"
 #include "kelvane/keyboard.h"
 #include "kelvane/languages.h"
 #include "kelvane/menus.h"
+#include "kelvane/panel.h"
 #include "kelvane/selectors.h"
+#include "lists/look.h"
+#include "selectors/moment.h"
 
 namespace config_editor {
 namespace {
 
 constexpr int longest_text = 255, longest_secret = 64; // characters
-constexpr int most_steps = 20;                         // numbers that a menu offers
+constexpr int most_offered = 12;                       // numbers in a menu
 
 std::array<char, 4 * longest_text + 1> typed; // the keyboard's text
+// What the keyboard makes of a value that it cannot show whole, or else empty: the answer of a user
+// who changes nothing.
+std::string remnant;
 
 // What the open menu offers: labels, and the value that each stands for.
 struct Choices {
@@ -50,12 +57,22 @@ void text_typed(char *text) {
     ground::guarded([&] {
         const std::string copy = text ? text : "";
         std::fill(typed.begin(), typed.end(), '\0');
-        if (text) take(copy);
+        if (text && (remnant.empty() || copy != remnant)) take(copy);
     });
 }
 
+// It reads characters as the text of the library is read, up to so many.
+std::string as_keyboard_reads(const std::string &text, int most) {
+    std::string read;
+    const char *s = text.c_str(), *end = s + text.size();
+    for (int i = 0; i < most && s < end; ++i) read += utf8::encoded(utf8::next(s, end));
+    return read;
+}
+
 void open_keyboard(const iconfigedit &row, const std::string &text, int maxlen, int flags) {
-    std::snprintf(typed.data(), typed.size(), "%s", text.c_str());
+    const std::string read = as_keyboard_reads(text, maxlen);
+    remnant = read == text ? "" : read;
+    std::snprintf(typed.data(), typed.size(), "%s", read.c_str());
     OpenKeyboard(row.text, typed.data(), maxlen, flags | KBD_NO_SHOW, text_typed);
 }
 
@@ -113,26 +130,28 @@ void date_chosen(const imoment *chosen, void *) {
     if (chosen) take_numbers("%04d-%02d-%02d", chosen->year, chosen->month, chosen->day);
 }
 
-void open_time(const std::string &value) {
+void open_time(const iconfigedit &row, const std::string &value) {
     imoment start{};
     std::sscanf(value.c_str(), "%d:%d", &start.hour, &start.minute);
-    OpenTimeSelector(&start, time_chosen, nullptr);
+    selectors::open_time(row.text, start, time_chosen, nullptr);
 }
 
-void open_date(const std::string &value) {
+void open_date(const iconfigedit &row, const std::string &value) {
     imoment start{};
     std::sscanf(value.c_str(), "%d-%d-%d", &start.year, &start.month, &start.day);
-    OpenDateSelector(&start, date_chosen, nullptr);
+    selectors::open_date(row.text, start, date_chosen, nullptr);
 }
 
-bool has_few_steps(const iconfigedit &row) {
-    const Range range = range_of(row);
-    return int64_t{range.greatest} - range.least < most_steps;
+// A menu shows all of them; its frame takes less than half a row.
+bool fits_a_menu(Range range) {
+    const int row_h = lists::look()->row_h;
+    const int rows = (ScreenHeight() - PanelHeight() - row_h / 2) / row_h;
+    return int64_t{range.greatest} - range.least < std::min(rows, most_offered);
 }
 
 void edit_number(const iconfigedit &row, const std::string &value, const irect &place) {
-    if (!has_few_steps(row)) return open_keyboard(row, value, 11, KBD_NUMERIC);
     const Range range = range_of(row);
+    if (!fits_a_menu(range)) return open_keyboard(row, value, 11, KBD_NUMERIC);
     for (int n = range.least; n < range.greatest; ++n)
         choices.add(std::to_string(n), std::to_string(n));
     choices.add(std::to_string(range.greatest), std::to_string(range.greatest));
@@ -161,9 +180,9 @@ void edit(const iconfigedit &row, const irect &place) {
     case CONFIG_PASSWORD:
         return open_keyboard(row, "", longest_secret, KBD_PASSWORD);
     case CONFIG_TIME:
-        return open_time(value);
+        return open_time(row, value);
     case CONFIG_DATE:
-        return open_date(value);
+        return open_date(row, value);
     default:
         return open_keyboard(row, value, longest_text, KBD_NORMAL);
     }

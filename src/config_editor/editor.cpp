@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "config/defaults.h"
 #include "config_editor/values.h"
 #include "ground/guard.h"
 #include "internal.h"
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int message_ms = 5000;
 
-std::unique_ptr<Editor> open_editor;
+std::shared_ptr<Editor> open_editor; // who calls the application keeps it: it may be closed there
 
 void open_level(const char *title, const iconfigedit *table);
 
@@ -48,17 +49,18 @@ void fill(int index, ilistrow *out, void *context) {
     });
 }
 
-void tell(const iconfigedit *row) {
-    if (open_editor && open_editor->proc) open_editor->proc(row, open_editor->context);
+void tell(const Editor &e, const iconfigedit *row) {
+    if (e.proc) e.proc(row, e.context);
 }
 
 void choose(const Level &level, int index) {
+    const std::shared_ptr<Editor> e = open_editor;
     const iconfigedit &row = *level.rows[static_cast<size_t>(index)].record;
     if (kind_of(row) == CONFIG_SUBMENU) return open_level(row.text, row.submenu);
-    if (kind_of(row) == CONFIG_ACTION) return tell(&row);
+    if (kind_of(row) == CONFIG_ACTION) return tell(*e, &row);
     if (!holds_value(row)) return;
-    open_editor->edited = &row;
-    open_editor->edited_at = index;
+    e->edited = &row;
+    e->edited_at = index;
     edit(row, GetListRowRect(level.list, index));
 }
 
@@ -67,7 +69,7 @@ void level_closed() {
     open_editor->levels.pop_back();
     if (!open_editor->levels.empty()) return;
     const auto ended = std::exchange(open_editor, nullptr);
-    if (ended->proc) ended->proc(nullptr, ended->context);
+    tell(*ended, nullptr);
 }
 
 void hear(int action, int index, void *context) {
@@ -87,11 +89,11 @@ std::vector<Row> rows_of(const iconfigedit *table) {
     return rows;
 }
 
-// Rows with hints have two lines, and all of a table are as high as these.
+// Rows with hints have two lines, and all of a table are as high then.
 int row_height(const Level &level) {
     const auto has_hint = [](const Row &row) { return row.record->hint && *row.record->hint; };
     const bool any = std::any_of(level.rows.begin(), level.rows.end(), has_hint);
-    return any ? (lists::look()->row_h * 4 + 2) / 3 : LIST_PLAIN_ROWS;
+    return any ? LIST_LINED_ROWS : LIST_PLAIN_ROWS;
 }
 
 void open_level(const char *title, const iconfigedit *table) {
@@ -107,8 +109,8 @@ void open_level(const char *title, const iconfigedit *table) {
                  .hproc = hear,
                  .context = level.get(),
                  .empty_icon = nullptr,
-                 .empty_title = nullptr,
-                 .empty_line = nullptr};
+                 .empty_title = "@ConfigEmpty",
+                 .empty_line = "@ConfigEmptyLine"};
     open_editor->levels.push_back(std::move(level));
     const int number = OpenList(&list);
     if (number == 0)
@@ -117,21 +119,30 @@ void open_level(const char *title, const iconfigedit *table) {
         open_editor->levels.back()->list = number;
 }
 
+// Other kinds offer only what they allow.
+const char *refusal(const iconfigedit &row) {
+    return kind_of(row) == CONFIG_PASSWORD ? "@PasswordTooLong" : "@NumberExpected";
+}
+
 } // namespace
 
 Editor *editor() {
     return open_editor.get();
 }
 
-// The message waits, and meanwhile the editor may be closed.
+// A message waits, and meanwhile the editor may be closed. What could not be saved is tried again.
 void take(const std::string &value) {
-    const iconfigedit *row = open_editor ? std::exchange(open_editor->edited, nullptr) : nullptr;
-    const std::string fitting = row ? fitted(*row, value) : value;
-    if (!row || !is_allowed(*row, fitting)) return;
-    const bool is_saved = store(open_editor->config, *row, fitting);
-    UpdateListRow(open_editor->levels.back()->list, open_editor->edited_at);
-    if (!is_saved) Message(ICON_ERROR, "", GetLangText("@ConfigNotSaved"), message_ms);
-    tell(row);
+    const std::shared_ptr<Editor> e = open_editor;
+    const iconfigedit *row = e ? std::exchange(e->edited, nullptr) : nullptr;
+    if (!row) return;
+    const std::string fitting = fitted(*row, value);
+    if (!is_allowed(*row, fitting))
+        return Message(ICON_WARNING, "", GetLangText(refusal(*row)), message_ms);
+    if (e->is_saved && is_stored(e->config, *row, fitting)) return;
+    e->is_saved = store(e->config, *row, fitting);
+    UpdateListRow(e->levels.back()->list, e->edited_at);
+    if (!e->is_saved) Message(ICON_ERROR, "", GetLangText("@ConfigNotSaved"), message_ms);
+    if (open_editor == e) tell(*e, row);
 }
 
 void reset() {
@@ -146,11 +157,13 @@ int OpenConfigEditor(const char *title, iconfig *config, const iconfigedit *rows
     if (!config || !kvstate.framebuffer) return 0;
     CloseConfigEditor();
     return ground::guarded(0, [&] {
-        open_editor = std::make_unique<Editor>();
-        open_editor->config = config;
-        open_editor->proc = proc;
-        open_editor->context = context;
-        open_level(title, rows);
+        open_editor = std::make_shared<Editor>();
+        Editor &e = *open_editor;
+        e.config = config;
+        e.proc = proc;
+        e.context = context;
+        if (rows) e.converted = config::converted(rows);
+        open_level(title, e.converted.empty() ? rows : e.converted.data());
         if (open_editor->levels.empty()) open_editor.reset();
         return open_editor ? 1 : 0;
     });

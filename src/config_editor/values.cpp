@@ -9,6 +9,9 @@
 #include <string_view>
 
 #include "kelvane/languages.h"
+#include "kelvane/text.h"
+#include "lang/clock.h"
+#include "text/font_ptr.h"
 
 namespace config_editor {
 namespace {
@@ -16,12 +19,20 @@ namespace {
 constexpr size_t longest_secret = 64;
 constexpr const char *hidden_text = "\u2022\u2022\u2022\u2022\u2022\u2022";
 
-std::optional<int> number(std::string_view text) {
+// Where there are too many digits for an int, the nearest one.
+std::optional<int> nearest_number(std::string_view text) {
     int value = 0;
     const char *end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
-    return error == std::errc() && stop == end && !text.empty() ? std::optional(value)
-                                                                : std::nullopt;
+    if (stop != end || error == std::errc::invalid_argument) return std::nullopt;
+    if (error == std::errc::result_out_of_range) return text[0] == '-' ? INT_MIN : INT_MAX;
+    return value;
+}
+
+// In the one form in which all that read it see the same: "010" is 8 to ReadInt().
+std::optional<int> number(std::string_view text) {
+    const std::optional<int> value = nearest_number(text);
+    return value && std::to_string(*value) == text ? value : std::nullopt;
 }
 
 // Digits where the pattern has a 0, and its own characters elsewhere.
@@ -31,7 +42,7 @@ bool has_form(std::string_view text, std::string_view pattern) {
 }
 
 int part(std::string_view text, size_t from, size_t length) {
-    return number(text.substr(from, length)).value_or(-1);
+    return nearest_number(text.substr(from, length)).value_or(-1);
 }
 
 bool is_time(std::string_view text) {
@@ -90,6 +101,12 @@ std::string switch_text(const iconfigedit &row, bool on) {
     return GetLangText(on ? "@On" : "@Off");
 }
 
+// Of the family that the selector names, which opening the name gives.
+std::string font_text(const std::string &name) {
+    const text::FontPtr font(OpenFont(name.c_str(), 12, 1));
+    return font && font->family ? font->family : name;
+}
+
 std::string variant_text(const iconfigedit &row, int position) {
     const auto variants = variants_of(row);
     const auto i = static_cast<size_t>(position);
@@ -106,7 +123,7 @@ bool holds_value(const iconfigedit &row) {
 Range range_of(const iconfigedit &row) {
     const auto limits = variants_of(row);
     const auto limit = [&](size_t i, int otherwise) {
-        return i < limits.size() ? number(limits[i]).value_or(otherwise) : otherwise;
+        return i < limits.size() ? nearest_number(limits[i]).value_or(otherwise) : otherwise;
     };
     const int least = limit(0, INT_MIN);
     return {least, std::max(least, limit(1, INT_MAX))};
@@ -141,9 +158,15 @@ bool is_allowed(const iconfigedit &row, const std::string &value) {
 
 std::string fitted(const iconfigedit &row, const std::string &typed) {
     if (kind_of(row) != CONFIG_NUMBER) return typed;
-    const std::optional<int> value = number(typed);
+    const std::optional<int> value = nearest_number(typed);
     const Range range = range_of(row);
     return value ? std::to_string(std::clamp(*value, range.least, range.greatest)) : typed;
+}
+
+bool is_stored(iconfig *config, const iconfigedit &row, const std::string &value) {
+    if (kind_of(row) == CONFIG_PASSWORD) return false;
+    const char *stored = ReadString(config, row.name, nullptr);
+    return stored && value == stored;
 }
 
 std::string value_of(iconfig *config, const iconfigedit &row) {
@@ -162,6 +185,10 @@ std::string shown_value(const iconfigedit &row, const std::string &value) {
         return GetLangText(value.c_str());
     case CONFIG_POSITION:
         return variant_text(row, number(value).value_or(-1));
+    case CONFIG_FONT:
+        return font_text(value);
+    case CONFIG_TIME:
+        return lang::time_text(part(value, 0, 2), part(value, 3, 2));
     default:
         return value;
     }

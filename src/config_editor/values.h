@@ -30,6 +30,8 @@ std::string shown_value(const iconfigedit &row, const std::string &value);
 std::string fitted(const iconfigedit &row, const std::string &typed);
 // Whether a text can be stored.
 bool is_allowed(const iconfigedit &row, const std::string &value);
+// Whether it is there already. Of a password nobody knows.
+bool is_stored(iconfig *config, const iconfigedit &row, const std::string &value);
 
 // Writes and saves; false when the file cannot be written.
 bool store(iconfig *config, const iconfigedit &row, const std::string &value);

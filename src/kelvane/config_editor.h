@@ -25,7 +25,7 @@ KELVANE_BEGIN_DECLS
 enum {
     CONFIG_TEXT = 1,     /**< a line of text, typed */
     CONFIG_PASSWORD = 2, /**< the same, hidden, kept with WriteSecret(); at most 64 bytes */
-    CONFIG_NUMBER = 3,   /**< a number; variants[0] is the least and variants[1] the greatest */
+    CONFIG_NUMBER = 3,   /**< an int; variants[0] is the least and variants[1] the greatest */
     CONFIG_SWITCH = 4,   /**< 0 or 1, changed at once; variants: how 0 and 1 are shown */
     CONFIG_CHOICE = 5,   /**< the text of one of the variants */
     CONFIG_POSITION = 6, /**< the same; its position, from 0, is stored */
@@ -42,7 +42,9 @@ enum {
 
 /**
  * Hears of a row whose setting has been changed and saved, or of a chosen row of kind
- * #CONFIG_ACTION; and with null, as the last call, that the user has left the editor.
+ * #CONFIG_ACTION; and with null, as the last call, that the user has left the editor. It is not
+ * told when a call closes the editor, also one that closes what the editor was opened above, such
+ * as CloseDialog().
  */
 typedef void (*kv_configproc)(const iconfigedit *row, void *context);
 
@@ -52,7 +54,9 @@ typedef void (*kv_configproc)(const iconfigedit *row, void *context);
  * @param title a key of GetLangText(); null: no title bar
  * @param config where the settings are; it must stay open as long as the editor
  * @param rows ended by a row of type 0; it must stay, with all it leads to. Labels, hints and
- *             variants are keys of GetLangText(). Null counts as empty
+ *             variants are keys of GetLangText(). Null counts as empty. A table of oldconfigedit
+ *             rows is accepted as OpenConfig() accepts it; @p proc hears of copies of its rows,
+ *             which last until it returns
  * @param proc may be null @param context given to it
  * @return 1; 0 for a null @p config, without a screen and without memory
  */

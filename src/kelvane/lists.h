@@ -26,8 +26,9 @@ struct ifont_s;
 
 /** ilistrows::height of rows that are as high as the theme says; any positive number is pixels. */
 enum {
-    LIST_PLAIN_ROWS = 0, /**< one line */
-    LIST_COVER_ROWS = -1 /**< a cover, a bold title, a second line, and how far one has read */
+    LIST_PLAIN_ROWS = 0,  /**< one line */
+    LIST_COVER_ROWS = -1, /**< a cover, a bold title, a second line, and how far one has read */
+    LIST_LINED_ROWS = -2  /**< two lines: the least that has ilistrow::line */
 };
 
 /** ilistrow::flags. */

@@ -25,6 +25,7 @@ constexpr int empty_icon_side = 16;
 
 int row_height(const Look &look, int asked) {
     if (asked == LIST_COVER_ROWS) return look.cover_row_h();
+    if (asked == LIST_LINED_ROWS) return look.lined_row_h();
     return asked > 0 ? std::min(asked, tallest_row) : look.row_h;
 }
 

@@ -30,8 +30,9 @@ struct Look {
     int gap() const { return unit; }
     // Those with covers, which are 20 units high between borders; larger type has larger ones.
     int cover_row_h() const { return std::max(2 * row_h, 24 * unit); }
-    // Less high ones have one line.
-    bool is_lined(int h) const { return h >= row_h * 4 / 3; }
+    // Those with two lines; less high ones have one.
+    int lined_row_h() const { return row_h * 4 / 3; }
+    bool is_lined(int h) const { return h >= lined_row_h(); }
     // How thick a bar is.
     int bar_h() const { return std::max(unit, 3 * hairline); }
     const ibitmap *row_arrow() const { return mirrored_arrow ? mirrored_arrow.get() : arrow.get(); }

@@ -3,7 +3,6 @@
 #include "panel/contents.h"
 
 #include <algorithm>
-#include <array>
 #include <ctime>
 #include <string_view>
 #include <sys/time.h>
@@ -13,11 +12,11 @@
 #include "internal.h"
 #include "kelvane/config.h"
 #include "kelvane/panel.h"
+#include "lang/clock.h"
 
 namespace panel {
 namespace {
 
-constexpr int twelve_hours = 1; // of kvstate.timeformat
 constexpr int minute_ms = 60000;
 constexpr int percent_of_level = 20;
 constexpr size_t longest_text = 1000; // more than any screen shows
@@ -28,17 +27,19 @@ struct Set {
 };
 Set set;
 
+// Whoever switches a panel on expects a clock unless the settings take it away, so it is there by
+// default, unlike kvstate.showclock. A safe start leaves settings aside.
+bool shows_clock() {
+    return hw_safemode() || ReadInt(kvstate.cfg, "showclock", 1) != 0;
+}
+
 std::string clock_text() {
-    if (ReadInt(kvstate.cfg, "showclock", 1) == 0) return {};
+    if (!shows_clock()) return {};
     timeval now{};
     hw_gettime(&now);
     tm parts{};
     if (!localtime_r(&now.tv_sec, &parts)) return {};
-    std::array<char, 16> text{};
-    const char *format = kvstate.timeformat == twelve_hours ? "%I:%M %p" : "%H:%M";
-    const size_t length = std::strftime(text.data(), text.size(), format, &parts);
-    const bool padded = kvstate.timeformat == twelve_hours && text[0] == '0';
-    return {text.data() + padded, length - padded};
+    return lang::time_text(parts.tm_hour, parts.tm_min);
 }
 
 std::string pages_text() {

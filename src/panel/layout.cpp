@@ -11,6 +11,7 @@
 #include "kelvane/text.h"
 #include "kelvane/theme.h"
 #include "text/font_scope.h"
+#include "theme/circumstances.h"
 
 namespace panel {
 namespace {
@@ -18,7 +19,7 @@ namespace {
 constexpr int least_text_units = 10; // below that a text says nothing
 
 struct Loaded {
-    unsigned theme;
+    theme::Circumstances when;
     Look look;
 };
 // Never destroyed: an application that just exits leaves its fonts to the system.
@@ -37,6 +38,7 @@ Look load_look() {
     l.no_network = Picture("panel_wifi_0");
     l.network = Picture("panel_wifi_3");
     l.unit = std::clamp(GetThemeInt("unit.size", 4), 1, 64);
+    l.rule = std::clamp(GetThemeInt("separator.size", 1), 1, 64);
     return l;
 }
 
@@ -44,6 +46,14 @@ int width_of(const Item &item) {
     if (item.picture) return item.picture->width;
     const text::FontScope font(item.font);
     return StringWidth(item.text.c_str());
+}
+
+bool is_empty(const Item &item) {
+    return !item.picture && (item.text.empty() || !item.font);
+}
+
+int height_of(const Item &item) {
+    return item.picture ? item.picture->height : item.font->height;
 }
 
 class Row {
@@ -68,14 +78,12 @@ class Row {
     void leave_gap() { end_ -= gap_; }
     // All the room that is left, of which a text takes what it needs.
     void fill(Item &item, int least) {
-        if (item.text.empty() || end_ - start_ < least) return;
-        place(item, start_, end_ - start_);
+        if (has_room(item, least)) place(item, start_, end_ - start_);
     }
 
   private:
     bool has_room(const Item &item, int w) const {
-        const int h = item.picture ? item.picture->height : 0;
-        return (item.picture || !item.text.empty()) && w > 0 && w <= end_ - start_ && h <= strip_.h;
+        return !is_empty(item) && w > 0 && w <= end_ - start_ && height_of(item) <= strip_.h;
     }
     void place(Item &item, int x, int w) const {
         const bool mirrored = IsRTL() != 0;
@@ -119,8 +127,8 @@ bool Item::operator==(const Item &other) const {
 }
 
 const Look &look() {
-    const unsigned theme = theme::theme_number();
-    if (!loaded || loaded->theme != theme) loaded.emplace(Loaded{theme, load_look()});
+    const theme::Circumstances now;
+    if (!loaded || loaded->when != now) loaded.emplace(Loaded{now, load_look()});
     return loaded->look;
 }
 

@@ -21,10 +21,10 @@ struct Look {
     std::array<theme::Picture, 6> battery; // by level
     theme::Picture plug, lock, no_network, network;
     int unit = 4;
+    int rule = 1; // as thick as the hairlines of the screen
 
     int gap() const { return 2 * unit; }
     int margin() const { return 6 * unit; }
-    int rule() const { return unit / 4 > 1 ? unit / 4 : 1; }
 };
 
 // One part: a text in a font, or a picture.
@@ -37,7 +37,7 @@ struct Item {
 };
 using Items = std::array<Item, parts>;
 
-// That of the open theme.
+// That of the open theme, on the screen as it is held.
 const Look &look();
 void drop_look();
 

@@ -50,7 +50,7 @@ bool stands_at(const irect &r) {
 
 // The rule parts the panel from what is above it, or below where the device shows it at the top.
 irect without_rule(irect r) {
-    const int rule = std::min(look().rule(), r.h);
+    const int rule = std::min(look().rule, r.h);
     if (kvstate.panel_position != 1) r.y += rule;
     r.h -= rule;
     return r;
@@ -71,6 +71,7 @@ void draw(const irect &r, const Items &items) {
     const irect inside = without_rule(r);
     FillAreaRect(&r, BLACK);
     FillAreaRect(&inside, WHITE);
+    SetClipRect(&inside);
     for (const Item &item : items) draw_item(item);
 }
 
@@ -114,7 +115,9 @@ bool is_in_background() {
 // It only ends a sleep: the next step of the loop sees the time.
 void minute_passed(void *) {}
 
+// A panel without a clock lets the device sleep.
 void wake_with_clock() {
+    if (state.shown.items[static_cast<size_t>(Part::clock)].place.w < 1) return;
     constexpr int early_ms = 2; // timers may fire a millisecond before they are due
     if (QueryTimer(minute_passed) == 0)
         SetHardTimer("PANEL", minute_passed, next_minute_ms() + early_ms);

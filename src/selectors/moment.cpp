@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 // OpenTimeSelector() and OpenDateSelector().
+#include "selectors/moment.h"
+
 #include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <memory>
 
 #include "ground/guard.h"
-#include "kelvane/selectors.h"
 #include "selectors/fields.h"
 
 namespace selectors {
@@ -50,8 +51,8 @@ class MomentSheet : public FieldSheet {
 
 class TimeSheet : public MomentSheet {
   public:
-    TimeSheet(const imoment &start, kv_momenthandler hproc, void *context)
-        : MomentSheet("@Time",
+    TimeSheet(const char *title, const imoment &start, kv_momenthandler hproc, void *context)
+        : MomentSheet(title ? title : "@Time",
                       {{"@Hour", start.hour, 0, 23, 2}, {"@Minute", start.minute, 0, 59, 2}}, start,
                       hproc, context) {}
 
@@ -64,8 +65,8 @@ class TimeSheet : public MomentSheet {
 
 class DateSheet : public MomentSheet {
   public:
-    DateSheet(const imoment &start, kv_momenthandler hproc, void *context)
-        : MomentSheet("@Date",
+    DateSheet(const char *title, const imoment &start, kv_momenthandler hproc, void *context)
+        : MomentSheet(title ? title : "@Date",
                       {{"@Day", start.day, 1, 31, 2},
                        {"@Month", start.month, 1, 12, 2},
                        {"@Year", start.year, first_year, last_year, 4}},
@@ -84,18 +85,27 @@ class DateSheet : public MomentSheet {
 };
 
 template <class Kind>
-int open_moment(const imoment *start, kv_momenthandler hproc, void *context) {
+int open_moment(const char *title, const imoment &start, kv_momenthandler hproc, void *context) {
     return ground::guarded(
-        0, [&] { return open(std::make_shared<Kind>(start ? *start : now(), hproc, context)); });
+        0, [&] { return open(std::make_shared<Kind>(title, start, hproc, context)); });
 }
 
 } // namespace
+
+int open_time(const char *title, const imoment &start, kv_momenthandler hproc, void *context) {
+    return open_moment<TimeSheet>(title, start, hproc, context);
+}
+
+int open_date(const char *title, const imoment &start, kv_momenthandler hproc, void *context) {
+    return open_moment<DateSheet>(title, start, hproc, context);
+}
+
 } // namespace selectors
 
 int OpenTimeSelector(const imoment *start, kv_momenthandler hproc, void *context) {
-    return selectors::open_moment<selectors::TimeSheet>(start, hproc, context);
+    return selectors::open_time(nullptr, start ? *start : selectors::now(), hproc, context);
 }
 
 int OpenDateSelector(const imoment *start, kv_momenthandler hproc, void *context) {
-    return selectors::open_moment<selectors::DateSheet>(start, hproc, context);
+    return selectors::open_date(nullptr, start ? *start : selectors::now(), hproc, context);
 }

@@ -8,6 +8,7 @@
 
 #include "ground/guard.h"
 #include "internal.h"
+#include "kelvane/panel.h"
 #include "kelvane/updates.h"
 #include "modal/input.h"
 #include "raster/box.h"
@@ -29,8 +30,9 @@ std::vector<std::shared_ptr<Screen>> screens;
 int last_number = 0;
 int unheard = 0; // events that were queued for screens that are gone
 
+// But for the status panel.
 bool is_whole_screen(const irect &r) {
-    return r.w >= ScreenWidth() && r.h >= ScreenHeight();
+    return r.w >= ScreenWidth() && r.h >= ScreenHeight() - PanelHeight();
 }
 
 int screen_handler(int type, int par1, int par2) {

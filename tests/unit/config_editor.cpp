@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The configuration editor: what the rows of a table show, change, keep and tell.
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "config_editor/values.h"
@@ -8,6 +9,7 @@
 #include "kelvane/config_editor.h"
 #include "kelvane/lists.h"
 #include "menus_support.h"
+#include "support/theme_file.h"
 
 using boxes::screen;
 
@@ -16,13 +18,16 @@ namespace {
 const char *sizes[] = {"Small", "Large", nullptr};
 const char *range[] = {"1", "60", nullptr};
 const char *few[] = {"1", "3", nullptr};
+const char *many[] = {"1", "20", nullptr};
 
 iconfigedit row(int type, const char *text, const char *name, const char *deflt = nullptr,
                 const char **variants = nullptr, iconfigedit *submenu = nullptr) {
     return {type, nullptr, text, nullptr, name, deflt, variants, submenu, nullptr};
 }
 
-iconfigedit nested[] = {row(CONFIG_PASSWORD, "Password", "secret"), {}};
+iconfigedit nested[] = {row(CONFIG_PASSWORD, "Password", "secret"),
+                        row(CONFIG_NUMBER, "Devices", "devices", "2", many),
+                        {}};
 iconfigedit table[] = {row(CONFIG_HEADING, "Reading", nullptr),
                        row(CONFIG_SWITCH, "Swipes", "swipes", "1"),
                        row(CONFIG_SWITCH | CONFIG_HIDDEN, "Hidden", "hidden", "1"),
@@ -82,6 +87,7 @@ TEST_F(ConfigEditor, EachKindIsChangedInItsWaySavedAtOnceAndTold) {
     EXPECT_EQ(saved("swipes"), "0");
     press({KEY_DOWN, KEY_OK, KEY_DOWN, KEY_OK});
     EXPECT_EQ(saved("size"), "Large");
+    press({KEY_OK, KEY_OK}); // it is there already: no change is told
     press({KEY_DOWN, KEY_OK, KEY_DOWN, KEY_OK});
     EXPECT_EQ(saved("side"), "1");
     press({KEY_DOWN, KEY_OK});
@@ -110,6 +116,12 @@ TEST_F(ConfigEditor, ANestedTableKeepsASecretAndGoesBack) {
     SelectListRow(1, 9);
     const std::vector<uint8_t> selected = screen();
     press({KEY_OK, KEY_OK});
+    for (int i = 0; i < 33; ++i) headless::raw(hw::typed_character, 0, 0x44F, 0);
+    const int64_t time = headless::now();
+    press({KEY_OK}); // 66 bytes: a message says so
+    EXPECT_GT(headless::now() - time, 3000);
+    EXPECT_EQ(saved("secret"), "(none)");
+    press({KEY_OK});
     type("Pequod");
     press({KEY_OK});
     EXPECT_NE(saved("secret"), "(none)");
@@ -117,11 +129,12 @@ TEST_F(ConfigEditor, ANestedTableKeepsASecretAndGoesBack) {
     char *secret = ReadSecret(config, "secret", nullptr);
     EXPECT_STREQ(secret, "Pequod");
     free(secret);
-    press({KEY_BACK});
+    press({KEY_DOWN, KEY_OK});
+    type("7"); // more numbers than a menu has room for
+    press({KEY_OK, KEY_BACK});
     EXPECT_TRUE(screen() == selected);
-    EXPECT_EQ(told, "Password ");
     CloseConfigEditor(); // tells nobody
-    EXPECT_EQ(told, "Password ");
+    EXPECT_EQ(told, "Password Devices ");
     EXPECT_TRUE(screen() == before);
 }
 
@@ -143,9 +156,97 @@ TEST_F(ConfigEditor, WhatIsGivenUpOrCannotBeSavedIsNoChange) {
     EXPECT_EQ(GetEventHandler(), headless::handler());
     EXPECT_TRUE(screen() == before);
     EXPECT_EQ(OpenConfigEditor("Settings", nullptr, table, nullptr, nullptr), 0);
+
+    iconfig *lost = OpenConfig("/proc/none/settings.cfg", table);
+    OpenConfigEditor("Settings", lost, table, hear, nullptr);
+    press({KEY_DOWN, KEY_OK, KEY_DOWN, KEY_OK});
+    const int64_t time = headless::now();
+    press({KEY_OK, KEY_OK}); // the same again: it is tried again
+    EXPECT_GT(headless::now() - time, 3000);
+    EXPECT_EQ(told, "Size Size ");
+    CloseConfigEditor();
+    CloseConfigNoSave(lost);
     EXPECT_EQ(OpenConfigEditor(nullptr, config, nullptr, nullptr, nullptr), 1); // an empty table
+    const std::vector<uint8_t> shown = screen();
+    EXPECT_GT(std::count(shown.begin(), shown.end(), 0), 100); // it says so
     press({KEY_OK, KEY_BACK});
     EXPECT_TRUE(screen() == before);
+}
+
+TEST_F(ConfigEditor, WhatIsTypedBecomesANumberOfItsRangeOrAMessage) {
+    const struct {
+        const char *typed, *saved;
+        bool is_refused;
+    } cases[] = {{"99999999999", "60", false},
+                 {"-9999999999", "1", false},
+                 {"007", "7", false},
+                 {"1.5", "7", true},
+                 {"x", "7", true}};
+    open();
+    SelectListRow(1, 4);
+    for (const auto &c : cases) {
+        const int64_t time = headless::now();
+        press({KEY_OK});
+        type(c.typed);
+        press({KEY_OK});
+        EXPECT_EQ(saved("sleep"), c.saved);
+        EXPECT_EQ(headless::now() - time > 3000, c.is_refused) << c.typed;
+    }
+}
+
+TEST_F(ConfigEditor, ATextThatTheKeyboardCannotShowStaysUntilItIsChanged) {
+    for (const std::string &text : {std::string(300, 'a'), std::string("\U0001F40B \xFF")}) {
+        WriteString(config, "name", text.c_str());
+        open();
+        SelectListRow(GetListRow(1) >= 0 ? 1 : 2, 6);
+        press({KEY_OK, KEY_OK});
+        EXPECT_EQ(ReadString(config, "name", ""), text);
+        press({KEY_OK});
+        type("b");
+        press({KEY_OK});
+        EXPECT_NE(ReadString(config, "name", ""), text);
+    }
+}
+
+TEST_F(ConfigEditor, ATableOfTheEarlierLayoutIsTakenAsOpenConfigDoes) {
+    static oldconfigedit old[] = {{"Name", "name", CONFIG_TEXT, "Ahab", nullptr},
+                                  {"Side", "side", CONFIG_POSITION, "0", sizes},
+                                  {}};
+    OpenConfigEditor(
+        "Settings", config, reinterpret_cast<iconfigedit *>(old),
+        [](const iconfigedit *changed, void *) {
+            CloseConfigEditor();
+            hear(changed, nullptr); // its copy is still there
+        },
+        nullptr);
+    press({KEY_DOWN, KEY_OK, KEY_DOWN, KEY_OK});
+    EXPECT_EQ(saved("side"), "1");
+    EXPECT_EQ(told, "Side ");
+}
+
+TEST_F(ConfigEditor, HintsStayInAThemeWithLargerType) {
+    iconfigedit hinted[] = {row(CONFIG_TEXT, "Name", "name"), {}};
+    hinted[0].hint = "Of the reader";
+    OpenConfigEditor("Settings", config, hinted, nullptr, nullptr);
+    write_file("system/themes/large.tqt",
+               ThemeFile("context_menu.item.height=80\nwindow.font=default,32\n").bytes());
+    ASSERT_TRUE(hw::hooks.change_theme("large"));
+    headless::advance(500);
+    const std::vector<uint8_t> changed = screen();
+    OpenConfigEditor("Settings", config, hinted, nullptr, nullptr);
+    EXPECT_TRUE(screen() == changed);
+    CloseConfigEditor();
+}
+
+TEST_F(ConfigEditor, TimesAndFontsAreShownAsElsewhere) {
+    using config_editor::shown_value;
+    const auto time = [](const char *value) {
+        return shown_value(row(CONFIG_TIME, "", ""), value);
+    };
+    EXPECT_EQ(time("14:30"), "14:30");
+    kvstate.timeformat = 1;
+    EXPECT_EQ(time("14:30") + time("00:05") + time("12:00"), "2:30 PM12:05 AM12:00 PM");
+    EXPECT_EQ(shown_value(row(CONFIG_FONT, "", ""), "DejaVuSans"), "DejaVu Sans");
 }
 
 TEST_F(ConfigEditor, TheHandlerMayCloseAndOpenTheEditor) {
@@ -178,6 +279,7 @@ TEST(ConfigValues, AFileMayHoldAnything) {
         {row(CONFIG_NUMBER, "", "a", "99", range), "99999999999999", "1"},
         {row(CONFIG_NUMBER, "", "a", "5"), "-2147483648", "-2147483648"},
         {row(CONFIG_NUMBER, "", "a", "5"), "7 ", "5"},
+        {row(CONFIG_NUMBER, "", "a", "20", range), "010", "20"}, // 8 to ReadInt()
         {row(CONFIG_CHOICE, "", "a", "Large", sizes), "Small", "Small"},
         {row(CONFIG_CHOICE, "", "a", "Large", sizes), "small", "Large"},
         {row(CONFIG_CHOICE, "", "a", "x"), "y", ""},

@@ -6,7 +6,9 @@
 #include "hw_seam.h"
 #include "kelvane/hourglass.h"
 #include "kelvane/keyboard.h"
+#include "kelvane/lists.h"
 #include "kelvane/panel.h"
+#include "kelvane/timers.h"
 #include "kelvane/updates.h"
 #include "menus_support.h"
 #include "support/theme_file.h"
@@ -124,6 +126,39 @@ TEST_F(StatusPanel, ComponentsStandOnIt) {
         EXPECT_TRUE(screen() == before);
     }
     EXPECT_EQ(headless::events().find("61"), std::string::npos);
+}
+
+TEST_F(StatusPanel, AListAboveItFlashesAsOneOnTheWholeScreen) {
+    for (const int mode : {PANEL_OFF, PANEL_ON}) {
+        SetPanelMode(mode);
+        FullUpdate();
+        headless::advance(100);
+        headless::clear_updates();
+        const ilist list{};
+        OpenList(&list);
+        headless::press(KEY_BACK);
+        EXPECT_EQ(update_calls(), "FullUpdate FullUpdate ") << mode;
+    }
+}
+
+TEST_F(StatusPanel, OnlyAClockWakesTheDevice) {
+    for (const int shows_clock : {0, 1}) {
+        restart_with("showclock=" + std::to_string(shows_clock) + "\n");
+        fonts::link_all();
+        switch_on();
+        headless::advance(100);
+        EXPECT_EQ(kv_get_first_timer() - headless::now() <= 60000, shows_clock == 1);
+    }
+}
+
+TEST_F(StatusPanel, WhatIsHigherThanItIsLeftOut) {
+    write_file("system/themes/low.tqt", ThemeFile("panel.height=12\nseparator.size=3\n").bytes());
+    OpenTheme("low");
+    const std::vector<uint8_t> page = boxes::above(788);
+    FullUpdate();
+    EXPECT_TRUE(boxes::above(788) == page);
+    EXPECT_EQ(ink(foot(12)), 3 * 600); // the rule
+    EXPECT_EQ(ink(foot(9)), 0);
 }
 
 TEST_F(StatusPanel, ATapOnItIsOneEventAndOtherFingersPassOverIt) {

@@ -16,6 +16,7 @@
 #include "modal/takeover.h"
 #include "panel/layout.h"
 #include "raster/box.h"
+#include "raster/rects.h"
 #include "raster/screen_scope.h"
 #include "runtime/night.h"
 #include "text/font_scope.h"
@@ -79,20 +80,13 @@ Items items_now(const irect &r) {
     return lay_out(read_contents(), without_rule(r));
 }
 
-// The columns of two parts.
-irect united(const irect &a, const irect &b) {
-    if (a.w < 1 || b.w < 1) return a.w < 1 ? b : a;
-    const int left = std::min(a.x, b.x);
-    return {left, a.y, std::max(a.x + a.w, b.x + b.w) - left, a.h, 0};
-}
-
 // An update shows a part when it covers it as it was and as it is.
 void note_shown(const irect &r, const Items &items, const irect &area) {
     if (!stands_at(r)) state.shown = {r, GetOrientation(), {}};
     if (area.y > r.y || area.y + area.h < r.y + r.h) return;
     for (size_t i = 0; i < parts; ++i) {
         Item &old = state.shown.items[i];
-        const irect needed = united(old.place, items[i].place);
+        const irect needed = raster::joined(old.place, items[i].place);
         if (area.x <= needed.x && area.x + area.w >= needed.x + needed.w) old = items[i];
     }
 }
@@ -102,7 +96,7 @@ irect changed_columns(const Items &items) {
     for (size_t i = 0; i < parts; ++i) {
         const Item &old = state.shown.items[i];
         if (old == items[i]) continue;
-        changed = united(changed, united(old.place, items[i].place));
+        changed = raster::joined(changed, raster::joined(old.place, items[i].place));
     }
     return changed;
 }

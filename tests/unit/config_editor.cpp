@@ -287,6 +287,7 @@ TEST(ConfigValues, AFileMayHoldAnything) {
         {row(CONFIG_POSITION, "", "a", "9", sizes), "-1", "0"},
         {row(CONFIG_TIME, "", "a", "07:30"), "23:59", "23:59"},
         {row(CONFIG_TIME, "", "a", "07:30"), "24:00", "07:30"},
+        {row(CONFIG_TIME, "", "a", "07:30"), "0x:30", "07:30"},
         {row(CONFIG_TIME, "", "a", "7:30"), "07:3", "00:00"},
         {row(CONFIG_DATE, "", "a", "2026-12-31"), "2024-02-29", "2024-02-29"},
         {row(CONFIG_DATE, "", "a", "2026-12-31"), "2026-02-29", "2026-12-31"},

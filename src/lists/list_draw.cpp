@@ -12,6 +12,7 @@
 #include "raster/box.h"
 #include "raster/rects.h"
 #include "raster/screen_scope.h"
+#include "runtime/night.h"
 #include "text/font_scope.h"
 
 namespace lists {
@@ -115,6 +116,7 @@ List::Tones List::draw_row(int row, Ground ground) {
     const RowPlace place = row_place(row);
     const irect clip = raster::shared(place.area, place_);
     SetClipRect(&clip);
+    night::remove_pictures(clip);
     if (ground == Ground::any) FillAreaRect(&clip, WHITE);
     const Tones tones = draw_inside(row, place);
     if (is_abandoned_) return tones;
@@ -159,6 +161,7 @@ void List::draw() {
     const text::FontScope font;
     SetClipRect(&place_);
     FillAreaRect(&place_, WHITE);
+    night::remove_pictures(place_);
     if (is_empty())
         draw_empty();
     else

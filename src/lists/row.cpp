@@ -8,6 +8,7 @@
 #include "kelvane/frames.h"
 #include "kelvane/text.h"
 #include "raster/rects.h"
+#include "runtime/night.h"
 #include "text/font_scope.h"
 
 namespace lists {
@@ -91,12 +92,13 @@ irect fitted(const irect &box, const ibitmap &picture) {
     return {box.x + (box.w - fitted_w) / 2, box.y + (box.h - fitted_h) / 2, fitted_w, fitted_h, 0};
 }
 
-void draw_picture(const irect &box, const ibitmap &picture) {
+irect draw_picture(const irect &box, const ibitmap &picture) {
     const irect r = fitted(box, picture);
     if (r.w == picture.width && r.h == picture.height)
         DrawBitmap(r.x, r.y, &picture);
     else
         StretchBitmap(r.x, r.y, r.w, r.h, &picture, 0);
+    return r;
 }
 
 // A book without a picture on its cover.
@@ -112,7 +114,7 @@ void draw_cover(Brush &b, int row_h) {
     b.take(after_cover * b.look.unit);
     const irect box{column.x, column.y + (column.h - h) / 2, w, h, 0};
     if (b.row.picture)
-        draw_picture(box, *b.row.picture);
+        night::add_picture(draw_picture(box, *b.row.picture));
     else
         draw_blank_cover(b.look, box);
     b.suit(box);

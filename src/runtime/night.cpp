@@ -28,9 +28,15 @@ struct Covering {
     Area area;
 };
 
+struct Picture {
+    unsigned cover; // the one that it is drawn on; 0: on the application's page
+    Area area;
+};
+using Pictures = std::vector<Picture>;
+
 struct State {
     bool is_on = false;
-    Areas pictures; // as the application says; none overlaps another
+    Pictures pictures; // none overlaps another one on the same cover
     std::vector<Covering> covers;
     Areas shown; // pictures that nothing covers
 };
@@ -63,10 +69,24 @@ Areas without(const Areas &areas, const Area &cut) {
     return left;
 }
 
-Areas with(const Areas &pictures, const Area &added) {
-    Areas all = without(pictures, added);
-    all.push_back(added);
-    return all;
+unsigned top_cover() {
+    return state.covers.empty() ? 0 : state.covers.back().id;
+}
+
+// Those on other covers stay as they are.
+Pictures without(const Pictures &pictures, const Area &cut, unsigned cover) {
+    Pictures left;
+    for (const Picture &p : pictures)
+        for (const Area &a : p.cover == cover ? without(Areas{p.area}, cut) : Areas{p.area})
+            left.push_back({p.cover, a});
+    return left;
+}
+
+void add(const Area &area, unsigned cover) {
+    if (area.empty()) return;
+    Pictures all = without(state.pictures, area, cover);
+    all.push_back({cover, area});
+    state.pictures = std::move(all);
 }
 
 // Within the screen, so that no sum of sides overflows.
@@ -79,8 +99,13 @@ Area on_screen(const irect &r) {
 void find_shown() {
     state.shown.clear();
     ground::guarded([] {
-        Areas shown = state.pictures;
-        for (const Covering &cover : state.covers) shown = without(shown, cover.area);
+        Areas shown;
+        for (const Picture &picture : state.pictures) {
+            Areas rest{picture.area};
+            for (const Covering &cover : state.covers)
+                if (cover.id > picture.cover) rest = without(rest, cover.area);
+            shown.insert(shown.end(), rest.begin(), rest.end());
+        }
         state.shown = std::move(shown);
     });
 }
@@ -108,6 +133,8 @@ Cover::Cover(const raster::Area &area) {
 
 void Cover::drop() {
     const unsigned id = std::exchange(id_, 0);
+    if (id == 0) return;
+    std::erase_if(state.pictures, [=](const Picture &p) { return p.cover == id; });
     if (std::erase_if(state.covers, [=](const Covering &c) { return c.id == id; }) > 0)
         find_shown();
 }
@@ -115,8 +142,19 @@ void Cover::drop() {
 void Cover::stay() {
     for (const Covering &cover : state.covers)
         if (cover.id == id_)
-            ground::guarded([&] { state.pictures = without(state.pictures, cover.area); });
+            ground::guarded([&] { state.pictures = without(state.pictures, cover.area, 0); });
     drop();
+}
+
+void add_picture(const irect &r) {
+    ground::guarded([&] { add(on_screen(r), top_cover()); });
+    find_shown();
+}
+
+void remove_pictures(const irect &place) {
+    ground::guarded(
+        [&] { state.pictures = without(state.pictures, on_screen(place), top_cover()); });
+    find_shown();
 }
 
 void reset() {
@@ -134,15 +172,11 @@ int GetNightMode() {
 }
 
 void SetNightPictures(const irect *areas, int count) {
-    night::state.pictures.clear();
+    std::erase_if(night::state.pictures, [](const auto &p) { return p.cover == 0; });
     // Without memory there are none.
     ground::guarded([&] {
-        night::Areas pictures;
-        for (int i = 0; areas && i < std::min(count, night::most_pictures); ++i) {
-            const raster::Area area = night::on_screen(areas[i]);
-            if (!area.empty()) pictures = night::with(pictures, area);
-        }
-        night::state.pictures = std::move(pictures);
+        for (int i = 0; areas && i < std::min(count, night::most_pictures); ++i)
+            night::add(night::on_screen(areas[i]), 0);
     });
     night::find_shown();
 }

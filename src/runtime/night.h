@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "kelvane/canvas.h"
 #include "raster/clip.h"
 
 namespace night {
@@ -45,6 +46,12 @@ class Cover {
   private:
     unsigned id_ = 0; // 0: none
 };
+
+// Pictures that a component draws by itself, on the topmost cover, with which they go; without one
+// they belong to the application's page, until SetNightPictures().
+void add_picture(const irect &r);
+// What is drawn in a place now has none there yet.
+void remove_pictures(const irect &place);
 
 // It is day, as when the screen opens.
 void reset();

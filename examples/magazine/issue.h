@@ -67,12 +67,6 @@ inline std::vector<Article> read_articles(const fs::path &folder) {
     return articles;
 }
 
-// What the user makes has its place where the library says.
-inline kelvane::Config open_data(const char *name) {
-    char path[1024];
-    return kelvane::Config(AppDataPath("magazine", name, path, sizeof path) ? path : "");
-}
-
 class Issue {
   public:
     std::vector<Article> articles;
@@ -116,7 +110,8 @@ class Issue {
     }
 
   private:
-    kelvane::Config places_ = open_data("places.cfg"), bookmarks_ = open_data("bookmarks.cfg");
+    kelvane::Config places_ = kelvane::Config::of_application("magazine", "places.cfg");
+    kelvane::Config bookmarks_ = kelvane::Config::of_application("magazine", "bookmarks.cfg");
     std::string language_;
     bool is_english_ = false; // for want of the language
 };

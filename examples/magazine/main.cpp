@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "issue.h"
-#include "look.h"
 #include "page.h"
 
 namespace {
@@ -23,14 +22,11 @@ const iconfigedit settings_table[] = {
     {CONFIG_SWITCH, nullptr, "@MagNight", nullptr, "night", "0", nullptr, nullptr, nullptr},
     {}};
 
+const ilistrows list_form{0,       LIST_COVER_ROWS, nullptr,       nullptr,          nullptr,
+                          nullptr, nullptr,         "@MagNoMarks", "@MagNoMarksHint"};
+
 enum class Screen { shelf, bookmarks, page };
-enum Choice : short {
-    choose_shelf = 1,
-    choose_bookmarks,
-    choose_mark,
-    choose_settings,
-    choose_end
-};
+enum { choose_mark = 1, choose_shelf, choose_bookmarks, choose_settings, choose_end };
 
 class Magazine {
   public:
@@ -57,6 +53,29 @@ class Magazine {
         if (screen_ != Screen::page && list_.handle(type, par1, par2)) return 1;
         if (gesture != GESTURE_NONE) return gesture_made(gesture);
         return type == EVT_KEYPRESS && key_pressed(par1);
+    }
+
+    // The rows of the list ask for what they show, and tell what is done with them.
+    void fill(int index, ilistrow &out) {
+        const Row &row = rows_[std::size_t(index)];
+        Article &a = *row.article;
+        const bool is_shelf = screen_ == Screen::shelf;
+        line_ = is_shelf ? a.author : words_at(a.text, std::size_t(row.byte));
+        value_ = std::to_string(a.percent(row.byte)) + " %";
+        const int h = 2 * GetThemeInt("context_menu.item.height", 12 * look_.u) - 4 * look_.u;
+        if (!a.cover && GetPictureSize(a.picture.c_str(), nullptr, nullptr))
+            a.cover = kelvane::Bitmap::load(a.picture.c_str(), h * 3 / 4, h, PICTURE_COVER);
+        out.title = a.title.c_str();
+        out.line = line_.c_str();
+        out.picture = a.cover.get();
+        if (!is_shelf || row.byte > 0) out.value = value_.c_str();
+        if (is_shelf && row.byte > 0) out.progress = a.percent(row.byte);
+    }
+
+    void told(int action, int row) {
+        const Row &chosen = rows_[std::size_t(std::max(row, 0))];
+        if (action == LIST_CHOSEN) open(*chosen.article, chosen.byte);
+        if (action == LIST_CONTEXT) open_menu();
     }
 
   private:
@@ -107,9 +126,11 @@ class Magazine {
         const icaption_properties caption = LoadApplicationCaptionProperties();
         const kelvane::Font font(caption.font); // it is ours
         SetApplicationCaptionHeight(caption.height);
-        const char *title = screen_ == Screen::shelf ? "@Magazine" : "@MagBookmarks";
-        DrawApplicationCaption(GetLangText(title), nullptr);
         const irect r = menu_button();
+        const irect title = iRect(IsRTL() ? r.w : 6 * look_.u, 0, ScreenWidth() - r.w - 6 * look_.u,
+                                  r.h, TEXT_RTL_MIRROR | TEXT_DOTS | VALIGN_MIDDLE);
+        const char *key = screen_ == Screen::shelf ? "@Magazine" : "@MagBookmarks";
+        DrawApplicationCaption(GetLangText(key), &title);
         const int u = look_.u, ink = caption.background_color == BLACK ? WHITE : BLACK;
         for (int i = -1; i <= 1; i++)
             FillArea(r.x + r.w / 2 - 3 * u, r.h / 2 + i * 2 * u - u / 2, 6 * u, u * 3 / 4, ink);
@@ -123,49 +144,12 @@ class Magazine {
         return iRect(IsRTL() ? 0 : ScreenWidth() - w, 0, w, GetCaptionHeight(), 0);
     }
 
-    ilistrows list_rows() {
-        ilistrows rows{};
-        rows.height = LIST_COVER_ROWS;
-        rows.context = this;
-        rows.fill = [](int row, ilistrow *out, void *self) {
-            static_cast<Magazine *>(self)->fill(row, *out);
-        };
-        rows.hproc = [](int action, int row, void *self) {
-            static_cast<Magazine *>(self)->row_told(action, row);
-        };
-        rows.empty_title = "@MagNoMarks";
-        rows.empty_line = "@MagNoMarksHint";
-        return rows;
-    }
-
-    void fill(int index, ilistrow &out) {
-        const Row &row = rows_[std::size_t(index)];
-        Article &a = *row.article;
-        const bool is_shelf = screen_ == Screen::shelf;
-        line_ = is_shelf ? a.author : words_at(a.text, std::size_t(row.byte));
-        value_ = std::to_string(a.percent(row.byte)) + " %";
-        const int h = 2 * GetThemeInt("context_menu.item.height", 12 * look_.u) - 4 * look_.u;
-        if (!a.cover && GetPictureSize(a.picture.c_str(), nullptr, nullptr))
-            a.cover = kelvane::Bitmap::load(a.picture.c_str(), h * 3 / 4, h, PICTURE_COVER);
-        out.title = a.title.c_str();
-        out.line = line_.c_str();
-        out.picture = a.cover.get();
-        if (!is_shelf || row.byte > 0) out.value = value_.c_str();
-        if (is_shelf && row.byte > 0) out.progress = a.percent(row.byte);
-    }
-
     // The first line that has words.
     static std::string words_at(const std::string &text, std::size_t byte) {
         std::size_t first = text.find_first_not_of("\n\017\016\001", byte);
         if (first == text.npos) return "";
         if (text.compare(first, 3, "\u2003") == 0) first += 3;
         return text.substr(first, text.find('\n', first) - first);
-    }
-
-    void row_told(int action, int row) {
-        const Row &chosen = rows_[std::size_t(std::max(row, 0))];
-        if (action == LIST_CHOSEN) open(*chosen.article, chosen.byte);
-        if (action == LIST_CONTEXT) open_menu();
     }
 
     // --- keys and fingers
@@ -226,23 +210,17 @@ class Magazine {
 
     void open_menu() {
         const bool is_page = screen_ == Screen::page;
-        const auto kind = [](bool is_there) {
-            return static_cast<unsigned short>(is_there ? ITEM_ACTIVE : ITEM_ACTIVE | ITEM_HIDDEN);
-        };
-        static imenu items[7];
-        const imenu now[] = {
-            {ITEM_HEADER, 0, "@Magazine", nullptr},
-            {kind(is_page), choose_mark, is_page && page_.has_mark() ? "@MagUnmark" : "@MagMark",
-             nullptr},
-            {kind(screen_ != Screen::shelf), choose_shelf, "@MagArticles", nullptr},
-            {kind(screen_ != Screen::bookmarks), choose_bookmarks, "@MagBookmarks", nullptr},
-            {ITEM_ACTIVE, choose_settings, "@MagSettings", nullptr},
-            {ITEM_ACTIVE, choose_end, "@MagClose", nullptr},
-            {}};
-        std::copy(std::begin(now), std::end(now), items);
-        menu_of = this;
-        OpenMenu(items, is_page ? 1 : 2, IsRTL() ? 0 : ScreenWidth(), 0,
-                 [](int choice) { menu_of->choose(choice); });
+        static imenu items[] = {{ITEM_HEADER, 0, "@Magazine", nullptr},
+                                {ITEM_ACTIVE, choose_mark, nullptr, nullptr},
+                                {ITEM_ACTIVE, choose_shelf, "@MagArticles", nullptr},
+                                {ITEM_ACTIVE, choose_bookmarks, "@MagBookmarks", nullptr},
+                                {ITEM_ACTIVE, choose_settings, "@MagSettings", nullptr},
+                                {ITEM_ACTIVE, choose_end, "@MagClose", nullptr},
+                                {}};
+        items[1].type = is_page ? ITEM_ACTIVE : ITEM_ACTIVE | ITEM_HIDDEN;
+        items[1].text = is_page && page_.has_mark() ? "@MagUnmark" : "@MagMark";
+        kelvane::open_menu(items, is_page ? 1 : 2, IsRTL() ? 0 : ScreenWidth(), 0,
+                           [this](int choice) { choose(choice); });
     }
 
     void choose(int choice) {
@@ -262,15 +240,13 @@ class Magazine {
         FullUpdate();
     }
 
-    static inline Magazine *menu_of; // who opened it
-
-    kelvane::Config settings_ = open_data("settings.cfg");
+    kelvane::Config settings_ = kelvane::Config::of_application("magazine", "settings.cfg");
     Issue issue_;
     Look look_{5};
     Screen screen_ = Screen::shelf;
     Page page_{issue_, look_};
     bool is_just_opened_ = false;
-    kelvane::SelectionList list_{list_rows()};
+    kelvane::SelectionList list_{kelvane::rows_of(*this, list_form)};
     std::vector<Row> rows_;
     std::string line_, value_; // of the row that is drawn
     kv_gestures hand_{};

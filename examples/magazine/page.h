@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An article, page by page.
+// An article, page by page; and what everything is measured, written and drawn with.
 #ifndef MAGAZINE_PAGE_H
 #define MAGAZINE_PAGE_H
 
@@ -10,9 +10,42 @@
 #include <vector>
 
 #include "issue.h"
-#include "look.h"
 
-constexpr int bytes_per_minute = 1200; // of somebody who reads
+inline int size_of_body() {
+    const kelvane::Font font = kelvane::Font::of_theme("window.font", "default,20,0");
+    return font ? font->size : 20;
+}
+
+// Everything is measured in the theme's unit, which is as large to the eye on each panel, and in
+// its size of text.
+struct Look {
+    // `size` of the articles, in fifths of the theme's.
+    explicit Look(int size)
+        : text("DejaVuSerif", em * size / 5), heading("DejaVuSerif-Bold", em * size / 5) {
+        for (const kelvane::Font *font : {&text, &heading})
+            if (*font) (*font)->linespacing = (*font)->size * 7 / 5;
+        ifont *fonts[] = {heading.get()};
+        RegisterFontList(fonts, 1);
+    }
+
+    int u = GetThemeInt("unit.size", std::min(ScreenWidth(), ScreenHeight()) / 150);
+    int em = size_of_body();
+    int line = std::max(GetThemeInt("separator.size", 1), 1);
+    kelvane::Font small{"default", em * 4 / 5}, headline{"DejaVuSerif-Bold", em + 3 * u};
+    kelvane::Font text, heading;
+};
+
+// The part of `r` from one row of pixels to another one.
+inline irect part(const irect &r, int from, int to) {
+    return iRect(r.x, r.y + from, r.w, to - from, 0);
+}
+
+inline void write(const irect &r, const kelvane::Font &font, const std::string &text, int flags) {
+    const kelvane::FontGuard current(font, BLACK);
+    DrawTextRect(r.x, r.y, r.w, r.h, text.c_str(), flags | TEXT_DOTS);
+}
+
+constexpr int turns_per_flash = 6, bytes_per_minute = 1200; // of somebody who reads
 
 class Page {
   public:
@@ -50,8 +83,9 @@ class Page {
             draw_head();
             area = part(area, head().h, area.h);
         } else {
-            write(iRect(area.x, 4 * u, area.w - 8 * u, 8 * u, 0), look_.small, article_->title,
-                  VALIGN_MIDDLE);
+            const int x = issue_.is_rtl() ? area.x + 8 * u : area.x; // beside the ribbon
+            write(iRect(x, 4 * u, area.w - 8 * u, 8 * u, 0), look_.small, article_->title,
+                  mirror() | VALIGN_MIDDLE);
         }
         look_.text.use(BLACK);
         DrawTextPage(area.x, area.y, area.w, area.h, article_->text.c_str(), start(), flags);
@@ -152,7 +186,7 @@ class Page {
         char text[100];
         std::snprintf(text, sizeof text, GetLangText("@MagPage"), page_ + 1, pages);
         write(foot, look_.small, text, mirror() | VALIGN_MIDDLE);
-        const int rest = (article_->size() - end() + bytes_per_minute) / bytes_per_minute;
+        const int rest = (article_->size() - end() + bytes_per_minute - 1) / bytes_per_minute;
         if (page_ + 1 == pages) return;
         std::snprintf(text, sizeof text, GetLangText("@MagMinutes"), rest);
         write(foot, look_.small, text, mirror() | ALIGN_RIGHT | VALIGN_MIDDLE);

@@ -177,7 +177,7 @@ class Page {
 
     void draw_foot() {
         const irect area = text_area();
-        const int u = look_.u, line = ScreenHeight() - 21 * u / 2, pages = int(starts_.size());
+        const int u = look_.u, line = ScreenHeight() - 12 * u, pages = int(starts_.size());
         const int read = area.w * (page_ + 1) / pages, thick = look_.line + u;
         FillArea(area.x, line, area.w, look_.line, BLACK);
         FillArea(issue_.is_rtl() ? area.x + area.w - read : area.x, line - u / 2, read, thick,

@@ -206,8 +206,6 @@ class Magazine {
         if (!page_.turn(by)) show(Screen::shelf);
     }
 
-    // --- menu and settings
-
     void open_menu() {
         const bool is_page = screen_ == Screen::page;
         static imenu items[] = {{ITEM_HEADER, 0, "@Magazine", nullptr},

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the panel shows at night beside what it shows by day, and when turned pages flash.
+#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -9,6 +10,7 @@
 #include "dialogs/stack.h"
 #include "hw_linux/device.h"
 #include "kelvane/dialogs.h"
+#include "kelvane/lists.h"
 #include "kelvane/updates.h"
 #include "modal/saved_area.h"
 #include "support/headless.h"
@@ -144,6 +146,46 @@ TEST_F(Night, BoxesAboveAPictureAreTurned) {
     FullUpdate();
     const auto is_night = [&](int x, int y) { return !in(picture, x, y); };
     EXPECT_EQ(wrong(is_night), 0);
+}
+
+// A list above a page keeps its covers as they are, wherever the page has pictures; afterwards
+// those are there again.
+TEST_F(Night, CoversOfListsStayAsTheyAre) {
+    const irect picture = {100, 20, 200, 500, 0};
+    SetNightMode(1);
+    SetNightPictures(&picture, 1);
+    static ibitmap *cover;
+    cover = BitmapFromScreen(0, 0, 60, 80);
+    ilist list{};
+    list.selected = -1;
+    list.rows.count = 2;
+    list.rows.height = LIST_COVER_ROWS;
+    list.rows.fill = [](int row, ilistrow *out, void *) {
+        if (row == 0) out->picture = cover;
+    };
+    const int number = OpenList(&list);
+    const irect row = GetListRowRect(number, 0);
+    SetNightMode(0);
+    FullUpdate();
+    day = panel();
+    SetNightMode(1);
+    FullUpdate();
+    const auto stayed = [&](const irect &r) {
+        return wrong([&](int x, int y) { return !in(r, x, y); }) == 0;
+    };
+    bool is_cover_found = false;
+    for (int x = row.x; x < row.x + 60 && !is_cover_found; ++x)
+        for (int y = row.y; y <= row.y + row.h - 80 && !is_cover_found; ++y)
+            is_cover_found = day[size_t(y * ScreenWidth() + x)] != 255 && stayed({x, y, 60, 80, 0});
+    EXPECT_TRUE(is_cover_found) << "the cover, in its size, and nothing else";
+    CloseList(number);
+    SetNightMode(0);
+    FullUpdate();
+    day = panel();
+    SetNightMode(1);
+    FullUpdate();
+    EXPECT_EQ(wrong([&](int x, int y) { return !in(picture, x, y); }), 0);
+    std::free(cover);
 }
 
 // A dialog is turned, and not the part of a picture that it only dims; whenever the application

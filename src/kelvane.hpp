@@ -22,6 +22,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -117,6 +118,23 @@ class Bitmap : public std::unique_ptr<ibitmap, detail::FreeBitmap> {
     }
 };
 
+/**
+ * Rows that an object fills, by its function `void fill(int row, ilistrow &out)`, and hears of, by
+ * `void told(int action, int row)`. It is to live, and stay where it is, as long as the list.
+ * @param rows all that is not one of these
+ */
+template <class Object>
+ilistrows rows_of(Object &object, ilistrows rows = {}) {
+    rows.context = &object;
+    rows.fill = [](int row, ilistrow *out, void *context) noexcept {
+        static_cast<Object *>(context)->fill(row, *out);
+    };
+    rows.hproc = [](int action, int row, void *context) noexcept {
+        static_cast<Object *>(context)->told(action, row);
+    };
+    return rows;
+}
+
 /** A list in a page; false when there was no memory for it. */
 class SelectionList : public std::unique_ptr<iselectionlist, detail::DestroyWidget> {
   public:
@@ -154,6 +172,11 @@ class Config : public std::unique_ptr<iconfig, detail::CloseConfig> {
     /** OpenConfig(). */
     explicit Config(const char *path, iconfigedit *defaults = nullptr)
         : unique_ptr(OpenConfig(path, defaults)) {}
+    /** A file of an application's own data, in AppDataPath(); false when there is no place. */
+    static Config of_application(const char *app, const char *name) {
+        char path[4096];
+        return AppDataPath(app, name, path, sizeof path) ? Config(path) : Config();
+    }
 
     int read(const char *name, int deflt) const { return ReadInt(get(), name, deflt); }
     std::string read(const char *name, const std::string &deflt) const {
@@ -353,6 +376,18 @@ class HourglassGuard {
     HourglassGuard(const HourglassGuard &) = delete;
     HourglassGuard &operator=(const HourglassGuard &) = delete;
 };
+
+// --- menus
+
+/** OpenMenu() whose answer goes to a lambda, or any function of an int. */
+inline void open_menu(imenu *items, int pos, int x, int y, std::function<void(int)> answer) {
+    static auto &last = *new std::function<void(int)>; // no destructor: a menu may outlive those
+    last = std::move(answer);
+    OpenMenu(items, pos, x, y, [](int index) noexcept {
+        const auto chosen = last; // which may open the next menu
+        chosen(index);
+    });
+}
 
 // --- text
 

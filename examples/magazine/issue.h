@@ -1,115 +1,119 @@
 // SPDX-License-Identifier: MIT
-// The articles of a language, and what the user has done with them: places, bookmarks, settings.
+// The articles of a language, with the places and bookmarks that the user has in them.
 #ifndef MAGAZINE_ISSUE_H
 #define MAGAZINE_ISSUE_H
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <kelvane.hpp>
 
-inline std::filesystem::path
-    folder; // of the articles, their pictures, and the texts of the magazine
+namespace fs = std::filesystem;
 
 struct Article {
-    std::string name; // "en/2-bread", by which settings and bookmarks know it
-    std::string title, author, picture;
-    std::string text;
-    int top = 0, read = 0; // bytes: where its page begins, and how far it was read
+    std::string name, title, author, text; // the name is "en/2-bread"
+    std::string picture;                   // its path; empty for none
+    int top = 0;                           // the byte at the top of the page that is read
+    std::set<int> marks;                   // bytes with bookmarks
     kelvane::Bitmap cover;
 
-    int percent(int byte) const { return int(100LL * byte / std::max(1LL, 0LL + size())); }
     int size() const { return int(text.size()); }
+    int percent(int byte) const { return int(100LL * byte / std::max(size(), 1)); }
+    std::string stem() const { return name.substr(name.find('/')); } // the same in each language
 };
 
-// A paragraph is a line. Its first line is indented; headings are bold and stay with their text.
-inline void add_paragraph(std::string &text, const std::string &line) {
-    const bool is_heading = line.compare(0, 2, "# ") == 0;
-    if (is_heading)
-        text += "\n\017\016\001" + line.substr(2); // TEXT_HEADING, TEXT_HOLD, font 1
-    else
-        text += text.empty() ? line : "\u2003" + line;
-    text += '\n';
+// Without the carriage returns of other systems, and NULs, which would end a text of C.
+inline bool read_line(std::istream &file, std::string &line) {
+    const bool is_there = bool(std::getline(file, line));
+    const auto is_unwanted = [](char c) { return c == '\r' || c == '\0'; };
+    line.erase(std::remove_if(line.begin(), line.end(), is_unwanted), line.end());
+    return is_there;
 }
 
-// A file has the title, the author and the picture, or nothing, in its first three lines.
-inline Article read_article(const std::filesystem::path &path) {
+// The first three lines are title, author, and picture or nothing; each further one is a paragraph,
+// or a heading behind "# ": bold, and on one page with what follows it.
+inline Article read_article(const fs::path &path) {
     std::ifstream file(path);
-    Article article;
-    article.name = path.parent_path().filename() / path.stem();
-    std::getline(file, article.title);
-    std::getline(file, article.author);
-    std::getline(file, article.picture);
-    for (std::string line; std::getline(file, line);) add_paragraph(article.text, line);
-    return article;
+    Article a;
+    a.name = path.parent_path().filename() / path.stem();
+    std::replace(a.name.begin(), a.name.end(), '=', '-'); // it names settings
+    std::string line;
+    read_line(file, a.title);
+    read_line(file, a.author);
+    if (read_line(file, line) && !line.empty()) a.picture = path.parent_path().parent_path() / line;
+    while (read_line(file, line)) {
+        if (line.compare(0, 2, "# ") == 0)
+            a.text += "\n\017\016\001" + line.substr(2); // TEXT_HEADING, TEXT_HOLD, font 1
+        else
+            a.text += a.text.empty() ? line : "\u2003" + line;
+        a.text += '\n';
+    }
+    return a;
 }
 
-inline std::vector<Article> read_articles(const std::filesystem::path &language) {
-    std::vector<std::filesystem::path> paths;
+inline std::vector<Article> read_articles(const fs::path &folder) {
+    std::set<fs::path> paths;
     std::error_code error; // a folder that cannot be read has no articles
-    for (const auto &entry : std::filesystem::directory_iterator(language, error))
-        paths.push_back(entry.path());
-    std::sort(paths.begin(), paths.end());
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder, error))
+        if (entry.is_regular_file(error) && entry.path().extension() == ".txt")
+            paths.insert(entry.path());
     std::vector<Article> articles;
-    for (const std::filesystem::path &path : paths) articles.push_back(read_article(path));
+    for (const fs::path &path : paths) articles.push_back(read_article(path));
     return articles;
 }
 
-inline kelvane::Config bookmarks_file() {
-    char path[1024];
-    return kelvane::Config(AppDataPath("magazine", "bookmarks.cfg", path, sizeof path) ? path : "");
-}
-
-// The articles of a language, with what the user has done with them.
 class Issue {
   public:
     std::vector<Article> articles;
-    kelvane::Config settings{"./system/config/magazine.cfg"};
-    std::set<std::pair<std::string, int>> marks; // name and byte
 
     // In the language that is loaded, or in English.
-    void load() {
+    void load(const fs::path &folder) {
         if (language_ == GetLanguage()) return;
         language_ = GetLanguage();
         articles = read_articles(folder / language_);
-        if (articles.empty()) articles = read_articles(folder / "en");
-        marks.clear();
+        is_english_ = articles.empty();
+        if (is_english_) articles = read_articles(folder / "en");
         for (Article &a : articles) {
-            a.top = std::clamp(settings.read((a.name + ".top").c_str(), 0), 0, a.size());
-            a.read = std::clamp(settings.read((a.name + ".read").c_str(), 0), 0, a.size());
-            for (const auto &[name, byte] : bookmarks_.values())
-                if (name.compare(0, a.name.size() + 1, a.name + "@") == 0)
-                    marks.emplace(a.name, std::clamp(std::atoi(byte.c_str()), 0, a.size()));
+            a.top = std::clamp(places_.read(a.name.c_str(), 0), 0, a.size());
+            std::istringstream marks(bookmarks_.read(a.name.c_str(), std::string()));
+            for (int byte; marks >> byte;)
+                if (byte >= 0 && byte <= a.size()) a.marks.insert(byte);
         }
     }
 
-    // Saved when the settings are closed.
-    void remember(Article &a, int top, int read) {
+    // Whether lines begin on the right: not those of English articles in an Arabic interface.
+    bool is_rtl() const { return IsRTL() && !is_english_; }
+
+    Article *find(const std::string &stem) {
+        for (Article &a : articles)
+            if (a.stem() == stem) return &a;
+        return nullptr;
+    }
+
+    void set_place(Article &a, int top) {
         a.top = top;
-        a.read = read;
-        settings.write((a.name + ".top").c_str(), top);
-        settings.write((a.name + ".read").c_str(), read);
+        places_.write(a.name.c_str(), top);
     }
+    void save_places() { places_.save(); }
 
-    void toggle_mark(const std::string &name, int byte) {
-        const std::string key = name + "@" + std::to_string(byte);
-        if (marks.erase({name, byte}) != 0) {
-            bookmarks_.erase(key.c_str());
-        } else {
-            marks.emplace(name, byte);
-            bookmarks_.write(key.c_str(), byte);
-        }
+    void toggle_mark(Article &a, int byte) {
+        if (a.marks.erase(byte) == 0) a.marks.insert(byte);
+        std::string bytes;
+        for (const int mark : a.marks) bytes += std::to_string(mark) + ' ';
+        bookmarks_.write(a.name.c_str(), bytes);
+        bookmarks_.save();
     }
 
   private:
-    kelvane::Config bookmarks_ = bookmarks_file();
+    kelvane::Config places_ = kelvane::Config::of_application("magazine", "places.cfg");
+    kelvane::Config bookmarks_ = kelvane::Config::of_application("magazine", "bookmarks.cfg");
     std::string language_;
+    bool is_english_ = false; // for want of the language
 };
 
 #endif

@@ -1,47 +1,42 @@
 // SPDX-License-Identifier: MIT
-// A magazine, which docs/guide.md builds up step by step: a shelf of covers, articles in pages with
-// pictures, bookmarks, settings, night, and texts in two languages.
+// A magazine, which docs/guide.md explains: a list of covers, articles in pages with pictures,
+// bookmarks, settings, night, and texts in two languages.
 //   kelvane-device FOLDER ./magazine /path/to/examples/magazine/issue
 #include <algorithm>
-#include <iterator>
+#include <cstdio>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "issue.h"
-#include "look.h"
 #include "page.h"
-#include "shelf.h"
 
 namespace {
 
-// What the menu answers.
-enum { choose_shelf = 1, choose_bookmarks, choose_mark, choose_settings };
+fs::path folder; // of the articles, their pictures, and the texts of the magazine
 
 // The screen of settings is made of this table.
-constexpr const char *languages[] = {"en", "de"};
 const char *size_names[] = {"@MagSmall", "@MagMedium", "@MagLarge", "@MagHuge", nullptr};
-const char *face_names[] = {"@MagSerif", "@MagSans", nullptr};
-const char *language_names[] = {"English", "Deutsch", nullptr};
-iconfigedit settings_table[] = {
+constexpr int sizes[] = {4, 5, 6, 8};
+const iconfigedit settings_table[] = {
     {CONFIG_POSITION, nullptr, "@MagSize", nullptr, "size", "1", size_names, nullptr, nullptr},
-    {CONFIG_POSITION, nullptr, "@MagFace", nullptr, "face", "0", face_names, nullptr, nullptr},
-    {CONFIG_POSITION, nullptr, "@MagLanguage", nullptr, "language", "0", language_names, nullptr,
-     nullptr},
     {CONFIG_SWITCH, nullptr, "@MagNight", nullptr, "night", "0", nullptr, nullptr, nullptr},
     {}};
+
+const ilistrows list_form{0,       LIST_COVER_ROWS, nullptr,       nullptr,          nullptr,
+                          nullptr, nullptr,         "@MagNoMarks", "@MagNoMarksHint"};
+
+enum class Screen { shelf, bookmarks, page };
+enum { choose_mark = 1, choose_shelf, choose_bookmarks, choose_settings, choose_end };
 
 class Magazine {
   public:
     Magazine() {
         AddLanguageFolder((folder / "language").c_str());
-        settings_table[2].deflt = GetLanguage() == std::string("de") ? "1" : "0";
-        if (issue_.settings.read("language", -1) >= 0) load_language();
-        SetNightMode(issue_.settings.read("night", 0));
+        SetNightMode(settings_.read("night", 0));
     }
 
     int handle(int type, int par1, int par2) {
-        if (!is_page_ && shelf_.is_for_pager(type, par1, par2)) return 1;
-        if (gesture_made(RecogniseGesture(&hand_, type, par1, par2))) return 1;
+        const int gesture = RecogniseGesture(&hand_, type, par1, par2);
         switch (type) {
         case EVT_SHOW:
             draw();
@@ -51,148 +46,102 @@ class Magazine {
             SetOrientation(par1);
             Repaint();
             return 1;
-        case EVT_KEYPRESS:
-            key_pressed(par1);
+        case EVT_HIDE:
+            issue_.save_places();
             return 1;
         }
-        return 0;
+        if (screen_ != Screen::page && list_.handle(type, par1, par2)) return 1;
+        if (gesture != GESTURE_NONE) return gesture_made(gesture);
+        return type == EVT_KEYPRESS && key_pressed(par1);
+    }
+
+    // The rows of the list ask for what they show, and tell what is done with them.
+    void fill(int index, ilistrow &out) {
+        const Row &row = rows_[std::size_t(index)];
+        Article &a = *row.article;
+        const bool is_shelf = screen_ == Screen::shelf;
+        line_ = is_shelf ? a.author : words_at(a.text, std::size_t(row.byte));
+        value_ = std::to_string(a.percent(row.byte)) + " %";
+        const int h = 2 * GetThemeInt("context_menu.item.height", 12 * look_.u) - 4 * look_.u;
+        if (!a.cover && GetPictureSize(a.picture.c_str(), nullptr, nullptr))
+            a.cover = kelvane::Bitmap::load(a.picture.c_str(), h * 3 / 4, h, PICTURE_COVER);
+        out.title = a.title.c_str();
+        out.line = line_.c_str();
+        out.picture = a.cover.get();
+        if (!is_shelf || row.byte > 0) out.value = value_.c_str();
+        if (is_shelf && row.byte > 0) out.progress = a.percent(row.byte);
+    }
+
+    void told(int action, int row) {
+        const Row &chosen = rows_[std::size_t(std::max(row, 0))];
+        if (action == LIST_CHOSEN) open(*chosen.article, chosen.byte);
+        if (action == LIST_CONTEXT) open_menu();
     }
 
   private:
-    // The language, the theme or the settings may be others.
+    // The language, the theme, the settings and the size of the screen may be others.
     void draw() {
-        issue_.load();
-        look_ = Look(issue_.settings);
-        is_page_ = is_page_ && !issue_.articles.empty();
-        SetPanelMode(is_page_ ? PANEL_OFF : PANEL_ON);
-        shelf_.load();
-        if (!is_page_) return draw_screen(shelf_);
-        page_.find_pages();
-        draw_screen(page_);
+        issue_.load(folder);
+        look_ = Look(sizes[std::clamp(settings_.read("size", 1), 0, 3)]);
+        if (screen_ == Screen::page && !page_.find_pages()) screen_ = Screen::shelf;
+        SetPanelMode(screen_ == Screen::page ? PANEL_OFF : PANEL_ON);
+        if (screen_ == Screen::page) return page_.draw();
+        find_rows();
+        draw_list();
     }
 
-    void show_shelf() {
-        is_page_ = false;
+    void show(Screen screen) {
+        issue_.save_places();
+        screen_ = screen;
+        if (screen == Screen::bookmarks) SelectionList_SetSelected(list_.get(), 0);
         Repaint();
     }
 
-    void open(Article *article, int byte) {
-        if (!article) return;
+    void open(Article &article, int byte) {
         page_.open(article, byte);
-        is_page_ = true;
-        Repaint();
+        is_just_opened_ = true;
+        show(Screen::page);
     }
 
-    void open_selected() {
-        if (Article *article = shelf_.selected()) open(article, article->top);
-    }
+    // --- the lists of articles and of bookmarks
 
-    void turn(int by) {
-        if (!page_.turn(by)) show_shelf(); // it is behind the last page
-    }
+    struct Row {
+        Article *article;
+        int byte;
+    };
 
-    void key_pressed(int key) {
-        if (key == KEY_MENU) return open_menu();
-        if (is_page_) {
-            if (key == KEY_PREV || key == KEY_LEFT) turn(-1);
-            if (key == KEY_NEXT || key == KEY_RIGHT) turn(1);
-            if (key == KEY_OK) page_.toggle_mark();
-            if (key == KEY_BACK) show_shelf();
-        } else {
-            shelf_.key_pressed(key);
-            if (key == KEY_OK) open_selected();
-            if (key == KEY_BACK) CloseApp();
+    void find_rows() {
+        rows_.clear();
+        for (Article &a : issue_.articles) {
+            if (screen_ == Screen::shelf) rows_.push_back({&a, a.top});
+            if (screen_ == Screen::bookmarks)
+                for (const int byte : a.marks) rows_.push_back({&a, byte});
         }
+        SelectionList_SetCount(list_.get(), int(rows_.size()));
     }
 
-    // Fingers do what keys do.
-    bool gesture_made(int gesture) {
-        if (gesture == GESTURE_TAP || gesture == GESTURE_DOUBLE_TAP) tapped(hand_.x, hand_.y);
-        if (gesture == GESTURE_SWIPE_LEFT) key_pressed(KEY_NEXT);
-        if (gesture == GESTURE_SWIPE_RIGHT) key_pressed(KEY_PREV);
-        if (gesture == GESTURE_LONG_PRESS) open_menu();
-        return gesture != GESTURE_NONE;
+    void draw_list() {
+        ClearScreen();
+        SetNightPictures(nullptr, 0);
+        const icaption_properties caption = LoadApplicationCaptionProperties();
+        const kelvane::Font font(caption.font); // it is ours
+        SetApplicationCaptionHeight(caption.height);
+        const irect r = menu_button();
+        const irect title = iRect(IsRTL() ? r.w : 6 * look_.u, 0, ScreenWidth() - r.w - 6 * look_.u,
+                                  r.h, TEXT_RTL_MIRROR | TEXT_DOTS | VALIGN_MIDDLE);
+        const char *key = screen_ == Screen::shelf ? "@Magazine" : "@MagBookmarks";
+        DrawApplicationCaption(GetLangText(key), &title);
+        const int u = look_.u, ink = caption.background_color == BLACK ? WHITE : BLACK;
+        for (int i = -1; i <= 1; i++)
+            FillArea(r.x + r.w / 2 - 3 * u, r.h / 2 + i * 2 * u - u / 2, 6 * u, u * 3 / 4, ink);
+        const int top = caption.height + look_.u;
+        list_.place(iRect(0, top, ScreenWidth(), ScreenHeight() - top - PanelHeight(), 0));
+        list_.draw();
     }
 
-    // On a page the upper right corner has the bookmark, the left third goes back, the right one
-    // on.
-    void tapped(int x, int y) {
-        const int third = ScreenWidth() / 3;
-        if (!is_page_) {
-            if (is_inside(shelf_.menu_button(), x, y)) return open_menu();
-            if (shelf_.tapped(x, y)) open_selected();
-        } else if (y < 15 * look_.u && x > 2 * third) {
-            page_.toggle_mark();
-        } else if (x >= third && x < 2 * third) {
-            open_menu();
-        } else {
-            turn(x < third ? -1 : 1);
-        }
-    }
-
-    void open_menu() {
-        static imenu items[] = {{ITEM_HEADER, 0, "@Magazine", nullptr},
-                                {ITEM_ACTIVE, choose_shelf, "@MagArticles", nullptr},
-                                {ITEM_ACTIVE, choose_bookmarks, "@MagBookmarks", nullptr},
-                                {ITEM_ACTIVE, choose_mark, nullptr, nullptr},
-                                {ITEM_ACTIVE, choose_settings, "@MagSettings", nullptr},
-                                {}};
-        items[3].type = is_page_ ? ITEM_ACTIVE : ITEM_ACTIVE | ITEM_HIDDEN;
-        items[3].text = is_page_ && page_.has_mark() ? "@MagUnmark" : "@MagMark";
-        menu_of = this;
-        OpenMenu(items, 1, IsRTL() ? 0 : ScreenWidth(), 0, [](int i) { menu_of->choose(i); });
-    }
-
-    void choose(int index) {
-        if (index == choose_shelf) show_shelf();
-        if (index == choose_bookmarks) open_bookmarks();
-        if (index == choose_mark) page_.toggle_mark();
-        if (index == choose_settings) open_settings();
-    }
-
-    void open_settings() {
-        OpenConfigEditor("@MagSettings", issue_.settings.get(), settings_table, changed, this);
-    }
-
-    // A setting was changed and saved; or, without a row, the user has left the screen of settings.
-    static void changed(const iconfigedit *row, void *context) {
-        auto *self = static_cast<Magazine *>(context);
-        if (!row) return Repaint();
-        const std::string name = row->name;
-        if (name == "language") {
-            self->load_language();
-            self->open_settings(); // in that language
-        }
-        if (name == "night") {
-            SetNightMode(self->issue_.settings.read("night", 0));
-            FullUpdate();
-        }
-    }
-
-    void load_language() {
-        LoadLanguage(languages[std::clamp(issue_.settings.read("language", 0), 0, 1)]);
-    }
-
-    // The bookmarks are a list that is a screen of its own.
-    void open_bookmarks() {
-        ilist list{};
-        list.title = "@MagBookmarks";
-        list.flags = LIST_TURNS;
-        list.rows.count = int(issue_.marks.size());
-        list.rows.height = LIST_COVER_ROWS;
-        list.rows.context = this;
-        list.rows.fill = fill_bookmark;
-        list.rows.hproc = bookmark_told;
-        list.rows.empty_title = "@MagNoMarks";
-        list.rows.empty_line = "@MagNoMarksHint";
-        list_ = OpenList(&list);
-    }
-
-    std::pair<Article *, int> bookmark(int row) {
-        const auto mark = std::next(issue_.marks.begin(), row);
-        for (Article &article : issue_.articles)
-            if (article.name == mark->first) return {&article, mark->second};
-        return {nullptr, 0};
+    irect menu_button() const {
+        const int w = 18 * look_.u;
+        return iRect(IsRTL() ? 0 : ScreenWidth() - w, 0, w, GetCaptionHeight(), 0);
     }
 
     // The first line that has words.
@@ -203,41 +152,111 @@ class Magazine {
         return text.substr(first, text.find('\n', first) - first);
     }
 
-    static void fill_bookmark(int row, ilistrow *out, void *context) {
-        auto *self = static_cast<Magazine *>(context);
-        const auto [article, byte] = self->bookmark(row);
-        if (!article) return;
-        self->row_line_ = words_at(article->text, std::size_t(byte));
-        self->row_value_ = text_of("%d %%", article->percent(byte));
-        out->title = article->title.c_str();
-        out->line = self->row_line_.c_str();
-        out->value = self->row_value_.c_str();
-        out->picture = article->cover.get();
+    // --- keys and fingers
+
+    bool key_pressed(int key) {
+        const bool is_page = screen_ == Screen::page;
+        const int next = issue_.is_rtl() ? KEY_LEFT : KEY_RIGHT;
+        if (key == KEY_BACK && screen_ == Screen::shelf)
+            CloseApp();
+        else if (key == KEY_BACK)
+            show(Screen::shelf);
+        else if (key == KEY_MENU || key == KEY_OK)
+            open_menu();
+        else if (is_page && (key == KEY_NEXT || key == next))
+            turn(1);
+        else if (is_page && (key == KEY_PREV || key == KEY_LEFT || key == KEY_RIGHT))
+            turn(-1);
+        else
+            return false;
+        return true;
     }
 
-    static void bookmark_told(int action, int row, void *context) {
-        auto *self = static_cast<Magazine *>(context);
-        if (action != LIST_CHOSEN) return;
-        CloseList(self->list_);
-        const auto [article, byte] = self->bookmark(row);
-        self->open(article, byte);
+    // A swipe moves the paper: against the way of reading comes the next page.
+    bool gesture_made(int gesture) {
+        const bool is_second_tap = gesture == GESTURE_DOUBLE_TAP && is_just_opened_;
+        is_just_opened_ = false;
+        const bool is_tap = gesture == GESTURE_TAP || gesture == GESTURE_DOUBLE_TAP;
+        if (screen_ != Screen::page) {
+            const irect r = menu_button();
+            if (is_tap && hand_.y < r.h && hand_.x >= r.x && hand_.x < r.x + r.w) open_menu();
+        } else if (is_tap && !is_second_tap) {
+            page_tapped(issue_.is_rtl() ? ScreenWidth() - hand_.x : hand_.x);
+        } else if (gesture == GESTURE_SWIPE_LEFT || gesture == GESTURE_SWIPE_RIGHT) {
+            turn((gesture == GESTURE_SWIPE_LEFT) != issue_.is_rtl() ? 1 : -1);
+        } else if (gesture == GESTURE_LONG_PRESS) {
+            open_menu();
+        }
+        return true;
     }
 
-    static inline Magazine *menu_of; // who opened it
+    // The corner above the end of the lines has the bookmark; the third where lines begin goes
+    // back, the one where they end goes on.
+    void page_tapped(int x) {
+        const int third = ScreenWidth() / 3;
+        if (x > 2 * third && hand_.y < 15 * look_.u)
+            page_.toggle_mark();
+        else if (x < third || x > 2 * third)
+            turn(x < third ? -1 : 1);
+        else
+            open_menu();
+    }
 
+    void turn(int by) {
+        if (!page_.turn(by)) show(Screen::shelf);
+    }
+
+    void open_menu() {
+        const bool is_page = screen_ == Screen::page;
+        static imenu items[] = {{ITEM_HEADER, 0, "@Magazine", nullptr},
+                                {ITEM_ACTIVE, choose_mark, nullptr, nullptr},
+                                {ITEM_ACTIVE, choose_shelf, "@MagArticles", nullptr},
+                                {ITEM_ACTIVE, choose_bookmarks, "@MagBookmarks", nullptr},
+                                {ITEM_ACTIVE, choose_settings, "@MagSettings", nullptr},
+                                {ITEM_ACTIVE, choose_end, "@MagClose", nullptr},
+                                {}};
+        items[1].type = is_page ? ITEM_ACTIVE : ITEM_ACTIVE | ITEM_HIDDEN;
+        items[1].text = is_page && page_.has_mark() ? "@MagUnmark" : "@MagMark";
+        kelvane::open_menu(items, is_page ? 1 : 2, IsRTL() ? 0 : ScreenWidth(), 0,
+                           [this](int choice) { choose(choice); });
+    }
+
+    void choose(int choice) {
+        if (choice == choose_mark) page_.toggle_mark();
+        if (choice == choose_shelf) show(Screen::shelf);
+        if (choice == choose_bookmarks) show(Screen::bookmarks);
+        if (choice == choose_settings)
+            OpenConfigEditor("@MagSettings", settings_.get(), settings_table, changed, this);
+        if (choice == choose_end) CloseApp();
+    }
+
+    // A setting was changed and saved; or, without a row, the user has left the screen of settings.
+    static void changed(const iconfigedit *row, void *self) {
+        if (!row) return Repaint();
+        if (row->name != std::string("night")) return;
+        SetNightMode(static_cast<Magazine *>(self)->settings_.read("night", 0));
+        FullUpdate();
+    }
+
+    kelvane::Config settings_ = kelvane::Config::of_application("magazine", "settings.cfg");
     Issue issue_;
-    Look look_{issue_.settings};
-    Shelf shelf_{issue_, look_};
+    Look look_{5};
+    Screen screen_ = Screen::shelf;
     Page page_{issue_, look_};
-    bool is_page_ = false;
+    bool is_just_opened_ = false;
+    kelvane::SelectionList list_{kelvane::rows_of(*this, list_form)};
+    std::vector<Row> rows_;
+    std::string line_, value_; // of the row that is drawn
     kv_gestures hand_{};
-    int list_ = 0;
-    std::string row_line_, row_value_; // of the row that is drawn
 };
 
 } // namespace
 
 int main(int argc, char **argv) {
     if (argc > 1) folder = argv[1];
+    if (read_articles(folder / "en").empty()) {
+        std::fprintf(stderr, "magazine: \"%s\" has no articles\n", folder.c_str());
+        return 2;
+    }
     return kelvane::run<Magazine>();
 }

@@ -98,8 +98,9 @@ KELVANE_API void SetNightMode(int on);
 KELVANE_API int GetNightMode(void);
 /**
  * Areas of the screen that stay as they are drawn, such as pictures: they replace those of the call
- * before. A box, a menu or the keyboard above them is turned as everything else, whether it opens
- * before this call or behind it.
+ * before, and the covers of a list in the page, which lists keep by themselves when they are drawn.
+ * A box, a menu or the keyboard above them is turned as everything else, whether it opens before
+ * this call or behind it.
  * @param areas copied; flags are ignored, and areas may overlap. Null for none
  * @param count 0 to 64; what is above that is ignored
  */

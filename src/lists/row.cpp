@@ -93,12 +93,13 @@ irect fitted(const irect &box, const ibitmap &picture) {
     return {box.x + (box.w - fitted_w) / 2, box.y + (box.h - fitted_h) / 2, fitted_w, fitted_h, 0};
 }
 
-void draw_picture(const irect &box, const ibitmap &picture) {
+irect draw_picture(const irect &box, const ibitmap &picture) {
     const irect r = fitted(box, picture);
     if (r.w == picture.width && r.h == picture.height)
         DrawBitmap(r.x, r.y, &picture);
     else
         StretchBitmap(r.x, r.y, r.w, r.h, &picture, 0);
+    return r;
 }
 
 // A book without a picture on its cover.
@@ -114,11 +115,10 @@ void draw_cover(Brush &b, int row_h) {
     b.take(after_cover * b.look.unit);
     const irect box{column.x, column.y + (column.h - h) / 2, w, h, 0};
     if (b.row.picture)
-        draw_picture(box, *b.row.picture);
+        night::stays(draw_picture(box, *b.row.picture));
     else
         draw_blank_cover(b.look, box);
     b.suit(box);
-    if (b.row.picture) night::stays(fitted(box, *b.row.picture));
 }
 
 void draw_icon(Brush &b) {

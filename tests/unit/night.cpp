@@ -203,6 +203,8 @@ TEST_F(Night, CoversInListsStayAsTheyAre) {
         out->picture = row % 3 != 0 ? static_cast<ibitmap *>(picture) : nullptr;
     };
     const Pixels page = day;
+    const irect below = {100, 20, 200, 500, 0};
+    SetNightPictures(&below, 1);
     const int opened = OpenList(&list);
     int size = 0; // of a cover
     for (const int selected : {0, 20, 1}) {
@@ -230,7 +232,7 @@ TEST_F(Night, CoversInListsStayAsTheyAre) {
     CloseList(opened);
     FullUpdate();
     day = page;
-    EXPECT_EQ(wrong([](int, int) { return true; }), 0);
+    EXPECT_EQ(wrong([&](int x, int y) { return !in(below, x, y); }), 0);
 
     iselectionlist *widget = SelectionList_Create(&list.rows);
     const irect place = {40, 100, 500, 400, 0};

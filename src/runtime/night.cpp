@@ -89,8 +89,19 @@ void find_shown() {
     });
 }
 
-Areas &front() {
-    return state.covers.empty() ? state.pictures : state.covers.back().pictures;
+// Of what an area is drawn on: the last of these covers that it lies within, or the application's
+// page.
+Areas &pictures_below(const Area &a, size_t covers) {
+    while (covers > 0) {
+        Covering &cover = state.covers[--covers];
+        const Area inside = common(a, cover.area);
+        if (inside.w == a.w && inside.h == a.h) return cover.pictures;
+    }
+    return state.pictures;
+}
+
+Areas &pictures_below(const Area &a) {
+    return pictures_below(a, state.covers.size());
 }
 
 void invert(const Area &a) {
@@ -121,21 +132,27 @@ void Cover::drop() {
 }
 
 void Cover::stay() {
-    for (const Covering &cover : state.covers)
-        if (cover.id == id_)
-            ground::guarded([&] { state.pictures = without(state.pictures, cover.area); });
+    for (size_t i = 0; i < state.covers.size(); ++i) {
+        const Covering &cover = state.covers[i];
+        if (cover.id != id_) continue;
+        Areas &pictures = pictures_below(cover.area, i);
+        ground::guarded([&] { pictures = without(pictures, cover.area); });
+    }
     drop();
 }
 
 void stays(const irect &area) {
     const Area picture = on_screen(area);
     if (picture.empty()) return;
-    ground::guarded([&] { front() = with(front(), picture); });
+    Areas &pictures = pictures_below(picture);
+    ground::guarded([&] { pictures = with(pictures, picture); });
     find_shown();
 }
 
 void turns(const irect &area) {
-    ground::guarded([&] { front() = without(front(), on_screen(area)); });
+    const Area turned = on_screen(area);
+    Areas &pictures = pictures_below(turned);
+    ground::guarded([&] { pictures = without(pictures, turned); });
     find_shown();
 }
 

@@ -47,8 +47,8 @@ class Cover {
     unsigned id_ = 0; // 0: none
 };
 
-// A picture has been drawn, which stays as it is: above the last cover, until that goes; without
-// one until the application says what its pictures are.
+// A picture has been drawn, which stays as it is: on the last cover that it lies within, until that
+// goes; on the application's page until that says what its pictures are.
 void stays(const irect &area);
 // Something else has been drawn there, which turns.
 void turns(const irect &area);

@@ -10,6 +10,7 @@
 #include "hw_linux/device.h"
 #include "kelvane/bitmaps.h"
 #include "kelvane/dialogs.h"
+#include "kelvane/hourglass.h"
 #include "kelvane/lists.h"
 #include "kelvane/updates.h"
 #include "modal/saved_area.h"
@@ -208,7 +209,11 @@ TEST_F(Night, CoversInListsStayAsTheyAre) {
     const int opened = OpenList(&list);
     int size = 0; // of a cover
     for (const int selected : {0, 20, 1}) {
+        ShowHourglass(); // goes before the pictures that are drawn meanwhile
         SelectListRow(opened, selected);
+        HideHourglass();
+        ShowHourglass(); // leaves what lies below
+        HideHourglass();
         SetNightMode(0);
         FullUpdate();
         day = panel();
